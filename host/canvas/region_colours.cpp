@@ -1,0 +1,120 @@
+#include "host/canvas/region_colours.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace korvel::host {
+namespace {
+
+struct Colour {
+    double red;
+    double green;
+    double blue;
+};
+
+Colour nth_colour(int n);
+Colour from_hue(double hue, double saturation, double lightness);
+std::vector<std::vector<int>> neighbours_of_regions(const CCPloy2DRg& set);
+double distance(const Colour& a, const Colour& b);
+
+} // namespace
+
+// Each region takes, out of the next few colours of one long sequence, the colour that is farthest
+// from those of its neighbours; the others stay for the regions that follow.
+void colour_regions(CCPloy2DRg& set) {
+    constexpr int choices = 12;
+    const std::vector<std::vector<int>> neighbours = neighbours_of_regions(set);
+    const int regions = set.region_list.GetSize();
+    std::vector<Colour> colours;
+    std::vector<int> pool;
+    for (int n = 0; n < choices; ++n) {
+        pool.push_back(n);
+    }
+    for (int region = 0; region < regions; ++region) {
+        const auto clearance = [&](int n) {
+            double nearest = std::numeric_limits<double>::max();
+            for (const int other : neighbours[region]) {
+                if (other < region) {
+                    nearest = std::min(nearest, distance(nth_colour(n), colours[other]));
+                }
+            }
+            return nearest;
+        };
+        const auto best = std::max_element(
+            pool.begin(), pool.end(), [&](int a, int b) { return clearance(a) < clearance(b); });
+        const Colour colour = nth_colour(*best);
+        colours.push_back(colour);
+        pool.erase(best);
+        pool.push_back(region + choices);
+
+        set.region_list[region].red = static_cast<unsigned char>(std::lround(255 * colour.red));
+        set.region_list[region].green = static_cast<unsigned char>(std::lround(255 * colour.green));
+        set.region_list[region].blue = static_cast<unsigned char>(std::lround(255 * colour.blue));
+    }
+}
+
+namespace {
+
+// Steps of the golden angle spread hues evenly however many there are; lightness and saturation
+// change with other periods, so that colours whose hues come close still differ.
+Colour nth_colour(int n) {
+    constexpr double golden_section = 0.61803398874989485;
+    constexpr std::array lightness = {0.70, 0.58, 0.80, 0.64};
+    constexpr std::array saturation = {0.55, 0.42, 0.62};
+    const double turns = 0.55 + n * golden_section;
+    return from_hue(turns - std::floor(turns), saturation[n % saturation.size()],
+                    lightness[n % lightness.size()]);
+}
+
+// Red, green and blue of a hue (in turns), saturation and lightness in the HSL model.
+Colour from_hue(double hue, double saturation, double lightness) {
+    const auto part = [&](double offset) {
+        const double k = std::fmod(offset + hue * 12, 12.0);
+        const double amplitude = saturation * std::min(lightness, 1 - lightness);
+        return lightness - amplitude * std::max(-1.0, std::min({k - 3, 9 - k, 1.0}));
+    };
+    return {part(0), part(8), part(4)};
+}
+
+// Two or three regions run along a side unless regions lie on top of each other. Looking at the
+// first few keeps the cost linear even then.
+std::vector<std::vector<int>> neighbours_of_regions(const CCPloy2DRg& set) {
+    constexpr std::size_t most_at_side = 4;
+    std::vector<std::vector<int>> regions_at_side(set.side_list.GetSize());
+    for (int region = 0; region < set.region_list.GetSize(); ++region) {
+        for (const int ring : set.region_list[region].rings) {
+            for (const int side : set.ring_list[ring].sides) {
+                if (regions_at_side[side].size() < most_at_side) {
+                    regions_at_side[side].push_back(region);
+                }
+            }
+        }
+    }
+    std::vector<std::vector<int>> neighbours(set.region_list.GetSize());
+    for (const std::vector<int>& regions : regions_at_side) {
+        for (const int a : regions) {
+            for (const int b : regions) {
+                if (a != b) {
+                    neighbours[a].push_back(b);
+                }
+            }
+        }
+    }
+    for (std::vector<int>& list : neighbours) {
+        std::sort(list.begin(), list.end());
+        list.erase(std::unique(list.begin(), list.end()), list.end());
+    }
+    return neighbours;
+}
+
+// The eye is most sensitive to green and least to blue.
+double distance(const Colour& a, const Colour& b) {
+    return std::hypot(std::sqrt(0.30) * (a.red - b.red), std::sqrt(0.59) * (a.green - b.green),
+                      std::sqrt(0.11) * (a.blue - b.blue));
+}
+
+} // namespace
+} // namespace korvel::host

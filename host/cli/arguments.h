@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+
+#include "host/canvas/picture_canvas.h"
+#include "host/sets/region_sets.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::host {
+
+/// A point of real coordinates as a user gave it.
+struct RealPoint {
+    double x = 0;
+    double y = 0;
+};
+
+// Each reads the text of an argument and throws InputError, naming the option, when it does not
+// fit.
+
+/// X,Y in integers of 32 bits.
+tagPOINT parse_lattice_point(const std::string& option, const std::string& text);
+
+/// X,Y in finite numbers.
+RealPoint parse_real_point(const std::string& option, const std::string& text);
+
+/// WxH in pixels, each from 16 to 20000.
+PictureSize parse_picture_size(const std::string& option, const std::string& text);
+
+/// X,Y,X,Y in finite numbers: two opposite corners that differ in x and y.
+Box parse_box(const std::string& option, const std::string& text);
+
+/// Throws unless the factor is between a millionth and a million.
+void check_stretch(double factor);
+
+/// Throws unless the tolerance is finite and not negative.
+void check_tolerance(double tolerance);
+
+} // namespace korvel::host

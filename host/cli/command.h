@@ -1,0 +1,13 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace korvel::host {
+
+// Each adds one command to the program: its arguments, its help and what it does when it was
+// called.
+void add_regions_command(CLI::App& program);
+void add_triangles_command(CLI::App& program);
+void add_locate_command(CLI::App& program);
+
+} // namespace korvel::host

@@ -1,0 +1,96 @@
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "host/cli/command.h"
+#include "host/io/errors.h"
+
+namespace {
+
+enum ExitStatus { success = 0, output_failed = 1, bad_input = 2 };
+
+ExitStatus run(int argc, char** argv);
+std::vector<std::string> arguments(int argc, char** argv);
+void finish_standard_output();
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const korvel::host::InputError& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return bad_input;
+    } catch (const korvel::host::OutputError& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+    } catch (const std::bad_alloc&) {
+        std::fputs("korvel: not enough memory\n", stderr);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "korvel: %s\n", error.what());
+    }
+    return output_failed;
+}
+
+namespace {
+
+ExitStatus run(int argc, char** argv) {
+    CLI::App program(
+        "Closed regions from networks of curves, their triangles, and the region under "
+        "a point.",
+        "korvel");
+    program.set_version_flag("--version", "korvel " KORVEL_VERSION);
+    program.require_subcommand(0, 1);
+    program.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    program.footer(
+        "'korvel COMMAND --help' tells the options of a command.\n"
+        "Exit status: 0 done, 1 an output cannot be written, 2 wrong arguments or input.\n"
+        "\n"
+        "Example:\n"
+        "  korvel regions data/us-states.curves -o states.regions --picture states.png");
+    korvel::host::add_regions_command(program);
+    korvel::host::add_triangles_command(program);
+    korvel::host::add_locate_command(program);
+
+    ExitStatus status = success;
+    try {
+        program.parse(arguments(argc, argv));
+        if (program.get_subcommands().empty()) {
+            throw CLI::RequiredError("A command");
+        }
+    } catch (const CLI::ParseError& error) {
+        // Asking for help or for the version ends the parsing too.
+        status = program.exit(error) == 0 ? success : bad_input;
+    }
+    finish_standard_output();
+    return status;
+}
+
+// In the order in which the parser takes them, last first.
+std::vector<std::string> arguments(int argc, char** argv) {
+    std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+    for (std::string& word : words) {
+        // The parser knows -1,2 for a value but takes -.5,2 for an option.
+        const bool lacks_zero = word.size() > 2 && word[0] == '-' && word[1] == '.' &&
+                                std::isdigit(static_cast<unsigned char>(word[2])) != 0;
+        if (lacks_zero) {
+            word.insert(1, "0");
+        }
+    }
+    std::reverse(words.begin(), words.end());
+    return words;
+}
+
+void finish_standard_output() {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        throw korvel::host::OutputError("standard output: cannot be written: " +
+                                        std::generic_category().message(errno));
+    }
+}
+
+} // namespace

@@ -1,0 +1,91 @@
+#include "host/cli/outputs.h"
+
+#include <filesystem>
+#include <optional>
+#include <system_error>
+
+#include "host/cli/arguments.h"
+#include "host/cli/progress.h"
+#include "host/io/errors.h"
+#include "host/io/output_file.h"
+
+namespace korvel::host {
+
+void Outputs::add_options(CLI::App& command, const std::string& contents) {
+    command.add_option("-o,--output", file_, contents)->type_name("FILE");
+    command.add_option("--picture", picture_, "Paint a picture: .png, .svg or .pdf")
+        ->type_name("FILE");
+    command
+        .add_option("--size", size_,
+                    "Size of the picture in pixels (.pdf: points), 16 to 20000 each")
+        ->type_name("WxH")
+        ->capture_default_str();
+    command.add_option("--view", view_, "Two opposite corners of what the picture shows")
+        ->type_name("X,Y,X,Y");
+    command
+        .add_option("--stretch", stretch_,
+                    "Paint a unit of x this many times as long as a unit of y")
+        ->type_name("F")
+        ->capture_default_str();
+}
+
+void Outputs::check() const {
+    parse_picture_size("--size", size_);
+    check_stretch(stretch_);
+    if (!view_.empty()) {
+        parse_box("--view", view_);
+    }
+    if (!picture_.empty()) {
+        picture_format(picture_);
+    }
+    const auto place = [](const std::string& file) {
+        std::error_code error;
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(file), error);
+    };
+    if (!file_.empty() && !picture_.empty() && place(file_) == place(picture_)) {
+        throw InputError("korvel: " + file_ + ": named both for the picture and by --output");
+    }
+    for (const std::string& file : {file_, picture_}) {
+        if (!file.empty()) {
+            OutputFile::check(file);
+        }
+    }
+}
+
+void Outputs::write(const Box& box, const WriteFile& write_file, const Paint& paint) const {
+    const Stopwatch time;
+    std::optional<OutputFile> file;
+    std::optional<OutputFile> picture;
+    if (!file_.empty()) {
+        file.emplace(file_);
+        write_file(file->stream());
+        file->close();
+    }
+    if (!picture_.empty()) {
+        picture.emplace(picture_);
+        write_picture(*picture, box, paint);
+        picture->close();
+    }
+    if (file) {
+        file->replace();
+    }
+    if (picture) {
+        picture->replace();
+    }
+    if (file || picture) {
+        const char* const separator = file && picture ? ", " : "";
+        std::printf("wrote %s%s%s in %.1f ms\n", file_.c_str(), separator, picture_.c_str(),
+                    time.milliseconds());
+    }
+}
+
+void Outputs::write_picture(OutputFile& out, const Box& box, const Paint& paint) const {
+    const Progress progress("painting");
+    const PictureSize size = parse_picture_size("--size", size_);
+    const Box view = view_.empty() ? box : parse_box("--view", view_);
+    PictureCanvas canvas(out, picture_format(picture_), size, PictureFit::units_per_pixel);
+    paint(canvas, PictureFit(view, size, stretch_));
+    canvas.finish();
+}
+
+} // namespace korvel::host

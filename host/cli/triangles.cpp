@@ -1,0 +1,259 @@
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "host/canvas/picture_fit.h"
+#include "host/cli/arguments.h"
+#include "host/cli/command.h"
+#include "host/cli/network.h"
+#include "host/cli/outputs.h"
+#include "host/cli/progress.h"
+#include "host/cli/report.h"
+#include "host/io/errors.h"
+#include "host/io/output_file.h"
+#include "host/io/region_file.h"
+#include "host/io/triangle_file.h"
+#include "host/sets/coverage.h"
+#include "host/sets/region_sets.h"
+
+namespace korvel::host {
+namespace {
+
+class TrianglesCommand {
+public:
+    explicit TrianglesCommand(CLI::App& command);
+    void run();
+
+private:
+    void load();
+    void take_network(const TextFile& file);
+    void take_region_set(const TextFile& file);
+    std::vector<int> select(CCPloy2DRg& regions) const;
+    void write_traces();
+    void triangulate();
+    void report_coverage() const;
+    std::string name(int region) const;
+    void write();
+    void paint(CDC& dc, const PictureFit& fit) const;
+
+    std::string input_;
+    std::string trace_directory_;
+    Network network_;
+    Outputs outputs_;
+    PLYDT set_;
+    std::vector<int> numbers_; // of the regions before the selection; empty without one
+    std::vector<int> ends_;    // for each region the index after its last triangle
+};
+
+} // namespace
+
+void add_triangles_command(CLI::App& program) {
+    CLI::App* command = program.add_subcommand("triangles", "Cover regions with triangles");
+    const auto self = std::make_shared<TrianglesCommand>(*command);
+    command->callback([self] { self->run(); });
+}
+
+namespace {
+
+TrianglesCommand::TrianglesCommand(CLI::App& command) {
+    command.add_option("INPUT", input_, "Curve file or polygon-region file")
+        ->required()
+        ->type_name("FILE");
+    network_.add_options(command);
+    command
+        .add_option(
+            "--trace", trace_directory_,
+            "Write every step into trg.dat and wwwtrg.dat in this directory; slow and large")
+        ->type_name("DIR");
+    outputs_.add_options(command, "Write the points and triangles");
+    command.footer(
+        "A region that its triangles do not cover is named in a warning.\n"
+        "--tolerance serves curve files only. The trace of a region grows with the cube of its\n"
+        "points: --select a small one.\n"
+        "\n"
+        "Examples:\n"
+        "  korvel triangles states.curves -o states.triangles --picture mesh.png\n"
+        "  korvel triangles states.regions --select 20000,-60000 --picture one.pdf");
+}
+
+void TrianglesCommand::run() {
+    network_.check();
+    outputs_.check();
+    load();
+    if (!trace_directory_.empty()) {
+        write_traces();
+    }
+    triangulate();
+    report_coverage();
+    write();
+}
+
+void TrianglesCommand::load() {
+    const TextFile file(input_);
+    if (holds_regions(file)) {
+        take_region_set(file);
+    } else {
+        take_network(file);
+    }
+}
+
+void TrianglesCommand::take_network(const TextFile& file) {
+    network_.load(file);
+    if (network_.has_selection()) {
+        numbers_ = network_.select();
+        network_.builder().GetSelectRegion(set_);
+    } else {
+        network_.builder().GetAllRegion(set_);
+    }
+}
+
+void TrianglesCommand::take_region_set(const TextFile& file) {
+    CCPloy2DRg regions;
+    if (const auto note = read_regions(file, regions)) {
+        warn(*note);
+    }
+    std::printf("%s: %s, %s\n", file.name.c_str(),
+                counted(regions.region_list.GetSize(), "region").c_str(),
+                counted(regions.pt_list.GetSize(), "point").c_str());
+    copy_regions(regions, set_);
+    turn_rings(set_);
+    if (network_.has_selection()) {
+        numbers_ = select(regions);
+        keep_regions(set_, numbers_);
+    }
+}
+
+std::vector<int> TrianglesCommand::select(CCPloy2DRg& regions) const {
+    std::vector<int> selected;
+    for (const std::string& text : network_.selection()) {
+        const RealPoint point = parse_real_point("--select", text);
+        double place[] = {point.x, point.y};
+        const int found = regions.search_pt_polyrg(place);
+        if (found >= 0) {
+            std::printf("%s: region %d\n", text.c_str(), found);
+            selected.push_back(found);
+        } else {
+            warn(text + ": no region holds this point");
+        }
+    }
+    std::sort(selected.begin(), selected.end());
+    selected.erase(std::unique(selected.begin(), selected.end()), selected.end());
+    return selected;
+}
+
+// The library writes its trace files into the current directory, so this is the trace directory for
+// the length of this scope.
+class TraceDirectory {
+public:
+    explicit TraceDirectory(const std::string& directory) {
+        try {
+            std::filesystem::create_directories(directory);
+            std::filesystem::current_path(directory);
+        } catch (const std::filesystem::filesystem_error& error) {
+            throw OutputError(directory + ": cannot be written: " + error.code().message());
+        }
+        PLYDT::set_trace_files(true);
+    }
+    ~TraceDirectory() {
+        PLYDT::set_trace_files(false);
+        std::error_code error;
+        std::filesystem::current_path(former_, error);
+    }
+    TraceDirectory(const TraceDirectory&) = delete;
+    TraceDirectory& operator=(const TraceDirectory&) = delete;
+
+private:
+    std::filesystem::path former_ = std::filesystem::current_path();
+};
+
+void TrianglesCommand::write_traces() {
+    const Progress progress("triangulating with traces");
+    const TraceDirectory here(trace_directory_);
+    OutputFile::check("trg.dat");
+    OutputFile::check("wwwtrg.dat");
+    set_.region_tranglate();
+    set_.trg_list.RemoveAll();
+    set_.side_list.RemoveAll();
+}
+
+// Region by region, to know which triangles belong to which.
+void TrianglesCommand::triangulate() {
+    const Stopwatch time;
+    {
+        PLYDT::set_trace_files(false);
+        Progress progress("triangulating regions");
+        set_.creat_top_rel();
+        for (PLYDT::PyToRg& region : set_.region_list) {
+            set_.poly_tranglate(region);
+            ends_.push_back(set_.trg_list.GetSize());
+            progress.update(static_cast<int>(ends_.size()), set_.region_list.GetSize());
+        }
+    }
+    std::printf("%s in %.1f ms\n", counted(set_.trg_list.GetSize(), "triangle").c_str(),
+                time.milliseconds());
+}
+
+void TrianglesCommand::report_coverage() const {
+    const bool lattice = are_lattice_points(set_.pt_list);
+    double region_area = 0;
+    double triangle_area = 0;
+    int covered = 0;
+    int first = 0;
+    for (int i = 0; i < set_.region_list.GetSize(); ++i) {
+        const PLYDT::PyToRg& region = set_.region_list[i];
+        const Coverage coverage = measure_coverage(set_, region, first, ends_[i], lattice);
+        region_area += coverage.region_area;
+        triangle_area += coverage.triangle_area;
+        first = ends_[i];
+        if (coverage.is_tiling) {
+            ++covered;
+            continue;
+        }
+        if (coverage.is_same_area) {
+            warn(name(i) + ": triangles overlap and leave a gap of the same size");
+        } else {
+            warn(name(i) + ": triangles cover " + area_text(coverage.triangle_area) + " of " +
+                 area_text(coverage.region_area));
+        }
+    }
+    std::printf("%d of %s covered, area of triangles %s, of regions %s\n", covered,
+                counted(set_.region_list.GetSize(), "region").c_str(),
+                area_text(triangle_area).c_str(), area_text(region_area).c_str());
+}
+
+// Its number in the input, and where it lies.
+std::string TrianglesCommand::name(int region) const {
+    Box box;
+    take_in_region(box, set_, set_.region_list[region]);
+    const int number = numbers_.empty() ? region : numbers_[region];
+    return "region " + std::to_string(number) + " (" + area_text(box.left) + "," +
+           area_text(box.top) + " to " + area_text(box.right) + "," + area_text(box.bottom) + ")";
+}
+
+void TrianglesCommand::write() {
+    outputs_.write(
+        box_of_regions(set_), [&](FILE* out) { write_triangles(set_, ends_, out); },
+        [&](CDC& dc, const PictureFit& fit) { paint(dc, fit); });
+}
+
+// Triangles are drawn where their points lie, so a copy of the points is brought to the picture.
+void TrianglesCommand::paint(CDC& dc, const PictureFit& fit) const {
+    PLYDT picture;
+    picture.pt_list.SetSize(set_.pt_list.GetSize());
+    for (int i = 0; i < set_.pt_list.GetSize(); ++i) {
+        picture.pt_list[i].x = (set_.pt_list[i].x - fit.x0) / fit.sx * fit.scale + fit.ox;
+        picture.pt_list[i].y = (set_.pt_list[i].y - fit.y0) / fit.sy * fit.scale + fit.oy;
+    }
+    picture.trg_list.Copy(set_.trg_list);
+    CPen outline(PS_SOLID, fit.outline_width(picture.trg_list.GetSize()), RGB(60, 60, 60));
+    CPen* const previous = dc.SelectObject(&outline);
+    picture.Draw_Trgls(&dc);
+    dc.SelectObject(previous);
+}
+
+} // namespace
+} // namespace korvel::host

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "host/io/text_file.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::host {
+
+/// Curves in the form in which `CREGION::SetPtsInfo` takes them.
+struct CurveNetwork {
+    CArray<tagPOINT> pts; ///< the points of all curves, one after another
+    CArray<int> counts;   ///< the number of points of each curve
+};
+
+/// Reads a curve file: the number of curves, then for each curve its number of points and that many
+/// `x y` pairs of integers. Throws InputError at the first thing that does not fit.
+CurveNetwork read_curves(const TextFile& file);
+
+} // namespace korvel::host

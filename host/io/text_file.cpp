@@ -1,0 +1,145 @@
+#include "host/io/text_file.h"
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <memory>
+#include <system_error>
+
+#include "host/io/errors.h"
+
+namespace korvel::host {
+namespace {
+
+// What fscanf skips between two values in the C locale.
+constexpr std::string_view white_space = " \t\n\v\f\r";
+
+[[noreturn]] void fail_to_read(const std::string& name, int error) {
+    throw InputError(name + ": cannot be read: " + std::generic_category().message(error));
+}
+
+// Numbers are written the way fscanf takes them, which allows a leading plus.
+std::string_view without_plus(std::string_view word) {
+    const bool has_plus = word.size() > 1 && word[0] == '+' && word[1] != '-';
+    return has_plus ? word.substr(1) : word;
+}
+
+template <class Number>
+std::errc parse(std::string_view word, Number& value) {
+    const std::string_view digits = without_plus(word);
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value);
+    return stop == end ? error : std::errc::invalid_argument;
+}
+
+} // namespace
+
+TextFile::TextFile(const std::filesystem::path& file) : name(file.string()) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::fopen(name.c_str(), "rb"), std::fclose);
+    if (!stream) {
+        fail_to_read(name, errno);
+    }
+    std::array<char, 1 << 16> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    while (const std::size_t got = std::fread(block.data(), 1, block.size(), stream.get())) {
+        text.append(block.data(), got);
+    }
+    if (std::ferror(stream.get()) != 0) {
+        fail_to_read(name, errno);
+    }
+}
+
+bool WordReader::at_end() {
+    while (!rest_.empty() && white_space.find(rest_.front()) != std::string_view::npos) {
+        next_line_ += rest_.front() == '\n' ? 1 : 0;
+        rest_.remove_prefix(1);
+    }
+    return rest_.empty();
+}
+
+std::string_view WordReader::next() {
+    if (at_end()) {
+        return {};
+    }
+    line_ = next_line_;
+    const std::string_view word = rest_.substr(0, rest_.find_first_of(white_space));
+    rest_.remove_prefix(word.size());
+    return word;
+}
+
+int WordReader::next_integer(const char* what) {
+    const std::string_view word = next();
+    if (word.empty()) {
+        fail(std::string("the file ends where ") + what + " belongs");
+    }
+    int value = 0;
+    const std::errc error = parse(word, value);
+    if (error == std::errc::result_out_of_range) {
+        fail(shown(word) + " is too large for " + what + ", which holds 32 bits");
+    }
+    if (error != std::errc()) {
+        fail(shown(word) + " stands where " + what + " belongs, an integer");
+    }
+    return value;
+}
+
+int WordReader::next_count(const char* what) {
+    const int count = next_integer(what);
+    if (count < 0) {
+        fail(std::string(what) + " is " + std::to_string(count) + ", it cannot be negative");
+    }
+    return count;
+}
+
+int WordReader::next_index(const char* what, int size) {
+    const int index = next_integer(what);
+    if (index < 0 || index >= size) {
+        const std::string range =
+            size == 0 ? "there are none" : "they go from 0 to " + std::to_string(size - 1);
+        fail(std::string(what) + " is " + std::to_string(index) + ", out of range: " + range);
+    }
+    return index;
+}
+
+double WordReader::next_real(const char* what) {
+    const std::string_view word = next();
+    if (word.empty()) {
+        fail(std::string("the file ends where ") + what + " belongs");
+    }
+    double value = 0;
+    const std::errc error = parse(word, value);
+    if (error == std::errc::invalid_argument) {
+        fail(shown(word) + " stands where " + what + " belongs, a number");
+    }
+    if (error == std::errc() && !std::isfinite(value)) {
+        fail(shown(word) + " stands where " + what + " belongs, a finite number");
+    }
+    if (error != std::errc() || std::abs(value) > std::numeric_limits<float>::max()) {
+        fail(shown(word) + " does not fit " + what + ", which is held in single precision");
+    }
+    return value;
+}
+
+void WordReader::fail(const std::string& message) const {
+    throw InputError(file_.name + ":" + std::to_string(line_) + ": " + message);
+}
+
+std::string shown(std::string_view word) {
+    constexpr std::size_t longest = 40;
+    std::string text = "'";
+    for (const char c : word.substr(0, longest)) {
+        const auto byte = static_cast<unsigned char>(c);
+        text += byte < 0x20 || byte == 0x7f ? '?' : c;
+    }
+    return text + (word.size() > longest ? "...'" : "'");
+}
+
+std::string shortest(double value) {
+    std::array<char, 32> digits; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+    return {digits.data(), end};
+}
+
+} // namespace korvel::host

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdio>
+#include <vector>
+
+#include "korvel/module/korvel.h"
+
+namespace korvel::host {
+
+/// Writes the triangles of a set as plain text: the number of points and their coordinates, with as
+/// many digits as give back the same value; the number of regions; for each region its number of
+/// triangles and the three point indices of each.
+///
+/// `ends[k]` is the index in `trg_list` after the last triangle of region k.
+void write_triangles(const PLYDT& set, const std::vector<int>& ends, FILE* out);
+
+} // namespace korvel::host

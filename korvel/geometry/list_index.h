@@ -1,0 +1,59 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "korvel/platform/framework.h"
+
+namespace korvel {
+
+/// Whether `index` names an element of `list`. Hosts fill index lists by hand and from files, so
+/// whatever walks one asks first.
+template <class List>
+bool has_element(const List& list, int index) {
+    return index >= 0 && index < list.GetSize();
+}
+
+/// Fills `target`, which may hold anything, with the elements of `source`, sized once.
+template <class Target, class Source>
+void assign_list(Target& target, const Source& source) {
+    target.SetSize(static_cast<int>(source.size()));
+    int slot = 0;
+    for (const auto& element : source) {
+        target[slot++] = element;
+    }
+}
+
+/// Removes every element for which `goes` holds; the others keep their order. Linear, where
+/// removing one by one would shift the rest each time.
+template <class List, class Predicate>
+void remove_elements(List& list, Predicate goes) {
+    int kept = 0;
+    for (int i = 0; i < list.GetSize(); ++i) {
+        if (!goes(list[i])) {
+            if (kept != i) {
+                list[kept] = std::move(list[i]);
+            }
+            ++kept;
+        }
+    }
+    list.SetSize(kept);
+}
+
+/// Fills many lists at once, each sized once. `each_pair(add)` calls `add(list, value)` for every
+/// entry, twice over: first to count, then to fill. `list_of(i)` gives list i of `lists`; all are
+/// emptied first. Entries keep the order of the calls.
+template <class EachPair, class ListOf>
+void distribute(int lists, EachPair each_pair, ListOf list_of) {
+    std::vector<int> sizes(static_cast<std::size_t>(lists), 0);
+    each_pair([&](int list, int) { ++sizes[static_cast<std::size_t>(list)]; });
+    for (int i = 0; i < lists; ++i) {
+        list_of(i).SetSize(0);
+        list_of(i).SetSize(std::exchange(sizes[static_cast<std::size_t>(i)], 0));
+    }
+    each_pair([&](int list, int value) {
+        list_of(list)[sizes[static_cast<std::size_t>(list)]++] = value;
+    });
+}
+
+} // namespace korvel

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "korvel/geometry/plane_point.h"
+
+namespace korvel {
+
+/// The side of p relative to the line from a to b: 1 on the left (y axis up), −1 on the right, 0 on
+/// the line, each by exact comparison of two products. Not-a-number gives −1.
+inline int turn_sign(PlanePoint a, PlanePoint b, PlanePoint p) {
+    const double left = (b.y - p.y) * (a.x - p.x);
+    const double right = (a.y - p.y) * (b.x - p.x);
+    if (left > right) {
+        return 1;
+    }
+    return left == right ? 0 : -1;
+}
+
+} // namespace korvel

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "korvel/module/export.h"
+#include "korvel/platform/types.h"
+
+/// One loaded extension module, as the framework knows it. Starts zeroed.
+struct AFX_EXTENSION_MODULE {
+    BOOL bInitialized = 0;
+    HINSTANCE hModule = nullptr;
+};
+
+/// Fills the record when the module is loaded and returns non-zero. A record that is already
+/// initialised keeps its module.
+KORVEL_API BOOL AfxInitExtensionModule(AFX_EXTENSION_MODULE& record, HINSTANCE module);
+
+/// Zeroes the record when the module is unloaded and takes every library registered for that module
+/// out of the chain. A record that is not initialised stays as it is.
+KORVEL_API void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record);
+
+/// An extension library in the framework's chain. It joins at the front when it is constructed and
+/// leaves when it is destroyed, or before that when its module is terminated.
+class KORVEL_API CDynLinkLibrary {
+public:
+    explicit CDynLinkLibrary(const AFX_EXTENSION_MODULE& record);
+    CDynLinkLibrary(const CDynLinkLibrary&) = delete;
+    CDynLinkLibrary& operator=(const CDynLinkLibrary&) = delete;
+    ~CDynLinkLibrary();
+
+    HINSTANCE module() const noexcept { return module_; }
+
+    /// The library that registered before this one; null at the end of the chain.
+    CDynLinkLibrary* next() const noexcept { return next_; }
+
+private:
+    friend void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record);
+
+    HINSTANCE module_;
+    CDynLinkLibrary* next_;
+};
+
+namespace korvel {
+
+/// Front of the chain, the library that registered last; null when there is none.
+KORVEL_API CDynLinkLibrary* first_extension_library() noexcept;
+
+} // namespace korvel

@@ -1,0 +1,9 @@
+#pragma once
+
+// What the host's application framework gives, in portable form.
+
+#include "korvel/platform/array.h"
+#include "korvel/platform/device_context.h"
+#include "korvel/platform/extension_module.h"
+#include "korvel/platform/message_box.h"
+#include "korvel/platform/types.h"

@@ -1,0 +1,51 @@
+#pragma once
+
+// The system's plain types and constants: Win32's own on Windows, the same names elsewhere.
+
+#if defined(_WIN32)
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
+
+#else
+
+#include <cstdint>
+
+using BOOL = int;        ///< zero is false, anything else true
+using HINSTANCE = void*; ///< identifies a loaded module; any address inside it will do
+
+/// An integer point in device units.
+struct tagPOINT {
+    std::int32_t x;
+    std::int32_t y;
+};
+using POINT = tagPOINT;
+
+using COLORREF = std::uint32_t; ///< 0x00bbggrr
+
+/// Packs a colour; of each part only the low eight bits count.
+constexpr COLORREF RGB(int r, int g, int b) {
+    return static_cast<COLORREF>(r & 0xff) | static_cast<COLORREF>(g & 0xff) << 8 |
+           static_cast<COLORREF>(b & 0xff) << 16;
+}
+constexpr std::uint8_t GetRValue(COLORREF colour) {
+    return static_cast<std::uint8_t>(colour & 0xff);
+}
+constexpr std::uint8_t GetGValue(COLORREF colour) {
+    return static_cast<std::uint8_t>(colour >> 8 & 0xff);
+}
+constexpr std::uint8_t GetBValue(COLORREF colour) {
+    return static_cast<std::uint8_t>(colour >> 16 & 0xff);
+}
+
+constexpr int ALTERNATE = 1;  ///< fill mode: inside is where an odd number of sides was crossed
+constexpr int PS_SOLID = 0;   ///< pen style: an unbroken line
+constexpr unsigned MB_OK = 0; ///< message box with an OK button only
+constexpr int IDOK = 1;       ///< the answer of the OK button
+
+#endif

@@ -1,0 +1,149 @@
+// Cleaning of a curve network, the caller's or the split one, and the table of distinct points.
+
+#include "korvel/geometry/first_index.h"
+#include "korvel/geometry/list_index.h"
+#include "korvel/region/cregion.h"
+#include "korvel/region/curve_spans.h"
+
+using korvel::CurveSpans;
+
+namespace {
+
+bool same_in_order(const CurveSpans& curves, int a, int b, bool b_backwards) {
+    for (int k = 0; k < curves.count(a); ++k) {
+        if (!korvel::same_point(curves.point(a, k), curves.point(b, k, b_backwards))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool same_curve(const CurveSpans& curves, int a, int b) {
+    return curves.count(a) == curves.count(b) &&
+           (same_in_order(curves, a, b, false) || same_in_order(curves, a, b, true));
+}
+
+/// A key that a curve shares with its reverse.
+std::uint64_t curve_key(const CurveSpans& curves, int curve) {
+    std::uint64_t forwards = 0;
+    std::uint64_t backwards = 0;
+    for (int k = 0; k < curves.count(curve); ++k) {
+        forwards = korvel::mix_bits(forwards ^ korvel::point_key(curves.point(curve, k)));
+        backwards = korvel::mix_bits(backwards ^ korvel::point_key(curves.point(curve, k, true)));
+    }
+    return forwards + backwards;
+}
+
+/// Moves the points of a network down over removed ones, curve by curve.
+class Compaction {
+public:
+    Compaction(CArray<tagPOINT>& pts, CArray<int>& counts) : pts_(pts), counts_(counts) {}
+
+    void keep_point(tagPOINT pt) { pts_[points_++] = pt; }
+    void drop_last_point() { --points_; }
+    void keep_curve(int count) { counts_[curves_++] = count; }
+
+    /// Points behind the last curve stay behind it; both arrays are cut to their exact sizes.
+    void finish(int first_point_behind) {
+        for (int p = first_point_behind; p < pts_.GetSize(); ++p) {
+            keep_point(pts_[p]);
+        }
+        pts_.SetSize(points_);
+        pts_.FreeExtra();
+        counts_.SetSize(curves_);
+        counts_.FreeExtra();
+    }
+
+private:
+    CArray<tagPOINT>& pts_;
+    CArray<int>& counts_;
+    int points_ = 0;
+    int curves_ = 0;
+};
+
+} // namespace
+
+/// Removes points equal to the one before them on their curve, then curves left with one point. A
+/// curve of no points stays.
+void CREGION::FilterNonLenSegment(CArray<tagPOINT>* pts, CArray<int>* counts) {
+    if (pts == nullptr || counts == nullptr) {
+        return;
+    }
+    const CurveSpans curves(*pts, *counts);
+    Compaction kept(*pts, *counts);
+    for (int curve = 0; curve < curves.size(); ++curve) {
+        int count = 0;
+        tagPOINT last{};
+        for (int p = curves.start(curve); p < curves.end(curve); ++p) {
+            const tagPOINT pt = (*pts)[p];
+            if (count == 0 || !korvel::same_point(pt, last)) {
+                kept.keep_point(pt);
+                last = pt;
+                ++count;
+            }
+        }
+        if (count == 1) {
+            kept.drop_last_point();
+        } else {
+            kept.keep_curve(count);
+        }
+    }
+    kept.finish(curves.end(curves.size() - 1));
+}
+
+/// Removes every curve that is the same as an earlier one, forwards or backwards.
+void CREGION::FilterRedundantCurve(CArray<tagPOINT>* pts, CArray<int>* counts) {
+    if (pts == nullptr || counts == nullptr) {
+        return;
+    }
+    const CurveSpans curves(*pts, *counts);
+    // Found before anything moves: sameness is transitive, so the earlier one may itself go.
+    std::vector<char> is_first(static_cast<std::size_t>(curves.size()));
+    korvel::FirstIndex seen(curves.size());
+    for (int curve = 0; curve < curves.size(); ++curve) {
+        const int first =
+            korvel::first_equal(seen, curve_key(curves, curve), curve,
+                                [&](int a, int b) { return same_curve(curves, a, b); });
+        is_first[static_cast<std::size_t>(curve)] = static_cast<char>(first == curve);
+    }
+
+    Compaction kept(*pts, *counts);
+    for (int curve = 0; curve < curves.size(); ++curve) {
+        if (is_first[static_cast<std::size_t>(curve)] != 0) {
+            for (int p = curves.start(curve); p < curves.end(curve); ++p) {
+                kept.keep_point((*pts)[p]);
+            }
+            kept.keep_curve(curves.count(curve));
+        }
+    }
+    kept.finish(curves.end(curves.size() - 1));
+}
+
+int CREGION::IsCurveSame(CArray<tagPOINT>* pts, CArray<int>* counts, int a, int b) {
+    if (pts == nullptr || counts == nullptr || !korvel::has_element(*counts, a) ||
+        !korvel::has_element(*counts, b)) {
+        return 0;
+    }
+    return same_curve(CurveSpans(*pts, *counts), a, b) ? 1 : 0;
+}
+
+/// Fills `unique_pts` with the distinct points of the split curves, in the order in which they are
+/// met, and `pt_index` with the place of each point among them.
+void CREGION::FilterSmaePoint() {
+    pt_index.SetSize(curve_pts.GetSize());
+    if (curve_pts.IsEmpty()) {
+        // `unique_pts` stays as it was.
+        return;
+    }
+    std::vector<tagPOINT> distinct;
+    korvel::FirstIndex seen(curve_pts.GetSize());
+    for (int p = 0; p < curve_pts.GetSize(); ++p) {
+        const int next = static_cast<int>(distinct.size());
+        pt_index[p] = seen.find_or_add(korvel::point_key(curve_pts[p]), next);
+        if (pt_index[p] == next) {
+            distinct.push_back(curve_pts[p]);
+        }
+    }
+    korvel::assign_list(unique_pts, distinct);
+    unique_pts.FreeExtra();
+}

@@ -1,0 +1,221 @@
+#include "korvel/region/crossings.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+
+#include "korvel/geometry/live_points.h"
+
+namespace korvel {
+namespace {
+
+/// Up to this difference of coordinates the products of the crossing formula are exact in double,
+/// so that segments cross by the formula exactly when they do, and only where their boxes meet.
+constexpr std::int64_t exact_extent = std::int64_t{1} << 25;
+
+/// Collects crossings; what piles up at busy points is sorted and thinned now and then, so that
+/// memory follows the distinct crossings and not the pairs that meet in them.
+class CrossingList {
+public:
+    void test(const CArray<tagPOINT>& pts, int a, int b) {
+        // A segment and its two neighbours on the same curve do not split each other. The segments
+        // on both sides of the step from one curve to the next are two apart.
+        if (std::abs(a - b) <= 1) {
+            return;
+        }
+        double on_a = 0;
+        double on_b = 0;
+        if (line_crossing(pts[a], pts[a + 1], on_a, pts[b], pts[b + 1], on_b) && on_a >= 0 &&
+            on_a <= 1 && on_b >= 0 && on_b <= 1) {
+            // The formula is symmetric to the last bit, so one test serves both segments.
+            found_.push_back({a, on_a});
+            found_.push_back({b, on_b});
+            if (found_.size() >= thin_at_) {
+                thin();
+                thin_at_ = std::max(thin_at_, 2 * found_.size());
+            }
+        }
+    }
+
+    std::vector<Crossing> take() {
+        thin();
+        return std::move(found_);
+    }
+
+private:
+    void thin() {
+        std::sort(found_.begin(), found_.end(), [](const Crossing& a, const Crossing& b) {
+            return a.segment != b.segment ? a.segment < b.segment : a.ratio < b.ratio;
+        });
+        const auto same = [](const Crossing& a, const Crossing& b) {
+            return a.segment == b.segment && a.ratio == b.ratio;
+        };
+        found_.erase(std::unique(found_.begin(), found_.end(), same), found_.end());
+    }
+
+    std::vector<Crossing> found_;
+    std::size_t thin_at_ = std::size_t{1} << 20U;
+};
+
+/// Square cells over the network, each with the segments that pass through it. Cells are a power of
+/// two wide and borders are integers, so that the cell of a point is exact.
+class SegmentGrid {
+public:
+    SegmentGrid(const CArray<tagPOINT>& pts, const std::vector<int>& segments, const IntBox& box)
+        : pts_(pts), box_(box) {
+        choose_cell_size(segments);
+        std::vector<std::size_t>& starts = cell_starts_;
+        starts.assign(static_cast<std::size_t>(columns_ * rows_) + 1, 0);
+        for (const int segment : segments) {
+            for_each_cell(segment, [&](std::size_t cell) { ++starts[cell + 1]; });
+        }
+        for (std::size_t cell = 1; cell < starts.size(); ++cell) {
+            starts[cell] += starts[cell - 1];
+        }
+        entries_.resize(starts.back());
+        std::vector<std::size_t> next(starts.begin(), starts.end() - 1);
+        for (const int segment : segments) {
+            for_each_cell(segment, [&](std::size_t cell) { entries_[next[cell]++] = segment; });
+        }
+    }
+
+    /// Calls `test(a, b)` at least once for each pair of segments whose boxes meet in a shared
+    /// cell.
+    template <class Test>
+    void for_each_close_pair(Test test) const {
+        for (std::size_t cell = 0; cell + 1 < cell_starts_.size(); ++cell) {
+            for (std::size_t i = cell_starts_[cell]; i < cell_starts_[cell + 1]; ++i) {
+                const IntBox box = segment_box(entries_[i]);
+                for (std::size_t j = cell_starts_[cell]; j < i; ++j) {
+                    if (box.meets(segment_box(entries_[j]))) {
+                        test(entries_[i], entries_[j]);
+                    }
+                }
+            }
+        }
+    }
+
+private:
+    /// The smallest cells with which neither the cells nor the entries outgrow the segments.
+    void choose_cell_size(const std::vector<int>& segments) {
+        constexpr double most_per_segment = 4;
+        double steps = 0;
+        for (const int segment : segments) {
+            const IntBox box = segment_box(segment);
+            steps += static_cast<double>(box.x_max) - box.x_min;
+            steps += static_cast<double>(box.y_max) - box.y_min;
+        }
+        const double most = most_per_segment * static_cast<double>(segments.size()) + 16;
+        for (shift_ = 0;; ++shift_) {
+            columns_ = column(box_.x_max) + 1;
+            rows_ = row(box_.y_max) + 1;
+            const double entries =
+                static_cast<double>(segments.size()) + std::ldexp(steps, -shift_);
+            if (static_cast<double>(columns_) * static_cast<double>(rows_) <= most &&
+                entries <= most) {
+                return;
+            }
+        }
+    }
+
+    std::int64_t column(std::int64_t x) const { return (x - box_.x_min) >> shift_; }
+    std::int64_t row(std::int64_t y) const { return (y - box_.y_min) >> shift_; }
+
+    IntBox segment_box(int segment) const {
+        IntBox box;
+        box.include(pts_[segment]);
+        box.include(pts_[segment + 1]);
+        return box;
+    }
+
+    /// Walks the columns that the segment passes, and in each the rows; the rows are taken a little
+    /// too wide, never too narrow.
+    template <class Visit>
+    void for_each_cell(int segment, Visit visit) const {
+        constexpr double rounding = 1e-3;
+        tagPOINT left = pts_[segment];
+        tagPOINT right = pts_[segment + 1];
+        if (left.x > right.x) {
+            std::swap(left, right);
+        }
+        const IntBox box = segment_box(segment);
+        const double slope = (static_cast<double>(right.y) - left.y) /
+                             std::max(1.0, static_cast<double>(right.x) - left.x);
+        for (std::int64_t c = column(left.x); c <= column(right.x); ++c) {
+            const std::int64_t from_x = std::max<std::int64_t>(left.x, box_.x_min + (c << shift_));
+            const std::int64_t to_x =
+                std::min<std::int64_t>(right.x, box_.x_min + ((c + 1) << shift_));
+            double low = left.y + slope * static_cast<double>(from_x - left.x);
+            double high = left.x == right.x ? static_cast<double>(right.y)
+                                            : left.y + slope * static_cast<double>(to_x - left.x);
+            if (low > high) {
+                std::swap(low, high);
+            }
+            const auto from_y = static_cast<std::int64_t>(std::floor(low - rounding));
+            const auto to_y = static_cast<std::int64_t>(std::ceil(high + rounding));
+            const std::int64_t last = row(std::min<std::int64_t>(to_y, box.y_max));
+            for (std::int64_t r = row(std::max<std::int64_t>(from_y, box.y_min)); r <= last; ++r) {
+                visit(static_cast<std::size_t>(c * rows_ + r));
+            }
+        }
+    }
+
+    const CArray<tagPOINT>& pts_;
+    IntBox box_;
+    int shift_ = 0;
+    std::int64_t columns_ = 0;
+    std::int64_t rows_ = 0;
+    std::vector<std::size_t> cell_starts_; ///< entries of cell c stand at [c] … [c + 1] − 1
+    std::vector<int> entries_;
+};
+
+} // namespace
+
+std::vector<Crossing> find_crossings(const CArray<tagPOINT>& pts, const CurveSpans& curves) {
+    std::vector<int> segments;
+    IntBox box;
+    for (int curve = 0; curve < curves.size(); ++curve) {
+        for (int p = curves.start(curve); p + 1 < curves.end(curve); ++p) {
+            segments.push_back(p);
+            box.include(pts[p]);
+            box.include(pts[p + 1]);
+        }
+    }
+
+    CrossingList crossings;
+    const bool exact = !segments.empty() &&
+                       static_cast<std::int64_t>(box.x_max) - box.x_min <= exact_extent &&
+                       static_cast<std::int64_t>(box.y_max) - box.y_min <= exact_extent;
+    if (exact) {
+        SegmentGrid(pts, segments, box).for_each_close_pair([&](int a, int b) {
+            crossings.test(pts, a, b);
+        });
+    } else {
+        for (std::size_t i = 0; i < segments.size(); ++i) {
+            for (std::size_t j = 0; j < i; ++j) {
+                crossings.test(pts, segments[i], segments[j]);
+            }
+        }
+    }
+    return crossings.take();
+}
+
+bool line_crossing(const tagPOINT& p1, const tagPOINT& p2, double& r1, const tagPOINT& p3,
+                   const tagPOINT& p4, double& r2) {
+    constexpr double parallel = 1e-8;
+    const double dx1 = static_cast<double>(p2.x) - p1.x;
+    const double dy1 = static_cast<double>(p2.y) - p1.y;
+    const double dx2 = static_cast<double>(p4.x) - p3.x;
+    const double dy2 = static_cast<double>(p4.y) - p3.y;
+    const double ex = static_cast<double>(p3.x) - p1.x;
+    const double ey = static_cast<double>(p3.y) - p1.y;
+    const double det = dy2 * dx1 - dx2 * dy1;
+    if (std::fabs(det) < parallel) {
+        return false;
+    }
+    r1 = (ex * dy2 - ey * dx2) / det;
+    r2 = (ex * dy1 - ey * dx1) / det;
+    return true;
+}
+
+} // namespace korvel

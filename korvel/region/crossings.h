@@ -1,0 +1,27 @@
+#pragma once
+
+#include <vector>
+
+#include "korvel/region/curve_spans.h"
+
+namespace korvel {
+
+/// A point at which a segment meets another one.
+struct Crossing {
+    int segment = 0;  ///< place of the segment's first point in the point array
+    double ratio = 0; ///< position on the segment: 0 at its first point, 1 at its second
+};
+
+/// Where the lines p1-p2 and p3-p4 cross, as ratios of their segments. False, with both ratios
+/// untouched, for lines that are parallel.
+bool line_crossing(const tagPOINT& p1, const tagPOINT& p2, double& r1, const tagPOINT& p3,
+                   const tagPOINT& p4, double& r2);
+
+/// Every crossing of a segment with another one that is not its neighbour on the same curve, ends
+/// included, ascending by segment and ratio, each ratio of a segment once.
+///
+/// Cost: close to linear in segments plus crossings, by a grid of cells about as large as the
+/// segments. Networks that span more than 2^25 units compare every segment with every other.
+std::vector<Crossing> find_crossings(const CArray<tagPOINT>& pts, const CurveSpans& curves);
+
+} // namespace korvel

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+#include "korvel/platform/framework.h"
+
+namespace korvel {
+
+/// Where each curve of a network stands in its point array. A count that is negative, or larger
+/// than the points that are left, is cut to what is there, so that no stage leaves the array.
+class CurveSpans {
+public:
+    CurveSpans(const CArray<tagPOINT>& pts, const CArray<int>& counts) : pts_(&pts) {
+        starts_.reserve(static_cast<std::size_t>(counts.GetSize()) + 1);
+        starts_.push_back(0);
+        for (const int count : counts) {
+            const int left = pts.GetSize() - starts_.back();
+            starts_.push_back(starts_.back() + std::clamp(count, 0, left));
+        }
+    }
+
+    int size() const { return static_cast<int>(starts_.size()) - 1; }
+    int start(int curve) const { return starts_[static_cast<std::size_t>(curve)]; }
+    int end(int curve) const { return starts_[static_cast<std::size_t>(curve) + 1]; }
+    int count(int curve) const { return end(curve) - start(curve); }
+    bool is_empty(int curve) const { return count(curve) == 0; }
+
+    /// Point k of the curve, counted from its last point when `backwards`.
+    const tagPOINT& point(int curve, int k, bool backwards = false) const {
+        return (*pts_)[index(curve, k, backwards)];
+    }
+    /// Its place in the point array.
+    int index(int curve, int k, bool backwards = false) const {
+        return backwards ? end(curve) - 1 - k : start(curve) + k;
+    }
+
+private:
+    const CArray<tagPOINT>* pts_;
+    std::vector<int> starts_;
+};
+
+/// The curve that a signed, 1-based id names, and the sense in which it is walked.
+inline int curve_of(int curve_id) {
+    return (curve_id < 0 ? -(curve_id + 1) : curve_id - 1);
+}
+inline bool walked_backwards(int curve_id) {
+    return curve_id < 0;
+}
+
+/// Where the points of a ring of signed curve ids stand in the point array, in walking order. Each
+/// curve starts at the last point of the one before it, and the last curve ends at the ring's first
+/// point; such points are taken once.
+inline std::vector<int> ring_places(const CurveSpans& curves, const CArray<int>& curve_ids) {
+    std::vector<int> places;
+    for (const int id : curve_ids) {
+        const int curve = curve_of(id);
+        if (curve < 0 || curve >= curves.size()) {
+            continue;
+        }
+        for (int k = places.empty() ? 0 : 1; k < curves.count(curve); ++k) {
+            places.push_back(curves.index(curve, k, walked_backwards(id)));
+        }
+    }
+    if (!places.empty()) {
+        places.pop_back();
+    }
+    return places;
+}
+
+inline bool same_point(const tagPOINT& a, const tagPOINT& b) {
+    return a.x == b.x && a.y == b.y;
+}
+
+} // namespace korvel

@@ -1,0 +1,146 @@
+// The ring around the seed point and the rings directly inside it.
+
+#include <cstdlib>
+
+#include "korvel/geometry/first_index.h"
+#include "korvel/geometry/list_index.h"
+#include "korvel/geometry/live_points.h"
+#include "korvel/geometry/shell_sort.h"
+#include "korvel/geometry/winding.h"
+#include "korvel/region/cregion.h"
+#include "korvel/region/curve_spans.h"
+
+using korvel::CurveSpans;
+using korvel::PlanePoint;
+
+namespace {
+
+/// The points of a ring, with what it takes to ask for points on and in it.
+class Outline {
+public:
+    Outline(const CArray<tagPOINT>& pts, const CurveSpans& curves, const CREGION::tagRToC& ring)
+        : corners_at_(0) {
+        for (const int place : korvel::ring_places(curves, ring.curve_ids)) {
+            corners_.push_back(pts[place]);
+            box_.include(pts[place]);
+            corners_at_.find_or_add(korvel::point_key(pts[place]), 0);
+        }
+    }
+
+    bool has_corner(const tagPOINT& pt) const {
+        return corners_at_.find(korvel::point_key(pt)) >= 0;
+    }
+
+    bool encloses(const tagPOINT& pt) const {
+        const auto corner = [&](int k) {
+            const tagPOINT& at = corners_[static_cast<std::size_t>(k)];
+            return PlanePoint{static_cast<double>(at.x) - pt.x, static_cast<double>(at.y) - pt.y};
+        };
+        return box_.contains(pt) &&
+               korvel::winding_encloses(static_cast<int>(corners_.size()), corner);
+    }
+
+    /// Whether a ring no larger than this one lies inside: its first point off this ring decides,
+    /// and a ring with no such point is taken to lie inside.
+    bool encloses(const Outline& other) const {
+        if (!box_.meets(other.box_)) {
+            return false;
+        }
+        for (const tagPOINT& pt : other.corners_) {
+            if (!has_corner(pt)) {
+                return encloses(pt);
+            }
+        }
+        return true;
+    }
+
+private:
+    std::vector<tagPOINT> corners_;
+    korvel::IntBox box_;
+    korvel::FirstIndex corners_at_;
+};
+
+} // namespace
+
+void CREGION::CalcInExRing() {
+    const CurveSpans curves(curve_pts, curve_counts);
+    const auto outline = [&](const tagRToC& ring) { return Outline(curve_pts, curves, ring); };
+
+    in_rings.SetSize(0, 50);
+    ex_rings.SetSize(0, 50);
+    for (const tagRToC& ring : rings) {
+        (outline(ring).encloses(seed_pt) ? in_rings : ex_rings).Add(ring);
+    }
+    korvel::shell_sort(in_rings, in_rings.GetSize(), [](const tagRToC& x, const tagRToC& key) {
+        return x.ring_area > key.ring_area;
+    });
+    if (in_rings.IsEmpty()) {
+        ex_rings.RemoveAll();
+        return;
+    }
+
+    // Inside the smallest ring around the seed, without a curve of any ring around it.
+    std::vector<char> around_seed(static_cast<std::size_t>(curves.size()), 0);
+    for (const tagRToC& ring : in_rings) {
+        for (const int id : ring.curve_ids) {
+            around_seed[static_cast<std::size_t>(korvel::curve_of(id))] = 1;
+        }
+    }
+    const Outline smallest = outline(in_rings[0]);
+    korvel::remove_elements(ex_rings, [&](const tagRToC& ring) {
+        const auto is_around_seed = [&](int id) {
+            return around_seed[static_cast<std::size_t>(korvel::curve_of(id))] != 0;
+        };
+        if (std::any_of(ring.curve_ids.begin(), ring.curve_ids.end(), is_around_seed)) {
+            return true;
+        }
+        // The curve's stored first point, whatever the sense in which the ring walks it.
+        return !smallest.encloses(curves.point(korvel::curve_of(ring.curve_ids[0]), 0));
+    });
+    in_rings.SetSize(1);
+
+    korvel::shell_sort(ex_rings, ex_rings.GetSize(), [](const tagRToC& x, const tagRToC& key) {
+        return x.ring_area < key.ring_area;
+    });
+    // A ring inside another kept ring is not directly inside the seed's ring.
+    std::vector<Outline> kept;
+    korvel::remove_elements(ex_rings, [&](const tagRToC& ring) {
+        Outline candidate = outline(ring);
+        const auto encloses_it = [&](const Outline& larger) { return larger.encloses(candidate); };
+        if (std::any_of(kept.begin(), kept.end(), encloses_it)) {
+            return true;
+        }
+        kept.push_back(std::move(candidate));
+        return false;
+    });
+}
+
+int CREGION::IsPtInRing(tagPOINT pt, const tagRToC& ring) {
+    return Outline(curve_pts, CurveSpans(curve_pts, curve_counts), ring).encloses(pt) ? 1 : 0;
+}
+
+int CREGION::GetRegionPts(CArray<int>& pts, CArray<int>& counts) {
+    CArray<tagPOINT> unused_pts;
+    CArray<int> unused_counts;
+    CArray<int> unused_holes;
+    GetRegion(unused_pts, unused_counts, unused_holes);
+    if (pt_index.GetSize() != curve_pts.GetSize()) {
+        FilterSmaePoint(); // `GetRegion` alone does not need the distinct points
+    }
+
+    const CurveSpans curves(curve_pts, curve_counts);
+    std::vector<int> all_points;
+    std::vector<int> all_counts;
+    const auto add_ring = [&](const tagRToC& ring) {
+        const std::vector<int> places = korvel::ring_places(curves, ring.curve_ids);
+        for (const int place : places) {
+            all_points.push_back(pt_index[place]);
+        }
+        all_counts.push_back(static_cast<int>(places.size()));
+    };
+    std::for_each(in_rings.begin(), in_rings.end(), add_ring);
+    std::for_each(ex_rings.begin(), ex_rings.end(), add_ring);
+    korvel::assign_list(pts, all_points);
+    korvel::assign_list(counts, all_counts);
+    return counts.GetSize();
+}
