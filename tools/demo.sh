@@ -9,11 +9,20 @@ cmake --build --preset release --target korvel_command
 korvel=build/release/host/korvel
 mkdir -p out
 
-for map in us-states world-110m; do
-    curves=data/$map.curves
-    "$korvel" regions "$curves" -o "out/$map.regions" --picture "out/$map.png"
-    "$korvel" triangles "$curves" -o "out/$map.triangles" --picture "out/$map-triangles.png"
-done
+# One unit of x is a longer way than one of y on the maps of the United States, and far islands would
+# leave most of the page empty: the pictures show the mainland in its usual shape.
+usa=(--view 14500,-75000,31500,-45500 --stretch 3.3)
+world=(--stretch 2)
+
+demo() {
+    local map=$1
+    shift
+    "$korvel" regions "data/$map.curves" -o "out/$map.regions" --picture "out/$map.png" "$@"
+    "$korvel" triangles "data/$map.curves" -o "out/$map.triangles" \
+        --picture "out/$map-triangles.png" "$@"
+}
+demo us-states "${usa[@]}"
+demo world-110m "${world[@]}"
 
 echo
 echo "pictures:"

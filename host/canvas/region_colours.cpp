@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <vector>
 
 namespace korvel::host {
@@ -29,10 +30,8 @@ void colour_regions(CCPloy2DRg& set) {
     const std::vector<std::vector<int>> neighbours = neighbours_of_regions(set);
     const int regions = set.region_list.GetSize();
     std::vector<Colour> colours;
-    std::vector<int> pool;
-    for (int n = 0; n < choices; ++n) {
-        pool.push_back(n);
-    }
+    std::vector<int> pool(choices);
+    std::iota(pool.begin(), pool.end(), 0);
     for (int region = 0; region < regions; ++region) {
         const auto clearance = [&](int n) {
             double nearest = std::numeric_limits<double>::max();

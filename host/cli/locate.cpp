@@ -26,6 +26,7 @@ private:
 
 void add_locate_command(CLI::App& program) {
     CLI::App* command = program.add_subcommand("locate", "Tell which region holds a point");
+    command->group("Commands");
     const auto self = std::make_shared<LocateCommand>(*command);
     command->callback([self] { self->run(); });
 }

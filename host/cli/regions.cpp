@@ -42,6 +42,7 @@ private:
 void add_regions_command(CLI::App& program) {
     CLI::App* command =
         program.add_subcommand("regions", "Find the closed regions of a network of curves");
+    command->group("Commands");
     const auto self = std::make_shared<RegionsCommand>(*command);
     command->callback([self] { self->run(); });
 }

@@ -53,6 +53,7 @@ private:
 
 void add_triangles_command(CLI::App& program) {
     CLI::App* command = program.add_subcommand("triangles", "Cover regions with triangles");
+    command->group("Commands");
     const auto self = std::make_shared<TrianglesCommand>(*command);
     command->callback([self] { self->run(); });
 }
@@ -99,6 +100,10 @@ void TrianglesCommand::load() {
     } else {
         take_network(file);
     }
+    // Rings in a file may turn either way. Of a network the region builder leaves a ring as it was
+    // traced when rounding spoils the angles that it sums up, with points in line with the last
+    // one.
+    turn_rings(set_);
 }
 
 void TrianglesCommand::take_network(const TextFile& file) {
@@ -120,7 +125,6 @@ void TrianglesCommand::take_region_set(const TextFile& file) {
                 counted(regions.region_list.GetSize(), "region").c_str(),
                 counted(regions.pt_list.GetSize(), "point").c_str());
     copy_regions(regions, set_);
-    turn_rings(set_);
     if (network_.has_selection()) {
         numbers_ = select(regions);
         keep_regions(set_, numbers_);

@@ -68,8 +68,8 @@ void copy_regions(const Source& source, Target& target) {
     }
 }
 
-/// Turns every ring the way in which `CREGION` writes rings and the triangulation expects them:
-/// with positive area, clockwise where y grows downward.
+/// Turns every ring the way the triangulation expects: with positive area, clockwise where y grows
+/// downward.
 void turn_rings(PLYDT& set);
 
 /// Keeps the regions of the given indices, in index order, and the rings and points that they use.

@@ -395,9 +395,6 @@ bool is_ordinary(const PLYDT& set, const PLYDT::PyToRg& region, const RegionPoin
         }
         magnitude = std::max({magnitude, std::fabs(p.x), std::fabs(p.y)});
     }
-    if (!(magnitude <= farthest * CellGrid(points.at).extent())) {
-        return false;
-    }
     for (const int ring : region.rings) {
         const CArray<int>& pts = set.ring_list[ring].pts;
         for (int k = 0; k < pts.GetSize(); ++k) {
@@ -416,7 +413,8 @@ bool is_ordinary(const PLYDT& set, const PLYDT::PyToRg& region, const RegionPoin
             }
         }
     }
-    return true;
+    // With an edge of some length the extent is not 0.
+    return magnitude <= farthest * CellGrid(points.at).extent();
 }
 
 bool has_exact_turns(const std::vector<PlanePoint>& pts, double extent) {

@@ -46,15 +46,18 @@ protected:
     };
 
     /// Runs the command in the scratch directory. Nothing in the arguments may need quoting.
-    Result run(const std::string& arguments) const {
+    /// Standard output goes to `out`, if given, instead of the result.
+    Result run(const std::string& arguments, std::string out = {}) const {
         const std::filesystem::path reports = directory_.string() + "-reports";
         std::filesystem::create_directory(reports);
+        const std::string err = (reports / "err").string();
+        const bool is_caught = out.empty();
+        out = is_caught ? (reports / "out").string() : out;
         const std::string line = "cd " + directory_.string() + " && " KORVEL_COMMAND " " +
-                                 arguments + " >" + (reports / "out").string() + " 2>" +
-                                 (reports / "err").string();
+                                 arguments + " >" + out + " 2>" + err;
         const int ended = std::system(line.c_str());
-        const Result result = {WIFEXITED(ended) ? WEXITSTATUS(ended) : -1,
-                               read((reports / "out").string()), read((reports / "err").string())};
+        Result result = {WIFEXITED(ended) ? WEXITSTATUS(ended) : -1,
+                         is_caught ? read(out) : std::string(), read(err)};
         std::filesystem::remove_all(reports);
         return result;
     }
