@@ -1,0 +1,337 @@
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "korvel/polyregion/ccploy2drg.h"
+#include "korvel/polyregion/plydt.h"
+#include "tests/geometry/recording_dc.h"
+
+using korvel::test::RecordingDC;
+using Calls = std::vector<std::string>;
+using Ints = std::vector<int>;
+
+namespace {
+
+struct Xy {
+    double x;
+    double y;
+};
+
+Ints ints(const CArray<int>& list) {
+    return Ints(list.begin(), list.end());
+}
+void fill(CArray<int>& list, const Ints& values) {
+    for (const int value : values) {
+        list.Add(value);
+    }
+}
+
+/// Adds points, rings and regions to a set of either kind.
+template <class RegionSet>
+void add(RegionSet& set, const std::vector<Xy>& points, const std::vector<Ints>& rings,
+         const std::vector<Ints>& regions) {
+    for (const Xy& at : points) {
+        VERT2D& pt = set.pt_list[set.pt_list.Add({})];
+        pt.x = at.x;
+        pt.y = at.y;
+    }
+    for (const Ints& ring : rings) {
+        fill(set.ring_list[set.ring_list.Add({})].pts, ring);
+    }
+    for (const Ints& region : regions) {
+        fill(set.region_list[set.region_list.Add({})].rings, region);
+    }
+}
+
+std::string written(CCPloy2DRg& set) {
+    FILE* file = std::tmpfile();
+    set.writepolyrg(file);
+    std::string text(static_cast<std::size_t>(std::ftell(file)), 0);
+    std::rewind(file);
+    text.resize(std::fread(text.data(), 1, text.size(), file));
+    std::fclose(file);
+    return text;
+}
+void read(CCPloy2DRg& set, const std::string& text) {
+    FILE* file = std::tmpfile();
+    std::fputs(text.c_str(), file);
+    std::rewind(file);
+    set.readpolyrg(file);
+    std::fclose(file);
+}
+
+TEST(RegionFile, IsWrittenAndReadBack) {
+    const std::string text = "3\n0.500000 -2.000000\n16777217.000000 0.100000\n3.000000 4.000000\n"
+                             "2\n3\n0 1 2 \n0\n\n"
+                             "1\n2\n0 1 \n";
+    CCPloy2DRg set;
+    add(set, {{0.5, -2}, {16'777'217, 0.1}, {3, 4}}, {{0, 1, 2}, {}}, {{0, 1}});
+    EXPECT_EQ(written(set), text);
+
+    CCPloy2DRg back;
+    read(back, text);
+    EXPECT_EQ(back.pt_list[1].x, 16'777'216); // through single precision
+    EXPECT_EQ(back.pt_list[1].y, static_cast<double>(0.1F));
+    EXPECT_EQ(ints(back.ring_list[0].sides), (Ints{0, 1, 2}));
+    back.pt_list[1].x = 16'777'217;
+    EXPECT_EQ(written(back), text);
+
+    CCPloy2DRg none;
+    EXPECT_EQ(written(none), "0\n");
+    read(back, "0\n1\n0\n");
+    EXPECT_EQ(written(back), text); // nothing behind a 0 is read
+}
+
+TEST(RegionFile, MayBeShortOrGarbled) {
+    const struct {
+        const char* text;
+        int points, rings, regions;
+    } cases[] = {
+        {"", 0, 0, 0},
+        {"many", 0, 0, 0},
+        {"-7 1 2", 0, 0, 0},
+        {"2000000000 1 2 3 4", 2, 0, 0},
+        {"2 1 2 3", 2, 0, 0},
+        {"1 1 2 2000000000 1 0", 1, 1, 0},
+        {"1 1 2 1 2000000000 0 0", 1, 1, 0},
+        {"1 1 2 1 -4 1 2000000000 0 0", 1, 1, 1},
+        {"1 1 2 1 3 0 999 -5 1 2 -1 77", 1, 1, 1},
+    };
+    for (const auto& c : cases) {
+        CCPloy2DRg set;
+        read(set, c.text);
+        EXPECT_EQ(set.pt_list.GetSize(), c.points) << c.text;
+        EXPECT_EQ(set.ring_list.GetSize(), c.rings) << c.text;
+        EXPECT_EQ(set.region_list.GetSize(), c.regions) << c.text;
+        double origin[] = {0, 0};
+        RecordingDC dc;
+        EXPECT_EQ(set.search_pt_polyrg(origin), -1);
+        set.Draw_Poly_Line(0, 0, 0, 0, 1, 1, 1, &dc);
+        set.Draw_Regon(0, 0, 0, 0, 1, 1, 1, &dc);
+    }
+}
+
+TEST(Sides, AreSharedAndKeepTheirFirstDirection) {
+    CCPloy2DRg set;
+    add(set, {{0, 1}, {2, 1}, {2, 5}, {-1, 5}, {7, 7}}, {{0, 1, 2}, {2, 0, 3}, {4}}, {});
+    set.creat_top_rel();
+    EXPECT_EQ(ints(set.ring_list[0].sides), (Ints{0, 1, 2}));
+    EXPECT_EQ(ints(set.ring_list[1].sides), (Ints{2, 3, 4}));
+    EXPECT_EQ(ints(set.ring_list[2].sides), Ints{5});
+    EXPECT_EQ(ints(set.pt_list[0].side_refs), (Ints{0, 2, 3}));
+    EXPECT_EQ(ints(set.pt_list[4].side_refs), Ints{5}); // from the point to itself
+    EXPECT_EQ(set.side_list[2].p0, 2);
+    // 0x − 2y + 2 = 0, scaled together with its constant
+    EXPECT_EQ(set.side_list[0].b, -2 / std::sqrt(8));
+    EXPECT_EQ(set.side_list[0].c, 2 / std::sqrt(8));
+    EXPECT_EQ(set.side_list[5].a, 0.701);
+    EXPECT_EQ(set.side_list[5].b, 0.701);
+    EXPECT_EQ(set.side_list[5].c, 0);
+
+    set.creat_top_rel();
+    EXPECT_EQ(set.side_list.GetSize(), 7); // ring 0's first side once more
+    EXPECT_EQ(set.side_list[6].p1, 1);
+    EXPECT_EQ(ints(set.ring_list[0].sides), (Ints{0, 1, 2}));
+    EXPECT_EQ(ints(set.pt_list[1].side_refs), (Ints{0, 1, 6}));
+
+    CCPloy2DRg lone_point_first;
+    add(lone_point_first, {{1, 1}}, {{0}, {}}, {});
+    lone_point_first.creat_top_rel();
+    EXPECT_EQ(lone_point_first.side_list.GetSize(), 1);
+}
+
+TEST(Drawing, TruncatesBeforeTheOffsetAndSaturates) {
+    constexpr double beyond = 1e300;
+    CCPloy2DRg set;
+    add(set, {{0, 0}, {10, beyond}, {-beyond, std::nan("")}, {4, 5}}, {{0, 1, 2}, {3}, {0, 9}},
+        {{0, 1, 2}, {1}});
+    set.region_list[0].red = 9;
+    set.region_list[0].green = 8;
+    set.region_list[0].blue = 7;
+    RecordingDC dc;
+    set.Draw_Poly_Line(100, 50, 1, 1, 2, 4, 3, &dc);
+    EXPECT_EQ(dc.calls, Calls{});
+    set.Draw_Regon(100, 50, 1, 1, 2, 4, 3, &dc);
+    EXPECT_EQ(dc.calls,
+              (Calls{"fill mode 1", "get background", "brush 9-8-7",
+                     "polygons 99,50 113,2147483647 -2147483548,50; 104,53;", "brush back",
+                     "set background 1-2-3", "get background", "brush 0-0-0", "polygons 104,53;",
+                     "brush back", "set background 1-2-3"}));
+
+    set.ring_list.RemoveAt(1, 2);
+    set.creat_top_rel();
+    dc.calls.clear();
+    set.Draw_Poly_Line(100, 50, 1, 1, 2, 4, 3, &dc);
+    EXPECT_EQ(dc.calls,
+              (Calls{"pen 0 1 255-0-0", "move 99,50", "line 113,2147483647", "move 113,2147483647",
+                     "line -2147483548,50", "move -2147483548,50", "line 99,50", "pen back"}));
+
+    // The inverse mapping.
+    set.pt_list[0].x = 113;
+    set.pt_list[0].y = 53;
+    set.translate_cood(100, 50, 1, 1, 2, 4, 3);
+    EXPECT_EQ(set.pt_list[0].x, 13.0 * 2 / 3 + 1);
+    EXPECT_EQ(set.pt_list[0].y, 5);
+}
+
+TEST(Location, GoesByTheFirstRegionAndItsHoles) {
+    CCPloy2DRg set;
+    add(set, {{0, 0}, {9, 0}, {9, 9}, {0, 9}, {3, 3}, {6, 3}, {6, 6}, {3, 6}},
+        {{0, 1, 2, 3}, {4, 5, 6, 7}, {3, 2, 1, 0}, {0, 2}}, {{}, {3}, {0, 1}, {1}, {2}, {7}});
+    const struct {
+        const char* name;
+        double at[2];
+        int region;
+    } cases[] = {
+        {"between ring and hole", {1, 1}, 2},
+        {"in the hole, which is a region itself", {4, 4}, 3},
+        {"a corner", {9, 9}, -1},
+        {"a corner of the hole", {3, 3}, 2},
+        {"outside", {10, 4}, -1},
+        {"a side, which adds half a turn to the left", {5, 0}, 2},
+    };
+    for (const auto& c : cases) {
+        double at[] = {c.at[0], c.at[1]};
+        EXPECT_EQ(set.search_pt_polyrg(at), c.region) << c.name;
+    }
+    // Seen from a ring that turns to the right, that half turn undoes the rest.
+    double on_side[] = {5, 0};
+    EXPECT_EQ(set.ptInPlyRegen(on_side, set.region_list[2]), 1);
+    EXPECT_EQ(set.ptInPlyRegen(on_side, set.region_list[4]), 0);
+}
+
+int plain_answer(const CCPloy2DRg& set, Xy at) {
+    double sum = 0;
+    Xy before{set.pt_list[0].x - at.x, set.pt_list[0].y - at.y};
+    for (int k = 1; k <= set.pt_list.GetSize(); ++k) {
+        const VERT2D& pt = set.pt_list[k % set.pt_list.GetSize()];
+        const Xy d{pt.x - at.x, pt.y - at.y};
+        const double angle = std::acos((d.x * before.x + d.y * before.y) /
+                                       (std::sqrt(d.x * d.x + d.y * d.y) *
+                                        std::sqrt(before.x * before.x + before.y * before.y)));
+        sum += d.y * before.x - d.x * before.y >= 0 ? angle : -angle;
+        before = d;
+    }
+    return std::fabs(sum) > 1.0 ? 1 : 0;
+}
+
+TEST(Location, AnswersLikeThePlainSumOfAngles) {
+    std::mt19937 engine(7);
+    int inside = 0;
+    constexpr int cases = 40'000;
+    for (int i = 0; i < cases; ++i) {
+        // Small grids put nearly every point in line with a side; some are stretched until angles
+        // and products lose their digits.
+        const int reach = 1 + i % 9;
+        const double scale = std::vector{1.0, 1.0, 0.1, 1e-9, 1e150, 1e-150}[engine() % 6];
+        const double shift = std::vector{0.0, 0.0, 1e6, 1e-7}[engine() % 4];
+        const auto coordinate = [&] {
+            return (static_cast<int>(engine() % (2U * reach + 1)) - reach) * scale + shift;
+        };
+        CCPloy2DRg set;
+        RING ring;
+        for (unsigned k = 3 + engine() % 9; k > 0; --k) {
+            ring.pts.Add(set.pt_list.GetSize());
+            const double x = coordinate();
+            add(set, {{x, coordinate() * (i % 7 == 0 ? 1e-9 : 1)}}, {}, {});
+        }
+        double at[] = {coordinate(), coordinate()};
+        const int answer = set.PtInRing(at, ring);
+        ASSERT_EQ(answer, plain_answer(set, {at[0], at[1]})) << i;
+        inside += answer;
+    }
+    EXPECT_GT(inside, cases / 20);
+}
+
+TEST(Prism, LiftsPointsAcrossAnAxis) {
+    const struct {
+        int axis;
+        double low[3], high[3];
+    } cases[] = {{1, {7, 10, -1}, {7, 10, 2}},
+                 {2, {7, -1, 10}, {7, 2, 10}},
+                 {3, {-1, 7, 10}, {2, 7, 10}},
+                 {4, {0, 0, 0}, {0, 0, 0}}};
+    PLYDT set;
+    add(set, {{0, 0}}, {}, {});
+    set.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, 0, 1);
+    EXPECT_TRUE(set.prism_pts.IsEmpty());
+    add(set, {{13, 50}}, {}, {});
+    for (const auto& c : cases) {
+        set.CoordinatesTrans(c.axis, 3, 10, 2, 0, 2, 4, -1, 2);
+        ASSERT_EQ(set.prism_pts.GetSize(), 4);
+        for (const auto& [pt, expected] : {std::pair{1, c.low}, std::pair{3, c.high}}) {
+            EXPECT_EQ(set.prism_pts[pt].x, expected[0]) << c.axis;
+            EXPECT_EQ(set.prism_pts[pt].y, expected[1]) << c.axis;
+            EXPECT_EQ(set.prism_pts[pt].z, expected[2]) << c.axis;
+        }
+    }
+    set.pt_list.RemoveAll();
+    set.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, 0, 1);
+    EXPECT_TRUE(set.prism_pts.IsEmpty());
+}
+
+TEST(Triangles, RunFromGreenToRed) {
+    PLYDT set;
+    RecordingDC dc;
+    set.Draw_Trgls(&dc);
+    EXPECT_EQ(dc.calls, Calls{});
+    add(set, {{-1.9, 1.9}, {1e10, 0}, {0, -0.5}}, {}, {});
+    PLYDT::TRG triangle;
+    triangle.vb = 2;
+    triangle.vc = 1;
+    set.trg_list.Add(triangle);
+    set.Draw_Trgls(&dc);
+    EXPECT_EQ(dc.calls, (Calls{"fill mode 1", "brush 0-255-127", "polygon -1,1 0,0 2147483647,0",
+                               "brush back"}));
+    set.trg_list.SetSize(256);
+    dc.calls.clear();
+    set.Draw_Trgls(&dc);
+    EXPECT_EQ(dc.calls[1 + 3 * 255], "brush 254-1-127");
+    set.trg_list[255].va = 3; // no such point
+    set.Draw_Trgls(&dc);
+    EXPECT_EQ(dc.calls[dc.calls.size() - 3], "brush 253-2-127");
+}
+
+TEST(Copies, CarryWhatTheyShould) {
+    CCPloy2DRg polygons;
+    add(polygons, {{1, 2}, {3, 4}, {5, 7}}, {{0, 1, 2}}, {{0}});
+    polygons.creat_top_rel();
+    polygons.region_list[0].attr[5] = 6;
+    polygons.side_list[1].list_a.Add(4);
+    CCPloy2DRg copied(polygons);
+    polygons.RemoveAll();
+    EXPECT_EQ(ints(copied.ring_list[0].pts), (Ints{0, 1, 2}));
+    EXPECT_EQ(ints(copied.side_list[1].list_a), Ints{4});
+    EXPECT_EQ(copied.region_list[0].attr[5], 6);
+    EXPECT_EQ(ints(copied.pt_list[2].side_refs), (Ints{1, 2}));
+
+    PLYDT set;
+    add(set, {{1, 2}, {3, 4}, {5, 7}}, {{0, 1, 2}}, {{0}});
+    set.creat_top_rel();
+    set.side_list[1].list_a.Add(4);
+    set.region_list[0].spare = 8;
+    set.region_list[0].tag1 = 9;
+    set.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, 0, 1);
+    set.trg_list.SetSize(2);
+    PLYDT other;
+    add(other, {{1, 1}, {2, 2}}, {}, {});
+    other.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, 0, 1);
+    other.Copy(set);
+    EXPECT_EQ(other.prism_pts.GetSize(), 4); // its own
+    EXPECT_TRUE(other.ring_list[0].pts.IsEmpty());
+    EXPECT_EQ(ints(other.ring_list[0].sides), (Ints{0, 1, 2}));
+    EXPECT_TRUE(other.side_list[1].list_a.IsEmpty());
+    EXPECT_EQ(other.side_list[1].len, std::sqrt(13));
+    EXPECT_EQ(other.region_list[0].spare, 0);
+    EXPECT_EQ(other.region_list[0].tag1, 9);
+    EXPECT_EQ(other.trg_list.GetSize(), 2);
+    set.RemoveAll();
+    EXPECT_EQ(set.prism_pts.GetSize(), 6);
+}
+
+} // namespace

@@ -1,0 +1,379 @@
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "korvel/polyregion/plydt.h"
+
+namespace {
+
+struct Xy {
+    double x;
+    double y;
+};
+using Ints = std::vector<int>;
+using Corners = std::tuple<int, int, int>;
+
+/// Points, rings and regions.
+struct Shape {
+    std::vector<Xy> points;
+    std::vector<Ints> rings;
+    std::vector<Ints> regions;
+
+    void write_to(PLYDT& set) const {
+        for (const Xy& at : points) {
+            VERT2D& pt = set.pt_list[set.pt_list.Add({})];
+            pt.x = at.x;
+            pt.y = at.y;
+        }
+        const auto fill = [](CArray<int>& list, const Ints& values) {
+            for (const int value : values) {
+                list.Add(value);
+            }
+        };
+        for (const Ints& ring : rings) {
+            fill(set.ring_list[set.ring_list.Add({})].pts, ring);
+        }
+        for (const Ints& region : regions) {
+            fill(set.region_list[set.region_list.Add({})].rings, region);
+        }
+    }
+};
+
+std::vector<Corners> triangles(const PLYDT& set) {
+    std::vector<Corners> list;
+    for (const PLYDT::TRG& t : set.trg_list) {
+        list.emplace_back(t.va, t.vb, t.vc);
+    }
+    return list;
+}
+
+std::string contents(const char* name) {
+    std::ostringstream text;
+    text << std::ifstream(name).rdbuf();
+    return text.str();
+}
+
+/// Each test works in a folder of its own, since trace files have fixed names.
+class Triangulation : public testing::Test {
+protected:
+    void SetUp() override {
+        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+        std::filesystem::remove_all(test->name());
+        std::filesystem::create_directory(test->name());
+        std::filesystem::current_path(test->name());
+        PLYDT::set_trace_files(true);
+    }
+    void TearDown() override {
+        std::filesystem::current_path("..");
+        PLYDT::set_trace_files(true);
+    }
+};
+
+/// A triangle and a rectangle with sides 4 and 3, whose candidates all have radius 2.5.
+const Shape rectangle_and_triangle{{{0, 0}, {4, 0}, {4, 3}, {0, 3}, {6, 0}, {8, 0}, {7, 0.5}},
+                                   {{0, 1, 2, 3}, {4, 5, 6}},
+                                   {{1}, {0}}};
+
+TEST_F(Triangulation, WritesItsSummary) {
+    PLYDT set;
+    rectangle_and_triangle.write_to(set);
+    set.region_tranglate();
+    EXPECT_EQ(contents("wwwtrg.dat"),
+              "points=7\n0.000000 0.000000\n4.000000 0.000000\n4.000000 3.000000\n"
+              "0.000000 3.000000\n6.000000 0.000000\n8.000000 0.000000\n7.000000 0.500000\n"
+              "side=0 p=0 1\nside=1 p=1 2\nside=2 p=2 3\nside=3 p=3 0\n"
+              "side=4 p=4 5\nside=5 p=5 6\nside=6 p=6 4\n"
+              "ring = 0 pts = 4\n0 1 2 3 \nring = 1 pts = 3\n4 5 6 \n"
+              "reg = 0 rings = 1 \n1 \nreg = 1 rings = 1 \n0 \n"
+              "trgs = 3\n4 5 6\n0 1 2\n2 3 0\n");
+    EXPECT_EQ(set.trg_list[0].radius, 0);
+    EXPECT_EQ(set.trg_list[1].radius, 2.5);
+}
+
+TEST_F(Triangulation, TracesEveryTest) {
+    // Sides that share a point are not compared; the two diagonals are, and meet in their middles.
+    const std::string boundary = "side = 0\nside = 1\nside = 2\nside = 3\n";
+    const std::string diagonal = "4.000000 3.000000\n0.000000 0.000000\n5.000000 2.500000\n";
+    const std::string falling = "2 0 3 1\nc= 0.960000\n-0.800000 -0.600000 5.000000\n"
+                                "0.800000 -0.600000 5.000000\n0.960000\n" +
+                                diagonal +
+                                "0.000000 3.000000\n4.000000 0.000000\n5.000000 2.500000\n";
+    const std::string rising = "2 0 1 3\nc= -0.960000\n-0.800000 -0.600000 5.000000\n"
+                               "-0.800000 0.600000 5.000000\n-0.960000\n" +
+                               diagonal +
+                               "4.000000 0.000000\n0.000000 3.000000\n5.000000 2.500000\n";
+    const std::string trace =
+        "side=0 p=0 1\nside=1 p=1 2\nside=2 p=2 3\nside=3 p=3 0\n"
+        // Of two equal radii the first wins.
+        "0 1\nselpt 2\nselpt 3\n"
+        "begen 0 1 3\nbegen 0 1 2\n"
+        "not reguaur 0 1 3\ntexside1 1 3\n" +
+        boundary +
+        "tinside 3 0\n"
+        "not reguaur 0 1 2\ntexside1 1 2\ntinside 2 0\n" +
+        boundary +
+        "pru  0 1 3\npru  0 1 2\n"
+        "cross side 0 1 2\ncross side 0 1 3\nmin r 0 1 2\ninside = 2 0 mus = 1\n"
+        // Nothing survives: nothing more is written.
+        "1 2\nselpt 0\nselpt 3\n"
+        "begen 1 2 3\n"
+        "not reguaur 1 2 3\ntexside1 2 3\nside = 0\ntinside 3 1\n" +
+        boundary + falling +
+        "test 2 inside\n"
+        "2 3\nselpt 0\nselpt 1\n"
+        "begen 2 3 1\nbegen 2 3 0\n"
+        "not reguaur 2 3 1\ntexside1 3 1\n" +
+        boundary + falling +
+        "test 1 inside\n"
+        "not reguaur 2 3 0\ntexside1 3 0\nside = 0\ntinside 0 2\n" +
+        boundary +
+        "pru  2 3 0\ncross side 2 3 0\nmin r 2 3 0\ninside = 2 0 mus = 0\n"
+        "3 0\nselpt 1\nselpt 2\n"
+        "begen 3 0 1\n"
+        "not reguaur 3 0 1\ntexside1 0 1\nside = 0\ntinside 1 3\n" +
+        boundary + rising + "test 2 inside\n";
+    PLYDT set;
+    rectangle_and_triangle.write_to(set);
+    set.region_tranglate();
+    EXPECT_EQ(contents("trg.dat"), trace);
+
+    // A second go on one region: the first diagonal is listed, so the other one comes in.
+    set.poly_tranglate(set.region_list[1]);
+    EXPECT_EQ(triangles(set),
+              (std::vector<Corners>{{4, 5, 6}, {0, 1, 2}, {2, 3, 0}, {0, 1, 3}, {1, 2, 3}}));
+    // A lone triangle is added again with every call, and its trace is empty.
+    set.poly_tranglate(set.region_list[0]);
+    EXPECT_EQ(triangles(set).back(), Corners(4, 5, 6));
+    EXPECT_EQ(set.trg_list.GetSize(), 6);
+    EXPECT_EQ(contents("trg.dat"), "");
+    PLYDT::PyToRg no_rings;
+    set.poly_tranglate(no_rings);
+    set.region_tranglate();
+    EXPECT_EQ(set.trg_list.GetSize(), 3);
+}
+
+TEST_F(Triangulation, ClosesEdgesAndThenTheFront) {
+    const struct {
+        const char* name;
+        Shape shape;
+        std::vector<Corners> expected;
+        std::string traced; ///< what the trace holds somewhere
+    } cases[] = {
+        {"a star: its middle is left to the front",
+         {{{-2, 0}, {0, -8}, {2, 0}, {8, 6}, {0, 4}, {-8, 6}}, {{0, 1, 2, 3, 4, 5}}, {{0}}},
+         {{0, 1, 2}, {2, 3, 4}, {4, 5, 0}, {0, 2, 4}},
+         "insidespt======== 0 2\nselpt 1\nselpt 3\nselpt 4\nselpt 5\n"},
+        {"the smaller circle wins, not the first point",
+         {{{0, 0}, {4, 0}, {9, 5}, {0, 3}}, {{0, 1, 2, 3}}, {{0}}},
+         {{0, 1, 3}, {1, 2, 3}},
+         "min r 0 1 3\n"},
+        {"a notch: sides must not cross the boundary",
+         {{{0, -9}, {8, -9}, {8, 6}, {4, 3}, {0, 6}}, {{0, 1, 2, 3, 4}}, {{0}}},
+         {{0, 1, 3}, {1, 2, 3}, {3, 4, 0}},
+         "not reguaur 0 1 4\ntexside1 1 4\nside = 0\nside = 1\n2 3 1 4\nc= -0.988235\n"
+         "-0.800000 -0.600000 5.000000\n-0.470588 0.882353 17.000000\n"},
+        {"a hole is walked backwards, and its points are not covered",
+         {{{0, 0}, {10, 0}, {3, 10}, {3, 2}, {5, 3}, {4, 4}}, {{0, 1, 2}, {3, 4, 5}}, {{0, 1}}},
+         {{0, 1, 4}, {1, 2, 5}, {2, 0, 3}, {4, 3, 0}, {5, 4, 1}, {3, 5, 2}},
+         "4 3\nselpt 0\nselpt 1\nselpt 2\nselpt 5\n"},
+    };
+    for (const auto& c : cases) {
+        PLYDT set;
+        c.shape.write_to(set);
+        set.region_tranglate();
+        EXPECT_EQ(triangles(set), c.expected) << c.name;
+        EXPECT_NE(contents("trg.dat").find(c.traced), std::string::npos) << c.name;
+    }
+}
+
+/// Random small regions, most of them full of ties.
+class RandomShapes {
+public:
+    explicit RandomShapes(unsigned seed) : engine_(seed) {}
+
+    Shape next() {
+        Shape shape;
+        const int kind = dice(0, 7);
+        if (kind == 0) {
+            add_star(shape, {0, 0}, 60, 1, dice(4, 20));
+        } else if (kind == 1) { // with holes
+            add_star(shape, {0, 0}, 60, 20, dice(4, 12));
+            add_star(shape, {-4, 0}, 8, 2, dice(3, 5));
+            add_star(shape, {9, 3}, 5, 1, dice(3, 5));
+        } else if (kind <= 4) { // grid-aligned: T, U, plus and stairs, with or without a hole
+            add_outline(shape);
+            if (kind == 4) {
+                add_ring(shape, {{1, 1}, {1, 2}, {2, 2}, {2, 1}});
+            }
+        } else { // any points in any order: crossings, repeated and coincident points
+            std::vector<Xy> ring;
+            for (int k = dice(3, 12); k > 0; --k) {
+                ring.push_back({double(dice(0, 4)), double(dice(0, 4))});
+            }
+            add_ring(shape, ring);
+            if (kind == 7) {
+                shape.rings[0].push_back(shape.rings[0][1]);
+                add_ring(shape, {{1, 1}, {3, 1}, {2, 2}});
+            }
+        }
+        shape.regions.emplace_back();
+        for (std::size_t ring = 0; ring < shape.rings.size(); ++ring) {
+            shape.regions[0].push_back(static_cast<int>(ring));
+        }
+        distort(shape);
+        return shape;
+    }
+
+private:
+    int dice(int from, int to) {
+        return from + static_cast<int>(engine_() % static_cast<unsigned>(to - from + 1));
+    }
+    static void add_ring(Shape& shape, const std::vector<Xy>& ring) {
+        Ints& list = shape.rings.emplace_back();
+        for (const Xy& at : ring) {
+            list.push_back(static_cast<int>(shape.points.size()));
+            shape.points.push_back(at);
+        }
+    }
+    void add_star(Shape& shape, Xy centre, int longest, int shortest, int corners) {
+        std::vector<Xy> ring;
+        for (int k = 0; k < corners; ++k) {
+            const double angle = 6.283 * k / corners;
+            const double r = dice(shortest, longest);
+            ring.push_back({std::round(centre.x + r * std::cos(angle)),
+                            std::round(centre.y + r * std::sin(angle))});
+        }
+        add_ring(shape, ring);
+    }
+    void add_outline(Shape& shape) {
+        static const std::vector<std::vector<Xy>> outlines{
+            {{0, 0}, {4, 0}, {4, 4}, {0, 4}},
+            {{0, 0}, {5, 0}, {5, 3}, {6, 3}, {6, 4}, {-1, 4}, {-1, 3}, {0, 3}},
+            {{0, 0}, {9, 0}, {9, 6}, {6, 6}, {6, 3}, {3, 3}, {3, 6}, {0, 6}},
+            {{0, 0},
+             {3, 0},
+             {3, -3},
+             {6, -3},
+             {6, 0},
+             {9, 0},
+             {9, 3},
+             {6, 3},
+             {6, 6},
+             {3, 6},
+             {3, 3},
+             {0, 3}},
+            {{0, 0}, {6, 0}, {6, 1}, {5, 1}, {5, 3}, {3, 3}, {3, 5}, {0, 5}}};
+        const std::vector<Xy>& outline = outlines[static_cast<std::size_t>(dice(0, 4))];
+        std::vector<Xy> ring;
+        for (std::size_t k = 0; k < outline.size(); ++k) {
+            const Xy from = outline[k];
+            const Xy to = outline[(k + 1) % outline.size()];
+            const int steps =
+                dice(0, 2) == 0
+                    ? static_cast<int>(std::abs(to.x - from.x) + std::abs(to.y - from.y))
+                    : 1;
+            for (int step = 0; step < steps; ++step) {
+                ring.push_back({from.x + (to.x - from.x) * step / steps,
+                                from.y + (to.y - from.y) * step / steps});
+            }
+        }
+        add_ring(shape, ring);
+    }
+    void distort(Shape& shape) {
+        static const std::vector<Xy> scales{{1, 1},     {1, 1},       {0.1, 0.1}, {1e-7, 1e-7},
+                                            {1e9, 1e9}, {1e70, 1e70}, {1, 1e-6},  {1000, 0.3}};
+        const Xy scale = scales[static_cast<std::size_t>(dice(0, 7))];
+        const double shift = dice(0, 4) == 0 ? 1e6 : 0;
+        const double turn = dice(0, 2) == 0 ? 0.3 : 0;
+        const bool jitter = dice(0, 4) == 0;
+        for (Xy& at : shape.points) {
+            if (jitter) {
+                at.x += dice(-9, 9) * 1e-9;
+                at.y += dice(-9, 9) * 1e-3;
+            }
+            at = {at.x * std::cos(turn) - at.y * std::sin(turn),
+                  at.x * std::sin(turn) + at.y * std::cos(turn)};
+            at = {at.x * scale.x + shift, at.y * scale.y + shift};
+        }
+        for (Ints& ring : shape.rings) {
+            if (dice(0, 5) == 0) {
+                ring = Ints(ring.rbegin(), ring.rend());
+            }
+        }
+    }
+
+    std::mt19937 engine_;
+};
+
+TEST_F(Triangulation, IsTheSameWithoutTraces) {
+    // Folders in the place of the trace files: the exhaustive form runs, and writes nothing.
+    std::filesystem::create_directory("trg.dat");
+    std::filesystem::create_directory("wwwtrg.dat");
+    RandomShapes shapes(1);
+    int found = 0;
+    int undefined_radii = 0;
+    for (int i = 0; i < 6000 && !HasFailure(); ++i) {
+        const Shape shape = shapes.next();
+        PLYDT traced;
+        PLYDT quick;
+        for (PLYDT* set : {&traced, &quick}) {
+            PLYDT::set_trace_files(set == &traced);
+            shape.write_to(*set);
+            set->region_tranglate();
+            set->poly_tranglate(set->region_list[0]);
+        }
+        ASSERT_EQ(triangles(quick), triangles(traced)) << i;
+        for (int t = 0; t < traced.trg_list.GetSize(); ++t) {
+            const double radius = traced.trg_list[t].radius;
+            const double other = quick.trg_list[t].radius;
+            undefined_radii += std::isnan(radius) ? 1 : 0;
+            EXPECT_TRUE(std::bit_cast<std::uint64_t>(other) ==
+                            std::bit_cast<std::uint64_t>(radius) ||
+                        (std::isnan(other) && std::isnan(radius)))
+                << i;
+        }
+        found += traced.trg_list.GetSize();
+    }
+    EXPECT_GT(found, 60'000);
+    EXPECT_GT(undefined_radii, 100);
+}
+
+TEST_F(Triangulation, MakesNoFileWithTracesOff) {
+    std::ofstream("trg.dat") << "kept";
+    PLYDT::set_trace_files(false);
+    PLYDT set;
+    rectangle_and_triangle.write_to(set);
+    set.region_tranglate();
+    EXPECT_EQ(set.trg_list.GetSize(), 3);
+    EXPECT_EQ(contents("trg.dat"), "kept");
+    EXPECT_FALSE(std::filesystem::exists("wwwtrg.dat"));
+}
+
+TEST_F(Triangulation, LeavesOutWhatPointsNowhere) {
+    for (const bool traces : {true, false}) {
+        PLYDT::set_trace_files(traces);
+        PLYDT set;
+        rectangle_and_triangle.write_to(set);
+        for (const int ring : {7, -1, 0}) {
+            set.region_list[0].rings.Add(ring);
+        }
+        set.region_tranglate();
+        EXPECT_EQ(triangles(set), (std::vector<Corners>{{0, 1, 2}, {2, 3, 0}}));
+        set.ring_list[0].sides[2] = 99;
+        set.poly_tranglate(set.region_list[1]);
+        set.ring_list[0].pts[1] = -3;
+        set.region_tranglate();
+        EXPECT_EQ(set.trg_list.GetSize(), 0);
+    }
+}
+
+} // namespace

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <ostream>
+#include <utility>
+#include <vector>
+
+#include "korvel/region/cregion.h"
+
+namespace korvel::test {
+
+struct Pt {
+    int x;
+    int y;
+    bool operator==(const Pt&) const = default;
+};
+inline std::ostream& operator<<(std::ostream& out, Pt pt) {
+    return out << pt.x << "," << pt.y;
+}
+
+using Pts = std::vector<Pt>;
+using Curves = std::vector<Pts>;
+using Ints = std::vector<int>;
+using Lists = std::vector<Ints>;
+
+/// Reads curves written as "0,0 5,5; 0,5 5,0".
+Curves curves_from(const char* text);
+
+/// A network in the form that the library takes.
+struct Network {
+    explicit Network(const Curves& curves);
+
+    CArray<tagPOINT> pts;
+    CArray<int> counts;
+};
+
+/// The curves that stand one after another in two arrays whose counts fit the points.
+Curves curves_in(const CArray<tagPOINT>& pts, const CArray<int>& counts);
+
+/// Everything that `CREGION::SetPtsInfo` finds out, field by field.
+struct Analysis {
+    Curves cleaned; ///< the caller's curves afterwards
+    Curves split;
+    Pts nodes;
+    std::vector<std::array<int, 5>> curve_to_node;
+    Ints curve_num;
+    Lists curve_ids;
+    Lists rings;
+    std::vector<double> areas;
+    Pts unique_pts;
+    Ints pt_index;
+    Lists ring_pts;
+    std::vector<double> kept_areas;
+    Ints is_hole;
+    std::vector<std::pair<int, int>> sides;
+    Lists rings_at;
+    Lists sides_at;
+    Lists regions;
+};
+
+/// The analysis in its plain form, everything against everything, without the library.
+Analysis analyse_plainly(const Curves& curves, Pt seed, double tolerance);
+
+/// What the library has found out.
+Analysis analysis_of(const CREGION& region);
+
+} // namespace korvel::test
