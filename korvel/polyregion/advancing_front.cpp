@@ -1,5 +1,6 @@
 #include "korvel/polyregion/advancing_front.h"
 
+#include <array>
 #include <limits>
 
 #include "korvel/polyregion/front_index.h"
@@ -26,6 +27,31 @@ struct RegionPoints {
 struct Candidate {
     double radius;
     int point;
+};
+
+/// The last few finds, the newest first asked.
+class RecentFinds {
+public:
+    template <class Test>
+    bool any(Test test) const {
+        for (std::size_t i = 0; i < count_; ++i) {
+            if (test(finds_[(next_ + most - 1 - i) % most])) {
+                return true;
+            }
+        }
+        return false;
+    }
+    void add(int find) {
+        finds_[next_] = find;
+        next_ = (next_ + 1) % most;
+        count_ = std::min(count_ + 1, most);
+    }
+
+private:
+    static constexpr std::size_t most = 8;
+    std::array<int, most> finds_{};
+    std::size_t next_ = 0;
+    std::size_t count_ = 0;
 };
 
 /// One region's front.
@@ -63,7 +89,8 @@ private:
 
     bool may_close(int a, int b, int p) const;
     bool survives(int a, int b, int p) const;
-    bool contains_point(int a, int b, int c) const;
+    bool is_inside(int a, int b, int c, int p) const;
+    int point_inside(int a, int b, int c) const;
     void collect_near_line(int u, int v, double base, double slope, std::vector<int>& found) const;
 
     PLYDT& set_;
@@ -76,7 +103,9 @@ private:
     std::vector<FrontSide> front_;
     FirstIndex front_at_{64};
     FirstIndex apexes_{64}; ///< third corner of the triangle on the inner side of a directed edge
-    bool exact_turns_;      ///< turn signs are exact: integer points that are not far apart
+    mutable RecentFinds last_blockers_;     ///< sides that new sides have crossed
+    mutable RecentFinds last_inner_points_; ///< points that stood inside triangles
+    bool exact_turns_; ///< turn signs are exact: integer points that are not far apart
 };
 
 bool is_ordinary(const PLYDT& set, const PLYDT::PyToRg& region, const RegionPoints& points);
@@ -297,19 +326,40 @@ bool Front::may_close(int a, int b, int p) const {
 }
 
 /// The tests beyond orientation: the triangle is new, its new sides cross nothing, and it holds no
-/// point of the region.
+/// point of the region. What has stopped one candidate mostly stops the next, so that is asked
+/// first.
 bool Front::survives(int a, int b, int p) const {
-    return !listed_.contains(index(a), index(b), index(p)) && !contains_point(a, b, p) &&
-           !sides_.is_crossed(b, p) && !sides_.is_crossed(p, a);
+    const auto blocks = [&](int side) {
+        return sides_.is_crossed(b, p, side) || sides_.is_crossed(p, a, side);
+    };
+    const auto stands_inside = [&](int inner) { return is_inside(a, b, p, inner); };
+    if (last_blockers_.any(blocks) || last_inner_points_.any(stands_inside) ||
+        listed_.contains(index(a), index(b), index(p))) {
+        return false;
+    }
+    const int inner = point_inside(a, b, p);
+    if (inner != none) {
+        last_inner_points_.add(inner);
+        return false;
+    }
+    for (const auto& [from, to] : {std::pair{b, p}, std::pair{p, a}}) {
+        const int blocker = sides_.find_crossed(from, to);
+        if (blocker != none) {
+            last_blockers_.add(blocker);
+            return false;
+        }
+    }
+    return true;
 }
 
-/// Whether a point of the region lies strictly inside a triangle.
-bool Front::contains_point(int a, int b, int c) const {
+bool Front::is_inside(int a, int b, int c, int p) const {
+    return p != a && p != b && p != c && strictly_inside(at(a), at(b), at(c), at(p));
+}
+
+/// A point of the region strictly inside a triangle, or `none`.
+int Front::point_inside(int a, int b, int c) const {
     constexpr double flat = 1e-6;      // of the triangle's size
     constexpr double flat_far = 1e-12; // of the region's
-    const auto is_inside = [&](int p) {
-        return p != a && p != b && p != c && strictly_inside(at(a), at(b), at(c), at(p));
-    };
     PlanePoint low{std::min({at(a).x, at(b).x, at(c).x}), std::min({at(a).y, at(b).y, at(c).y})};
     PlanePoint high{std::max({at(a).x, at(b).x, at(c).x}), std::max({at(a).y, at(b).y, at(c).y})};
     if (!exact_turns_) {
@@ -320,19 +370,24 @@ bool Front::contains_point(int a, int b, int c) const {
         const double height = std::fabs(left - right) / size;
         if (!(height > flat * size && height > flat_far * grid_.extent())) {
             for (int p = 0; p < count(); ++p) {
-                if (is_inside(p)) {
-                    return true;
+                if (is_inside(a, b, c, p)) {
+                    return p;
                 }
             }
-            return false;
+            return none;
         }
         const double margin = 1e-3 * size;
         low = {low.x - margin, low.y - margin};
         high = {high.x + margin, high.y + margin};
     }
-    return grid_.any_cell_in_box(low, high, [&](std::size_t cell) {
-        return point_index_.any_point_in_cell(cell, is_inside);
+    int inner = none;
+    grid_.any_cell_in_box(low, high, [&](std::size_t cell) {
+        return point_index_.any_point_in_cell(cell, [&](int p) {
+            inner = is_inside(a, b, c, p) ? p : none;
+            return inner != none;
+        });
     });
+    return inner;
 }
 
 /// Adds the points near the line through u and v, those near its part outside u-v in a wedge.

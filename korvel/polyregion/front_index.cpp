@@ -82,61 +82,73 @@ bool SideIndex::has(int p0, int p1, Kind kind) const {
     return listed.find(side_key(p0, p1)) >= 0;
 }
 
-bool SideIndex::is_crossed(int p0, int p1) const {
-    const PlanePoint start = pts_[static_cast<std::size_t>(p0)];
-    const PlanePoint end = pts_[static_cast<std::size_t>(p1)];
-    const Direction direction = direction_between(start, end);
-    if (!std::isfinite(direction.ux) || !std::isfinite(direction.uy)) {
-        return false;
+int SideIndex::find_crossed(int p0, int p1) const {
+    const Tested tested = tested_side(p0, p1);
+    if (!std::isfinite(tested.direction.ux) || !std::isfinite(tested.direction.uy)) {
+        return -1;
     }
-    const bool on_boundary = has(p0, p1, Kind::boundary);
-    const bool on_front = has(p0, p1, Kind::front);
-    const auto crosses = [&](int index) {
-        const Side& side = sides_[static_cast<std::size_t>(index)];
-        if (side.kind == Kind::boundary ? on_boundary : on_front) {
-            return false;
-        }
-        if (side.p0 == p0 || side.p0 == p1 || side.p1 == p0 || side.p1 == p1) {
-            return false;
-        }
-        return meet_sides(pts_[static_cast<std::size_t>(side.p0)], side.direction, start, direction)
-            .crosses;
-    };
-
-    const auto crosses_in_cell = [&](std::size_t cell) {
-        for (int link = first_in_cell_[cell]; link >= 0;
-             link = cell_links_[static_cast<std::size_t>(link)].next) {
-            if (crosses(cell_links_[static_cast<std::size_t>(link)].side)) {
+    int crossed = -1;
+    const auto any_of_links = [&](const std::vector<Link>& links, int first) {
+        for (int link = first; link >= 0; link = links[static_cast<std::size_t>(link)].next) {
+            if (crosses(tested, links[static_cast<std::size_t>(link)].side)) {
+                crossed = links[static_cast<std::size_t>(link)].side;
                 return true;
             }
         }
         return false;
     };
-    if (grid_.any_cell_in_band(start, end, near_, 0, crosses_in_cell)) {
-        return true;
+    const PlanePoint end = pts_[static_cast<std::size_t>(p1)];
+    if (grid_.any_cell_in_band(tested.start, end, near_, 0, [&](std::size_t cell) {
+            return any_of_links(cell_links_, first_in_cell_[cell]);
+        })) {
+        return crossed;
     }
 
-    const bool steep = runs_steeply(direction);
-    const Direction sense = canonical(direction);
-    const LinePlace place = place_of_line(start, direction, steep);
+    const bool steep = runs_steeply(tested.direction);
+    const Direction sense = canonical(tested.direction);
+    const LinePlace place = place_of_line(tested.start, tested.direction, steep);
     for (int slope = place.slope - 1; slope <= place.slope + 1; ++slope) {
         for (int offset = place.offset - 1; offset <= place.offset + 1; ++offset) {
             for (int b = buckets_.find(line_key({slope, offset}, steep)); b >= 0;
                  b = bundles_[static_cast<std::size_t>(b)].next_bundle) {
                 const Bundle& bundle = bundles_[static_cast<std::size_t>(b)];
-                if (bundle.ux == sense.ux && bundle.uy == sense.uy) {
-                    continue; // exactly parallel
-                }
-                for (int link = bundle.first; link >= 0;
-                     link = bundle_links_[static_cast<std::size_t>(link)].next) {
-                    if (crosses(bundle_links_[static_cast<std::size_t>(link)].side)) {
-                        return true;
-                    }
+                const bool exactly_parallel = bundle.ux == sense.ux && bundle.uy == sense.uy;
+                if (!exactly_parallel && any_of_links(bundle_links_, bundle.first)) {
+                    return crossed;
                 }
             }
         }
     }
-    return false;
+    return -1;
+}
+
+bool SideIndex::is_crossed(int p0, int p1, int side) const {
+    return crosses(tested_side(p0, p1), side);
+}
+
+SideIndex::Tested SideIndex::tested_side(int p0, int p1) const {
+    const PlanePoint start = pts_[static_cast<std::size_t>(p0)];
+    const PlanePoint end = pts_[static_cast<std::size_t>(p1)];
+    return {p0,
+            p1,
+            start,
+            direction_between(start, end),
+            has(p0, p1, Kind::boundary),
+            has(p0, p1, Kind::front)};
+}
+
+bool SideIndex::crosses(const Tested& tested, int index) const {
+    const Side& side = sides_[static_cast<std::size_t>(index)];
+    if (side.kind == Kind::boundary ? tested.on_boundary : tested.on_front) {
+        return false;
+    }
+    if (side.p0 == tested.p0 || side.p0 == tested.p1 || side.p1 == tested.p0 ||
+        side.p1 == tested.p1) {
+        return false;
+    }
+    return meet_sides(pts_[static_cast<std::size_t>(side.p0)], side.direction, tested.start,
+                      tested.direction)
+        .crosses;
 }
 
 void SideIndex::add_to_cells(int side) {

@@ -176,9 +176,12 @@ public:
 
     bool has(int p0, int p1, Kind kind) const;
 
-    /// Whether the side from p0 to p1 crosses the boundary, unless it is part of that, or the
-    /// front, unless it is part of that.
-    bool is_crossed(int p0, int p1) const;
+    /// A side that the side from p0 to p1 crosses, or −1: one of the boundary, unless the side is
+    /// part of that, or one of the front, unless it is part of that.
+    int find_crossed(int p0, int p1) const;
+
+    /// Whether `find_crossed` could answer this side.
+    bool is_crossed(int p0, int p1, int side) const;
 
     /// Calls `visit(point)` for every point that a side joins with this one.
     template <class Visit>
@@ -212,12 +215,23 @@ private:
         int first;       ///< into bundle_links_
         int next_bundle; ///< in the same bucket
     };
+    /// A side under test, with what decides which sides it may cross.
+    struct Tested {
+        int p0;
+        int p1;
+        PlanePoint start;
+        Direction direction;
+        bool on_boundary;
+        bool on_front;
+    };
     /// Where a line stands among the buckets.
     struct LinePlace {
         int slope;
         int offset;
     };
 
+    Tested tested_side(int p0, int p1) const;
+    bool crosses(const Tested& tested, int side) const;
     void add_to_cells(int side);
     void add_to_lines(int side);
     LinePlace place_of_line(PlanePoint on_line, Direction direction, bool steep) const;

@@ -10,42 +10,18 @@
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
 #include "tests/geometry/recording_dc.h"
+#include "tests/polyregion/shape.h"
 
+using korvel::test::Ints;
 using korvel::test::RecordingDC;
+using korvel::test::Shape;
+using korvel::test::Xy;
 using Calls = std::vector<std::string>;
-using Ints = std::vector<int>;
 
 namespace {
 
-struct Xy {
-    double x;
-    double y;
-};
-
 Ints ints(const CArray<int>& list) {
     return Ints(list.begin(), list.end());
-}
-void fill(CArray<int>& list, const Ints& values) {
-    for (const int value : values) {
-        list.Add(value);
-    }
-}
-
-/// Adds points, rings and regions to a set of either kind.
-template <class RegionSet>
-void add(RegionSet& set, const std::vector<Xy>& points, const std::vector<Ints>& rings,
-         const std::vector<Ints>& regions) {
-    for (const Xy& at : points) {
-        VERT2D& pt = set.pt_list[set.pt_list.Add({})];
-        pt.x = at.x;
-        pt.y = at.y;
-    }
-    for (const Ints& ring : rings) {
-        fill(set.ring_list[set.ring_list.Add({})].pts, ring);
-    }
-    for (const Ints& region : regions) {
-        fill(set.region_list[set.region_list.Add({})].rings, region);
-    }
 }
 
 std::string written(CCPloy2DRg& set) {
@@ -70,7 +46,7 @@ TEST(RegionFile, IsWrittenAndReadBack) {
                              "2\n3\n0 1 2 \n0\n\n"
                              "1\n2\n0 1 \n";
     CCPloy2DRg set;
-    add(set, {{0.5, -2}, {16'777'217, 0.1}, {3, 4}}, {{0, 1, 2}, {}}, {{0, 1}});
+    Shape{{{0.5, -2}, {16'777'217, 0.1}, {3, 4}}, {{0, 1, 2}, {}}, {{0, 1}}}.add_to(set);
     EXPECT_EQ(written(set), text);
 
     CCPloy2DRg back;
@@ -118,7 +94,7 @@ TEST(RegionFile, MayBeShortOrGarbled) {
 
 TEST(Sides, AreSharedAndKeepTheirFirstDirection) {
     CCPloy2DRg set;
-    add(set, {{0, 1}, {2, 1}, {2, 5}, {-1, 5}, {7, 7}}, {{0, 1, 2}, {2, 0, 3}, {4}}, {});
+    Shape{{{0, 1}, {2, 1}, {2, 5}, {-1, 5}, {7, 7}}, {{0, 1, 2}, {2, 0, 3}, {4}}, {}}.add_to(set);
     set.creat_top_rel();
     EXPECT_EQ(ints(set.ring_list[0].sides), (Ints{0, 1, 2}));
     EXPECT_EQ(ints(set.ring_list[1].sides), (Ints{2, 3, 4}));
@@ -140,7 +116,7 @@ TEST(Sides, AreSharedAndKeepTheirFirstDirection) {
     EXPECT_EQ(ints(set.pt_list[1].side_refs), (Ints{0, 1, 6}));
 
     CCPloy2DRg lone_point_first;
-    add(lone_point_first, {{1, 1}}, {{0}, {}}, {});
+    Shape{{{1, 1}}, {{0}, {}}, {}}.add_to(lone_point_first);
     lone_point_first.creat_top_rel();
     EXPECT_EQ(lone_point_first.side_list.GetSize(), 1);
 }
@@ -148,8 +124,10 @@ TEST(Sides, AreSharedAndKeepTheirFirstDirection) {
 TEST(Drawing, TruncatesBeforeTheOffsetAndSaturates) {
     constexpr double beyond = 1e300;
     CCPloy2DRg set;
-    add(set, {{0, 0}, {10, beyond}, {-beyond, std::nan("")}, {4, 5}}, {{0, 1, 2}, {3}, {0, 9}},
-        {{0, 1, 2}, {1}});
+    Shape{{{0, 0}, {10, beyond}, {-beyond, std::nan("")}, {4, 5}},
+          {{0, 1, 2}, {3}, {0, 9}},
+          {{0, 1, 2}, {1}}}
+        .add_to(set);
     set.region_list[0].red = 9;
     set.region_list[0].green = 8;
     set.region_list[0].blue = 7;
@@ -181,8 +159,10 @@ TEST(Drawing, TruncatesBeforeTheOffsetAndSaturates) {
 
 TEST(Location, GoesByTheFirstRegionAndItsHoles) {
     CCPloy2DRg set;
-    add(set, {{0, 0}, {9, 0}, {9, 9}, {0, 9}, {3, 3}, {6, 3}, {6, 6}, {3, 6}},
-        {{0, 1, 2, 3}, {4, 5, 6, 7}, {3, 2, 1, 0}, {0, 2}}, {{}, {3}, {0, 1}, {1}, {2}, {7}});
+    Shape{{{0, 0}, {9, 0}, {9, 9}, {0, 9}, {3, 3}, {6, 3}, {6, 6}, {3, 6}},
+          {{0, 1, 2, 3}, {4, 5, 6, 7}, {3, 2, 1, 0}, {0, 2}},
+          {{}, {3}, {0, 1}, {1}, {2}, {7}}}
+        .add_to(set);
     const struct {
         const char* name;
         double at[2];
@@ -238,7 +218,7 @@ TEST(Location, AnswersLikeThePlainSumOfAngles) {
         for (unsigned k = 3 + engine() % 9; k > 0; --k) {
             ring.pts.Add(set.pt_list.GetSize());
             const double x = coordinate();
-            add(set, {{x, coordinate() * (i % 7 == 0 ? 1e-9 : 1)}}, {}, {});
+            Shape{{{x, coordinate() * (i % 7 == 0 ? 1e-9 : 1)}}, {}, {}}.add_to(set);
         }
         double at[] = {coordinate(), coordinate()};
         const int answer = set.PtInRing(at, ring);
@@ -257,10 +237,10 @@ TEST(Prism, LiftsPointsAcrossAnAxis) {
                  {3, {-1, 7, 10}, {2, 7, 10}},
                  {4, {0, 0, 0}, {0, 0, 0}}};
     PLYDT set;
-    add(set, {{0, 0}}, {}, {});
+    Shape{{{0, 0}}, {}, {}}.add_to(set);
     set.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, 0, 1);
     EXPECT_TRUE(set.prism_pts.IsEmpty());
-    add(set, {{13, 50}}, {}, {});
+    Shape{{{13, 50}}, {}, {}}.add_to(set);
     for (const auto& c : cases) {
         set.CoordinatesTrans(c.axis, 3, 10, 2, 0, 2, 4, -1, 2);
         ASSERT_EQ(set.prism_pts.GetSize(), 4);
@@ -280,7 +260,7 @@ TEST(Triangles, RunFromGreenToRed) {
     RecordingDC dc;
     set.Draw_Trgls(&dc);
     EXPECT_EQ(dc.calls, Calls{});
-    add(set, {{-1.9, 1.9}, {1e10, 0}, {0, -0.5}}, {}, {});
+    Shape{{{-1.9, 1.9}, {1e10, 0}, {0, -0.5}}, {}, {}}.add_to(set);
     PLYDT::TRG triangle;
     triangle.vb = 2;
     triangle.vc = 1;
@@ -299,7 +279,7 @@ TEST(Triangles, RunFromGreenToRed) {
 
 TEST(Copies, CarryWhatTheyShould) {
     CCPloy2DRg polygons;
-    add(polygons, {{1, 2}, {3, 4}, {5, 7}}, {{0, 1, 2}}, {{0}});
+    Shape{{{1, 2}, {3, 4}, {5, 7}}, {{0, 1, 2}}, {{0}}}.add_to(polygons);
     polygons.creat_top_rel();
     polygons.region_list[0].attr[5] = 6;
     polygons.side_list[1].list_a.Add(4);
@@ -311,7 +291,7 @@ TEST(Copies, CarryWhatTheyShould) {
     EXPECT_EQ(ints(copied.pt_list[2].side_refs), (Ints{1, 2}));
 
     PLYDT set;
-    add(set, {{1, 2}, {3, 4}, {5, 7}}, {{0, 1, 2}}, {{0}});
+    Shape{{{1, 2}, {3, 4}, {5, 7}}, {{0, 1, 2}}, {{0}}}.add_to(set);
     set.creat_top_rel();
     set.side_list[1].list_a.Add(4);
     set.region_list[0].spare = 8;
@@ -319,7 +299,7 @@ TEST(Copies, CarryWhatTheyShould) {
     set.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, 0, 1);
     set.trg_list.SetSize(2);
     PLYDT other;
-    add(other, {{1, 1}, {2, 2}}, {}, {});
+    Shape{{{1, 1}, {2, 2}}, {}, {}}.add_to(other);
     other.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, 0, 1);
     other.Copy(set);
     EXPECT_EQ(other.prism_pts.GetSize(), 4); // its own

@@ -28,37 +28,14 @@ private:
     std::mt19937 engine_;
 };
 
-/// Straight strokes, which cross.
-Curves strokes(Dice& dice, int count, int reach) {
-    Curves curves;
-    for (int i = 0; i < count; ++i) {
-        curves.push_back({dice.point(reach), dice.point(reach)});
-    }
-    return curves;
-}
-
-/// Long curves that cross themselves and repeat points.
-Curves scribbles(Dice& dice, int count, int reach) {
+/// Curves of random points `step` apart, which cross each other and themselves, overlap, repeat
+/// points and, on a narrow reach, meet in ties nearly everywhere.
+Curves scribbles(Dice& dice, int count, int most_points, int reach, int step = 1) {
     Curves curves(static_cast<std::size_t>(count));
     for (Pts& curve : curves) {
-        for (int k = dice(0, 9); k > 0; --k) {
-            curve.push_back(dice.point(reach));
-        }
-    }
-    return curves;
-}
-
-/// Axis-parallel walks on a grid: nearly every meeting is a tie.
-Curves grid_walks(Dice& dice, int count, int cells, int step) {
-    Curves curves;
-    for (int i = 0; i < count; ++i) {
-        Pts& curve =
-            curves.emplace_back(Pts{{dice(-cells, cells) * step, dice(-cells, cells) * step}});
-        for (int k = dice(1, 6); k > 0; --k) {
-            const int along = dice(-2, 2) * step;
-            const bool level = dice(0, 1) == 0;
-            const Pt at = curve.back();
-            curve.push_back({at.x + (level ? along : 0), at.y + (level ? 0 : along)});
+        for (int k = dice(most_points == 2 ? 2 : 0, most_points); k > 0; --k) {
+            const Pt at = dice.point(reach);
+            curve.push_back({at.x * step, at.y * step});
         }
     }
     return curves;
@@ -83,13 +60,12 @@ Curves loops(Dice& dice, int count, int reach) {
     return curves;
 }
 
-/// Strokes that leave a few busy points, some of them in equal directions.
-Curves hubs(Dice& dice, int count, int reach) {
-    const Pts centres{dice.point(reach), dice.point(reach), dice.point(reach)};
-    const auto centre = [&] { return centres[static_cast<std::size_t>(dice(0, 2))]; };
-    Curves curves;
-    for (int i = 0; i < count; ++i) {
-        curves.push_back({centre(), dice.point(2), dice.point(reach), centre()});
+/// Every curve starts and ends in one of three busy points, some in equal directions.
+Curves hubs(Dice& dice, Curves curves) {
+    const Pts centres{dice.point(9), dice.point(9), dice.point(2)};
+    for (Pts& curve : curves) {
+        curve.insert(curve.begin(), centres[static_cast<std::size_t>(dice(0, 2))]);
+        curve.push_back(centres[static_cast<std::size_t>(dice(0, 2))]);
     }
     return curves;
 }
@@ -111,31 +87,26 @@ Curves redrawn(Dice& dice, const Curves& curves) {
 Curves random_network(Dice& dice) {
     constexpr int far = 1 << 30;
     const int count = dice(0, 40) == 0 ? 24 : dice(1, 12);
-    switch (dice(0, 11)) {
+    switch (dice(0, 9)) {
     case 0:
-        return strokes(dice, 2 * count, 6);
+        return scribbles(dice, 2 * count, 2, 6);
     case 1:
-        return strokes(dice, 2 * count, 1000);
+        return scribbles(dice, 2 * count, 2, 1000);
     case 2:
-        return strokes(dice, count, dice(0, 1) == 0 ? far : 40'000'000);
+        return scribbles(dice, count, 2, dice(0, 1) == 0 ? far : 40'000'000);
     case 3:
-        return scribbles(dice, count, 5);
+        return scribbles(dice, count, 9, 5);
     case 4:
-        return scribbles(dice, count, 500'000);
+        return scribbles(dice, count, 7, 500'000);
     case 5:
-        return grid_walks(dice, 2 * count, 3, 1);
+        return scribbles(dice, count, 5, 1 + count / 6, dice(0, 1) == 0 ? 50 : far / 4);
     case 6:
-        return grid_walks(dice, 2 * count, 4, 50);
     case 7:
-        return grid_walks(dice, count, 4, far / 16);
-    case 8:
         return loops(dice, count, dice(4, 60));
-    case 9:
-        return hubs(dice, count, 12);
-    case 10:
-        return redrawn(dice, strokes(dice, count, 20));
+    case 8:
+        return hubs(dice, scribbles(dice, count, 3, 3));
     default:
-        return redrawn(dice, scribbles(dice, count / 2, 8));
+        return redrawn(dice, scribbles(dice, count, 4, 12));
     }
 }
 

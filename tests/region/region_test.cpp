@@ -347,6 +347,17 @@ TEST(Region, TakesInconsistentCountsForWhatThePointsBear) {
     CArray<int> counts;
     region.GetRegion(pts, counts, counts); // no network at all
     EXPECT_EQ(region.is_calculated + region.rings.GetSize(), 1);
+
+    // A step that runs on its own, on a network that has changed meanwhile, leaves rings of curves
+    // that are gone.
+    Analysed a("0,0 1,0 1,1 0,0; 2,0 3,0 3,1 2,0; 4,0 5,0 5,1 4,0; 6,0 7,0 7,1 6,0");
+    Network other(curves_from("0,0 90,0 0,90 0,0"));
+    a.region.input_pts = &other.pts;
+    a.region.input_counts = &other.counts;
+    a.region.SplitPureCurve();
+    a.region.SetSeedPt({20, 20});
+    a.region.GetRegion(pts, counts, counts);
+    EXPECT_LE(a.region.in_rings.GetSize(), 1);
 }
 
 /// The bounded faces of the pruned graph, by Euler's formula.
