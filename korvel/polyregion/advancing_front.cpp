@@ -70,6 +70,11 @@ private:
         bool is_open;
     };
 
+    struct FlatSurvivors {
+        int undefined = none; ///< with a radius that is not a number
+        int below_all = none; ///< with a radius of −∞, from a radicand of −0
+    };
+
     PlanePoint at(int p) const { return points_.at[static_cast<std::size_t>(p)]; }
     int index(int p) const { return points_.indices[static_cast<std::size_t>(p)]; }
     int count() const { return static_cast<int>(points_.at.size()); }
@@ -85,7 +90,7 @@ private:
     int choose_exhaustively(int a, int b) const;
     int choose_among(int a, int b, const std::vector<int>& ascending) const;
     int nearest_survivor(int a, int b) const;
-    int first_survivor_without_radius(int a, int b) const;
+    FlatSurvivors first_flat_survivors(int a, int b) const;
 
     bool may_close(int a, int b, int p) const;
     bool survives(int a, int b, int p) const;
@@ -200,20 +205,20 @@ int Front::choose(int a, int b) const {
 }
 
 int Front::choose_in_the_open(int a, int b) const {
-    const int nearest = nearest_survivor(a, b);
-    const int undefined = first_survivor_without_radius(a, b);
-    if (undefined == none || (nearest != none && nearest < undefined)) {
-        return nearest;
+    const FlatSurvivors flat = first_flat_survivors(a, b);
+    const int best = flat.below_all != none ? flat.below_all : nearest_survivor(a, b);
+    if (flat.undefined == none || (best != none && best < flat.undefined)) {
+        return best;
     }
-    for (int p = 0; p < undefined; ++p) {
+    for (int p = 0; p < flat.undefined; ++p) {
         if (may_close(a, b, p) && survives(a, b, p)) {
-            return nearest;
+            return best;
         }
     }
-    return undefined;
+    return flat.undefined;
 }
 
-/// The survivor with the smallest radius that is a number, looked for in growing boxes around the
+/// The survivor with the smallest radius from 0 on, looked for in growing boxes around the
 /// edge. The radius is at least half the distance to the farther end of the edge, so a box is
 /// complete up to about half its size.
 int Front::nearest_survivor(int a, int b) const {
@@ -254,21 +259,26 @@ int Front::nearest_survivor(int a, int b) const {
     }
 }
 
-/// The first survivor whose radius is not a number. Its triangle is so flat that rounding makes
-/// Heron's radicand negative, or 0/0, so it lies in a narrow wedge along the line of the edge.
-int Front::first_survivor_without_radius(int a, int b) const {
+/// The first survivors whose triangles are so flat that rounding makes Heron's radicand negative or
+/// 0/0, or a zero of either sign. They lie in a narrow wedge along the line of the edge.
+Front::FlatSurvivors Front::first_flat_survivors(int a, int b) const {
     constexpr double flat_base = 1e-7; // of the edge
     const double edge = length(a, b);
     // The height below which (sum of two sides − third side) drowns in the rounding of the lengths.
     const double slope = 2 * std::sqrt(4e-15 * grid_.extent() / edge) + 1e-9;
     std::vector<int> near_line;
     collect_near_line(a, b, flat_base * edge, slope, near_line);
+    FlatSurvivors first;
     for (const int p : near_line) {
-        if (may_close(a, b, p) && std::isnan(radius(a, b, p)) && survives(a, b, p)) {
-            return p;
+        if (may_close(a, b, p)) {
+            const double r = radius(a, b, p);
+            int* const slot = std::isnan(r) ? &first.undefined : &first.below_all;
+            if ((std::isnan(r) || r < 0) && *slot == none && survives(a, b, p)) {
+                *slot = p;
+            }
         }
     }
-    return none;
+    return first;
 }
 
 /// The choice for an edge that has a triangle on its inner side already. Every other point either
