@@ -137,8 +137,8 @@ SideIndex::Tested SideIndex::tested_side(int p0, int p1) const {
             has(p0, p1, Kind::front)};
 }
 
-bool SideIndex::crosses(const Tested& tested, int index) const {
-    const Side& side = sides_[static_cast<std::size_t>(index)];
+bool SideIndex::crosses(const Tested& tested, int side_number) const {
+    const Side& side = sides_[static_cast<std::size_t>(side_number)];
     if (side.kind == Kind::boundary ? tested.on_boundary : tested.on_front) {
         return false;
     }

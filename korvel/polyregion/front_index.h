@@ -231,7 +231,7 @@ private:
     };
 
     Tested tested_side(int p0, int p1) const;
-    bool crosses(const Tested& tested, int side) const;
+    bool crosses(const Tested& tested, int side_number) const;
     void add_to_cells(int side);
     void add_to_lines(int side);
     LinePlace place_of_line(PlanePoint on_line, Direction direction, bool steep) const;
