@@ -2,9 +2,18 @@
 
 // The one header that a host includes.
 
+#include "korvel/body/body3d.h"
+#include "korvel/body/tmod3d.h"
+#include "korvel/geometry/cmycolor.h"
+#include "korvel/geometry/line3d.h"
+#include "korvel/geometry/poly3d.h"
+#include "korvel/geometry/poly3d_cplx.h"
 #include "korvel/geometry/triutvalinst.h"
+#include "korvel/geometry/vert3d.h"
+#include "korvel/geometry/view_transform.h"
 #include "korvel/module/export.h"
 #include "korvel/platform/framework.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
 #include "korvel/region/cregion.h"
+#include "korvel/section/tmod2d.h"

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "korvel/module/export.h"
+#include "korvel/platform/framework.h"
+
+/// A body of a body model: the faces that bound it, its colour, and what is derived from them.
+class KORVEL_API BODY3D {
+public:
+    CArray<int> polys;            ///< the faces that bound the body
+    CArray<int> lines;            ///< edges of those faces, in order of first appearance
+    CArray<int> verts;            ///< vertices of those faces, in order of first appearance
+    CArray<int> neighbour_bodies; ///< bodies that share a face with this one
+    double volume = 0;
+    double param_1 = 0; ///< three parameters that the file carries and nothing computes with
+    int body_flags = 0; ///< 16 is a mark of the model's walks
+    double hue = 80.0;  ///< degrees
+    double saturation = 0.5;
+    double lightness = 0.5;
+    double alpha = 1.0; ///< opacity when drawn
+    double param_2 = 0;
+    double param_3 = 0;
+    double model_min[3] = {}; ///< extents in model coordinates
+    double model_max[3] = {};
+    double view_mid[3] = {}; ///< extents in view coordinates
+    double view_span[3] = {};
+    double view_min[3] = {};
+    double view_max[3] = {};
+    int change_dirt = 0; ///< quadrant of the view box grabbed for scaling, 1 to 4
+
+    BODY3D() = default;
+    BODY3D(const BODY3D& src);
+    BODY3D(BODY3D&&) noexcept = default;
+    BODY3D& operator=(BODY3D&&) noexcept = default;
+    virtual ~BODY3D() = default;
+
+    BODY3D& operator=(const BODY3D& src);
+    void Copy(const BODY3D& src);
+
+    /// Empties the four lists and frees their storage.
+    void RemoveAll();
+};

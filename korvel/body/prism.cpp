@@ -1,0 +1,120 @@
+// Solids raised from triangulated regions.
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+#include <vector>
+
+#include "korvel/body/body_geometry.h"
+#include "korvel/body/edge_chains.h"
+#include "korvel/body/tmod3d.h"
+#include "korvel/polyregion/plydt.h"
+
+namespace {
+
+struct Triangle {
+    int a;
+    int b;
+    int c;
+};
+
+/// An index moved on by a number of records; one that no list can hold stays outside of every list.
+int shifted(int index, int by) {
+    const long long moved = static_cast<long long>(index) + by;
+    return static_cast<int>(std::clamp<long long>(moved, std::numeric_limits<int>::min(),
+                                                  std::numeric_limits<int>::max()));
+}
+
+/// The faces of a prism over `levels` lifted points: caps at the first and the second level,
+/// corners in the same order, and then the walls, two triangles for each ring side.
+std::vector<Triangle> prism_faces(const PLYDT& d, int first_vertex, int levels) {
+    std::vector<Triangle> faces;
+    for (const int level : {0, levels}) {
+        const int shift = first_vertex + level;
+        for (const PLYDT::TRG& t : d.trg_list) {
+            faces.push_back({shifted(t.va, shift), shifted(t.vb, shift), shifted(t.vc, shift)});
+        }
+    }
+    for (const RING& ring : d.ring_list) {
+        if (ring.pts.GetSize() < 3) {
+            continue;
+        }
+        int prev = ring.pts[ring.pts.GetUpperBound()];
+        for (const int cur : ring.pts) {
+            const int above = first_vertex + levels;
+            faces.push_back(
+                {shifted(prev, first_vertex), shifted(cur, first_vertex), shifted(cur, above)});
+            faces.push_back(
+                {shifted(cur, above), shifted(prev, above), shifted(prev, first_vertex)});
+            prev = cur;
+        }
+    }
+    return faces;
+}
+
+void show_notice(int triangles, int points) {
+    char text[64];
+    std::snprintf(text, sizeof text, "pol = %d %d\n", triangles, points);
+    AfxMessageBox(text);
+}
+
+} // namespace
+
+void TMOD3D::create3dmode(PLYDT& d) {
+    const int points = d.prism_pts.GetSize();
+    const int triangles = d.trg_list.GetSize();
+    if (points < 3) {
+        return;
+    }
+    const int first_vertex = verts.GetSize();
+    const int first_edge = lines.GetSize();
+    const int first_face = polys.GetSize();
+    const int first_body = bodies.GetSize();
+
+    verts.SetSize(first_vertex + points);
+    for (int i = 0; i < points; ++i) {
+        VERT3D& vertex = verts[first_vertex + i];
+        vertex.model_xyz[0] = d.prism_pts[i].x;
+        vertex.model_xyz[1] = d.prism_pts[i].y;
+        vertex.model_xyz[2] = d.prism_pts[i].z;
+    }
+    show_notice(triangles, points);
+
+    // Sized as if every point stood on one ring. Where fewer do, faces without vertices stay
+    // behind; where more do, the walls beyond are appended, and the body does not list them.
+    const int listed_faces = points + 2 * triangles;
+    const std::vector<Triangle> faces = prism_faces(d, first_vertex, points / 2);
+    polys.SetSize(first_face + std::max(listed_faces, static_cast<int>(faces.size())));
+    for (std::size_t i = 0; i < faces.size(); ++i) {
+        CArray<int>& corners = polys[first_face + static_cast<int>(i)].verts;
+        corners.SetSize(3);
+        corners[0] = faces[i].a;
+        corners[1] = faces[i].b;
+        corners[2] = faces[i].c;
+    }
+    bodies.SetSize(first_body + 1);
+    bodies[first_body].polys.SetSize(listed_faces);
+    for (int i = 0; i < listed_faces; ++i) {
+        bodies[first_body].polys[i] = first_face + i;
+    }
+
+    korvel::find_all_sides(*this, first_face);
+    korvel::chain_verts(*this, first_face);
+    korvel::chain_lines(*this, first_face);
+    if (mode_ok == 0) {
+        mode_ok = 1;
+    }
+    for (int e = first_edge; e < lines.GetSize(); ++e) {
+        lines[e].set_line_eqt(verts);
+    }
+    korvel::orient_body(*this, first_body);
+    for (int f = first_face; f < polys.GetSize(); ++f) {
+        polys[f].set_poly_eql(verts);
+    }
+    korvel::compute_body_volume(*this, first_body);
+    model_wrap_cuboid();
+    rotate_model();
+    found_top_rel();
+    double no_shift[3] = {0, 0, 0};
+    trans_model_orig(no_shift);
+}

@@ -1,0 +1,89 @@
+#include "korvel/geometry/line3d.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "korvel/geometry/line_equation.h"
+#include "korvel/geometry/list_index.h"
+#include "korvel/geometry/poly3d.h"
+#include "korvel/geometry/space.h"
+
+using korvel::has_element;
+
+LINE3D::LINE3D(const LINE3D& src) {
+    *this = src;
+}
+
+LINE3D& LINE3D::operator=(const LINE3D& src) {
+    if (this == &src) {
+        return *this;
+    }
+    start_vert = src.start_vert;
+    end_vert = src.end_vert;
+    std::copy_n(src.direction, 3, direction);
+    length = src.length;
+    std::copy_n(src.line_2d_eqt, 3, line_2d_eqt);
+    state_flags = src.state_flags;
+    main_axis = src.main_axis;
+    faces.Copy(src.faces);
+    bodies.Copy(src.bodies);
+    return *this;
+}
+
+void LINE3D::Copy(const LINE3D& src) {
+    *this = src;
+}
+
+void LINE3D::RemoveAll() {
+    faces.RemoveAll();
+    bodies.RemoveAll();
+}
+
+void LINE3D::set_line_point(int a, int b) {
+    start_vert = a;
+    end_vert = b;
+}
+
+void LINE3D::set_line_eqt(CArray<VERT3D, VERT3D&>& verts) {
+    if (!has_element(verts, start_vert) || !has_element(verts, end_vert)) {
+        return;
+    }
+    const double* from = verts[start_vert].model_xyz;
+    const double* to = verts[end_vert].model_xyz;
+    for (int k = 0; k < 3; ++k) {
+        direction[k] = to[k] - from[k];
+    }
+    length = std::sqrt(direction[0] * direction[0] + direction[1] * direction[1] +
+                       direction[2] * direction[2]);
+    for (double& component : direction) {
+        component /= length;
+    }
+    main_axis = korvel::main_axis_of(direction);
+}
+
+void LINE3D::set_line_2d_eqt(CArray<VERT3D, VERT3D&>& verts) {
+    if (!has_element(verts, start_vert) || !has_element(verts, end_vert)) {
+        return;
+    }
+    const double* from = verts[start_vert].view_xyz;
+    const double* to = verts[end_vert].view_xyz;
+    const korvel::LineEquation line = korvel::line_through({from[0], from[1]}, {to[0], to[1]});
+    line_2d_eqt[0] = line.a;
+    line_2d_eqt[1] = line.b;
+    line_2d_eqt[2] = line.c;
+}
+
+int LINE3D::det_vert_at(int v) {
+    if (start_vert == v) {
+        return end_vert;
+    }
+    return end_vert == v ? start_vert : -1;
+}
+
+bool LINE3D::detect_line_cross_poly(POLY3D& face, CArray<VERT3D, VERT3D&>& verts) {
+    double point[3] = {};
+    return has_element(verts, start_vert) &&
+           korvel::segment_meets_plane(verts[start_vert].model_xyz, direction, length, face.plane,
+                                       point) &&
+           face.det_3dpoint_in_con_poly(point, verts);
+}

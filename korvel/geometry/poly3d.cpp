@@ -1,0 +1,144 @@
+// A face's lists: its copies, its chain of vertices and its chain of edges.
+
+#include "korvel/geometry/poly3d.h"
+
+#include <algorithm>
+
+#include "korvel/geometry/list_index.h"
+#include "korvel/geometry/space.h"
+
+using korvel::has_element;
+
+namespace {
+
+bool joins(const LINE3D& line, int a, int b) {
+    return (line.start_vert == a && line.end_vert == b) ||
+           (line.start_vert == b && line.end_vert == a);
+}
+
+} // namespace
+
+POLY3D::POLY3D(const POLY3D& src) {
+    *this = src;
+}
+
+POLY3D& POLY3D::operator=(const POLY3D& src) {
+    if (this == &src) {
+        return *this;
+    }
+    std::copy_n(src.plane, 4, plane);
+    std::copy_n(src.rotated_plane, 4, rotated_plane);
+    state_flags = src.state_flags;
+    area = src.area;
+    main_axis = src.main_axis;
+    verts.Copy(src.verts);
+    lines.Copy(src.lines);
+    neighbour_faces.Copy(src.neighbour_faces);
+    bodies.Copy(src.bodies);
+    return *this;
+}
+
+void POLY3D::Copy(const POLY3D& src) {
+    *this = src;
+}
+
+void POLY3D::RemoveAll() {
+    verts.RemoveAll();
+    lines.RemoveAll();
+    neighbour_faces.RemoveAll();
+    bodies.RemoveAll();
+}
+
+void POLY3D::add_a_vert(int v) {
+    verts.Add(v);
+}
+
+void POLY3D::add_a_line(int e) {
+    lines.Add(e);
+}
+
+void POLY3D::find_side(CArray<LINE3D, LINE3D&>& lines) {
+    for (int i = 0; i < verts.GetSize(); ++i) {
+        const int a = verts[i];
+        const int b = verts[i + 1 < verts.GetSize() ? i + 1 : 0];
+        if (std::none_of(lines.begin(), lines.end(),
+                         [&](const LINE3D& line) { return joins(line, a, b); })) {
+            LINE3D side;
+            side.set_line_point(a, b);
+            lines.Add(side);
+        }
+    }
+    vert_to_line(lines);
+}
+
+void POLY3D::vert_to_line(CArray<LINE3D, LINE3D&>& lines) {
+    this->lines.SetSize(0);
+    for (int i = 0; i < verts.GetSize(); ++i) {
+        const int a = verts[i];
+        const int b = verts[i + 1 < verts.GetSize() ? i + 1 : 0];
+        for (int j = lines.GetUpperBound(); j >= 0; --j) {
+            if (joins(lines[j], a, b)) {
+                this->lines.SetAtGrow(i, j); // the last of several
+                break;
+            }
+        }
+    }
+}
+
+void POLY3D::line_to_vert(CArray<LINE3D, LINE3D&>& lines) {
+    const CArray<int>& chain = this->lines;
+    const int m = chain.GetSize();
+    if (m < 1 || !std::all_of(chain.begin(), chain.end(),
+                              [&](int line) { return has_element(lines, line); })) {
+        return;
+    }
+    verts.SetAtGrow(0, lines[chain[0]].start_vert);
+    verts.SetAtGrow(1, lines[chain[0]].end_vert);
+    for (int k = 1; k < m; ++k) {
+        const int prev = verts[k - 1];
+        const int at_k = k < verts.GetSize() ? verts[k] : 0;
+        const int cur = k == m - 1 ? verts[0] : at_k;
+        // Written into the slot that held `cur`, not the one after it, so a triangle comes out
+        // turned against its first edge; the last edge that fits wins.
+        for (const int line : chain) {
+            const int start = lines[line].start_vert;
+            const int end = lines[line].end_vert;
+            if (start == cur && end != prev) {
+                verts.SetAtGrow(k, end);
+            } else if (end == cur && start != prev) {
+                verts.SetAtGrow(k, start);
+            }
+        }
+    }
+}
+
+int POLY3D::det_poly_include_line(int* p) {
+    for (int i = 0; i < verts.GetSize(); ++i) {
+        const int a = verts[i];
+        const int b = verts[i + 1 < verts.GetSize() ? i + 1 : 0];
+        if (a == p[0] && b == p[1]) {
+            return 1;
+        }
+        if (b == p[0] && a == p[1]) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+int POLY3D::point_range_in_poly(int v) {
+    const int* const found = std::find(verts.begin(), verts.end(), v);
+    return found == verts.end() ? -1 : static_cast<int>(found - verts.begin());
+}
+
+void POLY3D::invert_poly_range() {
+    std::reverse(verts.begin(), verts.end());
+}
+
+bool POLY3D::detect_line_in(int e) {
+    return std::find(lines.begin(), lines.end(), e) != lines.end();
+}
+
+bool POLY3D::is_composed_vert(int v) {
+    return point_range_in_poly(v) >= 0;
+}

@@ -1,0 +1,216 @@
+// The body model file, and copies of models.
+
+#include <algorithm>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/body/model_state.h"
+
+using namespace korvel::test;
+
+namespace {
+
+const std::string tetrahedron = "4 0 0 0 1 0 0 0 1 0 0 0 1 4 0 1 2 0 1 3 1 2 3 2 0 3 ";
+
+TEST(ModelFile, WrittenBytes) {
+    TMOD3D model;
+    EXPECT_EQ(file_of(model), "0\n");
+    set_verts(model.verts, {{0, 0, 0}, {-0.5, 0, 1e7}});
+    model.orig[0] = 10;
+    std::string text = "2\n10.000000 0.000000 0.000000 \n9.500000 0.000000 10000000.000000 \n";
+    EXPECT_EQ(file_of(model), text + "0\n");
+    for (const auto& corners : {std::initializer_list<int>{0, 1, 1, -7}, {5}, {}}) {
+        POLY3D face = face_of(corners);
+        model.polys.Add(face);
+    }
+    text += "3\n0 1 1 -7 \n5 \n\n";
+    EXPECT_EQ(file_of(model), text + "0\n");
+    const std::string twenty = "3 3 3 3 3 3 3 3 3 3 3 3 3 3 3 3 3 3 3 3 \n";
+    text += "4\n";
+    for (const auto& [count, lines] : {std::pair<int, std::string>(0, "\n"),
+                                       {2, "3 3 \n"},
+                                       {20, twenty + "\n"},
+                                       {41, twenty + twenty + "3 \n"}}) {
+        BODY3D body;
+        body.param_1 = 1.25;
+        body.param_2 = -2;
+        for (int i = 0; i < count; ++i) {
+            body.polys.Add(3);
+        }
+        model.bodies.Add(body);
+        text += std::to_string(count) + "\n1.250000 -2.000000 0.000000\n" + lines;
+    }
+    EXPECT_EQ(file_of(model), text);
+}
+
+TEST(ModelFile, ReadsEverythingAndNothingMore) {
+    TMOD3D model;
+    model.orig[0] = 10; // neither read nor subtracted
+    EXPECT_EQ(
+        read_file(model, tetrahedron + "3\n4 1 2.5 -3\n0 1\n2 3 0 7 7 0.1 2 0 0 0 3 1 9 more"),
+        " 9 more");
+    const CArray<BODY3D, BODY3D&>& bodies = model.bodies;
+    EXPECT_EQ(text_of("%.9g", model.mode_ok, model.orig, model.verts[1].model_xyz,
+                      model.verts[3].faces, model.lines.GetSize(), model.wrap_radius,
+                      bodies[0].param_2, bodies[0].param_3, bodies[0].volume, bodies[1].volume,
+                      bodies[1].param_3, bodies[2].neighbour_bodies),
+              "1 ( 10 0 0 ) ( 1 0 0 ) ( 1 2 3 ) 6 0.866025404 2.5 -3 0.166666667 0 0.100000001 "
+              "( 0 ) ");
+    EXPECT_NE(model.verts[3].view_xyz[2], 0);
+}
+
+TEST(ModelFile, WhatIsNotWholeIsNotDerived) {
+    // How many vertices, faces and bodies are left.
+    const std::pair<std::string, std::string> cases[] = {
+        {"", "0 0 0 "},
+        {"0 1 2 3", "0 0 0 "},
+        {"-4 1 2 3", "0 0 0 "},
+        {"2 1 2 x 4", "1 0 0 "},
+        {"2147483647 1 2 3 4 5 6", "2 0 0 "},
+        {"1 1 2 3 0 5", "0 0 0 "},
+        {"1 1 2 3 -1 5", "0 0 0 "},
+        {"1 1 2 3", "1 0 0 "},
+        {"1 1 2 3 1 0 0 0 0 5", "0 0 0 "},
+        {"1 1 2 3 2 0 0 0 0", "1 2 0 "},
+        {"1 1 2 3 2147483647 0 0 0", "1 1 0 "},
+        {"1 1 2 3 1 0 0 0 2 1 0 0", "1 1 1 "},
+        {"1 1 2 3 1 0 0 0 2 1 0 0 0 0", "1 1 1 "},
+        {"1 1 2 3 1 0 0 0 1 2147483647 0 0 0 0 0 0", "1 1 1 "},
+        {"1 1 2 3 1 0 0 1 1 1 0 0 0 0", "1 1 1 "}, // no such vertex
+        {"1 1 2 3 1 0 -1 0 1 1 0 0 0 0", "1 1 1 "},
+        {"1 1 2 3 1 0 0 0 1 2 0 0 0 0 1", "1 1 1 "}, // no such face
+        {"1 1 2 3 1 0 0 0 1 1 0 0 0 -2147483648", "1 1 1 "},
+    };
+    for (const auto& [file, left] : cases) {
+        TMOD3D model;
+        model.mode_ok = 1;
+        read_file(model, file);
+        EXPECT_EQ(text_of("%g", model.verts.GetSize(), model.polys.GetSize(),
+                          model.bodies.GetSize(), model.mode_ok, model.lines.GetSize(),
+                          model.wrap_radius),
+                  left + "0 0 1000 ")
+            << file;
+    }
+    TMOD3D model;
+    read_file(model, tetrahedron + "1 4 0 0 0 0 1 2 3");
+    read_file(model, "0 5");
+    EXPECT_EQ(model.verts.GetSize() + model.polys.GetSize() + model.mode_ok, 8);
+    model.write_mode(nullptr);
+    model.read_mode(nullptr);
+}
+
+TEST(ModelFile, FourthCornerShiftsTheRest) {
+    TMOD3D model;
+    model.verts.SetSize(4);
+    model.bodies.SetSize(1);
+    model.bodies[0].param_1 = 0.5;
+    for (POLY3D face : {face_of({0, 1, 2, 3}), face_of({0, 2, 1})}) {
+        model.polys.Add(face);
+    }
+    TMOD3D back;
+    EXPECT_EQ(read_file(back, file_of(model)), ".000000\n\n");
+    EXPECT_TRUE(back.polys[1].is_composed_vert(3));
+    EXPECT_FALSE(back.polys[1].is_composed_vert(1));
+    EXPECT_EQ(back.bodies[0].param_2, 0.5);
+}
+
+/// Faces from their smallest vertex on, bodies, and the number of edges.
+std::string content(const TMOD3D& model) {
+    std::string text;
+    for (const POLY3D& face : model.polys) {
+        std::vector<int> cycle(face.verts.begin(), face.verts.end());
+        std::rotate(cycle.begin(), std::min_element(cycle.begin(), cycle.end()), cycle.end());
+        text += text_of("%g", cycle);
+    }
+    for (const BODY3D& body : model.bodies) {
+        text += text_of("%.3f", body.polys, body.volume);
+    }
+    return text + std::to_string(model.lines.GetSize());
+}
+
+TEST(ModelFile, ComesBackAsWritten) {
+    TMOD3D models[4];
+    double centre[3] = {-3, 0.5, 100};
+    double size[3] = {3, 7, 0.25};
+    models[0].inti_mode(centre, size, 1, 0);
+    models[1].inti_mode(centre, size, 1, 2);
+    models[2].inti_mode(centre, size, 0, 2);
+    read_file(models[3], tetrahedron + "3 4 0 0 0 0 1 2 3 2 1 2 3 3 2 0 0 0 0");
+    for (TMOD3D& model : models) {
+        TMOD3D back;
+        EXPECT_EQ(read_file(back, file_of(model)).find_first_not_of(" \n"), std::string::npos);
+        EXPECT_EQ(content(back), content(model));
+    }
+}
+
+TEST(Model, StartCopiesAndEnd) {
+    TMOD3D model;
+    EXPECT_EQ(text_of("%g", model.wrap_radius, model.view_scale, model.vis_angle_1,
+                      model.vis_angle_2, model.mode_ok, model.edit_state, model.orig),
+              "1000 1 5 5 0 ( 0 3 0 0 0 0 0 0 0 0 0 ) ( 0 0 0 ) ");
+    EXPECT_EQ(text_of("%.4f", model.view_dir), "( -0.0076 0.0868 0.9962 ) ");
+    const CArray<int> none;
+    const double zero[3] = {};
+    EXPECT_EQ(state_of(BODY3D()), text_of("%a", none, none, none, none, 0, 0, 0, 80, 0.5, 0.5, 1, 0,
+                                          0, zero, zero, zero, zero, zero, zero, 0));
+
+    // A model in which no member has the value that it starts with.
+    read_file(model, tetrahedron + "2 4 1 2 3 0 1 2 3 4 4 5 6 0 1 2 3");
+    int next = 10;
+    const auto fill = [&](auto&... members) {
+        const auto fill_one = [&](auto& member) {
+            if constexpr (requires { std::begin(member); }) {
+                for (auto& element : member) {
+                    element = next++;
+                }
+            } else {
+                member = next++;
+            }
+        };
+        (fill_one(members), ...);
+    };
+    BODY3D& body = model.bodies[0];
+    model.change_vis_parm();
+    model.get_body_span(0);
+    fill(body.body_flags, body.hue, body.saturation, body.lightness, body.alpha, body.view_mid,
+         body.change_dirt);
+    fill(model.orig_shift, model.model_frame, model.view_scale, model.pick_data, model.edit_state,
+         model.orig, model.tail_data);
+    VERT3D& vertex = model.verts[1];
+    fill(vertex.backup_xyz, vertex.temp_view_xyz, vertex.spare_int_1, vertex.spare_int_2,
+         vertex.spare_int_3, model.polys[1].area);
+    set_ints(model.relat_list_1, {1});
+    set_ints(model.relat_list_2, {2, 3});
+    set_ints(model.relat_list_3, {4});
+    set_ints(model.relat_list_4, {5});
+    model.mut_weights.Add(0.25);
+    model.sect_model_1.intlmode();
+    model.sect_model_2.verts.SetSize(2);
+    const std::string before = state_of(model);
+    TMOD3D constructed(model);
+    TMOD3D assigned;
+    read_file(assigned, tetrahedron + "2 1 0 0 0 1 1 0 0 0 2");
+    assigned = model;
+    assigned = std::as_const(assigned);
+    for (VERT3D& v : model.verts) {
+        v.RemoveAll();
+        EXPECT_EQ(v.faces.GetSize() + v.lines.GetSize() + v.neighbours.GetSize(), 0);
+    }
+    model.polys[0].invert_poly_range();
+    EXPECT_EQ(state_of(constructed), before);
+    EXPECT_EQ(state_of(assigned), before);
+    model.RemoveAll(); // leaves view, bounds and origin
+    constructed.Copy(model);
+    assigned.RemoveAll();
+    EXPECT_EQ(state_of(constructed), state_of(model));
+    EXPECT_EQ(state_of(assigned), state_of(model));
+    EXPECT_EQ(states_of(model.verts) + states_of(model.lines) + states_of(model.polys) +
+                  states_of(model.bodies) + state_of(model.sect_model_1),
+              "");
+    EXPECT_EQ(text_of("%g", model.mode_ok, model.relat_list_2, model.mut_weights, model.orig[0] > 0,
+                      model.wrap_radius < 1),
+              "0 ( ) ( ) 1 1 ");
+}
+
+} // namespace

@@ -1,0 +1,405 @@
+// Starter models, the view, neighbourhoods and raised solids.
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "korvel/polyregion/plydt.h"
+#include "tests/body/model_state.h"
+
+using namespace korvel::test;
+
+namespace {
+
+TMOD3D started(int kind, int rounds, std::array<double, 3> size = {2, 2, 2},
+               std::array<double, 3> centre = {}) {
+    TMOD3D model;
+    model.inti_mode(centre.data(), size.data(), kind, rounds);
+    return model;
+}
+
+/// Every face is a triangle over three edges, and each of its sides is run along once by one other
+/// face, the other way.
+void expect_closed(const TMOD3D& model, int euler_number) {
+    std::map<std::pair<int, int>, int> sides;
+    for (const POLY3D& face : model.polys) {
+        ASSERT_EQ(text_of("%g", face.verts.GetSize(), face.lines.GetSize(),
+                          face.neighbour_faces.GetSize()),
+                  "3 3 3 ");
+        for (int k = 0; k < 3; ++k) {
+            ++sides[{face.verts[k], face.verts[(k + 1) % 3]}];
+            LINE3D line = model.lines[face.lines[k]];
+            EXPECT_EQ(std::count_if(face.verts.begin(), face.verts.end(),
+                                    [&](int v) { return line.det_vert_at(v) >= 0; }),
+                      2);
+        }
+    }
+    for (const LINE3D& line : model.lines) {
+        EXPECT_EQ((sides[{line.start_vert, line.end_vert}]), 1);
+        EXPECT_EQ((sides[{line.end_vert, line.start_vert}]), 1);
+    }
+    EXPECT_EQ(sides.size(), 2 * std::size_t(model.lines.GetSize()));
+    EXPECT_EQ(model.verts.GetSize() - model.lines.GetSize() + model.polys.GetSize(), euler_number);
+}
+
+TEST(StarterModel, Cuboids) {
+    for (int rounds = -1; rounds < 4; ++rounds) {
+        const TMOD3D model = started(1, rounds, {4, 2, 1}, {10, 0, -3});
+        EXPECT_EQ(model.polys.GetSize(), 24 << 2 * std::max(rounds, 0));
+        expect_closed(model, 2);
+        EXPECT_NEAR(model.bodies[0].volume, 8, 1e-10);
+        EXPECT_EQ(text_of("%g", model.mode_ok, model.verts[0].model_xyz, model.wrap_cuboid,
+                          model.bodies[0].model_max),
+                  "1 ( 12 1 -2.5 ) ( 8 12 -1 1 -3.5 -2.5 ) ( 12 1 -2.5 ) ");
+        EXPECT_DOUBLE_EQ(model.bodies[0].view_span[0], 2 * model.view_bounds[1]);
+    }
+    const TMOD3D cube = started(1, 0);
+    EXPECT_EQ(cube.bodies[0].volume, 8);
+    EXPECT_EQ(
+        text_of("%g", cube.verts.GetSize(), cube.verts[6].model_xyz, cube.verts[11].model_xyz),
+        "14 ( -1 -1 -1 ) ( 0 -1 0 ) ");
+}
+
+TEST(StarterModel, Balls) {
+    constexpr double pi = 3.14159265358979323846;
+    double before = 0;
+    for (int rounds = 0; rounds < 5; ++rounds) {
+        const TMOD3D model = started(0, rounds, {2, 9, 9}, {10, 0, 0});
+        EXPECT_EQ(model.polys.GetSize(), 20 << 2 * rounds);
+        expect_closed(model, 2);
+        for (const VERT3D& v : model.verts) {
+            EXPECT_NEAR(std::hypot(v.model_xyz[0] - 10, v.model_xyz[1], v.model_xyz[2]), 2, 1e-14);
+        }
+        const double share = model.bodies[0].volume / (4.0 / 3 * pi * 8);
+        EXPECT_GT(share, before);
+        before = share;
+        if (rounds == 0) { // the regular icosahedron
+            EXPECT_NEAR(share, std::sqrt(10 + 2 * std::sqrt(5.0)) / (2 * pi), 1e-14);
+        }
+    }
+    EXPECT_GT(before, 0.995);
+    EXPECT_LT(before, 1);
+}
+
+TEST(StarterModel, OrderOfRecords) {
+    std::string ends;
+    std::string corners;
+    TMOD3D cube;
+    cube.inti_cube();
+    for (const LINE3D& line : cube.lines) {
+        ends += text_of("%g", line.start_vert, line.end_vert);
+    }
+    TMOD3D ball;
+    ball.inti_p20();
+    for (const POLY3D& face : ball.polys) {
+        corners += text_of("%g", face.verts[0], face.verts[1], face.verts[2]);
+    }
+    EXPECT_EQ(ends, "0 1 1 12 12 0 1 2 2 12 2 3 3 12 3 0 5 4 4 13 13 5 6 5 13 6 7 6 13 7 4 7 0 4 4 "
+                    "9 9 0 5 9 5 1 1 9 5 10 10 1 6 10 6 2 2 10 6 11 11 2 7 11 7 3 3 11 7 8 8 3 4 8 "
+                    "0 8 ");
+    EXPECT_EQ(corners, "0 8 4 0 10 5 2 9 4 11 5 2 1 8 6 10 7 1 9 6 3 3 11 7 10 8 0 8 10 1 9 11 2 "
+                       "11 9 3 2 0 4 0 2 5 1 3 6 3 1 7 6 4 8 4 6 9 5 7 10 7 5 11 ");
+    EXPECT_EQ(text_of("%g", cube.polys[23].verts, cube.polys[23].lines, ball.polys[19].lines),
+              "( 3 8 0 ) ( 33 35 7 ) ( 3 17 21 ) ");
+}
+
+TEST(View, AnglesVisibilityAndBack) {
+    TMOD3D cube = started(1, 0);
+    const auto seen = [&](double angle_1, double angle_2) {
+        cube.vis_angle_1 = angle_1;
+        cube.vis_angle_2 = angle_2;
+        cube.change_vis_parm();
+        std::vector<int> faces;
+        for (int f = 0; f < cube.polys.GetSize(); ++f) {
+            if ((cube.polys[f].state_flags & 16) != 0) {
+                faces.push_back(f);
+            }
+        }
+        return text_of("%g", faces);
+    };
+    // The first angle turns about z, the second tilts about x. What is seen edge-on is not seen.
+    EXPECT_EQ(seen(0, 0), "( 0 1 2 3 ) ");
+    EXPECT_EQ(seen(0, 1), "( 0 1 2 3 8 9 10 11 ) ");
+    EXPECT_EQ(seen(20, 179), "( 4 5 6 7 8 9 10 11 12 13 14 15 ) ");
+    cube.lines.RemoveAll(); // not needed for that
+    EXPECT_EQ(seen(0, 0), "( 0 1 2 3 ) ");
+
+    cube = started(1, 1, {4, 2, 1}, {10, 20, 30});
+    seen(37, -62);
+    for (int axis = 0; axis < 3; ++axis) {
+        double widest = 0;
+        for (const auto& corner : cube.rotated_corners) {
+            widest = std::max(widest, corner[axis]);
+        }
+        EXPECT_NEAR(cube.view_bounds[2 * axis], -widest, 1e-13);
+        EXPECT_NEAR(cube.view_bounds[2 * axis + 1], widest, 1e-13);
+    }
+    TMOD3D back = cube;
+    back.ant_rotate_model();
+    for (int v = 0; v < cube.verts.GetSize(); ++v) {
+        for (int k = 0; k < 3; ++k) {
+            EXPECT_NEAR(back.verts[v].model_xyz[k], cube.verts[v].model_xyz[k], 1e-13);
+        }
+    }
+    for (VERT3D& v : back.verts) {
+        for (double& x : v.view_xyz) {
+            x *= 2;
+        }
+    }
+    back.ant_rotate_model(); // equations follow, bounds do not
+    EXPECT_NEAR(back.lines[9].length, 2 * cube.lines[9].length, 1e-13);
+    EXPECT_GT(std::fabs(back.polys[9].plane[3] - cube.polys[9].plane[3]), 0.4);
+    EXPECT_EQ(back.wrap_radius, cube.wrap_radius);
+}
+
+TEST(View, WrapCuboidAndMovedOrigin) {
+    TMOD3D model;
+    const std::string empty = state_of(model);
+    model.model_wrap_cuboid();
+    model.rotate_model();
+    model.ant_rotate_model();
+    model.get_body_span(0);
+    EXPECT_EQ(state_of(model), empty);
+    set_verts(model.verts, {{7.5, 8, -9}});
+    model.model_wrap_cuboid();
+    model.change_vis_parm();
+    EXPECT_EQ(text_of("%g", model.wrap_radius, model.verts[0].view_xyz, model.cuboid_corners[5],
+                      model.rotated_corners[5]),
+              "0 ( 0 0 0 ) ( 7.5 8 -9 ) ( 0 0 0 ) ");
+
+    TMOD3D box = started(1, 0, {2, 4, 6}, {5, 0, 0});
+    const std::string corners = "( ( 4 -2 -3 ) ( 4 -2 3 ) ( 4 2 -3 ) ( 4 2 3 ) ( 6 -2 -3 ) "
+                                "( 6 -2 3 ) ( 6 2 -3 ) ( 6 2 3 ) ) ";
+    EXPECT_EQ(text_of("%g", box.cuboid_corners, box.wrap_radius * box.wrap_radius),
+              corners + "14 ");
+    double p[3] = {1, 0, 0};
+    box.trans_model_orig(p);
+    box.trans_model_orig(p); // moved twice but noted once
+    EXPECT_EQ(
+        text_of("%g", box.verts[0].model_xyz, box.orig, box.orig_shift, box.wrap_cuboid,
+                box.cuboid_min, box.cuboid_max, box.cuboid_corners[4], box.polys[20].plane[3],
+                box.bodies[0].model_min),
+        "( 4 2 3 ) ( 1 0 0 ) ( 1 0 0 ) ( 2 4 -2 2 -3 3 ) ( 2 -2 -3 ) ( 4 2 3 ) ( 4 -2 -3 ) -4 "
+        "( 2 -2 -3 ) ");
+    // Extents in the view come from before the move, here from coordinates that the host edited.
+    BODY3D& body = box.bodies[0];
+    box.verts[3].view_xyz[1] = 50;
+    box.verts[4].view_xyz[1] = -60;
+    box.trans_model_orig(p);
+    EXPECT_EQ(
+        text_of("%g", body.view_min[1], body.view_max[1], body.view_mid[1], body.view_span[1]),
+        "-60 50 -5 110 ");
+    EXPECT_LT(box.verts[3].view_xyz[1], 10);
+    box.get_body_span(0);
+    EXPECT_LT(body.view_max[1], 10);
+    body.verts.RemoveAll();
+    body.view_max[1] = 70;
+    box.get_body_span(0);
+    EXPECT_EQ(body.view_max[1], 70);
+}
+
+TEST(Neighbourhood, LevelsAndLegalMoves) {
+    TMOD3D cube = started(1, 0);
+    EXPECT_TRUE(cube.legal_body_rel_side()); // nothing is gathered
+    const auto gather = [&](int vertex, int depth) {
+        cube.edit_state[0] = depth;
+        cube.edit_state[4] = vertex;
+        cube.set_rel_triangle_vert();
+        EXPECT_EQ(text_of("%g", cube.edit_state[7], cube.edit_state[8], cube.edit_state[9]),
+                  text_of("%g", cube.relat_list_1.GetSize(), cube.relat_list_2.GetSize(),
+                          cube.relat_list_3.GetSize()));
+        return text_of("%g", cube.relat_list_2, cube.relat_list_4);
+    };
+    cube.mut_weights.Add(1);
+    EXPECT_EQ(gather(12, 1), "( 12 1 0 2 3 ) ( 0 1 1 1 1 ) ");
+    EXPECT_EQ(text_of("%g", cube.relat_list_1, cube.mut_weights),
+              "( 0 1 2 3 10 11 12 15 8 22 23 14 16 19 18 20 ) ( ) ");
+    gather(12, 2147483647);
+    EXPECT_EQ(text_of("%g", cube.relat_list_4, cube.relat_list_2[13]),
+              "( 0 1 1 1 1 2 2 2 2 2 2 2 2 3 ) 13 ");
+    EXPECT_EQ(cube.relat_list_3.GetSize(), 36);
+    EXPECT_EQ(gather(12, -1), "( 12 ) ( 0 ) ");
+    EXPECT_EQ(gather(12, 0), "( 12 ) ( 0 ) ");
+    EXPECT_EQ(text_of("%g", cube.relat_list_1, cube.relat_list_3), "( 0 1 2 3 ) ( 1 2 4 6 ) ");
+
+    cube.back_all_vert();
+    for (const auto& [height, legal] :
+         {std::pair(1.0, true), {-0.5, true}, {-3, false}, {7, true}}) {
+        const double moved[3] = {0.1, 0.2, height};
+        std::copy_n(moved, 3, cube.verts[12].model_xyz);
+        std::copy_n(moved, 3, cube.verts[12].view_xyz);
+        cube.rel_aux_parm();
+        EXPECT_EQ(cube.legal_body_rel_side(), legal) << height;
+        LINE3D line = cube.lines[1];
+        POLY3D face = cube.polys[0];
+        line.set_line_eqt(cube.verts);
+        line.set_line_2d_eqt(cube.verts);
+        face.set_poly_eql(cube.verts);
+        face.get_rotated_poly_eql(cube.verts);
+        EXPECT_EQ(state_of(line) + state_of(face),
+                  state_of(cube.lines[1]) + state_of(cube.polys[0]));
+    }
+    cube.verts[0].model_xyz[2] = 5;
+    cube.back_rel_vert();
+    cube.verts[0].restorvert();
+    EXPECT_EQ(cube.verts[0].model_xyz[2] + cube.verts[12].backup_xyz[2], 1 + 7);
+}
+
+class RaisedSolid : public testing::Test {
+protected:
+    void SetUp() override {
+        PLYDT::set_trace_files(false);
+        before_ = korvel::set_message_box_handler([this](const char* text, unsigned) {
+            notices += text;
+            return IDOK;
+        });
+    }
+    void TearDown() override {
+        korvel::set_message_box_handler(before_);
+        PLYDT::set_trace_files(true);
+    }
+
+    /// Triangulates a region of an outer ring and holes and lifts it from lo to hi.
+    void lift(std::initializer_list<std::pair<int, int>> points,
+              std::initializer_list<std::initializer_list<int>> rings, double lo, double hi) {
+        for (const auto& [x, y] : points) {
+            VERT2D point;
+            point.x = x;
+            point.y = y;
+            d.pt_list.Add(point);
+        }
+        d.region_list.SetSize(1);
+        for (const auto& corners : rings) {
+            RING ring;
+            set_ints(ring.pts, corners);
+            d.region_list[0].rings.Add(d.ring_list.Add(ring));
+        }
+        d.region_tranglate();
+        d.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, lo, hi);
+    }
+
+    TMOD3D model;
+    PLYDT d;
+    std::string notices;
+
+private:
+    decltype(korvel::set_message_box_handler(nullptr)) before_;
+};
+
+TEST_F(RaisedSolid, TwoTriangularPrisms) {
+    model.create3dmode(d);
+    EXPECT_EQ(state_of(model) + notices, state_of(TMOD3D()));
+    lift({{0, 0}, {4, 0}, {0, 3}}, {{0, 1, 2}}, -1, 1.5);
+    model.create3dmode(d);
+    expect_closed(model, 2);
+    std::string ends;
+    for (const LINE3D& line : model.lines) {
+        ends += text_of("%g", line.start_vert, line.end_vert);
+    }
+    EXPECT_EQ(ends, "0 1 1 2 2 0 3 4 4 5 5 3 0 3 3 2 5 2 1 4 4 0 5 1 ");
+    EXPECT_EQ(text_of("%g", model.polys[0].lines), "( 2 1 0 ) "); // after the corners were turned
+    for (const auto& [from, to] : {std::pair(7, 6), {6, 7}}) {    // beforehand, of the next prism
+        LINE3D line;
+        line.set_line_point(from, to);
+        model.lines.Add(line);
+    }
+    model.create3dmode(d);
+    EXPECT_EQ(model.lines[12].faces.GetSize(), 0); // the last of both is used
+    EXPECT_EQ(model.lines[13].faces.GetSize(), 2);
+    EXPECT_EQ(text_of("%g", model.verts.GetSize(), model.polys.GetSize(), model.lines.GetSize(),
+                      model.mode_ok, model.bodies[1].polys, model.bodies[0].volume,
+                      model.bodies[1].volume, model.bodies[1].model_min, model.wrap_cuboid[5]),
+              "12 16 25 1 ( 8 9 10 11 12 13 14 15 ) 15 15 ( 0 0 -1 ) 1.5 ");
+    EXPECT_EQ(notices, "pol = 1 6\npol = 1 6\n");
+}
+
+TEST_F(RaisedSolid, RegionWithHole) {
+    lift({{0, 0}, {100, 7}, {93, 81}, {41, 110}, {-5, 70}, {30, 31}, {28, 61}, {62, 57}},
+         {{0, 1, 2, 3, 4}, {5, 7, 6}}, 2, 5);
+    double area = 0; // holes run the same way as their outer ring
+    for (int r : {0, 1}) {
+        const CArray<int>& pts = d.ring_list[r].pts;
+        const VERT2D* last = &d.pt_list[pts[pts.GetUpperBound()]];
+        for (const int i : pts) {
+            const VERT2D* next = &d.pt_list[i];
+            area += (last->x * next->y - next->x * last->y) * (r == 0 ? 0.5 : -0.5);
+            last = next;
+        }
+    }
+    model.create3dmode(d);
+    EXPECT_EQ(model.polys.GetSize(), 16 + 2 * 8);
+    expect_closed(model, 0);
+    EXPECT_NEAR(model.bodies[0].volume, area * 3, 1e-8);
+}
+
+TEST_F(RaisedSolid, WallsThatDoNotFitThePoints) {
+    lift({{0, 0}, {4, 0}, {0, 3}, {9, 9}}, {{0, 1, 2}}, 0, 1);
+    model.create3dmode(d); // a point on no ring: two faces are left over
+    EXPECT_EQ(text_of("%g", model.polys.GetSize(), model.bodies[0].polys.GetSize(),
+                      model.polys[9].verts, model.polys[9].lines, model.bodies[0].volume),
+              "10 10 ( ) ( ) 6 ");
+    d.ring_list.SetSize(4);
+    set_ints(d.ring_list[1].pts, {0, 1});
+    set_ints(d.ring_list[2].pts, {0, 1, 3});
+    set_ints(d.ring_list[3].pts, {0, 3, 2});
+    d.prism_pts.SetSize(9); // the odd one has no twin
+    model.create3dmode(d);  // points on three rings: nine walls are not in the body
+    EXPECT_EQ(text_of("%g", model.polys.GetSize(), model.bodies[1].polys.GetSize(),
+                      model.polys[29].verts.GetSize(), model.polys[29].bodies),
+              "30 11 3 ( ) ");
+    EXPECT_TRUE(model.polys[11].is_composed_vert(8 + 4));
+    constexpr int most = 2147483647;
+    for (const int garbage : {-1, 8, most, -most - 1, most - 4}) {
+        d.trg_list[0].vb = garbage;
+        d.ring_list[2].pts[1] = garbage;
+        model.create3dmode(d);
+    }
+    EXPECT_EQ(model.bodies.GetSize(), 7);
+    TMOD2D section;
+    model.get_x_section(0.5, section);
+    model.change_vis_parm();
+}
+
+/// Numbers that are no records, anywhere in a model, are passed over by every call.
+TEST(Model, NumbersOutsideTheArraysAreHarmless) {
+    for (const int bad : {-1, 30, 2147483647, -2147483647 - 1}) {
+        TMOD3D model = started(0, 0);
+        model.lines[3].start_vert = model.lines[4].end_vert = bad;
+        model.polys[5].verts[1] = model.polys[6].lines[1] = model.bodies[0].polys[7] = bad;
+        model.bodies[0].verts[2] = model.bodies[0].lines[2] = model.verts[7].neighbours[0] = bad;
+        model.verts[7].faces[0] = model.verts[7].lines[0] = bad;
+        for (CArray<int>* list : {&model.relat_list_1, &model.relat_list_2, &model.relat_list_3}) {
+            list->Add(bad);
+        }
+        model.back_rel_vert();
+        model.rel_aux_parm();
+        EXPECT_TRUE(model.legal_body_rel_side());
+        model.get_body_span(bad);
+        model.get_body_span(0);
+        TMOD2D section;
+        CArray<int> loop;
+        model.get_y_section(0.3, section);
+        EXPECT_FALSE(model.trace_section_poly(bad, bad, bad, loop));
+        EXPECT_FALSE(model.trace_section_poly(0, bad, bad, loop));
+        model.edit_state[0] = 3;
+        model.edit_state[4] = 7;
+        model.set_rel_triangle_vert();
+        model.comput_mode_aux_parm();
+        model.found_top_rel();
+        EXPECT_EQ(std::count(model.bodies[0].verts.begin(), model.bodies[0].verts.end(), bad), 0);
+        model.set_rel_triangle_vert();
+        model.rel_aux_parm();
+        model.legal_body_rel_side();
+        model.edit_state[4] = bad;
+        model.set_rel_triangle_vert();
+        EXPECT_EQ(model.relat_list_2.GetSize() + model.relat_list_3.GetSize(), 0);
+        model.change_vis_parm();
+        model.inti_mode(model.orig, model.orig, 1, 2); // on a model that is not empty
+        EXPECT_EQ(model.bodies.GetSize(), 1);
+    }
+}
+
+} // namespace

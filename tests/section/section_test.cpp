@@ -1,0 +1,163 @@
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "korvel/section/tmod2d.h"
+
+namespace {
+
+/// Writes down what is filled. Its own brush has colour 7.
+class Recorder : public CDC {
+public:
+    std::ostringstream log;
+    CBrush own{7};
+    CBrush* selected = &own;
+    CPen* SelectObject(CPen* pen) override { return log << "pen ", pen; }
+    CBrush* SelectObject(CBrush* brush) override {
+        log << "brush " << brush->colour << ' ';
+        return std::exchange(selected, brush);
+    }
+    int SetPolyFillMode(int mode) override { return log << "mode " << mode << ' ', mode; }
+    COLORREF GetBkColor() const override { return 0; }
+    COLORREF SetBkColor(COLORREF colour) override { return colour; }
+    POINT MoveTo(int x, int y) override { return {x, y}; }
+    BOOL LineTo(int, int) override { return log << "line ", 1; }
+    BOOL Polygon(const POINT*, int) override { return log << "polygon ", 1; }
+    BOOL PolyPolygon(const POINT* points, const int* counts, int polygons) override {
+        for (log << "fill "; polygons > 0; --polygons, ++counts) {
+            log << *counts << ": ";
+            for (const POINT* end = points + *counts; points != end; ++points) {
+                log << points->x << ',' << points->y << ' ';
+            }
+        }
+        return 1;
+    }
+};
+
+using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
+
+TMOD2D read(const std::string& text, TMOD2D model = {}) {
+    const Stream stream(std::tmpfile(), std::fclose);
+    std::fputs(text.c_str(), stream.get());
+    std::rewind(stream.get());
+    model.readdate(stream.get());
+    return model;
+}
+
+std::string written(TMOD2D model) {
+    const Stream stream(std::tmpfile(), std::fclose);
+    model.writedate(stream.get());
+    std::rewind(stream.get());
+    char text[256];
+    return {text, std::fread(text, 1, sizeof text, stream.get())};
+}
+
+/// The model in short: vertices / faces / groups.
+std::string content(const TMOD2D& model) {
+    std::ostringstream text;
+    const auto add_all = [&](const auto& records, auto list) {
+        for (const auto& record : records) {
+            for (const auto value : record.*list) {
+                text << value << ' ';
+            }
+            text << "; ";
+        }
+    };
+    add_all(model.verts, &VERT3D::model_xyz);
+    add_all(model.polys, (text << "/ ", &POLY3D::verts));
+    add_all(model.groups, (text << "/ ", &POLY3D_CPLX::polys));
+    return text.str();
+}
+
+TEST(SectionFile, Reading) {
+    const TMOD2D old = read("1 1 2 8 9 1 1 0 1 2 0 0");
+    const std::string kept = "/ 0 ; / 0 0 ; ";
+    const std::string triangle = "3 0 1 0 0 10 0 0 10 ";
+    const std::string corners = "0 0 9 ; 10 0 0 ; 0 10 0 ; ";
+    const std::pair<std::string, std::string> cases[] = {
+        {triangle + "1 3 0 1 2 1 1 0", corners + "/ 0 1 2 ; / 0 ; "},
+        {"2\n0 2\n1 2 3 4 2 0 1 6 0", "1 8 2 ; 3 0 4 ; / ; 6 ; / 0 0 ; "},
+        {"1 2 2 5 6 0 -1", "0 8 6 ; " + kept}, // the second real overwrites the first
+        {"1 3 -1 5 6 0 0", "0 8 9 ; " + kept}, // there are no such axes
+        {"0 0 1 0 0", kept},
+        {"-1 0 1 5 6 0 0", "0 8 9 ; " + kept},
+        {"3 0 .5 6 7 8", kept}, // what was not read is not there
+        {"3 0 1 5 6 7 x", "5 6 9 ; 7 0 0 ; " + kept},
+        {triangle + "2 -5 2147483647 1", corners + "/ ; 1 ; / 0 0 ; "},
+        {triangle + "0 2147483647 1 4 2 5", corners + "/ 0 ; / 4 ; 5 ; "},
+        {"2147483647 0 1 1 2", "1 2 9 ; " + kept},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(content(read(text, old)), expected) << text;
+    }
+    EXPECT_EQ(read("1 0 1 0.1 0").verts[0].model_xyz[0], 0.1F); // single precision
+}
+
+TEST(SectionFile, WrittenBytes) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"", "0\n0\n0\n"},
+        {"2 0 2 0 0.5 -10 1e7 1 3 0 1 2 2 1 4 4 6 7 8 9",
+         "2\n0.000000 0.000000 0.500000\n-10.000000 0.000000 10000000.000000\n"
+         "1\n3\n0 1 2 0\n2\n3\n4 0 0 0\n3\n6 7 8 0\n"},
+        {"0 0 1 2 3 5 6 7 1 8 1 2 3 4", "0\n2\n3\n5 6 7 0\n1\n8 0\n1\n1\n3 0\n"},
+        {"0 0 1 0 1 1 3", "0\n0\n1\n0\n0\n"},
+    };
+    for (const auto& [text, bytes] : cases) {
+        EXPECT_EQ(written(read(text)), bytes);
+    }
+}
+
+TEST(FilledGroup, ColourAreaAndDrawing) {
+    // Four faces, two of them with numbers that are no vertices; numbers that are no faces.
+    TMOD2D model = read("2 0 2 1.25 -0.5 -1.29 3 4 2 0 1 0 2 0 2 1 -1 1 8 1 0 0 4 5 -1 2 3");
+    POLY3D_CPLX& group = model.groups[0];
+    const auto drawn = [&](int u, int v) {
+        Recorder dc;
+        group.draw_a_fill_poly(u, v, model.polys, model.verts, 100, 50, 0, 0, 1, 1, 10, &dc);
+        return dc.log.str();
+    };
+    EXPECT_EQ(drawn(0, 2), "mode 1 brush 0 fill 0: 2: 112,45 88,80 2: 112,45 88,80 brush 7 ");
+    EXPECT_EQ(drawn(3, 0) + drawn(0, -1), "");
+    group.polys.RemoveAll();
+    group.lightness = 0.1; // never used
+    group.rgb_color();
+    EXPECT_EQ(group.lightness, 0.60000002384185791015625);
+    EXPECT_EQ(drawn(2, 0), "mode 1 brush 6737066 fill brush 7 "); // 170, 204, 102
+    group.area = 100;
+    model.polys[3].area = 4; // all faces count, listed or not
+    group.cpgn_area(model.polys);
+    EXPECT_EQ(group.area, 4);
+}
+
+TEST(SectionModel, DefaultContentAndCopies) {
+    TMOD2D model;
+    model.set_poly_at_grow(); // no faces to dump
+    model.intlmode();
+    EXPECT_EQ(model.lines[1].end_vert, 3);
+    EXPECT_EQ(model.lines[7].end_vert, 4);
+    model.groups.SetSize(2);
+    model.groups[1].polys.Add(1);
+    model.groups[1].rgb_color();
+    Recorder dc;
+    model.draw_filled_model(0, 1, 1, 2, 1000, 0, 50, 100, 0.1, &dc);
+    EXPECT_EQ(dc.log.str(),
+              "mode 1 mode 1 brush 0 fill 4: -5,0 3,0 3,4 -5,4 4: -3,1 1,1 1,3 -3,3 brush 7 "
+              "mode 1 brush 6737066 fill 4: -3,1 1,1 1,3 -3,3 brush 7 ");
+    const TMOD2D copy(model);
+    model.polys[1].lines.SetSize(3); // a missing edge is left out of the dump
+    model.set_poly_at_grow();
+    std::ostringstream dump;
+    dump << std::ifstream("ttty").rdbuf();
+    EXPECT_EQ(dump.str(), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
+    EXPECT_EQ(std::remove("ttty"), 0);
+    model.intlmode();
+    EXPECT_EQ(model.polys[3].verts[3], 7); // counts from 0 on a filled model, too
+    EXPECT_EQ(copy.verts.GetSize() + copy.lines.GetSize(), 16);
+    EXPECT_EQ(copy.polys[1].lines.GetSize(), 4);
+    EXPECT_EQ(copy.groups[1].rgb, 6737066);
+}
+
+} // namespace
