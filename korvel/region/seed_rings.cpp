@@ -80,18 +80,26 @@ void CREGION::CalcInExRing() {
     }
 
     // Inside the smallest ring around the seed, without a curve of any ring around it.
+    const auto names_curve = [&](int id) {
+        const int curve = korvel::curve_of(id);
+        return curve >= 0 && curve < curves.size() && !curves.is_empty(curve);
+    };
     std::vector<char> around_seed(static_cast<std::size_t>(curves.size()), 0);
     for (const tagRToC& ring : in_rings) {
         for (const int id : ring.curve_ids) {
-            around_seed[static_cast<std::size_t>(korvel::curve_of(id))] = 1;
+            if (names_curve(id)) {
+                around_seed[static_cast<std::size_t>(korvel::curve_of(id))] = 1;
+            }
         }
     }
     const Outline smallest = outline(in_rings[0]);
     korvel::remove_elements(ex_rings, [&](const tagRToC& ring) {
         const auto is_around_seed = [&](int id) {
-            return around_seed[static_cast<std::size_t>(korvel::curve_of(id))] != 0;
+            return names_curve(id) &&
+                   around_seed[static_cast<std::size_t>(korvel::curve_of(id))] != 0;
         };
-        if (std::any_of(ring.curve_ids.begin(), ring.curve_ids.end(), is_around_seed)) {
+        if (ring.curve_ids.IsEmpty() || !names_curve(ring.curve_ids[0]) ||
+            std::any_of(ring.curve_ids.begin(), ring.curve_ids.end(), is_around_seed)) {
             return true;
         }
         // The curve's stored first point, whatever the sense in which the ring walks it.

@@ -186,8 +186,9 @@ public:
             }
         } else { // any points in any order: crossings, coincident and repeated points
             std::vector<Xy> ring;
+            const int reach = dice(0, 1) == 0 ? 4 : 999;
             for (int k = dice(3, 12); k > 0; --k) {
-                ring.push_back({double(dice(0, 4)), double(dice(0, 4))});
+                ring.push_back({double(dice(0, reach)), double(dice(0, reach))});
             }
             add_ring(shape, ring);
             if (kind == 6) {
@@ -288,7 +289,7 @@ TEST_F(Triangulation, IsTheSameWithoutTraces) {
     RandomShapes shapes;
     int found = 0;
     int undefined_radii = 0;
-    constexpr int cases = 6000;
+    constexpr int cases = 3000;
     for (int i = 0; i <= cases && !HasFailure(); ++i) {
         // At last one whose third point is so near the first that a radius comes out as −∞.
         const Shape shape =
@@ -301,6 +302,9 @@ TEST_F(Triangulation, IsTheSameWithoutTraces) {
             PLYDT::set_trace_files(set == &traced);
             shape.add_to(*set);
             set->region_tranglate();
+            // One of a host's own: the same as every triangle with both of its points.
+            const int pt = shape.rings[0][1];
+            set->trg_list.Add({0, 0, 0, shape.rings[0][0], pt, pt});
             set->poly_tranglate(set->region_list[0]);
         }
         ASSERT_EQ(triangles(quick), triangles(traced)) << i;
@@ -315,7 +319,7 @@ TEST_F(Triangulation, IsTheSameWithoutTraces) {
         }
         found += traced.trg_list.GetSize();
     }
-    EXPECT_GT(found, 60'000);
+    EXPECT_GT(found, 30'000);
     EXPECT_GT(undefined_radii, 100);
 }
 

@@ -243,6 +243,10 @@ TEST(Selection, PicksTheFirstOuterRingUnderAClick) {
     Analysed outer_first("0,0 30,0 30,30 0,30 0,0; 10,10 20,10 20,20 10,20 10,10");
     outer_first.region.SetSelectRegion({15, 15});
     EXPECT_EQ(outer_first.selected(), (Ints{1, 0}));
+    outer_first.region.regions[1].is_select = 1;
+    dc.calls.clear();
+    outer_first.region.Draw_Regon(&dc);
+    EXPECT_EQ(dc.calls[4], "brush 127-128-127");
 }
 
 template <class RegionSet>
@@ -267,14 +271,21 @@ std::string text_of(const RegionSet& set) {
 }
 
 TEST(Output, TurnsAllRingsTheSameWay) {
-    Analysed a("1,1 1,2 2,2 1,1; 0,0 3,0 3,3 0,3 0,0; 4,4 5,4 5,5 4,4");
+    Analysed a("1,1 1,2 2,2 1,1; 0,0 3,0 3,3 0,3 0,0; 4,4 9,4 9,9 4,4");
     const std::string all =
-        "1,1 1,2 2,2 0,0 3,0 3,3 0,3 4,4 5,4 5,5 "
+        "1,1 1,2 2,2 0,0 3,0 3,3 0,3 4,4 9,4 9,9 "
         "| ring 2 1 0| ring 3 4 5 6| ring 7 8 9| region 0| region 1 0| region 2";
     PLYDT triangles;
     CCPloy2DRg polygons;
     polygons.pt_list.SetSize(99);
     polygons.side_list.SetSize(3);
+    a.region.SetSelectRegion({1, 0});
+    a.region.GetSelectRegion(triangles);
+    EXPECT_EQ(text_of(triangles),
+              "1,1 1,2 2,2 0,0 3,0 3,3 0,3 | ring 2 1 0| ring 3 4 5 6| region 1 0");
+    a.region.SetSelectRegion({8, 5});
+    a.region.GetSelectRegion(triangles);
+    EXPECT_EQ(text_of(triangles), "4,4 9,4 9,9 | ring 0 1 2| region 0");
     a.region.GetAllRegion(polygons);
     EXPECT_EQ(text_of(polygons), all);
     EXPECT_TRUE(polygons.side_list.IsEmpty());
@@ -285,10 +296,6 @@ TEST(Output, TurnsAllRingsTheSameWay) {
     a.region.GetSelectRegion(triangles);
     EXPECT_EQ(text_of(triangles), all);
 
-    a.region.SetSelectRegion({1, 0});
-    a.region.GetSelectRegion(triangles);
-    EXPECT_EQ(text_of(triangles),
-              "1,1 1,2 2,2 0,0 3,0 3,3 0,3 | ring 2 1 0| ring 3 4 5 6| region 1 0");
     a.region.SetSelectRegion({4, 4}); // a corner is in no region
     a.region.GetSelectRegion(triangles);
     EXPECT_EQ(text_of(triangles), "");
