@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the korvel command and lets it work on the sample maps; the results go to out/.
+# Builds the korvel command and lets it work on the sample maps: regions, triangles, solids and their
+# sections. The results go to out/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -23,6 +24,16 @@ demo() {
 }
 demo us-states "${usa[@]}"
 demo world-110m "${world[@]}"
+
+# Every state a body, the country cut from coast to coast, and a ball cut through its middle.
+"$korvel" solid data/us-states.curves --levels 0,3000 -o out/us-states.model
+"$korvel" info out/us-states.model > out/us-states.info
+head -n 8 out/us-states.info
+"$korvel" section out/us-states.model --x -60000 -o out/us-states.section \
+    --picture out/us-states-section.png --size 1600x600
+"$korvel" starter ball --center 0,0,100 --size 50 --rounds 3 -o out/ball.model
+"$korvel" section out/ball.model --y 10 --picture out/ball-section.png --size 800x800
+"$korvel" check out/us-states.model
 
 echo
 echo "pictures:"

@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build pkg-config
-    libcairo2-dev libcli11-dev
+    libcairo2-dev libcli11-dev libgeos-dev
     libgtest-dev libbenchmark-dev
     "$@"
 )

@@ -61,6 +61,27 @@ void PictureCanvas::finish() {
     check(cairo_surface_status(surface_.get()));
 }
 
+void PictureCanvas::write_text(const std::string& text, double x, double y, double size,
+                               Anchor anchor) {
+    const double width = text_width(text, size);
+    cairo_font_extents_t font = {};
+    cairo_font_extents(context_.get(), &font);
+    const double part = anchor == Anchor::start ? 0 : anchor == Anchor::middle ? 0.5 : 1;
+    set_source(pen_->colour);
+    cairo_move_to(context_.get(), x - part * width, y + (font.ascent - font.descent) / 2);
+    cairo_show_text(context_.get(), text.c_str());
+    cairo_new_path(context_.get());
+}
+
+double PictureCanvas::text_width(const std::string& text, double size) {
+    cairo_select_font_face(context_.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
+                           CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(context_.get(), size);
+    cairo_text_extents_t extents = {};
+    cairo_text_extents(context_.get(), text.c_str(), &extents);
+    return extents.x_advance;
+}
+
 CPen* PictureCanvas::SelectObject(CPen* pen) {
     CPen* const previous = pen_;
     pen_ = pen != nullptr ? pen : pen_;

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
 #include "host/io/output_file.h"
 #include "korvel/module/korvel.h"
@@ -17,6 +18,9 @@ struct PictureSize {
     int width = 1600;
     int height = 1000;
 };
+
+/// Where a text stands from its place: to the right of it, around it, to the left of it.
+enum class Anchor { start, middle, end };
 
 /// The format that a file's ending stands for, in capitals or not. Throws InputError for any other.
 PictureFormat picture_format(const std::filesystem::path& file);
@@ -36,6 +40,13 @@ public:
     /// Completes the picture. Throws OutputError when painting or writing failed. Without this call
     /// the picture is incomplete.
     void finish();
+
+    /// Writes a line of text in the pen's colour, its height around `y`. Place and size are in
+    /// pixels.
+    void write_text(const std::string& text, double x, double y, double size, Anchor anchor);
+
+    /// Width of a line of text in pixels.
+    double text_width(const std::string& text, double size);
 
     CPen* SelectObject(CPen* pen) override;
     CBrush* SelectObject(CBrush* brush) override;

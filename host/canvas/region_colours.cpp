@@ -16,6 +16,12 @@ struct Colour {
     double blue;
 };
 
+constexpr double golden_section = 0.61803398874989485;
+
+template <class Nth, class Distance>
+std::vector<int> choose(const CCPloy2DRg& set, Nth nth, Distance distance);
+double nth_hue(int n);
+double hue_distance(double a, double b);
 Colour nth_colour(int n);
 Colour from_hue(double hue, double saturation, double lightness);
 std::vector<std::vector<int>> neighbours_of_regions(const CCPloy2DRg& set);
@@ -23,44 +29,67 @@ double distance(const Colour& a, const Colour& b);
 
 } // namespace
 
-// Each region takes, out of the next few colours of one long sequence, the colour that is farthest
-// from those of its neighbours; the others stay for the regions that follow.
 void colour_regions(CCPloy2DRg& set) {
-    constexpr int choices = 12;
-    const std::vector<std::vector<int>> neighbours = neighbours_of_regions(set);
-    const int regions = set.region_list.GetSize();
-    std::vector<Colour> colours;
-    std::vector<int> pool(choices);
-    std::iota(pool.begin(), pool.end(), 0);
-    for (int region = 0; region < regions; ++region) {
-        const auto clearance = [&](int n) {
-            double nearest = std::numeric_limits<double>::max();
-            for (const int other : neighbours[region]) {
-                if (other < region) {
-                    nearest = std::min(nearest, distance(nth_colour(n), colours[other]));
-                }
-            }
-            return nearest;
-        };
-        const auto best = std::max_element(
-            pool.begin(), pool.end(), [&](int a, int b) { return clearance(a) < clearance(b); });
-        const Colour colour = nth_colour(*best);
-        colours.push_back(colour);
-        pool.erase(best);
-        pool.push_back(region + choices);
-
+    const std::vector<int> chosen = choose(set, nth_colour, distance);
+    for (int region = 0; region < set.region_list.GetSize(); ++region) {
+        const Colour colour = nth_colour(chosen[region]);
         set.region_list[region].red = static_cast<unsigned char>(std::lround(255 * colour.red));
         set.region_list[region].green = static_cast<unsigned char>(std::lround(255 * colour.green));
         set.region_list[region].blue = static_cast<unsigned char>(std::lround(255 * colour.blue));
     }
 }
 
+std::vector<double> hues_of_regions(const CCPloy2DRg& set) {
+    std::vector<double> hues;
+    for (const int n : choose(set, nth_hue, hue_distance)) {
+        hues.push_back(nth_hue(n));
+    }
+    return hues;
+}
+
 namespace {
+
+// Each region takes, out of the next few members of one long sequence, the member that is farthest
+// from those of its neighbours; the others stay for the regions that follow.
+template <class Nth, class Distance>
+std::vector<int> choose(const CCPloy2DRg& set, Nth nth, Distance distance) {
+    constexpr int choices = 12;
+    const std::vector<std::vector<int>> neighbours = neighbours_of_regions(set);
+    std::vector<int> chosen;
+    std::vector<int> pool(choices);
+    std::iota(pool.begin(), pool.end(), 0);
+    for (int region = 0; region < set.region_list.GetSize(); ++region) {
+        const auto clearance = [&](int n) {
+            double nearest = std::numeric_limits<double>::max();
+            for (const int other : neighbours[region]) {
+                if (other < region) {
+                    nearest = std::min(nearest, distance(nth(n), nth(chosen[other])));
+                }
+            }
+            return nearest;
+        };
+        const auto best = std::max_element(
+            pool.begin(), pool.end(), [&](int a, int b) { return clearance(a) < clearance(b); });
+        chosen.push_back(*best);
+        pool.erase(best);
+        pool.push_back(region + choices);
+    }
+    return chosen;
+}
+
+double nth_hue(int n) {
+    const double turns = 0.55 + n * golden_section;
+    return 360 * (1 - (turns - std::floor(turns)));
+}
+
+double hue_distance(double a, double b) {
+    const double apart = std::abs(a - b);
+    return std::min(apart, 360 - apart);
+}
 
 // Steps of the golden angle spread hues evenly however many there are; lightness and saturation
 // change with other periods, so that colours whose hues come close still differ.
 Colour nth_colour(int n) {
-    constexpr double golden_section = 0.61803398874989485;
     constexpr std::array lightness = {0.70, 0.58, 0.80, 0.64};
     constexpr std::array saturation = {0.55, 0.42, 0.62};
     const double turns = 0.55 + n * golden_section;

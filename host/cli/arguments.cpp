@@ -1,7 +1,9 @@
 #include "host/cli/arguments.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <string_view>
 #include <system_error>
 
@@ -24,16 +26,12 @@ bool parse_pair(std::string_view text, char separator, Number& first, Number& se
            parse_number(text.substr(middle + 1), second);
 }
 
-[[noreturn]] void fail(const std::string& option, const std::string& text, const char* expected) {
-    throw InputError("korvel: " + option + ": " + shown(text) + " is not " + expected);
-}
-
 } // namespace
 
 tagPOINT parse_lattice_point(const std::string& option, const std::string& text) {
     tagPOINT point = {};
     if (!parse_pair(text, ',', point.x, point.y)) {
-        fail(option, text, "a point X,Y of two integers that fit 32 bits");
+        refuse(option, text, "a point X,Y of two integers that fit 32 bits");
     }
     return point;
 }
@@ -42,7 +40,7 @@ RealPoint parse_real_point(const std::string& option, const std::string& text) {
     RealPoint point;
     if (!parse_pair(text, ',', point.x, point.y) || !std::isfinite(point.x) ||
         !std::isfinite(point.y)) {
-        fail(option, text, "a point X,Y of two finite numbers");
+        refuse(option, text, "a point X,Y of two finite numbers");
     }
     return point;
 }
@@ -54,7 +52,7 @@ PictureSize parse_picture_size(const std::string& option, const std::string& tex
     PictureSize size;
     if (!parse_pair(text, 'x', size.width, size.height) || !fits(size.width) ||
         !fits(size.height)) {
-        fail(option, text, "a size WxH of 16 to 20000 pixels each");
+        refuse(option, text, "a size WxH of 16 to 20000 pixels each");
     }
     return size;
 }
@@ -69,20 +67,46 @@ Box parse_box(const std::string& option, const std::string& text) {
         }
     }
     if (!(box.left < box.right && box.top < box.bottom)) {
-        fail(option, text, "a view X,Y,X,Y of two opposite corners");
+        refuse(option, text, "a view X,Y,X,Y of two opposite corners");
     }
     return box;
 }
 
+std::vector<double> parse_reals(const std::string& option, const std::string& text,
+                                const std::string& form) {
+    const auto count = std::count(form.begin(), form.end(), ',') + 1;
+    std::vector<double> values;
+    std::string_view rest = text;
+    bool has_more = true;
+    while (has_more) {
+        const std::size_t end = rest.find(',');
+        double value = 0;
+        if (!parse_number(rest.substr(0, end), value) || !std::isfinite(value)) {
+            break;
+        }
+        values.push_back(value);
+        has_more = end != std::string_view::npos;
+        rest.remove_prefix(has_more ? end + 1 : rest.size());
+    }
+    if (has_more || static_cast<std::ptrdiff_t>(values.size()) != count) {
+        refuse(option, text, form + (count > 1 ? " in finite numbers" : ", a finite number"));
+    }
+    return values;
+}
+
+void refuse(const std::string& option, const std::string& text, const std::string& expected) {
+    throw InputError("korvel: " + option + ": " + shown(text) + " is not " + expected);
+}
+
 void check_stretch(double factor) {
     if (!(factor >= 1e-6 && factor <= 1e6)) {
-        fail("--stretch", shortest(factor), "a factor from 0.000001 to 1000000");
+        refuse("--stretch", shortest(factor), "a factor from 0.000001 to 1000000");
     }
 }
 
 void check_tolerance(double tolerance) {
     if (!std::isfinite(tolerance) || tolerance < 0) {
-        fail("--tolerance", shortest(tolerance), "a distance of 0 or more");
+        refuse("--tolerance", shortest(tolerance), "a distance of 0 or more");
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "host/canvas/picture_canvas.h"
 #include "host/sets/region_sets.h"
@@ -28,6 +29,15 @@ PictureSize parse_picture_size(const std::string& option, const std::string& tex
 
 /// X,Y,X,Y in finite numbers: two opposite corners that differ in x and y.
 Box parse_box(const std::string& option, const std::string& text);
+
+/// As many finite numbers, separated by commas, as `form` has commas and one: "LO,HI". `form` says in
+/// the message what belongs here.
+std::vector<double> parse_reals(const std::string& option, const std::string& text,
+                                const std::string& form);
+
+/// Throws InputError: "korvel: --levels: '5' is not two levels LO,HI".
+[[noreturn]] void refuse(const std::string& option, const std::string& text,
+                         const std::string& expected);
 
 /// Throws unless the factor is between a millionth and a million.
 void check_stretch(double factor);

@@ -9,5 +9,10 @@ namespace korvel::host {
 void add_regions_command(CLI::App& program);
 void add_triangles_command(CLI::App& program);
 void add_locate_command(CLI::App& program);
+void add_solid_command(CLI::App& program);
+void add_starter_command(CLI::App& program);
+void add_section_command(CLI::App& program);
+void add_info_command(CLI::App& program);
+void add_check_command(CLI::App& program);
 
 } // namespace korvel::host

@@ -41,8 +41,8 @@ namespace {
 
 ExitStatus run(int argc, char** argv) {
     CLI::App program(
-        "Closed regions from networks of curves, their triangles, and the region under "
-        "a point.",
+        "Closed regions from networks of curves, their triangles, solids raised from them, and "
+        "sections of solids.",
         "korvel");
     program.set_version_flag("--version", "korvel " KORVEL_VERSION);
     program.require_subcommand(0, 1);
@@ -51,11 +51,18 @@ ExitStatus run(int argc, char** argv) {
         "'korvel COMMAND --help' tells the options of a command.\n"
         "Exit status: 0 done, 1 an output cannot be written, 2 wrong arguments or input.\n"
         "\n"
-        "Example:\n"
-        "  korvel regions data/us-states.curves -o states.regions --picture states.png");
+        "Examples:\n"
+        "  korvel regions data/us-states.curves -o states.regions --picture states.png\n"
+        "  korvel solid data/us-states.curves --levels 0,3000 -o states.model\n"
+        "  korvel section states.model --x -60000 --picture section.png");
     korvel::host::add_regions_command(program);
     korvel::host::add_triangles_command(program);
     korvel::host::add_locate_command(program);
+    korvel::host::add_solid_command(program);
+    korvel::host::add_starter_command(program);
+    korvel::host::add_section_command(program);
+    korvel::host::add_info_command(program);
+    korvel::host::add_check_command(program);
 
     ExitStatus status = success;
     try {

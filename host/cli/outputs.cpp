@@ -4,6 +4,7 @@
 #include <optional>
 #include <system_error>
 
+#include "host/canvas/picture_fit.h"
 #include "host/cli/arguments.h"
 #include "host/cli/progress.h"
 #include "host/io/errors.h"
@@ -11,8 +12,11 @@
 
 namespace korvel::host {
 
-void Outputs::add_options(CLI::App& command, const std::string& contents) {
-    command.add_option("-o,--output", file_, contents)->type_name("FILE");
+CLI::Option* Outputs::add_file(CLI::App& command, const std::string& contents) {
+    return command.add_option("-o,--output", file_, contents)->type_name("FILE");
+}
+
+void Outputs::add_picture(CLI::App& command) {
     command.add_option("--picture", picture_, "Paint a picture: .png, .svg or .pdf")
         ->type_name("FILE");
     command
@@ -20,21 +24,10 @@ void Outputs::add_options(CLI::App& command, const std::string& contents) {
                     "Size of the picture in pixels (.pdf: points), 16 to 20000 each")
         ->type_name("WxH")
         ->capture_default_str();
-    command.add_option("--view", view_, "Two opposite corners of what the picture shows")
-        ->type_name("X,Y,X,Y");
-    command
-        .add_option("--stretch", stretch_,
-                    "Paint a unit of x this many times as long as a unit of y")
-        ->type_name("F")
-        ->capture_default_str();
 }
 
 void Outputs::check() const {
     parse_picture_size("--size", size_);
-    check_stretch(stretch_);
-    if (!view_.empty()) {
-        parse_box("--view", view_);
-    }
     if (!picture_.empty()) {
         picture_format(picture_);
     }
@@ -52,7 +45,7 @@ void Outputs::check() const {
     }
 }
 
-void Outputs::write(const Box& box, const WriteFile& write_file, const Paint& paint) const {
+void Outputs::write(const WriteFile& write_file, const Paint& paint) const {
     const Stopwatch time;
     std::optional<OutputFile> file;
     std::optional<OutputFile> picture;
@@ -63,8 +56,7 @@ void Outputs::write(const Box& box, const WriteFile& write_file, const Paint& pa
     }
     if (!picture_.empty()) {
         picture.emplace(picture_);
-        write_picture(*picture, box, paint);
-        picture->close();
+        paint_into(*picture, picture_, paint);
     }
     if (file) {
         file->replace();
@@ -79,13 +71,19 @@ void Outputs::write(const Box& box, const WriteFile& write_file, const Paint& pa
     }
 }
 
-void Outputs::write_picture(OutputFile& out, const Box& box, const Paint& paint) const {
+void Outputs::write_picture(const std::string& file, const Paint& paint) const {
+    OutputFile picture(file);
+    paint_into(picture, file, paint);
+    picture.replace();
+}
+
+void Outputs::paint_into(OutputFile& out, const std::string& file, const Paint& paint) const {
     const Progress progress("painting");
     const PictureSize size = parse_picture_size("--size", size_);
-    const Box view = view_.empty() ? box : parse_box("--view", view_);
-    PictureCanvas canvas(out, picture_format(picture_), size, PictureFit::units_per_pixel);
-    paint(canvas, PictureFit(view, size, stretch_));
+    PictureCanvas canvas(out, picture_format(file), size, PictureFit::units_per_pixel);
+    paint(canvas, size);
     canvas.finish();
+    out.close();
 }
 
 } // namespace korvel::host

@@ -6,37 +6,42 @@
 #include <functional>
 #include <string>
 
-#include "host/canvas/picture_fit.h"
-#include "host/sets/region_sets.h"
+#include "host/canvas/picture_canvas.h"
 
 namespace korvel::host {
 
-/// The files that a command writes besides its report, and how its picture looks: `-o FILE`,
-/// `--picture FILE`, `--size WxH`, `--view X,Y,X,Y` and `--stretch F`.
+/// The files that a command writes besides its report: `-o FILE`, and `--picture FILE` with
+/// `--size WxH`.
 class Outputs {
 public:
-    /// Adds the options to a command; `contents` says what -o writes.
-    void add_options(CLI::App& command, const std::string& contents);
+    /// Adds `-o` to a command; `contents` says what it writes.
+    CLI::Option* add_file(CLI::App& command, const std::string& contents);
+
+    /// Adds `--picture` and `--size`.
+    void add_picture(CLI::App& command);
 
     /// Looks for everything that would make `write` fail at the end of a long run. Throws
     /// InputError or OutputError.
     void check() const;
 
-    using WriteFile = std::function<void(FILE* out)>;
-    using Paint = std::function<void(CDC& dc, const PictureFit& fit)>;
+    bool has_file() const { return !file_.empty(); }
+    const std::string& picture() const { return picture_; }
 
-    /// Writes what was asked for. Both files take their places once both are complete. The picture
-    /// shows `box` unless the user asked for another view.
-    void write(const Box& box, const WriteFile& write_file, const Paint& paint) const;
+    using WriteFile = std::function<void(FILE* out)>;
+    using Paint = std::function<void(PictureCanvas& canvas, PictureSize size)>;
+
+    /// Writes what was asked for. Both files take their places once both are complete.
+    void write(const WriteFile& write_file, const Paint& paint = {}) const;
+
+    /// Writes a picture of the size that was asked for into a file of another name.
+    void write_picture(const std::string& file, const Paint& paint) const;
 
 private:
-    void write_picture(OutputFile& out, const Box& box, const Paint& paint) const;
+    void paint_into(OutputFile& out, const std::string& file, const Paint& paint) const;
 
     std::string file_;
     std::string picture_;
     std::string size_ = "1600x1000";
-    std::string view_;
-    double stretch_ = 1;
 };
 
 } // namespace korvel::host

@@ -8,6 +8,7 @@
 #include "host/canvas/region_colours.h"
 #include "host/cli/arguments.h"
 #include "host/cli/command.h"
+#include "host/cli/map_view.h"
 #include "host/cli/network.h"
 #include "host/cli/outputs.h"
 #include "host/cli/report.h"
@@ -34,6 +35,7 @@ private:
     std::string seed_;
     Network network_;
     Outputs outputs_;
+    MapView view_;
     CCPloy2DRg regions_;
 };
 
@@ -57,7 +59,9 @@ RegionsCommand::RegionsCommand(CLI::App& command) {
                     "Only the ring around this point, with the rings directly inside it as holes")
         ->type_name("X,Y")
         ->excludes(command.get_option("--select"));
-    outputs_.add_options(command, "Write a polygon-region file");
+    outputs_.add_file(command, "Write a polygon-region file");
+    outputs_.add_picture(command);
+    view_.add_options(command);
     command.footer("Holes are regions of their own as well. Where regions lie inside one another,\n"
                    "--select takes the first one found whose outline holds the point.\n"
                    "\n"
@@ -69,6 +73,7 @@ RegionsCommand::RegionsCommand(CLI::App& command) {
 
 void RegionsCommand::run() {
     network_.check();
+    view_.check();
     outputs_.check();
     if (!seed_.empty()) {
         network_.builder().SetSeedPt(parse_lattice_point("--seed", seed_));
@@ -102,7 +107,7 @@ void RegionsCommand::print_region(int number, const CCPloy2DRg::PyToRg& region) 
     }
     std::printf("region %d: %s, %s, area %s\n", number, counted(points, "point").c_str(),
                 counted(region.rings.GetSize() - 1, "hole").c_str(),
-                area_text(region_area(regions_, region, true)).c_str());
+                number_text(region_area(regions_, region, true)).c_str());
 }
 
 // One region out of the rings that the seed search hands out: the ring around the point comes
@@ -137,10 +142,10 @@ void RegionsCommand::take_region_around_seed() {
         regions_.region_list[0].rings.Add(i);
         const auto area = static_cast<double>(twice_area<WideInteger>(regions_.pt_list, ring)) / 2;
         std::printf("%s: %s, area %s\n", i == 0 ? "ring around the seed" : "ring inside it",
-                    counted(counts[i], "point").c_str(), area_text(std::abs(area)).c_str());
+                    counted(counts[i], "point").c_str(), number_text(std::abs(area)).c_str());
     }
     std::printf("%s, area between them %s\n", counted(rings, "ring").c_str(),
-                area_text(region_area(regions_, regions_.region_list[0], true)).c_str());
+                number_text(region_area(regions_, regions_.region_list[0], true)).c_str());
 }
 
 void RegionsCommand::print_areas() const {
@@ -155,15 +160,16 @@ void RegionsCommand::print_areas() const {
     }
     const auto [smallest, largest] = std::minmax_element(areas.begin(), areas.end());
     std::printf("area %s in all, smallest region %d with %s, largest region %d with %s\n",
-                area_text(sum).c_str(), static_cast<int>(smallest - areas.begin()),
-                area_text(*smallest).c_str(), static_cast<int>(largest - areas.begin()),
-                area_text(*largest).c_str());
+                number_text(sum).c_str(), static_cast<int>(smallest - areas.begin()),
+                number_text(*smallest).c_str(), static_cast<int>(largest - areas.begin()),
+                number_text(*largest).c_str());
 }
 
 void RegionsCommand::write() {
-    outputs_.write(
-        box_of_regions(regions_), [&](FILE* out) { regions_.writepolyrg(out); },
-        [&](CDC& dc, const PictureFit& fit) { paint(dc, fit); });
+    outputs_.write([&](FILE* out) { regions_.writepolyrg(out); },
+                   [&](PictureCanvas& canvas, PictureSize size) {
+                       paint(canvas, view_.fit(box_of_regions(regions_), size));
+                   });
 }
 
 // Large regions first: what lies inside a region that does not have it as a hole stays visible.

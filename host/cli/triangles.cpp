@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -7,15 +6,14 @@
 #include <vector>
 
 #include "host/canvas/picture_fit.h"
-#include "host/cli/arguments.h"
 #include "host/cli/command.h"
-#include "host/cli/network.h"
+#include "host/cli/map_view.h"
 #include "host/cli/outputs.h"
 #include "host/cli/progress.h"
+#include "host/cli/region_input.h"
 #include "host/cli/report.h"
 #include "host/io/errors.h"
 #include "host/io/output_file.h"
-#include "host/io/region_file.h"
 #include "host/io/triangle_file.h"
 #include "host/sets/coverage.h"
 #include "host/sets/region_sets.h"
@@ -29,24 +27,18 @@ public:
     void run();
 
 private:
-    void load();
-    void take_network(const TextFile& file);
-    void take_region_set(const TextFile& file);
-    std::vector<int> select(CCPloy2DRg& regions) const;
     void write_traces();
     void triangulate();
     void report_coverage() const;
-    std::string name(int region) const;
     void write();
     void paint(CDC& dc, const PictureFit& fit) const;
 
-    std::string input_;
+    RegionInput input_;
     std::string trace_directory_;
-    Network network_;
     Outputs outputs_;
+    MapView view_;
     PLYDT set_;
-    std::vector<int> numbers_; // of the regions before the selection; empty without one
-    std::vector<int> ends_;    // for each region the index after its last triangle
+    std::vector<int> ends_; // for each region the index after its last triangle
 };
 
 } // namespace
@@ -61,16 +53,15 @@ void add_triangles_command(CLI::App& program) {
 namespace {
 
 TrianglesCommand::TrianglesCommand(CLI::App& command) {
-    command.add_option("INPUT", input_, "Curve file or polygon-region file")
-        ->required()
-        ->type_name("FILE");
-    network_.add_options(command);
+    input_.add_options(command);
     command
         .add_option(
             "--trace", trace_directory_,
             "Write every step into trg.dat and wwwtrg.dat in this directory; slow and large")
         ->type_name("DIR");
-    outputs_.add_options(command, "Write the points and triangles");
+    outputs_.add_file(command, "Write the points and triangles");
+    outputs_.add_picture(command);
+    view_.add_options(command);
     command.footer(
         "A region that its triangles do not cover is named in a warning.\n"
         "--tolerance serves curve files only. The trace of a region grows with the cube of its\n"
@@ -82,71 +73,16 @@ TrianglesCommand::TrianglesCommand(CLI::App& command) {
 }
 
 void TrianglesCommand::run() {
-    network_.check();
+    input_.check();
+    view_.check();
     outputs_.check();
-    load();
+    input_.load(set_);
     if (!trace_directory_.empty()) {
         write_traces();
     }
     triangulate();
     report_coverage();
     write();
-}
-
-void TrianglesCommand::load() {
-    const TextFile file(input_);
-    if (holds_regions(file)) {
-        take_region_set(file);
-    } else {
-        take_network(file);
-    }
-    // Rings in a file may turn either way. Of a network the region builder leaves a ring as it was
-    // traced when rounding spoils the angles that it sums up, with points in line with the last
-    // one.
-    turn_rings(set_);
-}
-
-void TrianglesCommand::take_network(const TextFile& file) {
-    network_.load(file);
-    if (network_.has_selection()) {
-        numbers_ = network_.select();
-        network_.builder().GetSelectRegion(set_);
-    } else {
-        network_.builder().GetAllRegion(set_);
-    }
-}
-
-void TrianglesCommand::take_region_set(const TextFile& file) {
-    CCPloy2DRg regions;
-    if (const auto note = read_regions(file, regions)) {
-        warn(*note);
-    }
-    std::printf("%s: %s, %s\n", file.name.c_str(),
-                counted(regions.region_list.GetSize(), "region").c_str(),
-                counted(regions.pt_list.GetSize(), "point").c_str());
-    copy_regions(regions, set_);
-    if (network_.has_selection()) {
-        numbers_ = select(regions);
-        keep_regions(set_, numbers_);
-    }
-}
-
-std::vector<int> TrianglesCommand::select(CCPloy2DRg& regions) const {
-    std::vector<int> selected;
-    for (const std::string& text : network_.selection()) {
-        const RealPoint point = parse_real_point("--select", text);
-        double place[] = {point.x, point.y};
-        const int found = regions.search_pt_polyrg(place);
-        if (found >= 0) {
-            std::printf("%s: region %d\n", text.c_str(), found);
-            selected.push_back(found);
-        } else {
-            warn(text + ": no region holds this point");
-        }
-    }
-    std::sort(selected.begin(), selected.end());
-    selected.erase(std::unique(selected.begin(), selected.end()), selected.end());
-    return selected;
 }
 
 // The library writes its trace files into the current directory, so this is the trace directory for
@@ -218,30 +154,22 @@ void TrianglesCommand::report_coverage() const {
             continue;
         }
         if (coverage.is_same_area) {
-            warn(name(i) + ": triangles overlap and leave a gap of the same size");
+            warn(input_.name(set_, i) + ": triangles overlap and leave a gap of the same size");
         } else {
-            warn(name(i) + ": triangles cover " + area_text(coverage.triangle_area) + " of " +
-                 area_text(coverage.region_area));
+            warn(input_.name(set_, i) + ": triangles cover " + number_text(coverage.triangle_area) + " of " +
+                 number_text(coverage.region_area));
         }
     }
     std::printf("%d of %s covered, area of triangles %s, of regions %s\n", covered,
                 counted(set_.region_list.GetSize(), "region").c_str(),
-                area_text(triangle_area).c_str(), area_text(region_area).c_str());
-}
-
-// Its number in the input, and where it lies.
-std::string TrianglesCommand::name(int region) const {
-    Box box;
-    take_in_region(box, set_, set_.region_list[region]);
-    const int number = numbers_.empty() ? region : numbers_[region];
-    return "region " + std::to_string(number) + " (" + area_text(box.left) + "," +
-           area_text(box.top) + " to " + area_text(box.right) + "," + area_text(box.bottom) + ")";
+                number_text(triangle_area).c_str(), number_text(region_area).c_str());
 }
 
 void TrianglesCommand::write() {
-    outputs_.write(
-        box_of_regions(set_), [&](FILE* out) { write_triangles(set_, ends_, out); },
-        [&](CDC& dc, const PictureFit& fit) { paint(dc, fit); });
+    outputs_.write([&](FILE* out) { write_triangles(set_, ends_, out); },
+                   [&](PictureCanvas& canvas, PictureSize size) {
+                       paint(canvas, view_.fit(box_of_regions(set_), size));
+                   });
 }
 
 // Triangles are drawn where their points lie, so a copy of the points is brought to the picture.

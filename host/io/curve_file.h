@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "host/io/text_file.h"
 #include "korvel/module/korvel.h"
 
@@ -14,5 +16,8 @@ struct CurveNetwork {
 /// Reads a curve file: the number of curves, then for each curve its number of points and that many
 /// `x y` pairs of integers. Throws InputError at the first thing that does not fit.
 CurveNetwork read_curves(const TextFile& file);
+
+/// The same from words; `lines`, if given, receives the line of each curve's count.
+void read_curves(WordReader& words, CurveNetwork& out, std::vector<int>* lines = nullptr);
 
 } // namespace korvel::host

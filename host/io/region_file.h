@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "host/io/records.h"
 #include "host/io/text_file.h"
 #include "korvel/module/korvel.h"
 
@@ -20,5 +21,12 @@ bool holds_regions(const TextFile& file);
 /// Coordinates pass through single precision. The result names the first whole-numbered coordinate
 /// that this changes, if there is one.
 std::optional<std::string> read_regions(const TextFile& file, CCPloy2DRg& out);
+
+/// Reads points, rings and regions from words, coordinates as they stand. Ring and region indices
+/// may come out as -1 where problems are collected.
+RecordLines read_regions(WordReader& words, CCPloy2DRg& out);
+
+/// The first coordinate that reading changes.
+std::optional<Finding> first_change(const CCPloy2DRg& set, const RecordLines& lines);
 
 } // namespace korvel::host

@@ -1,12 +1,12 @@
 #include "host/io/text_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <limits>
-#include <memory>
 #include <system_error>
 
 #include "host/io/errors.h"
@@ -70,23 +70,21 @@ std::string_view WordReader::next() {
 }
 
 int WordReader::next_integer(const char* what) {
-    const std::string_view word = next();
-    if (word.empty()) {
-        fail(std::string("the file ends where ") + what + " belongs");
-    }
     int value = 0;
-    const std::errc error = parse(word, value);
-    if (error == std::errc::result_out_of_range) {
-        fail(shown(word) + " is too large for " + what + ", which holds 32 bits");
-    }
-    if (error != std::errc()) {
-        fail(shown(word) + " stands where " + what + " belongs, an integer");
+    const std::string misfit = misfit_as_integer(what, value);
+    if (!misfit.empty()) {
+        report(misfit);
     }
     return value;
 }
 
+// Where a count is wrong, nothing tells what the words after it are.
 int WordReader::next_count(const char* what) {
-    const int count = next_integer(what);
+    int count = 0;
+    const std::string misfit = misfit_as_integer(what, count);
+    if (!misfit.empty()) {
+        fail(misfit);
+    }
     if (count < 0) {
         fail(std::string(what) + " is " + std::to_string(count) + ", it cannot be negative");
     }
@@ -94,36 +92,95 @@ int WordReader::next_count(const char* what) {
 }
 
 int WordReader::next_index(const char* what, int size) {
-    const int index = next_integer(what);
+    int index = 0;
+    const std::string misfit = misfit_as_integer(what, index);
+    if (!misfit.empty()) {
+        report(misfit);
+        return -1;
+    }
     if (index < 0 || index >= size) {
         const std::string range =
             size == 0 ? "there are none" : "they go from 0 to " + std::to_string(size - 1);
-        fail(std::string(what) + " is " + std::to_string(index) + ", out of range: " + range);
+        report(std::string(what) + " is " + std::to_string(index) + ", out of range: " + range);
+        return -1;
     }
     return index;
 }
 
 double WordReader::next_real(const char* what) {
-    const std::string_view word = next();
-    if (word.empty()) {
-        fail(std::string("the file ends where ") + what + " belongs");
-    }
     double value = 0;
-    const std::errc error = parse(word, value);
-    if (error == std::errc::invalid_argument) {
-        fail(shown(word) + " stands where " + what + " belongs, a number");
-    }
-    if (error == std::errc() && !std::isfinite(value)) {
-        fail(shown(word) + " stands where " + what + " belongs, a finite number");
-    }
-    if (error != std::errc() || std::abs(value) > std::numeric_limits<float>::max()) {
-        fail(shown(word) + " does not fit " + what + ", which is held in single precision");
+    const std::string misfit = misfit_as_real(what, value);
+    if (!misfit.empty()) {
+        report(misfit);
+        return 0;
     }
     return value;
 }
 
+void WordReader::fail_short(int done, int all, const std::string& things) const {
+    fail("the file ends after " + std::to_string(done) + " of " + std::to_string(all) + " " +
+         things);
+}
+
+void WordReader::need_end(const std::string& last) {
+    if (!at_end()) {
+        fail(shown(next()) + " stands after " + last);
+    }
+}
+
+std::string_view WordReader::word_for(const char* what) {
+    const std::string_view word = next();
+    if (word.empty()) {
+        fail(std::string("the file ends where ") + what + " belongs");
+    }
+    return word;
+}
+
+// What is wrong with the next word, or nothing.
+std::string WordReader::misfit_as_integer(const char* what, int& value) {
+    const std::size_t start = position();
+    const std::string_view word = word_for(what);
+    const std::errc error = parse(word, value);
+    if (error == std::errc()) {
+        return {};
+    }
+    value = 0;
+    first_misfit_ = std::min(first_misfit_, start);
+    if (error == std::errc::result_out_of_range) {
+        return shown(word) + " is too large for " + what + ", which holds 32 bits";
+    }
+    return shown(word) + " stands where " + what + " belongs, an integer";
+}
+
+std::string WordReader::misfit_as_real(const char* what, double& value) {
+    const std::size_t start = position();
+    const std::string_view word = word_for(what);
+    const std::errc error = parse(word, value);
+    if (error == std::errc() && std::abs(value) <= std::numeric_limits<float>::max()) {
+        return {};
+    }
+    first_misfit_ = std::min(first_misfit_, start);
+    if (error == std::errc::invalid_argument) {
+        return shown(word) + " stands where " + what + " belongs, a number";
+    }
+    if (error == std::errc() && !std::isfinite(value)) {
+        return shown(word) + " stands where " + what + " belongs, a finite number";
+    }
+    return shown(word) + " does not fit " + what + ", which is held in single precision";
+}
+
+void WordReader::report(const std::string& message) {
+    if (problems_ == nullptr) {
+        fail(message);
+    }
+    problems_->push_back({line_, message + remark_});
+}
+
 void WordReader::fail(const std::string& message) const {
-    throw InputError(file_.name + ":" + std::to_string(line_) + ": " + message);
+    if (problems_ != nullptr) {
+        problems_->push_back({line_, message + remark_});
+    }
+    throw InputError(file_.name + ":" + std::to_string(line_) + ": " + message + remark_);
 }
 
 std::string shown(std::string_view word) {
@@ -134,6 +191,17 @@ std::string shown(std::string_view word) {
         text += byte < 0x20 || byte == 0x7f ? '?' : c;
     }
     return text + (word.size() > longest ? "...'" : "'");
+}
+
+std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file) {
+    std::unique_ptr<FILE, int (*)(FILE*)> scratch(std::tmpfile(), std::fclose);
+    const std::size_t size = file.text.size();
+    if (!scratch || std::fwrite(file.text.data(), 1, size, scratch.get()) != size ||
+        std::fseek(scratch.get(), 0, SEEK_SET) != 0) {
+        throw OutputError("cannot write a temporary file: " +
+                          std::generic_category().message(errno));
+    }
+    return scratch;
 }
 
 std::string shortest(double value) {

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <vector>
 
+#include "host/io/records.h"
+#include "host/io/text_file.h"
 #include "korvel/module/korvel.h"
 
 namespace korvel::host {
@@ -13,5 +15,9 @@ namespace korvel::host {
 ///
 /// `ends[k]` is the index in `trg_list` after the last triangle of region k.
 void write_triangles(const PLYDT& set, const std::vector<int>& ends, FILE* out);
+
+/// Reads what `write_triangles` writes: points and triangles, and the lines of the regions' counts.
+/// Indices may come out as -1 where problems are collected.
+RecordLines read_triangles(WordReader& words, PLYDT& out);
 
 } // namespace korvel::host

@@ -15,12 +15,16 @@ template <class Number>
 Coverage measure(const PLYDT& set, const PLYDT::PyToRg& region, int first, int end);
 bool is_same(WideInteger region, WideInteger triangles);
 bool is_same(double region, double triangles);
-template <class Number>
-bool boundaries_agree(const PLYDT& set, const PLYDT::PyToRg& region, int first, int end);
+bool is_turned_over(WideInteger triangle, WideInteger region);
+bool is_turned_over(double triangle, double region);
 
 // Directed segments between points, summed: a segment and its reverse cancel out.
 class Chain {
 public:
+    // The boundary of the triangles less the boundary of the region, and the region's points.
+    static Chain difference(const PLYDT& set, const PLYDT::PyToRg& region, int first, int end,
+                            std::vector<int>& points);
+
     void add(int from, int to, int times) {
         if (from < to) {
             segments_.push_back({from, to, times});
@@ -65,15 +69,21 @@ Coverage measure(const PLYDT& set, const PLYDT::PyToRg& region, int first, int e
         const PLYDT::TRG& triangle = set.trg_list[i];
         const auto area = twice_area<Number>(set.pt_list[triangle.va], set.pt_list[triangle.vb],
                                              set.pt_list[triangle.vc]);
-        turn_alike = turn_alike && area >= 0;
+        turn_alike = turn_alike && !is_turned_over(area, region_area);
         triangle_area += area < 0 ? -area : area;
     }
     Coverage coverage;
     coverage.region_area = static_cast<double>(region_area) / 2;
     coverage.triangle_area = static_cast<double>(triangle_area) / 2;
     coverage.is_same_area = is_same(region_area, triangle_area);
-    coverage.is_tiling =
-        coverage.is_same_area && turn_alike && boundaries_agree<Number>(set, region, first, end);
+    if (coverage.is_same_area && turn_alike) {
+        std::vector<int> points;
+        Chain difference = Chain::difference(set, region, first, end, points);
+        coverage.meets_sides = difference.cancel();
+        // Two short sides may face one long side where a point lies on the side between two others.
+        coverage.is_tiling =
+            coverage.meets_sides || difference.split_at<Number>(set, points).cancel();
+    }
     return coverage;
 }
 
@@ -85,8 +95,17 @@ bool is_same(double region, double triangles) {
     return std::abs(triangles - region) <= 1e-9 * std::abs(region);
 }
 
-template <class Number>
-bool boundaries_agree(const PLYDT& set, const PLYDT::PyToRg& region, int first, int end) {
+bool is_turned_over(WideInteger triangle, WideInteger /*region*/) {
+    return triangle < 0;
+}
+
+// Rounding may turn a flat triangle over.
+bool is_turned_over(double triangle, double region) {
+    return triangle < -1e-9 * std::abs(region);
+}
+
+Chain Chain::difference(const PLYDT& set, const PLYDT::PyToRg& region, int first, int end,
+                        std::vector<int>& points) {
     Chain difference;
     for (int i = first; i < end; ++i) {
         const PLYDT::TRG& triangle = set.trg_list[i];
@@ -95,7 +114,6 @@ bool boundaries_agree(const PLYDT& set, const PLYDT::PyToRg& region, int first, 
         difference.add(triangle.vc, triangle.va, 1);
     }
     // All rings turn alike, so the region lies on the other hand of a hole's sides.
-    std::vector<int> points;
     for (int i = 0; i < region.rings.GetSize(); ++i) {
         const CArray<int>& ring = set.ring_list[region.rings[i]].pts;
         for (int k = 0; k < ring.GetSize(); ++k) {
@@ -103,8 +121,7 @@ bool boundaries_agree(const PLYDT& set, const PLYDT::PyToRg& region, int first, 
             points.push_back(ring[k]);
         }
     }
-    // Two short sides may face one long side where a point lies on the side between two others.
-    return difference.cancel() || difference.split_at<Number>(set, points).cancel();
+    return difference;
 }
 
 bool Chain::cancel() {

@@ -11,6 +11,9 @@ struct Coverage {
     bool is_same_area = false;
     /// The triangles cover every place of the region once and nothing else.
     bool is_tiling = false;
+    /// Each side of the region's rings is the side of one triangle and each other side that of two:
+    /// no corner of a triangle lies within the side of another.
+    bool meets_sides = false;
 };
 
 /// Measures the triangles `first` to `end` − 1 of a set against one of its regions. Rings must have
