@@ -20,9 +20,9 @@ double distance(const Plane& plane, const double* point);
 } // namespace
 
 PlaneAxes::PlaneAxes(const Plane& plane) {
-    const auto largest =
-        std::max_element(plane.begin(), plane.begin() + 3,
-                         [](double a, double b) { return std::abs(a) < std::abs(b); });
+    const auto largest = std::max_element(plane.begin(), plane.begin() + 3, [](double a, double b) {
+        return std::abs(a) < std::abs(b);
+    });
     away = static_cast<int>(largest - plane.begin());
     u = away == 0 ? 1 : 0;
     v = away == 2 ? 1 : 2;
@@ -74,9 +74,8 @@ Plane beside_vertices(const Plane& plane, const TMOD3D& model) {
     for (int step = 0; step < most_steps; ++step) {
         for (const double side : {towards_middle, -towards_middle}) {
             const double place = side * step * 2 * clearance;
-            if (std::none_of(near.begin(), near.end(), [&](double apart) {
-                    return std::abs(apart - place) <= clearance;
-                })) {
+            if (std::none_of(near.begin(), near.end(),
+                             [&](double apart) { return std::abs(apart - place) <= clearance; })) {
                 return step == 0 ? plane : moved(plane, place);
             }
         }

@@ -194,9 +194,10 @@ void SectionPainter::write_numbers(const Cut& cut) {
     CPen* const previous = canvas_.SelectObject(&pen);
     const double font = font_ * 0.8;
     for (const BodyCut& body : cut.bodies) {
-        const int polygon = *std::max_element(
-            body.polygons.begin(), body.polygons.end(),
-            [&](int a, int b) { return cut.section.polys[a].area < cut.section.polys[b].area; });
+        const int polygon =
+            *std::max_element(body.polygons.begin(), body.polygons.end(), [&](int a, int b) {
+                return cut.section.polys[a].area < cut.section.polys[b].area;
+            });
         Box box;
         for (const int v : cut.section.polys[polygon].verts) {
             const double* const point = cut.section.verts[v].model_xyz;
@@ -209,9 +210,10 @@ void SectionPainter::write_numbers(const Cut& cut) {
             (canvas_.text_width(number, font) / 2 + font * 0.3) / u_.pixels_per_unit();
         const double half_v = font * 0.6 / v_.pixels_per_unit();
         const auto is_inside = [&](double du, double dv) {
-            const auto holding = std::count_if(
-                body.polygons.begin(), body.polygons.end(),
-                [&](int other) { return holds(cut.section, other, view_.axes, u + du, v + dv); });
+            const auto holding =
+                std::count_if(body.polygons.begin(), body.polygons.end(), [&](int other) {
+                    return holds(cut.section, other, view_.axes, u + du, v + dv);
+                });
             return holding % 2 != 0;
         };
         if (has_text_ && is_inside(half_u, half_v) && is_inside(-half_u, half_v) &&

@@ -38,8 +38,8 @@ void check_curves(const FileContents& contents, Findings& out) {
         if (counts[curve] < 2) {
             out.notes.push_back(
                 {contents.lines.wholes[curve],
-                 numbered("curve", curve + 1) + (counts[curve] == 0 ? " has no point"
-                                                                    : " has only one point")});
+                 numbered("curve", curve + 1) +
+                     (counts[curve] == 0 ? " has no point" : " has only one point")});
         }
     }
 }
@@ -116,8 +116,8 @@ void note_unused(const std::vector<bool>& is_used, const std::vector<int>& lines
     if (unused == 1) {
         out.notes.push_back({line, name + " belongs to no " + wholes});
     } else {
-        out.notes.push_back({line, name + " and " + std::to_string(unused - 1) +
-                                       " more belong to no " + wholes});
+        out.notes.push_back(
+            {line, name + " and " + std::to_string(unused - 1) + " more belong to no " + wholes});
     }
 }
 

@@ -150,9 +150,8 @@ void ModelCheck::note_equal_places() {
         vertices.erase(std::unique(vertices.begin(), vertices.end()), vertices.end());
         std::stable_sort(vertices.begin(), vertices.end(),
                          [&](int a, int b) { return place(a) < place(b); });
-        const auto first =
-            std::adjacent_find(vertices.begin(), vertices.end(),
-                               [&](int a, int b) { return place(a) == place(b); });
+        const auto first = std::adjacent_find(vertices.begin(), vertices.end(),
+                                              [&](int a, int b) { return place(a) == place(b); });
         if (first != vertices.end()) {
             add(out_.notes, lines_.points[first[1]],
                 "vertex " + std::to_string(first[1]) + " stands where vertex " +

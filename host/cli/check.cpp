@@ -28,7 +28,8 @@ private:
 } // namespace
 
 void add_check_command(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("check", "Tell everything that is wrong with a file");
+    CLI::App* command =
+        program.add_subcommand("check", "Tell everything that is wrong with a file");
     command->group("Commands");
     const auto self = std::make_shared<CheckCommand>(*command);
     command->callback([self] { self->run(); });
@@ -70,8 +71,7 @@ void CheckCommand::run() const {
     const int problems = static_cast<int>(findings.problems.size());
     if (problems > 0) {
         std::fflush(stdout);
-        throw InputError(input_ + ": " + kind_name(kind) + " with " +
-                         counted(problems, "problem"));
+        throw InputError(input_ + ": " + kind_name(kind) + " with " + counted(problems, "problem"));
     }
     std::printf("%s: %s, nothing wrong\n", input_.c_str(), kind_name(kind));
 }

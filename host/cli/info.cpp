@@ -140,9 +140,8 @@ void tell_section(const TMOD2D& section) {
     double pairs[6] = {};
     for (int k = 0; k < 3; ++k) {
         const auto [least, greatest] = std::minmax_element(
-            section.verts.begin(), section.verts.end(), [&](const VERT3D& a, const VERT3D& b) {
-                return a.model_xyz[k] < b.model_xyz[k];
-            });
+            section.verts.begin(), section.verts.end(),
+            [&](const VERT3D& a, const VERT3D& b) { return a.model_xyz[k] < b.model_xyz[k]; });
         pairs[2 * k] = least->model_xyz[k];
         pairs[2 * k + 1] = greatest->model_xyz[k];
     }
@@ -181,8 +180,8 @@ void tell_body(const TMOD3D& model, int index, const Surface& surface) {
     CMYColor().HLSToRGBi(static_cast<float>(body.hue), static_cast<float>(body.lightness),
                          static_cast<float>(body.saturation), red, green, blue);
     std::printf("%6d %7d %7d %9d %6d %19s  #%02x%02x%02x  %s", index, surface.faces, surface.edges,
-                surface.vertices, surface.euler_characteristic(),
-                number_text(body.volume).c_str(), red, green, blue, state_text(surface).c_str());
+                surface.vertices, surface.euler_characteristic(), number_text(body.volume).c_str(),
+                red, green, blue, state_text(surface).c_str());
     const char* separator = ", shares faces with ";
     for (const int neighbour : body.neighbour_bodies) {
         std::printf("%s%d", separator, neighbour);

@@ -78,7 +78,8 @@ std::string RegionInput::name(const PLYDT& set, int region) const {
     take_in_region(box, set, set.region_list[region]);
     const int number = numbers_.empty() ? region : numbers_[region];
     return "region " + std::to_string(number) + " (" + number_text(box.left) + "," +
-           number_text(box.top) + " to " + number_text(box.right) + "," + number_text(box.bottom) + ")";
+           number_text(box.top) + " to " + number_text(box.right) + "," + number_text(box.bottom) +
+           ")";
 }
 
 } // namespace korvel::host

@@ -180,8 +180,7 @@ void SectionCommand::report(const Cut& cut) const {
         std::printf("  body  polygons                area  colour\n");
     }
     for (const BodyCut& body : cut.bodies) {
-        const auto colour =
-            static_cast<COLORREF>(cut.section.groups[body.polygons[0]].rgb);
+        const auto colour = static_cast<COLORREF>(cut.section.groups[body.polygons[0]].rgb);
         std::printf("%6d  %8zu  %18s  #%02x%02x%02x\n", body.body, body.polygons.size(),
                     number_text(body.area).c_str(), GetRValue(colour), GetGValue(colour),
                     GetBValue(colour));

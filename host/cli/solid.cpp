@@ -175,8 +175,7 @@ bool SolidCommand::raise(int region) {
         return false;
     }
     by_front_ += filled == Filled::by_front ? 1 : 0;
-    cap.CoordinatesTrans(axis_, zero_.x, zero_.y, 0, 0, scale_[0], scale_[1], lo_hi_[0],
-                         lo_hi_[1]);
+    cap.CoordinatesTrans(axis_, zero_.x, zero_.y, 0, 0, scale_[0], scale_[1], lo_hi_[0], lo_hi_[1]);
     TMOD3D body;
     body.create3dmode(cap);
     append_bodies(body, model_);
@@ -186,8 +185,9 @@ bool SolidCommand::raise(int region) {
 void SolidCommand::leave_out(int region) const {
     const std::string name = input_.name(set_, region);
     if (fill_ != Fill::front) {
-        throw InputError(input_.file() + ": " + name +
-                         ": cannot be raised: its rings cross, overlap, cut it apart or have no area");
+        throw InputError(
+            input_.file() + ": " + name +
+            ": cannot be raised: its rings cross, overlap, cut it apart or have no area");
     }
     warn(name + ": left out, the front's triangles do not fit its outline");
 }

@@ -68,12 +68,11 @@ void StarterCommand::run() {
     outputs_.check();
     TMOD3D model;
     model.inti_mode(center.data(), size.data(), kind_ == "cube" ? 1 : 0, rounds_);
-    std::printf("%s, %s, %s, volume %s, %s\n",
-                counted(model.verts.GetSize(), "vertex", "vertices").c_str(),
-                counted(model.lines.GetSize(), "edge").c_str(),
-                counted(model.polys.GetSize(), "face").c_str(),
-                number_text(model.bodies[0].volume).c_str(),
-                state_text(surfaces(model)[0]).c_str());
+    std::printf(
+        "%s, %s, %s, volume %s, %s\n", counted(model.verts.GetSize(), "vertex", "vertices").c_str(),
+        counted(model.lines.GetSize(), "edge").c_str(),
+        counted(model.polys.GetSize(), "face").c_str(), number_text(model.bodies[0].volume).c_str(),
+        state_text(surfaces(model)[0]).c_str());
     outputs_.write([&](FILE* out) { write_model(model, out); });
 }
 

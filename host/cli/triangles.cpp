@@ -156,8 +156,8 @@ void TrianglesCommand::report_coverage() const {
         if (coverage.is_same_area) {
             warn(input_.name(set_, i) + ": triangles overlap and leave a gap of the same size");
         } else {
-            warn(input_.name(set_, i) + ": triangles cover " + number_text(coverage.triangle_area) + " of " +
-                 number_text(coverage.region_area));
+            warn(input_.name(set_, i) + ": triangles cover " + number_text(coverage.triangle_area) +
+                 " of " + number_text(coverage.region_area));
         }
     }
     std::printf("%d of %s covered, area of triangles %s, of regions %s\n", covered,

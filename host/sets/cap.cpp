@@ -69,8 +69,8 @@ Filled make_cap(const PLYDT& set, const PLYDT::PyToRg& region, Fill fill, PLYDT&
 
 namespace {
 
-// Points of the same place become the first of them; their order is that of the set. False where the
-// outer ring encloses nothing.
+// Points of the same place become the first of them; their order is that of the set. False where
+// the outer ring encloses nothing.
 bool copy_outline(const PLYDT& set, const PLYDT::PyToRg& region, PLYDT& cap) {
     std::vector<std::vector<int>> rings = rings_through_places(set, region);
     if (rings.empty() || rings.front().size() < 3) {
@@ -101,8 +101,7 @@ bool copy_outline(const PLYDT& set, const PLYDT::PyToRg& region, PLYDT& cap) {
     return true;
 }
 
-std::vector<std::vector<int>> rings_through_places(const PLYDT& set,
-                                                   const PLYDT::PyToRg& region) {
+std::vector<std::vector<int>> rings_through_places(const PLYDT& set, const PLYDT::PyToRg& region) {
     std::map<std::pair<double, double>, int> first_at;
     for (const int ring : region.rings) {
         for (const int point : set.ring_list[ring].pts) {

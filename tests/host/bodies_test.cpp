@@ -37,7 +37,9 @@ protected:
         host::turn_rings(set_);
     }
 
-    const RING& outline(int region) const { return set_.ring_list[set_.region_list[region].rings[0]]; }
+    const RING& outline(int region) const {
+        return set_.ring_list[set_.region_list[region].rings[0]];
+    }
 
     /// How long the line y = v runs within a region, from its sides alone. No corner lies on it.
     double length_within(int region, double v) const {
@@ -241,20 +243,38 @@ TEST(Caps, StandOnRingsThatTouch) {
     const std::vector<int> around = {0, 1, 2, 3};
     const std::vector<Outline> table = {
         {"a hole", with({{2, 2}, {4, 2}, {4, 4}}), {around, {4, 5, 6}}, 79, 0},
-        {"two holes", with({{1, 1}, {2, 1}, {2, 2}, {5, 5}, {6, 5}, {6, 6}}),
-         {around, {4, 5, 6}, {7, 8, 9}}, 80, -2},
+        {"two holes",
+         with({{1, 1}, {2, 1}, {2, 2}, {5, 5}, {6, 5}, {6, 6}}),
+         {around, {4, 5, 6}, {7, 8, 9}},
+         80,
+         -2},
         {"a hole at a corner", with({{4, 1}, {4, 4}}), {around, {0, 4, 5}}, 75, 2},
         {"a hole at a side", with({{4, 0}, {6, 4}, {2, 4}}), {{0, 4, 1, 2, 3}, {4, 5, 6}}, 73, 2},
-        {"two holes at one point", with({{4, 4}, {7, 4}, {7, 6}, {1, 4}, {1, 2}}),
-         {around, {4, 5, 6}, {4, 7, 8}}, 75, 0},
-        {"two holes at one place", with({{4, 4}, {7, 4}, {7, 6}, {4, 4}, {1, 4}, {1, 2}}),
-         {around, {4, 5, 6}, {7, 8, 9}}, 75, 0},
-        {"a ring that touches itself", with({{5, 5}, {8, 7}, {2, 7}}),
-         {{0, 1, 2, 3, 4, 6, 5, 4}}, 0, 0},
-        {"a hole that cuts a corner off", with({{0, 4}, {4, 4}, {4, 0}}),
-         {{0, 6, 1, 2, 3, 4}, {4, 5, 6}}, 0, 0},
-        {"sides that lead nowhere", with({{5, 5}, {9, 0}, {12, 0}}),
-         {{0, 4, 0, 1, 5, 6, 5, 2, 3, 3}}, 81, 2},
+        {"two holes at one point",
+         with({{4, 4}, {7, 4}, {7, 6}, {1, 4}, {1, 2}}),
+         {around, {4, 5, 6}, {4, 7, 8}},
+         75,
+         0},
+        {"two holes at one place",
+         with({{4, 4}, {7, 4}, {7, 6}, {4, 4}, {1, 4}, {1, 2}}),
+         {around, {4, 5, 6}, {7, 8, 9}},
+         75,
+         0},
+        {"a ring that touches itself",
+         with({{5, 5}, {8, 7}, {2, 7}}),
+         {{0, 1, 2, 3, 4, 6, 5, 4}},
+         0,
+         0},
+        {"a hole that cuts a corner off",
+         with({{0, 4}, {4, 4}, {4, 0}}),
+         {{0, 6, 1, 2, 3, 4}, {4, 5, 6}},
+         0,
+         0},
+        {"sides that lead nowhere",
+         with({{5, 5}, {9, 0}, {12, 0}}),
+         {{0, 4, 0, 1, 5, 6, 5, 2, 3, 3}},
+         81,
+         2},
     };
     for (const Outline& outline : table) {
         for (const host::Fill fill : {host::Fill::automatic, host::Fill::delaunay}) {

@@ -97,7 +97,8 @@ TEST_F(BodyCommand, StartsShapes) {
              {"cube --size 4,2,1 --center 1,2,3",
               "14 vertices, 36 edges, 24 faces, volume 8, closed\n",
               "bounds x -1 to 3, y 1 to 3, z 2.5 to 3.5\n"},
-             {"cube --size 2,2,2 --rounds 2", "194 vertices, 576 edges, 384 faces, volume 8, closed",
+             {"cube --size 2,2,2 --rounds 2",
+              "194 vertices, 576 edges, 384 faces, volume 8, closed",
               "x -1 to 1, y -1 to 1, z -1 to 1\n"},
              {"ball --size 2", "12 vertices, 30 edges, 20 faces, volume 20.289", "x -1.70"},
              {"ball --size 1 --rounds 4", "2562 vertices, 7680 edges, 5120 faces, volume 4.179",
@@ -121,7 +122,8 @@ TEST_F(BodyCommand, TellsFilesApart) {
     const std::vector<std::pair<const char*, const char*>> table = {
         {"c", "c: curve file\n2 curves, 1 of them closed, 5 points\nbounds x 0 to 4, y 0 to 4\n"},
         {"r", "r: polygon-region file\n2 regions with 2 holes, 3 rings, 12 points, area 72\n"},
-        {"m", "m: body model file\n1 body, 0 of them open, 4 vertices, 6 edges, 4 faces, volume 36"},
+        {"m",
+         "m: body model file\n1 body, 0 of them open, 4 vertices, 6 edges, 4 faces, volume 36"},
         {"s", "s: section file as readdate reads it\n3 vertices, 1 face, 1 group\n"
               "bounds x 0 to 10, y 0 to 0, z 0 to 10\n"},
         {"w", "w: section file as writedate writes it\n3 vertices, 1 face, 1 group\n"},
@@ -132,7 +134,8 @@ TEST_F(BodyCommand, TellsFilesApart) {
         EXPECT_THAT(run(std::string("check ") + file).out, HasSubstr(", nothing wrong\n"));
     }
     EXPECT_THAT(run("check damaged").err, StartsWith("damaged: body model file with 2 problems"));
-    EXPECT_THAT(run("check damaged --kind regions").err, StartsWith("damaged: polygon-region file"));
+    EXPECT_THAT(run("check damaged --kind regions").err,
+                StartsWith("damaged: polygon-region file"));
 }
 
 TEST_F(BodyCommand, ChecksTellEverything) {
