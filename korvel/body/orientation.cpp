@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <queue>
+#include <utility>
 #include <vector>
 
 #include "korvel/body/body_geometry.h"
@@ -172,16 +173,14 @@ PairPlaces::PairPlaces(const TMOD3D& model, const std::vector<int>& faces)
 
 std::vector<int> next_places_of_same_face(const std::vector<int>& faces) {
     std::vector<int> next(faces.size(), -1);
-    korvel::FirstIndex later(static_cast<int>(faces.size()));
+    std::vector<int> last(faces.size(), -1); // of the places so far, by the first one
+    korvel::FirstIndex first_place(static_cast<int>(faces.size()));
     for (std::size_t i = 0; i < faces.size(); ++i) {
         const int place = static_cast<int>(i);
-        const int first = later.find_or_add(korvel::pair_key(0, faces[i]), place);
-        if (first != place) {
-            int last = first;
-            while (next[static_cast<std::size_t>(last)] >= 0) {
-                last = next[static_cast<std::size_t>(last)];
-            }
-            next[static_cast<std::size_t>(last)] = place;
+        const int first = first_place.find_or_add(korvel::pair_key(0, faces[i]), place);
+        const int before = std::exchange(last[static_cast<std::size_t>(first)], place);
+        if (before >= 0) {
+            next[static_cast<std::size_t>(before)] = place;
         }
     }
     return next;

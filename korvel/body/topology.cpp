@@ -41,6 +41,9 @@ void fill_back_lists(Targets& targets, BackList back_list, const Records& record
 }
 
 void set_body_lists(TMOD3D& model) {
+    if (model.bodies.IsEmpty()) {
+        return; // marks are cleared for bodies alone
+    }
     for (LINE3D& line : model.lines) {
         line.state_flags &= ~in_body_list;
     }

@@ -104,12 +104,12 @@ void TMOD3D::get_vis_poly() {
 }
 
 void TMOD3D::trans_model_orig(double* p) {
-    for (int k = 0; k < 3; ++k) {
-        orig[k] = p[k]; // replaced, not added to
-    }
+    // A copy, since p may be a point of this model.
+    const double shift[3] = {p[0], p[1], p[2]};
+    std::copy_n(shift, 3, orig); // replaced, not added to
     for (VERT3D& vertex : verts) {
         for (int k = 0; k < 3; ++k) {
-            vertex.model_xyz[k] -= p[k];
+            vertex.model_xyz[k] -= shift[k];
         }
     }
     for (LINE3D& line : lines) {
@@ -123,9 +123,9 @@ void TMOD3D::trans_model_orig(double* p) {
         get_body_span(b);
     }
     for (int k = 0; k < 3; ++k) {
-        wrap_cuboid[2 * k] -= p[k];
-        wrap_cuboid[2 * k + 1] -= p[k];
-        orig_shift[k] = p[k];
+        wrap_cuboid[2 * k] -= shift[k];
+        wrap_cuboid[2 * k + 1] -= shift[k];
+        orig_shift[k] = shift[k];
     }
     set_cuboid_corners(*this);
     rotate_model();

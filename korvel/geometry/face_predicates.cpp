@@ -93,11 +93,11 @@ bool POLY3D::det_point_in_con_poly(double* p, CArray<VERT3D, VERT3D&>* verts) {
 
 bool POLY3D::det_3dpoint_in_con_poly(double* p, CArray<VERT3D, VERT3D&>& verts) {
     const int n = this->verts.GetSize();
-    const int first = (main_axis + 2) % 3;
-    const int second = (main_axis + 1) % 3;
-    if (n < 3 || first < 0 || second < 0) {
+    if (n < 3 || main_axis < 0 || main_axis > 2) {
         return false;
     }
+    const int first = (main_axis + 2) % 3;
+    const int second = (main_axis + 1) % 3;
     // A point on the border counts as +1 for every side, so clockwise projections leave it out.
     const int sum = sum_of_turns(this->verts, verts, {p[first], p[second]}, [&](const VERT3D& v) {
         return PlanePoint{v.model_xyz[first], v.model_xyz[second]};

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "korvel/body/tmod3d.h"
 #include "tests/geometry/record_state.h"
@@ -63,6 +67,30 @@ inline std::string read_file(TMOD3D& model, const std::string& text) {
     std::rewind(stream.get());
     model.read_mode(stream.get());
     return text.substr(static_cast<std::size_t>(std::ftell(stream.get())));
+}
+
+/// Every face is a triangle over three edges, and each of its sides is run along once by one other
+/// face, the other way.
+inline void expect_closed(const TMOD3D& model, int euler_number) {
+    std::map<std::pair<int, int>, int> sides;
+    for (const POLY3D& face : model.polys) {
+        ASSERT_EQ(text_of("%g", face.verts.GetSize(), face.lines.GetSize(),
+                          face.neighbour_faces.GetSize()),
+                  "3 3 3 ");
+        for (int k = 0; k < 3; ++k) {
+            ++sides[{face.verts[k], face.verts[(k + 1) % 3]}];
+            LINE3D line = model.lines[face.lines[k]];
+            EXPECT_EQ(std::count_if(face.verts.begin(), face.verts.end(),
+                                    [&](int v) { return line.det_vert_at(v) >= 0; }),
+                      2);
+        }
+    }
+    for (const LINE3D& line : model.lines) {
+        EXPECT_EQ((sides[{line.start_vert, line.end_vert}]), 1);
+        EXPECT_EQ((sides[{line.end_vert, line.start_vert}]), 1);
+    }
+    EXPECT_EQ(sides.size(), 2 * std::size_t(model.lines.GetSize()));
+    EXPECT_EQ(model.verts.GetSize() - model.lines.GetSize() + model.polys.GetSize(), euler_number);
 }
 
 } // namespace korvel::test

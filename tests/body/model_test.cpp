@@ -1,13 +1,11 @@
-// Starter models, the view, neighbourhoods and raised solids.
+// Starter models, the view and neighbourhoods.
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "korvel/polyregion/plydt.h"
 #include "tests/body/model_state.h"
 
 using namespace korvel::test;
@@ -19,30 +17,6 @@ TMOD3D started(int kind, int rounds, std::array<double, 3> size = {2, 2, 2},
     TMOD3D model;
     model.inti_mode(centre.data(), size.data(), kind, rounds);
     return model;
-}
-
-/// Every face is a triangle over three edges, and each of its sides is run along once by one other
-/// face, the other way.
-void expect_closed(const TMOD3D& model, int euler_number) {
-    std::map<std::pair<int, int>, int> sides;
-    for (const POLY3D& face : model.polys) {
-        ASSERT_EQ(text_of("%g", face.verts.GetSize(), face.lines.GetSize(),
-                          face.neighbour_faces.GetSize()),
-                  "3 3 3 ");
-        for (int k = 0; k < 3; ++k) {
-            ++sides[{face.verts[k], face.verts[(k + 1) % 3]}];
-            LINE3D line = model.lines[face.lines[k]];
-            EXPECT_EQ(std::count_if(face.verts.begin(), face.verts.end(),
-                                    [&](int v) { return line.det_vert_at(v) >= 0; }),
-                      2);
-        }
-    }
-    for (const LINE3D& line : model.lines) {
-        EXPECT_EQ((sides[{line.start_vert, line.end_vert}]), 1);
-        EXPECT_EQ((sides[{line.end_vert, line.start_vert}]), 1);
-    }
-    EXPECT_EQ(sides.size(), 2 * std::size_t(model.lines.GetSize()));
-    EXPECT_EQ(model.verts.GetSize() - model.lines.GetSize() + model.polys.GetSize(), euler_number);
 }
 
 TEST(StarterModel, Cuboids) {
@@ -246,121 +220,6 @@ TEST(Neighbourhood, LevelsAndLegalMoves) {
     cube.back_rel_vert();
     cube.verts[0].restorvert();
     EXPECT_EQ(cube.verts[0].model_xyz[2] + cube.verts[12].backup_xyz[2], 1 + 7);
-}
-
-class RaisedSolid : public testing::Test {
-protected:
-    void SetUp() override {
-        PLYDT::set_trace_files(false);
-        before_ = korvel::set_message_box_handler([this](const char* text, unsigned) {
-            notices += text;
-            return IDOK;
-        });
-    }
-    void TearDown() override {
-        korvel::set_message_box_handler(before_);
-        PLYDT::set_trace_files(true);
-    }
-
-    /// Triangulates a region of an outer ring and holes and lifts it from lo to hi.
-    void lift(std::initializer_list<std::pair<int, int>> points,
-              std::initializer_list<std::initializer_list<int>> rings, double lo, double hi) {
-        for (const auto& [x, y] : points) {
-            VERT2D point;
-            point.x = x;
-            point.y = y;
-            d.pt_list.Add(point);
-        }
-        d.region_list.SetSize(1);
-        for (const auto& corners : rings) {
-            RING ring;
-            set_ints(ring.pts, corners);
-            d.region_list[0].rings.Add(d.ring_list.Add(ring));
-        }
-        d.region_tranglate();
-        d.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, lo, hi);
-    }
-
-    TMOD3D model;
-    PLYDT d;
-    std::string notices;
-
-private:
-    decltype(korvel::set_message_box_handler(nullptr)) before_;
-};
-
-TEST_F(RaisedSolid, TwoTriangularPrisms) {
-    model.create3dmode(d);
-    EXPECT_EQ(state_of(model) + notices, state_of(TMOD3D()));
-    lift({{0, 0}, {4, 0}, {0, 3}}, {{0, 1, 2}}, -1, 1.5);
-    model.create3dmode(d);
-    expect_closed(model, 2);
-    std::string ends;
-    for (const LINE3D& line : model.lines) {
-        ends += text_of("%g", line.start_vert, line.end_vert);
-    }
-    EXPECT_EQ(ends, "0 1 1 2 2 0 3 4 4 5 5 3 0 3 3 2 5 2 1 4 4 0 5 1 ");
-    EXPECT_EQ(text_of("%g", model.polys[0].lines), "( 2 1 0 ) "); // after the corners were turned
-    for (const auto& [from, to] : {std::pair(7, 6), {6, 7}}) {    // beforehand, of the next prism
-        LINE3D line;
-        line.set_line_point(from, to);
-        model.lines.Add(line);
-    }
-    model.create3dmode(d);
-    EXPECT_EQ(model.lines[12].faces.GetSize(), 0); // the last of both is used
-    EXPECT_EQ(model.lines[13].faces.GetSize(), 2);
-    EXPECT_EQ(text_of("%g", model.verts.GetSize(), model.polys.GetSize(), model.lines.GetSize(),
-                      model.mode_ok, model.bodies[1].polys, model.bodies[0].volume,
-                      model.bodies[1].volume, model.bodies[1].model_min, model.wrap_cuboid[5]),
-              "12 16 25 1 ( 8 9 10 11 12 13 14 15 ) 15 15 ( 0 0 -1 ) 1.5 ");
-    EXPECT_EQ(notices, "pol = 1 6\npol = 1 6\n");
-}
-
-TEST_F(RaisedSolid, RegionWithHole) {
-    lift({{0, 0}, {100, 7}, {93, 81}, {41, 110}, {-5, 70}, {30, 31}, {28, 61}, {62, 57}},
-         {{0, 1, 2, 3, 4}, {5, 7, 6}}, 2, 5);
-    double area = 0; // holes run the same way as their outer ring
-    for (int r : {0, 1}) {
-        const CArray<int>& pts = d.ring_list[r].pts;
-        const VERT2D* last = &d.pt_list[pts[pts.GetUpperBound()]];
-        for (const int i : pts) {
-            const VERT2D* next = &d.pt_list[i];
-            area += (last->x * next->y - next->x * last->y) * (r == 0 ? 0.5 : -0.5);
-            last = next;
-        }
-    }
-    model.create3dmode(d);
-    EXPECT_EQ(model.polys.GetSize(), 16 + 2 * 8);
-    expect_closed(model, 0);
-    EXPECT_NEAR(model.bodies[0].volume, area * 3, 1e-8);
-}
-
-TEST_F(RaisedSolid, WallsThatDoNotFitThePoints) {
-    lift({{0, 0}, {4, 0}, {0, 3}, {9, 9}}, {{0, 1, 2}}, 0, 1);
-    model.create3dmode(d); // a point on no ring: two faces are left over
-    EXPECT_EQ(text_of("%g", model.polys.GetSize(), model.bodies[0].polys.GetSize(),
-                      model.polys[9].verts, model.polys[9].lines, model.bodies[0].volume),
-              "10 10 ( ) ( ) 6 ");
-    d.ring_list.SetSize(4);
-    set_ints(d.ring_list[1].pts, {0, 1});
-    set_ints(d.ring_list[2].pts, {0, 1, 3});
-    set_ints(d.ring_list[3].pts, {0, 3, 2});
-    d.prism_pts.SetSize(9); // the odd one has no twin
-    model.create3dmode(d);  // points on three rings: nine walls are not in the body
-    EXPECT_EQ(text_of("%g", model.polys.GetSize(), model.bodies[1].polys.GetSize(),
-                      model.polys[29].verts.GetSize(), model.polys[29].bodies),
-              "30 11 3 ( ) ");
-    EXPECT_TRUE(model.polys[11].is_composed_vert(8 + 4));
-    constexpr int most = 2147483647;
-    for (const int garbage : {-1, 8, most, -most - 1, most - 4}) {
-        d.trg_list[0].vb = garbage;
-        d.ring_list[2].pts[1] = garbage;
-        model.create3dmode(d);
-    }
-    EXPECT_EQ(model.bodies.GetSize(), 7);
-    TMOD2D section;
-    model.get_x_section(0.5, section);
-    model.change_vis_parm();
 }
 
 /// Numbers that are no records, anywhere in a model, are passed over by every call.

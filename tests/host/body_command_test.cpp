@@ -82,7 +82,7 @@ TEST_F(BodyCommand, FillsAsItIsTold) {
     EXPECT_EQ(front.err, "warning: region 0 (0,0 to 10,8): left out, the front's triangles do not "
                          "fit its outline\n");
     EXPECT_THAT(front.out, HasSubstr("1 body in "));
-    // In millionths of a unit, far from 0,0.
+    // So far from 0,0 the file cannot hold a plate of this size.
     EXPECT_THAT(run("solid r --levels 0,1 -o m --origin -2000000000,0").err,
                 StartsWith("warning: the file holds six decimals and is read in single precision"));
 }
