@@ -10,6 +10,6 @@ namespace korvel {
 void orient_body(TMOD3D& model, int body);
 
 /// One sixth of the sum of the faces' triple products; 0 without faces.
-void compute_body_volume(TMOD3D& model, int body);
+double body_volume(TMOD3D& model, const BODY3D& body);
 
 } // namespace korvel

@@ -1,5 +1,6 @@
 // The neighbourhood of a picked vertex, gathered for a move of many vertices.
 
+#include "korvel/body/edit_state.h"
 #include "korvel/body/tmod3d.h"
 #include "korvel/geometry/list_index.h"
 
@@ -10,12 +11,6 @@ namespace {
 constexpr int gathered_vertex = 4;
 constexpr int gathered = 2; // of a face or an edge
 constexpr int seen_face = 32;
-
-constexpr int depth = 0; // places in edit_state
-constexpr int picked_vertex = 4;
-constexpr int face_count = 7;
-constexpr int vertex_count = 8;
-constexpr int edge_count = 9;
 
 /// Appends to `list` the listed records that are not marked yet, and marks them.
 template <class Records>
@@ -46,10 +41,10 @@ void TMOD3D::set_rel_triangle_vert() {
     relat_list_3.RemoveAll();
     relat_list_4.RemoveAll();
     mut_weights.RemoveAll();
-    edit_state[face_count] = 0;
-    edit_state[vertex_count] = 0;
-    edit_state[edge_count] = 0;
-    if (!has_element(verts, edit_state[picked_vertex])) {
+    edit_state[korvel::gathered_face_count] = 0;
+    edit_state[korvel::gathered_vertex_count] = 0;
+    edit_state[korvel::gathered_edge_count] = 0;
+    if (!has_element(verts, edit_state[korvel::picked_vertex])) {
         return;
     }
     for (VERT3D& vertex : verts) {
@@ -60,9 +55,10 @@ void TMOD3D::set_rel_triangle_vert() {
         relat_list_2.Add(v);
         relat_list_4.Add(level);
     };
-    gather_vertex(edit_state[picked_vertex], 0);
+    gather_vertex(edit_state[korvel::picked_vertex], 0);
     int level_start = 0;
-    for (int level = 1; level <= edit_state[depth] && level_start < relat_list_2.GetSize();
+    for (int level = 1;
+         level <= edit_state[korvel::neighbourhood_depth] && level_start < relat_list_2.GetSize();
          ++level) {
         const int level_end = relat_list_2.GetSize();
         for (int i = level_start; i < level_end; ++i) {
@@ -74,15 +70,15 @@ void TMOD3D::set_rel_triangle_vert() {
         }
         level_start = level_end;
     }
-    edit_state[vertex_count] = relat_list_2.GetSize();
+    edit_state[korvel::gathered_vertex_count] = relat_list_2.GetSize();
 
     for (const int v : relat_list_2) {
         clear_gathered(verts[v].faces, polys);
         clear_gathered(verts[v].lines, lines);
     }
     for (const int v : relat_list_2) {
-        gather(verts[v].faces, polys, relat_list_1, edit_state[face_count]);
-        gather(verts[v].lines, lines, relat_list_3, edit_state[edge_count]);
+        gather(verts[v].faces, polys, relat_list_1, edit_state[korvel::gathered_face_count]);
+        gather(verts[v].lines, lines, relat_list_3, edit_state[korvel::gathered_edge_count]);
     }
     for (const int f : relat_list_1) {
         polys[f].set_poly_eql(verts);

@@ -48,8 +48,8 @@ void TMOD3D::comput_mode_aux_parm() {
     for (POLY3D& face : polys) {
         face.set_poly_eql(verts);
     }
-    for (int b = 0; b < bodies.GetSize(); ++b) {
-        korvel::compute_body_volume(*this, b);
+    for (BODY3D& body : bodies) {
+        body.volume = korvel::body_volume(*this, body);
     }
 }
 
@@ -67,7 +67,7 @@ void orient_body(TMOD3D& model, int body) {
         }
     }
     if (faces.empty()) {
-        compute_body_volume(model, body);
+        model.bodies[body].volume = body_volume(model, model.bodies[body]);
         return;
     }
     for (const int f : faces) {
@@ -115,7 +115,7 @@ void orient_body(TMOD3D& model, int body) {
         face.state_flags &= ~to_propagate;
     }
 
-    compute_body_volume(model, body);
+    model.bodies[body].volume = body_volume(model, model.bodies[body]);
     if (model.bodies[body].volume < 0) {
         for (const int f : faces) {
             model.polys[f].invert_poly_range();
@@ -124,15 +124,15 @@ void orient_body(TMOD3D& model, int body) {
     }
 }
 
-void compute_body_volume(TMOD3D& model, int body) {
+double body_volume(TMOD3D& model, const BODY3D& body) {
     constexpr double one_sixth = 0.16666666666666666;
     double sum = 0;
-    for (const int f : model.bodies[body].polys) {
+    for (const int f : body.polys) {
         if (has_element(model.polys, f)) {
             sum += model.polys[f].poly_volume(model.verts);
         }
     }
-    model.bodies[body].volume = sum * one_sixth;
+    return sum * one_sixth;
 }
 
 } // namespace korvel

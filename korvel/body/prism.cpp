@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <limits>
 #include <vector>
 
 #include "korvel/body/body_geometry.h"
 #include "korvel/body/edge_chains.h"
 #include "korvel/body/tmod3d.h"
+#include "korvel/geometry/list_index.h"
 #include "korvel/polyregion/plydt.h"
+
+using korvel::shifted_index;
 
 namespace {
 
@@ -18,13 +20,6 @@ struct Triangle {
     int c;
 };
 
-/// An index moved on by a number of records; one that no list can hold stays outside of every list.
-int shifted(int index, int by) {
-    const long long moved = static_cast<long long>(index) + by;
-    return static_cast<int>(std::clamp<long long>(moved, std::numeric_limits<int>::min(),
-                                                  std::numeric_limits<int>::max()));
-}
-
 /// The faces of a prism over `levels` lifted points: caps at the first and the second level,
 /// corners in the same order, and then the walls, two triangles for each ring side.
 std::vector<Triangle> prism_faces(const PLYDT& d, int first_vertex, int levels) {
@@ -32,7 +27,8 @@ std::vector<Triangle> prism_faces(const PLYDT& d, int first_vertex, int levels) 
     for (const int level : {0, levels}) {
         const int shift = first_vertex + level;
         for (const PLYDT::TRG& t : d.trg_list) {
-            faces.push_back({shifted(t.va, shift), shifted(t.vb, shift), shifted(t.vc, shift)});
+            faces.push_back({shifted_index(t.va, shift), shifted_index(t.vb, shift),
+                             shifted_index(t.vc, shift)});
         }
     }
     for (const RING& ring : d.ring_list) {
@@ -42,10 +38,10 @@ std::vector<Triangle> prism_faces(const PLYDT& d, int first_vertex, int levels) 
         int prev = ring.pts[ring.pts.GetUpperBound()];
         for (const int cur : ring.pts) {
             const int above = first_vertex + levels;
-            faces.push_back(
-                {shifted(prev, first_vertex), shifted(cur, first_vertex), shifted(cur, above)});
-            faces.push_back(
-                {shifted(cur, above), shifted(prev, above), shifted(prev, first_vertex)});
+            faces.push_back({shifted_index(prev, first_vertex), shifted_index(cur, first_vertex),
+                             shifted_index(cur, above)});
+            faces.push_back({shifted_index(cur, above), shifted_index(prev, above),
+                             shifted_index(prev, first_vertex)});
             prev = cur;
         }
     }
@@ -111,7 +107,7 @@ void TMOD3D::create3dmode(PLYDT& d) {
     for (int f = first_face; f < polys.GetSize(); ++f) {
         polys[f].set_poly_eql(verts);
     }
-    korvel::compute_body_volume(*this, first_body);
+    bodies[first_body].volume = korvel::body_volume(*this, bodies[first_body]);
     model_wrap_cuboid();
     rotate_model();
     found_top_rel();

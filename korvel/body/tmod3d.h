@@ -138,4 +138,55 @@ public:
     /// on its rings. Shows a notice with the numbers of triangles and points in a message box.
     /// Fewer than three lifted points leave the model as it is.
     void create3dmode(PLYDT& d);
+
+    // Picking and point location.
+
+    /// Picks what lies under the click p = (u, v), in view coordinates: of the faces that face the
+    /// viewer the one nearest to the viewer. Returns 0 and writes the depth of the hit into p[2],
+    /// the hit in model coordinates into `pick_data[0 … 2]`, the point on the nearest edge into
+    /// `pick_data[6 … 8]`, and face, nearest vertex, nearest edge and body into `edit_state[3 …
+    /// 6]`; `edit_state[2]` becomes 1. Returns 1, with nothing written, where nothing is hit. A
+    /// flat model seen face-on cannot be picked.
+    int get_point_xyz(double* p);
+
+    /// The first body that holds the model point p, by counting the faces that the ray from p along
+    /// `dir` meets; −1 outside the wrap cuboid and where no body holds it. A ray through an edge or
+    /// a vertex, or along a face, may count wrongly.
+    int detect_a_point_in_body(double* p, double* dir);
+
+    /// The volume of body i, computed afresh and not stored; 0 for a body that does not exist.
+    double get_pt_bady_v(int i);
+
+    /// Puts a new vertex at the picked point. The picked face becomes one triangle for each of its
+    /// sides, in every body that lists it; the first takes its number, the others are appended.
+    /// `insert_point_on_side` puts it on the picked face's nearest edge instead, where each face on
+    /// that edge is cut from the new vertex. Other vertices and faces keep their numbers,
+    /// everything derived is built again, and the new vertex is the picked one. False, with the
+    /// model as it was, when nothing is picked or a triangle would be degenerate.
+    bool insert_point_on_poly();
+    bool insert_point_on_side();
+
+    // Moves of many vertices. The relation lists say what moves.
+
+    void set_body_as_relat(int i); ///< takes the faces, vertices and edges of body i
+    void set_all_body_as_relat();  ///< takes those of the whole model
+    /// Sets body i's `change_dirt` from the quadrant of its view box in which p lies.
+    void get_body_change_dirt(int i, double* p);
+    /// Fall-off weights of the gathered vertices: 1 at the first, less with level and distance.
+    void mut_weight();
+    /// Moves the gathered vertices in the view, to or by p and q, and refreshes what depends on
+    /// them: 1 onto p, 2 shifted so that the picked vertex lands on p, 3 a body's box scaled from q
+    /// to p, 4 shifted from q to p by weight, 5 and 6 shifted by p[2] in depth. Other modes move
+    /// nothing.
+    void change_mut_points(int mode, double* p, double* q);
+
+    // Merging and cleaning. Everything derived is built again.
+
+    /// Appends copies of m's vertices, faces and bodies.
+    void add_model(TMOD3D& m);
+    /// Removes body i and what only it used.
+    void deletet(int i);
+    /// Removes the faces that no body and the vertices that no face uses; the others keep their
+    /// order.
+    void clear_no_use_ele();
 };

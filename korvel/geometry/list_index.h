@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -12,6 +14,13 @@ namespace korvel {
 template <class List>
 bool has_element(const List& list, int index) {
     return index >= 0 && index < list.GetSize();
+}
+
+/// An index moved on by a number of records; one that no list can hold stays outside of every list.
+inline int shifted_index(int index, int by) {
+    const long long moved = static_cast<long long>(index) + by;
+    return static_cast<int>(std::clamp<long long>(moved, std::numeric_limits<int>::min(),
+                                                  std::numeric_limits<int>::max()));
 }
 
 /// Fills `target`, which may hold anything, with the elements of `source`, sized once.

@@ -1,0 +1,141 @@
+// Merging of models, removal of bodies, and of what no body uses.
+
+#include <vector>
+
+#include "korvel/body/body_geometry.h"
+#include "korvel/body/edge_chains.h"
+#include "korvel/geometry/list_index.h"
+
+using korvel::has_element;
+
+namespace {
+
+void shift_indices(CArray<int>& list, int by) {
+    for (int& index : list) {
+        index = korvel::shifted_index(index, by);
+    }
+}
+
+/// The new number of each record that is used, in the old order, and −1 for the others.
+/// `each_use(use)` calls `use(index)` for whatever is used.
+template <class EachUse>
+std::vector<int> number_used(int records, EachUse each_use) {
+    std::vector<int> numbers(static_cast<std::size_t>(records), -1);
+    each_use([&](int index) {
+        if (index >= 0 && index < records) {
+            numbers[static_cast<std::size_t>(index)] = 0;
+        }
+    });
+    int next = 0;
+    for (int& number : numbers) {
+        if (number >= 0) {
+            number = next++;
+        }
+    }
+    return numbers;
+}
+
+/// Removes the records without a number.
+template <class Records>
+void keep_numbered(Records& records, const std::vector<int>& numbers) {
+    std::size_t index = 0;
+    korvel::remove_elements(records, [&](const auto&) { return numbers[index++] < 0; });
+}
+
+void renumber(CArray<int>& list, const std::vector<int>& numbers) {
+    for (int& index : list) {
+        if (index >= 0 && static_cast<std::size_t>(index) < numbers.size()) {
+            index = numbers[static_cast<std::size_t>(index)];
+        }
+    }
+}
+
+} // namespace
+
+void TMOD3D::add_model(TMOD3D& m) {
+    const int first_vertex = verts.GetSize();
+    const int first_edge = lines.GetSize();
+    const int first_face = polys.GetSize();
+    const int first_body = bodies.GetSize();
+    const int new_verts = m.verts.GetSize();
+    const int new_faces = m.polys.GetSize();
+    const int new_bodies = m.bodies.GetSize();
+
+    verts.SetSize(first_vertex + new_verts);
+    for (int k = 0; k < new_verts; ++k) {
+        std::copy_n(m.verts[k].model_xyz, 3, verts[first_vertex + k].model_xyz);
+    }
+    polys.SetSize(first_face + new_faces);
+    for (int k = 0; k < new_faces; ++k) {
+        polys[first_face + k] = m.polys[k];
+        shift_indices(polys[first_face + k].verts, first_vertex);
+    }
+    bodies.SetSize(first_body + new_bodies);
+    for (int k = 0; k < new_bodies; ++k) {
+        bodies[first_body + k] = m.bodies[k];
+        shift_indices(bodies[first_body + k].polys, first_face);
+    }
+
+    korvel::find_all_sides(*this, first_face);
+    korvel::chain_verts(*this, first_face);
+    korvel::chain_lines(*this, first_face);
+    for (int e = first_edge; e < lines.GetSize(); ++e) {
+        lines[e].set_line_eqt(verts);
+    }
+    for (int b = first_body; b < bodies.GetSize(); ++b) {
+        korvel::orient_body(*this, b);
+    }
+    for (int f = first_face; f < polys.GetSize(); ++f) {
+        polys[f].set_poly_eql(verts);
+    }
+    for (int b = first_body; b < bodies.GetSize(); ++b) {
+        bodies[b].volume = korvel::body_volume(*this, bodies[b]);
+    }
+    comput_mode_aux_parm();
+    model_wrap_cuboid();
+    rotate_model();
+    mode_ok = 1;
+    found_top_rel();
+}
+
+void TMOD3D::deletet(int i) {
+    if (!has_element(bodies, i)) {
+        return;
+    }
+    bodies.RemoveAt(i);
+    clear_no_use_ele();
+    if (bodies.IsEmpty()) {
+        mode_ok = 0;
+    }
+}
+
+void TMOD3D::clear_no_use_ele() {
+    const std::vector<int> face_numbers = number_used(polys.GetSize(), [&](auto use) {
+        for (const BODY3D& body : bodies) {
+            std::for_each(body.polys.begin(), body.polys.end(), use);
+        }
+    });
+    keep_numbered(polys, face_numbers);
+    for (BODY3D& body : bodies) {
+        renumber(body.polys, face_numbers);
+    }
+
+    const std::vector<int> vertex_numbers = number_used(verts.GetSize(), [&](auto use) {
+        for (const POLY3D& face : polys) {
+            std::for_each(face.verts.begin(), face.verts.end(), use);
+        }
+    });
+    keep_numbered(verts, vertex_numbers);
+    for (POLY3D& face : polys) {
+        renumber(face.verts, vertex_numbers);
+    }
+
+    lines.RemoveAll();
+    korvel::find_all_sides(*this, 0);
+    korvel::chain_verts(*this, 0);
+    korvel::chain_lines(*this, 0);
+    comput_mode_aux_parm();
+    model_wrap_cuboid();
+    rotate_model();
+    found_top_rel();
+}
