@@ -20,9 +20,9 @@ double distance(const Plane& plane, const double* point);
 } // namespace
 
 PlaneAxes::PlaneAxes(const Plane& plane) {
-    const auto* const largest = std::max_element(plane.begin(), plane.begin() + 3, [](double a, double b) {
-        return std::abs(a) < std::abs(b);
-    });
+    const auto* const largest =
+        std::max_element(plane.begin(), plane.begin() + 3,
+                         [](double a, double b) { return std::abs(a) < std::abs(b); });
     away = static_cast<int>(largest - plane.begin());
     u = away == 0 ? 1 : 0;
     v = away == 2 ? 1 : 2;
