@@ -6,6 +6,7 @@ set -euo pipefail
 packages=(
     g++ cmake ninja-build pkg-config
     libcairo2-dev libcli11-dev libgeos-dev
+    libgl-dev libegl-dev libgl1-mesa-dri
     libgtest-dev libbenchmark-dev
     "$@"
 )

@@ -180,6 +180,23 @@ public:
     /// nothing.
     void change_mut_points(int mode, double* p, double* q);
 
+    // Drawing in immediate mode into the current OpenGL context, whose projection, model-view
+    // transform, depth test and blending are the caller's. The view must be current, and for the
+    // first two the relations. Larger w is nearer to the viewer. Nothing in the model changes.
+
+    /// Fills the faces of each body in view coordinates, in the body's hue, saturation and alpha; a
+    /// face is the lighter the more it faces the viewer.
+    void gl_draw_mbody();
+    /// The same in model coordinates, opaque and with normals, which are those of the view.
+    void gl_draw_orig_mbody();
+    /// Issues the model coordinates of all faces' vertices and nothing else.
+    void gl_draw_all_poly();
+    void gl_draw_cuboid_line(); ///< the turned wrap cuboid in black lines
+    void gl_draw_cuboid_plan(); ///< draws nothing
+    void gl_draw_sel_vert();    ///< the gathered vertices as yellow points
+    /// All edges in white, lifted towards the viewer by a two-hundredth of the model's depth.
+    void gl_draw_body_outlook();
+
     // Merging and cleaning. Everything derived is built again.
 
     /// Appends copies of m's vertices, faces and bodies.

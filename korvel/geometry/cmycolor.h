@@ -21,6 +21,9 @@ public:
     CMYColor& operator=(const CMYColor& src) = default;
     virtual ~CMYColor() = default;
 
+    void Copy(const CMYColor& src) { *this = src; }
+    void RemoveAll() {} ///< there are no arrays to empty
+
     /// Sets hue, saturation and lightness from the channels. Pure red has hue 360, greys have 0.
     void RGBToHLS();
     /// Sets the channels from hue, lightness and saturation.

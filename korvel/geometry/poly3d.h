@@ -82,6 +82,11 @@ public:
     /// The face's vertex nearest to p = (u, v), the first of equals; 0 for an empty face.
     int get_uvw_near_point(CArray<VERT3D, VERT3D&>& verts, double* p);
 
+    /// Issues the vertices, in order, into the OpenGL primitive that the caller has begun:
+    /// `gl_draw_poly` in view coordinates, `gl_draw_orig_poly` in model coordinates.
+    void gl_draw_poly(CArray<VERT3D, VERT3D&>* verts);
+    void gl_draw_orig_poly(CArray<VERT3D, VERT3D&>* verts);
+
     /// The face's edge whose line is nearest to p = (u, v), the first of equals; q receives a point
     /// of that edge in model coordinates, always on the end side of its start. A face without edges
     /// gives 0 and leaves q alone.

@@ -1,17 +1,30 @@
 #pragma once
 
-// KORVEL_API marks what a host may call. Static builds define KORVEL_STATIC, for the library and
-// for everything that links it; KORVEL_BUILDING is defined only while the library itself is
+// KORVEL_API marks what a host may call of the library, KORVEL_PLATFORM_API what it may call of the
+// framework room, which is a library of its own: its chain of loaded extension libraries outlives
+// each of them. Static builds define KORVEL_STATIC, for both and for everything that links them;
+// KORVEL_BUILDING and KORVEL_PLATFORM_BUILDING are defined only while the one or the other is
 // compiled.
 
 #if defined(KORVEL_STATIC)
-#define KORVEL_API
+#define KORVEL_EXPORT
+#define KORVEL_IMPORT
 #elif defined(_WIN32)
-#if defined(KORVEL_BUILDING)
-#define KORVEL_API __declspec(dllexport)
+#define KORVEL_EXPORT __declspec(dllexport)
+#define KORVEL_IMPORT __declspec(dllimport)
 #else
-#define KORVEL_API __declspec(dllimport)
+#define KORVEL_EXPORT __attribute__((visibility("default")))
+#define KORVEL_IMPORT KORVEL_EXPORT
 #endif
+
+#if defined(KORVEL_BUILDING)
+#define KORVEL_API KORVEL_EXPORT
 #else
-#define KORVEL_API __attribute__((visibility("default")))
+#define KORVEL_API KORVEL_IMPORT
+#endif
+
+#if defined(KORVEL_PLATFORM_BUILDING)
+#define KORVEL_PLATFORM_API KORVEL_EXPORT
+#else
+#define KORVEL_PLATFORM_API KORVEL_IMPORT
 #endif

@@ -52,7 +52,7 @@ public:
 ///
 /// A device keeps pointers to the selected pen and brush. The library selects its own for the
 /// length of a drawing call and puts back what was selected before.
-class KORVEL_API CDC {
+class KORVEL_PLATFORM_API CDC {
 public:
     CDC() = default;
     CDC(const CDC&) = delete;

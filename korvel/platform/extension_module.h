@@ -11,15 +11,15 @@ struct AFX_EXTENSION_MODULE {
 
 /// Fills the record when the module is loaded and returns non-zero. A record that is already
 /// initialised keeps its module.
-KORVEL_API BOOL AfxInitExtensionModule(AFX_EXTENSION_MODULE& record, HINSTANCE module);
+KORVEL_PLATFORM_API BOOL AfxInitExtensionModule(AFX_EXTENSION_MODULE& record, HINSTANCE module);
 
 /// Zeroes the record when the module is unloaded and takes every library registered for that module
 /// out of the chain. A record that is not initialised stays as it is.
-KORVEL_API void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record);
+KORVEL_PLATFORM_API void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record);
 
 /// An extension library in the framework's chain. It joins at the front when it is constructed and
 /// leaves when it is destroyed, or before that when its module is terminated.
-class KORVEL_API CDynLinkLibrary {
+class KORVEL_PLATFORM_API CDynLinkLibrary {
 public:
     explicit CDynLinkLibrary(const AFX_EXTENSION_MODULE& record);
     CDynLinkLibrary(const CDynLinkLibrary&) = delete;
@@ -41,6 +41,6 @@ private:
 namespace korvel {
 
 /// Front of the chain, the library that registered last; null when there is none.
-KORVEL_API CDynLinkLibrary* first_extension_library() noexcept;
+KORVEL_PLATFORM_API CDynLinkLibrary* first_extension_library() noexcept;
 
 } // namespace korvel
