@@ -7,3 +7,8 @@ tools/install_packages.sh
 cmake --preset release
 cmake --build --preset release
 ctest --preset release
+
+# Loading and unloading takes the shared library.
+cmake --preset shared
+cmake --build --preset shared --target module_tests
+ctest --preset shared -R '^module\.'
