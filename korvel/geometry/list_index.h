@@ -16,6 +16,13 @@ bool has_element(const List& list, int index) {
     return index >= 0 && index < list.GetSize();
 }
 
+/// Whether all of `indices` name elements of `list`.
+template <class List>
+bool has_elements(const List& list, const CArray<int>& indices) {
+    return std::all_of(indices.begin(), indices.end(),
+                       [&](int index) { return has_element(list, index); });
+}
+
 /// An index moved on by a number of records; one that no list can hold stays outside of every list.
 inline int shifted_index(int index, int by) {
     const long long moved = static_cast<long long>(index) + by;

@@ -143,6 +143,11 @@ public:
     /// one-point curves and duplicate curves are gone. Close to linear in points plus crossings.
     void SetPtsInfo(CArray<tagPOINT>& pts, CArray<int>& counts);
 
+    /// Sets for all objects with how many crossings of a network the analysis gives up and leaves
+    /// empty results; one counts on each of the two segments. Returns the limit before, which is
+    /// 10,000,000 at the start: regions of so many take about 3 GB.
+    static int set_crossing_limit(int crossings);
+
     /// Plain store and fetch; nothing is computed again.
     void SetTolerance(double t);
     void GetTolerance(double& t);

@@ -9,14 +9,28 @@
 namespace korvel {
 namespace {
 
-/// Up to this difference of coordinates the products of the crossing formula are exact in double,
-/// so that segments cross by the formula exactly when they do, and only where their boxes meet.
-constexpr std::int64_t exact_extent = std::int64_t{1} << 25;
+/// Up to this size the crossing formula's products, of a difference of coordinates anywhere in the
+/// network and one along a segment, have exact sums in double. Segments then cross by the formula
+/// exactly when they do, and only where their boxes meet.
+constexpr std::int64_t exact_product = std::int64_t{1} << 51;
+
+/// The larger side of the box around a segment.
+std::int64_t segment_span(const CArray<tagPOINT>& pts, int p) {
+    return std::max(std::abs(static_cast<std::int64_t>(pts[p + 1].x) - pts[p].x),
+                    std::abs(static_cast<std::int64_t>(pts[p + 1].y) - pts[p].y));
+}
 
 /// Collects crossings; what piles up at busy points is sorted and thinned now and then, so that
 /// memory follows the distinct crossings and not the pairs that meet in them.
 class CrossingList {
 public:
+    CrossingList(int points, int most)
+        : most_(static_cast<std::size_t>(std::max(most, 0))),
+          ends_met_(static_cast<std::size_t>(points)) {}
+
+    /// Whether there turned out to be too many; further tests then add nothing.
+    bool is_full() const { return is_full_; }
+
     void test(const CArray<tagPOINT>& pts, int a, int b) {
         // A segment and its two neighbours on the same curve do not split each other. The segments
         // on both sides of the step from one curve to the next are two apart.
@@ -28,8 +42,8 @@ public:
         if (line_crossing(pts[a], pts[a + 1], on_a, pts[b], pts[b + 1], on_b) && on_a >= 0 &&
             on_a <= 1 && on_b >= 0 && on_b <= 1) {
             // The formula is symmetric to the last bit, so one test serves both segments.
-            found_.push_back({a, on_a});
-            found_.push_back({b, on_b});
+            add({a, on_a});
+            add({b, on_b});
             if (found_.size() >= thin_at_) {
                 thin();
                 thin_at_ = std::max(thin_at_, 2 * found_.size());
@@ -37,12 +51,25 @@ public:
         }
     }
 
-    std::vector<Crossing> take() {
+    std::optional<std::vector<Crossing>> take() {
         thin();
-        return std::move(found_);
+        return is_full_ ? std::nullopt : std::optional(std::move(found_));
     }
 
 private:
+    /// Adds a crossing; one at an end of its segment, where busy points are, only the first time.
+    void add(const Crossing& crossing) {
+        if (crossing.ratio == 0 || crossing.ratio == 1) {
+            char& ends_met = ends_met_[static_cast<std::size_t>(crossing.segment)];
+            const char end = crossing.ratio == 0 ? 1 : 2;
+            if ((ends_met & end) != 0) {
+                return;
+            }
+            ends_met = static_cast<char>(ends_met | end);
+        }
+        found_.push_back(crossing);
+    }
+
     void thin() {
         std::sort(found_.begin(), found_.end(), [](const Crossing& a, const Crossing& b) {
             return a.segment != b.segment ? a.segment < b.segment : a.ratio < b.ratio;
@@ -51,8 +78,12 @@ private:
             return a.segment == b.segment && a.ratio == b.ratio;
         };
         found_.erase(std::unique(found_.begin(), found_.end(), same), found_.end());
+        is_full_ = is_full_ || found_.size() > most_;
     }
 
+    std::size_t most_;
+    bool is_full_ = false;
+    std::vector<char> ends_met_; ///< of the segment from each point: 1 its first, 2 its second
     std::vector<Crossing> found_;
     std::size_t thin_at_ = std::size_t{1} << 20U;
 };
@@ -80,10 +111,10 @@ public:
     }
 
     /// Calls `test(a, b)` at least once for each pair of segments whose boxes meet in a shared
-    /// cell.
-    template <class Test>
-    void for_each_close_pair(Test test) const {
-        for (std::size_t cell = 0; cell + 1 < cell_starts_.size(); ++cell) {
+    /// cell, until `is_enough()`.
+    template <class Test, class IsEnough>
+    void for_each_close_pair(Test test, IsEnough is_enough) const {
+        for (std::size_t cell = 0; cell + 1 < cell_starts_.size() && !is_enough(); ++cell) {
             for (std::size_t i = cell_starts_[cell]; i < cell_starts_[cell + 1]; ++i) {
                 const IntBox box = segment_box(entries_[i]);
                 for (std::size_t j = cell_starts_[cell]; j < i; ++j) {
@@ -171,7 +202,8 @@ private:
 
 } // namespace
 
-std::vector<Crossing> find_crossings(const CArray<tagPOINT>& pts, const CurveSpans& curves) {
+std::optional<std::vector<Crossing>> find_crossings(const CArray<tagPOINT>& pts,
+                                                    const CurveSpans& curves, int most) {
     std::vector<int> segments;
     IntBox box;
     for (int curve = 0; curve < curves.size(); ++curve) {
@@ -181,20 +213,21 @@ std::vector<Crossing> find_crossings(const CArray<tagPOINT>& pts, const CurveSpa
             box.include(pts[p + 1]);
         }
     }
+    if (segments.empty()) {
+        return std::vector<Crossing>();
+    }
+    const std::int64_t span = std::max(static_cast<std::int64_t>(box.x_max) - box.x_min,
+                                       static_cast<std::int64_t>(box.y_max) - box.y_min);
+    const auto is_short = [&](int p) { return segment_span(pts, p) * span <= exact_product; };
+    const auto first_long = std::stable_partition(segments.begin(), segments.end(), is_short);
 
-    CrossingList crossings;
-    const bool exact = !segments.empty() &&
-                       static_cast<std::int64_t>(box.x_max) - box.x_min <= exact_extent &&
-                       static_cast<std::int64_t>(box.y_max) - box.y_min <= exact_extent;
-    if (exact) {
-        SegmentGrid(pts, segments, box).for_each_close_pair([&](int a, int b) {
-            crossings.test(pts, a, b);
-        });
-    } else {
-        for (std::size_t i = 0; i < segments.size(); ++i) {
-            for (std::size_t j = 0; j < i; ++j) {
-                crossings.test(pts, segments[i], segments[j]);
-            }
+    CrossingList crossings(pts.GetSize(), most);
+    SegmentGrid(pts, {segments.begin(), first_long}, box)
+        .for_each_close_pair([&](int a, int b) { crossings.test(pts, a, b); },
+                             [&] { return crossings.is_full(); });
+    for (auto a = first_long; a != segments.end() && !crossings.is_full(); ++a) {
+        for (auto b = segments.begin(); b != a; ++b) {
+            crossings.test(pts, *a, *b);
         }
     }
     return crossings.take();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "korvel/region/curve_spans.h"
@@ -18,10 +19,13 @@ bool line_crossing(const tagPOINT& p1, const tagPOINT& p2, double& r1, const tag
                    const tagPOINT& p4, double& r2);
 
 /// Every crossing of a segment with another one that is not its neighbour on the same curve, ends
-/// included, ascending by segment and ratio, each ratio of a segment once.
+/// included, ascending by segment and ratio, each ratio of a segment once. Nothing when there are
+/// more than `most` of them.
 ///
 /// Cost: close to linear in segments plus crossings, by a grid of cells about as large as the
-/// segments. Networks that span more than 2^25 units compare every segment with every other.
-std::vector<Crossing> find_crossings(const CArray<tagPOINT>& pts, const CurveSpans& curves);
+/// segments. In networks that span more than 2^25 units each segment longer than 2^51 units divided
+/// by the span is compared with every other.
+std::optional<std::vector<Crossing>> find_crossings(const CArray<tagPOINT>& pts,
+                                                    const CurveSpans& curves, int most);
 
 } // namespace korvel

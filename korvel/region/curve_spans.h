@@ -1,8 +1,11 @@
 #pragma once
 
 #include <algorithm>
+#include <limits>
 #include <vector>
 
+#include "korvel/geometry/list_index.h"
+#include "korvel/geometry/plane_point.h"
 #include "korvel/platform/framework.h"
 
 namespace korvel {
@@ -66,6 +69,20 @@ inline std::vector<int> ring_places(const CurveSpans& curves, const CArray<int>&
         places.pop_back();
     }
     return places;
+}
+
+inline PlanePoint vector_between(const tagPOINT& from, const tagPOINT& to) {
+    return {static_cast<double>(to.x) - from.x, static_cast<double>(to.y) - from.y};
+}
+
+/// From a point to the one that `index` names among `pts`; not a number where it names none, which
+/// makes every angle sum that it enters not a number either.
+inline PlanePoint vector_to(const CArray<tagPOINT>& pts, int index, const tagPOINT& from) {
+    if (!has_element(pts, index)) {
+        constexpr double nowhere = std::numeric_limits<double>::quiet_NaN();
+        return {nowhere, nowhere};
+    }
+    return vector_between(from, pts[index]);
 }
 
 inline bool same_point(const tagPOINT& a, const tagPOINT& b) {

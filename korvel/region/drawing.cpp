@@ -23,7 +23,8 @@ void CREGION::Draw_Poly(int colour_index, PyToRg& region, CDC* dc) {
     }
     korvel::PolygonGroup group;
     for (const int ring : region.rings) {
-        if (!korvel::has_element(ring_pts, ring)) {
+        if (!korvel::has_element(ring_pts, ring) ||
+            !korvel::has_elements(unique_pts, ring_pts[ring].pts)) {
             continue;
         }
         for (const int pt : ring_pts[ring].pts) {

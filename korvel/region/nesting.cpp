@@ -8,7 +8,6 @@
 #include "korvel/region/curve_spans.h"
 
 using korvel::CurveSpans;
-using korvel::PlanePoint;
 
 namespace {
 
@@ -159,6 +158,10 @@ void CREGION::GetRStoPt() {
 }
 
 void CREGION::SearchAllRegion() {
+    // A ring that a host has emptied, or given points that do not exist, lies nowhere.
+    const auto has_place = [&](const RToPt& ring) {
+        return !ring.pts.IsEmpty() && korvel::has_elements(unique_pts, ring.pts);
+    };
     const int count = ring_pts.GetSize();
     regions.SetSize(0);
     regions.SetSize(count);
@@ -167,7 +170,7 @@ void CREGION::SearchAllRegion() {
         RToPt& ring = ring_pts[i];
         ring.is_hole = 0;
         regions[i].rings.Add(i);
-        if (!ring.pts.IsEmpty()) {
+        if (has_place(ring)) {
             first_points[static_cast<std::size_t>(i)] = unique_pts[ring.pts[0]];
         }
     }
@@ -185,7 +188,10 @@ void CREGION::SearchAllRegion() {
     std::vector<int> inside_box;
     std::vector<int> neighbour_of(static_cast<std::size_t>(count), -1);
     for (int i = 1; i < count; ++i) {
-        unclaimed.set_alive(i - 1, !ring_pts[i - 1].pts.IsEmpty());
+        unclaimed.set_alive(i - 1, has_place(ring_pts[i - 1]));
+        if (!has_place(ring_pts[i])) {
+            continue;
+        }
         korvel::IntBox box;
         for (const int pt : ring_pts[i].pts) {
             box.include(unique_pts[pt]);
@@ -212,10 +218,7 @@ void CREGION::SearchAllRegion() {
 }
 
 int CREGION::PtInRing(tagPOINT pt, const RToPt& ring, CArray<tagPOINT>& pts) {
-    const auto corner = [&](int k) {
-        const tagPOINT& at = pts[ring.pts[k]];
-        return PlanePoint{static_cast<double>(at.x) - pt.x, static_cast<double>(at.y) - pt.y};
-    };
+    const auto corner = [&](int k) { return korvel::vector_to(pts, ring.pts[k], pt); };
     return korvel::winding_encloses(ring.pts.GetSize(), corner) ? 1 : 0;
 }
 

@@ -5,7 +5,9 @@
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
 #include "korvel/region/cregion.h"
+#include "korvel/region/curve_spans.h"
 
+using korvel::has_element;
 using korvel::PlanePoint;
 
 namespace {
@@ -34,12 +36,17 @@ void write_all(RegionSet& out, const CREGION& source) {
     }
 }
 
-/// New numbers for the records that are used, dense and in the old order.
+/// New numbers for the records that are used, dense and in the old order. Indices of records that
+/// do not exist are passed over.
 class Renumbering {
 public:
     explicit Renumbering(int size) : new_index_(static_cast<std::size_t>(size), -1) {}
 
-    void use(int index) { new_index_[static_cast<std::size_t>(index)] = 0; }
+    void use(int index) {
+        if (is_record(index)) {
+            new_index_[static_cast<std::size_t>(index)] = 0;
+        }
+    }
     /// Numbers what is used and returns how many there are.
     int number() {
         int next = 0;
@@ -50,17 +57,28 @@ public:
         }
         return next;
     }
-    int operator[](int index) const { return new_index_[static_cast<std::size_t>(index)]; }
+    /// The new number, or −1.
+    int operator[](int index) const {
+        return is_record(index) ? new_index_[static_cast<std::size_t>(index)] : -1;
+    }
 
 private:
+    bool is_record(int index) const {
+        return index >= 0 && static_cast<std::size_t>(index) < new_index_.size();
+    }
+
     std::vector<int> new_index_;
 };
 
 void renumber_list(CArray<int>& target, const CArray<int>& source, const Renumbering& numbers) {
     target.SetSize(source.GetSize());
-    for (int k = 0; k < source.GetSize(); ++k) {
-        target[k] = numbers[source[k]];
+    int slot = 0;
+    for (const int index : source) {
+        if (numbers[index] >= 0) {
+            target[slot++] = numbers[index];
+        }
     }
+    target.SetSize(slot);
 }
 
 } // namespace
@@ -104,7 +122,9 @@ void CREGION::GetSelectRegion(PLYDT& out) {
         if (region.is_select == 1) {
             ++selected;
             for (const int ring : region.rings) {
-                ring_pts[ring].is_hole = 1; // serves as a used mark here
+                if (has_element(ring_pts, ring)) {
+                    ring_pts[ring].is_hole = 1; // serves as a used mark here
+                }
             }
         }
     }
@@ -146,7 +166,8 @@ void CREGION::AddSelectRegion(tagPOINT pt) {
         return;
     }
     for (PyToRg& region : regions) {
-        if (PtInRing(pt, ring_pts[region.rings[0]], unique_pts) == 1) {
+        if (!region.rings.IsEmpty() && has_element(ring_pts, region.rings[0]) &&
+            PtInRing(pt, ring_pts[region.rings[0]], unique_pts) == 1) {
             region.is_select = 1;
             return;
         }
@@ -170,11 +191,11 @@ void CREGION::ClockwiseRing(RToPt& ring, CArray<tagPOINT>& pts) {
     if (n < 3) {
         return;
     }
+    if (!has_element(pts, ring.pts[n - 1])) {
+        return;
+    }
     const tagPOINT& pivot = pts[ring.pts[n - 1]];
-    const auto from_pivot = [&](int k) {
-        const tagPOINT& at = pts[ring.pts[k]];
-        return PlanePoint{static_cast<double>(at.x) - pivot.x, static_cast<double>(at.y) - pivot.y};
-    };
+    const auto from_pivot = [&](int k) { return korvel::vector_to(pts, ring.pts[k], pivot); };
     double sum = 0;
     PlanePoint a = from_pivot(0);
     for (int k = 1; k <= n - 2; ++k) {

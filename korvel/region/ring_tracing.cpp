@@ -1,7 +1,10 @@
 // Tracing of rings: walks along live curves that turn as sharply as they can at every node.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numbers>
+#include <unordered_map>
 
 #include "korvel/geometry/first_index.h"
 #include "korvel/geometry/list_index.h"
@@ -13,16 +16,13 @@
 using korvel::curve_of;
 using korvel::CurveSpans;
 using korvel::PlanePoint;
+using korvel::vector_between;
 using korvel::walked_backwards;
 
 namespace {
 
 constexpr int sharpest_right = -1;
 constexpr int sharpest_left = 1;
-
-PlanePoint vector_between(const tagPOINT& from, const tagPOINT& to) {
-    return {static_cast<double>(to.x) - from.x, static_cast<double>(to.y) - from.y};
-}
 
 /// The counter-clockwise angle (y axis up) from the unit vector u to v, in [0, 2π). By arc sine
 /// alone: the last digits decide between nearly equal directions.
@@ -57,6 +57,12 @@ public:
         PlanePoint back = departure(-curve_id);
         const double length = std::sqrt(back.x * back.x + back.y * back.y);
         back = {back.x / length, back.y / length};
+        if (region_.node_to_curve[node].curve_ids.GetSize() >= hub_size) {
+            const int id = next_at_hub(node, -curve_id, back, turn);
+            if (id != 0) {
+                return id;
+            }
+        }
         candidates_.clear();
         for (const int id : region_.node_to_curve[node].curve_ids) {
             if (id != -curve_id && is_live(id)) {
@@ -78,6 +84,70 @@ private:
         double angle;
         int id;
     };
+    struct Departure {
+        double bearing;
+        int id;
+    };
+    static constexpr int hub_size = 32;
+
+    /// The choice among many curves: of all departures by bearing only those next to the way back
+    /// are measured, on the one hand or the other. 0 where two of them measure the same, which the
+    /// sort of all would decide, and where none is left.
+    int next_at_hub(int node, int way_back, PlanePoint back, int turn) {
+        // Measured angles are off by less, even where the arc sine is steep.
+        constexpr double slack = 1e-6;
+        constexpr double full_turn = 2 * std::numbers::pi;
+        const std::vector<Departure>& around = departures_of(node);
+        const int count = static_cast<int>(around.size());
+        const double start =
+            std::remainder(std::atan2(back.y, back.x) - turn_sense(turn) * slack, full_turn);
+        const auto first = std::partition_point(
+            around.begin(), around.end(), [&](const Departure& d) { return d.bearing < start; });
+        int at = static_cast<int>(first - around.begin()) - (turn == sharpest_right ? 0 : 1);
+        int best = 0;
+        bool is_tied = false;
+        double smallest = 2 * full_turn;
+        for (int seen = 0; seen < count; ++seen, at += turn_sense(turn)) {
+            const Departure& departure = around[static_cast<std::size_t>((at + count) % count)];
+            double past_start = turn_sense(turn) * (departure.bearing - start);
+            past_start += past_start < 0 ? full_turn : 0;
+            if (past_start > smallest + 2 * slack) {
+                break;
+            }
+            if (departure.id == way_back) {
+                continue;
+            }
+            const double angle = angle_between(back, this->departure(departure.id));
+            const double past_back = turn == sharpest_right ? angle : full_turn - angle;
+            if (std::isnan(past_back)) {
+                return 0;
+            }
+            is_tied = past_back == smallest || (is_tied && past_back > smallest);
+            if (past_back < smallest) {
+                smallest = past_back;
+                best = departure.id;
+            }
+        }
+        return is_tied ? 0 : best;
+    }
+
+    static int turn_sense(int turn) { return turn == sharpest_right ? 1 : -1; }
+
+    /// The live departures at a node, sorted by bearing.
+    const std::vector<Departure>& departures_of(int node) {
+        std::vector<Departure>& around = departures_[node];
+        if (around.empty()) {
+            for (const int id : region_.node_to_curve[node].curve_ids) {
+                if (is_live(id)) {
+                    const PlanePoint way = departure(id);
+                    around.push_back({std::atan2(way.y, way.x), id});
+                }
+            }
+            std::sort(around.begin(), around.end(),
+                      [](const Departure& a, const Departure& b) { return a.bearing < b.bearing; });
+        }
+        return around;
+    }
 
     bool has_direction(int curve) const {
         return curve < curves_.size() && curves_.count(curve) >= 2;
@@ -97,6 +167,7 @@ private:
     const CREGION& region_;
     const CurveSpans& curves_;
     std::vector<Candidate> candidates_;
+    std::unordered_map<int, std::vector<Departure>> departures_; ///< of hubs, as they are met
 };
 
 using IdList = std::vector<int>;

@@ -11,7 +11,6 @@
 #include "korvel/region/curve_spans.h"
 
 using korvel::CurveSpans;
-using korvel::PlanePoint;
 
 namespace {
 
@@ -33,8 +32,7 @@ public:
 
     bool encloses(const tagPOINT& pt) const {
         const auto corner = [&](int k) {
-            const tagPOINT& at = corners_[static_cast<std::size_t>(k)];
-            return PlanePoint{static_cast<double>(at.x) - pt.x, static_cast<double>(at.y) - pt.y};
+            return korvel::vector_between(pt, corners_[static_cast<std::size_t>(k)]);
         };
         return box_.contains(pt) &&
                korvel::winding_encloses(static_cast<int>(corners_.size()), corner);

@@ -1,16 +1,18 @@
 // Splitting of the curves where they meet.
 
-#include <cmath>
+#include <utility>
 
 #include "korvel/geometry/device_point.h"
 #include "korvel/geometry/list_index.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/crossings.h"
 
-using korvel::Crossing;
 using korvel::CurveSpans;
 
 namespace {
+
+// A crossing costs about 300 bytes by the time regions stand.
+int most_crossings = 10'000'000;
 
 /// Pieces of curves, one after another.
 struct Pieces {
@@ -35,6 +37,10 @@ tagPOINT split_point(const tagPOINT& from, const tagPOINT& to, double ratio) {
 
 } // namespace
 
+int CREGION::set_crossing_limit(int crossings) {
+    return std::exchange(most_crossings, crossings);
+}
+
 void CREGION::SplitPureCurve() {
     curve_pts.SetSize(0, 50);
     curve_counts.SetSize(0, 50);
@@ -45,16 +51,19 @@ void CREGION::SplitPureCurve() {
     FilterRedundantCurve(input_pts, input_counts);
 
     const CurveSpans curves(*input_pts, *input_counts);
-    const std::vector<Crossing> crossings = korvel::find_crossings(*input_pts, curves);
+    const auto crossings = korvel::find_crossings(*input_pts, curves, most_crossings);
+    if (!crossings) {
+        return;
+    }
 
     // A ratio of 0 or 1 leaves a repeated point or a one-point piece behind; they stay until the
     // curve ends are snapped.
     Pieces pieces;
-    auto crossing = crossings.begin();
+    auto crossing = crossings->begin();
     for (int curve = 0; curve < curves.size(); ++curve) {
         for (int p = curves.start(curve); p < curves.end(curve); ++p) {
             pieces.add((*input_pts)[p]);
-            for (; crossing != crossings.end() && crossing->segment == p; ++crossing) {
+            for (; crossing != crossings->end() && crossing->segment == p; ++crossing) {
                 const tagPOINT split =
                     split_point((*input_pts)[p], (*input_pts)[p + 1], crossing->ratio);
                 pieces.add(split);

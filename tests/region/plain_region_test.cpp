@@ -70,6 +70,21 @@ Curves hubs(Dice& dice, Curves curves) {
     return curves;
 }
 
+/// Many petals around one point, far out with steps too small for the arc sine, or close by with
+/// equal directions.
+Curves flower(Dice& dice) {
+    constexpr int sizes[] = {4, 60, 5000, 1'000'000'000};
+    const int size = sizes[dice(0, 3)];
+    Curves petals;
+    for (int k = 0; k < 40; ++k) {
+        const int step = size < 100 ? dice(-size, size) : dice(0, 1) * 20 + k;
+        const Pt axes[] = {{size, step}, {step, size}, {-size, step}, {step, -size}};
+        const Pt at = axes[dice(0, 3)];
+        petals.push_back({{0, 0}, at, {at.x + dice(0, 1), at.y + dice(0, 1)}, {0, 0}});
+    }
+    return petals;
+}
+
 /// Every curve a few times, forwards and backwards, with its ends a little off.
 Curves redrawn(Dice& dice, const Curves& curves) {
     Curves all;
@@ -87,6 +102,9 @@ Curves redrawn(Dice& dice, const Curves& curves) {
 Curves random_network(Dice& dice) {
     constexpr int far = 1 << 30;
     const int count = dice(0, 40) == 0 ? 24 : dice(1, 12);
+    if (dice(0, 49) == 0) {
+        return flower(dice);
+    }
     switch (dice(0, 9)) {
     case 0:
         return scribbles(dice, 2 * count, 2, 6);

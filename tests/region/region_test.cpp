@@ -367,6 +367,57 @@ TEST(Region, TakesInconsistentCountsForWhatThePointsBear) {
     EXPECT_LE(a.region.in_rings.GetSize(), 1);
 }
 
+TEST(Region, GivesUpOnTooManyCrossings) {
+    // A mesh of 3 by 3 lines: 9 crossings, each on two segments.
+    const char* const mesh = "0,1 9,1; 0,4 9,4; 0,7 9,7; 1,0 1,9; 4,0 4,9; 7,0 7,9";
+    const int before = CREGION::set_crossing_limit(18);
+    EXPECT_EQ(before, 10'000'000);
+    Analysed a(mesh);
+    EXPECT_EQ(a.region.regions.GetSize(), 4);
+
+    EXPECT_EQ(CREGION::set_crossing_limit(17), 18);
+    a.region.SetPtsInfo(a.network.pts, a.network.counts);
+    EXPECT_EQ(a.region.curve_pts.GetSize() + a.region.node_pts.GetSize(), 0);
+    EXPECT_EQ(a.region.rings.GetSize() + a.region.regions.GetSize(), 0);
+    EXPECT_EQ(a.region.is_calculated, 1);
+    CREGION::set_crossing_limit(-1);
+    EXPECT_EQ(Analysed("0,0 5,0 5,5 0,0").region.regions.GetSize(), 0);
+    CREGION::set_crossing_limit(before);
+    EXPECT_EQ(Analysed(mesh).region.regions.GetSize(), 4);
+}
+
+TEST(Region, PassesOverIndicesThatNameNothing) {
+    constexpr int far = std::numeric_limits<int>::max();
+    Analysed a("0,0 9,0 9,9 0,9 0,0; 20,0 29,0 29,9 20,9 20,0; 2,2 4,2 4,4 2,4 2,2");
+    ASSERT_EQ(a.regions(), (Lists{{0}, {1}, {2}}));
+    a.region.regions[0].rings.RemoveAll();
+    a.region.regions[1].rings[0] = far;
+    a.region.regions[2].rings.Add(-1);
+    a.region.AddSelectRegion({25, 5});
+    EXPECT_EQ(a.selected(), (Ints{0, 0, 0}));
+    a.region.AddSelectRegion({3, 3});
+    EXPECT_EQ(a.selected(), (Ints{0, 0, 1}));
+    PLYDT out;
+    a.region.GetSelectRegion(out);
+    ASSERT_EQ(out.region_list.GetSize(), 1);
+    EXPECT_EQ(ints(out.region_list[0].rings), Ints{0});
+
+    a.region.ring_pts[2].pts[1] = far; // now it lies nowhere
+    a.region.SetSelectRegion({3, 3});
+    EXPECT_EQ(a.selected(), (Ints{0, 0, 0}));
+    const Ints as_it_was = ints(a.region.ring_pts[2].pts);
+    CCPloy2DRg all;
+    a.region.GetAllRegion(all);
+    EXPECT_EQ(ints(all.ring_list[2].pts), as_it_was);
+    a.region.GetSelectRegion(out);
+    EXPECT_EQ(out.ring_list[out.ring_list.GetUpperBound()].pts.GetSize(), 3);
+    korvel::test::RecordingDC dc;
+    a.region.Draw_Regon(&dc);
+    a.region.SearchAllRegion();
+    EXPECT_EQ(a.regions(), (Lists{{0}, {1}, {2}}));
+    EXPECT_EQ(a.region.GetNextCurve(std::numeric_limits<int>::min(), 1), 0);
+}
+
 /// The bounded faces of the pruned graph, by Euler's formula.
 int bounded_faces(const CREGION& region) {
     Ints roots(static_cast<std::size_t>(region.node_pts.GetSize()));
