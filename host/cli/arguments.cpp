@@ -74,7 +74,9 @@ Box parse_box(const std::string& option, const std::string& text) {
 
 std::vector<double> parse_reals(const std::string& option, const std::string& text,
                                 const std::string& form) {
-    const auto count = std::count(form.begin(), form.end(), ',') + 1;
+    const auto optional = std::find(form.begin(), form.end(), '[');
+    const auto least = std::count(form.begin(), optional, ',') + 1;
+    const auto most = std::count(form.begin(), form.end(), ',') + 1;
     std::vector<double> values;
     std::string_view rest = text;
     bool has_more = true;
@@ -88,8 +90,9 @@ std::vector<double> parse_reals(const std::string& option, const std::string& te
         has_more = end != std::string_view::npos;
         rest.remove_prefix(has_more ? end + 1 : rest.size());
     }
-    if (has_more || static_cast<std::ptrdiff_t>(values.size()) != count) {
-        refuse(option, text, form + (count > 1 ? " in finite numbers" : ", a finite number"));
+    const auto count = static_cast<std::ptrdiff_t>(values.size());
+    if (has_more || count < least || count > most) {
+        refuse(option, text, form + (most > 1 ? " in finite numbers" : ", a finite number"));
     }
     return values;
 }

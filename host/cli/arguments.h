@@ -30,8 +30,8 @@ PictureSize parse_picture_size(const std::string& option, const std::string& tex
 /// X,Y,X,Y in finite numbers: two opposite corners that differ in x and y.
 Box parse_box(const std::string& option, const std::string& text);
 
-/// As many finite numbers, separated by commas, as `form` has commas and one: "LO,HI". `form` says
-/// in the message what belongs here.
+/// As many finite numbers, separated by commas, as `form` has commas and one: "LO,HI". Those in
+/// brackets may be left out: "DX,DY[,DZ]". `form` says in the message what belongs here.
 std::vector<double> parse_reals(const std::string& option, const std::string& text,
                                 const std::string& form);
 

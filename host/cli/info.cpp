@@ -7,6 +7,7 @@
 #include "host/bodies/surface.h"
 #include "host/checks/file_kind.h"
 #include "host/cli/command.h"
+#include "host/cli/loaded_model.h"
 #include "host/cli/report.h"
 #include "host/io/errors.h"
 #include "host/io/model_file.h"
@@ -156,15 +157,9 @@ void tell_model(const TextFile& file) {
     const std::vector<Surface> all = surfaces(model);
     const auto open = std::count_if(all.begin(), all.end(),
                                     [](const Surface& surface) { return !surface.is_closed(); });
-    double volume = 0;
-    for (const BODY3D& body : model.bodies) {
-        volume += body.volume;
-    }
-    std::printf("%s, %d of them open, %s, %s, %s, volume %s\n",
+    std::printf("%s, %d of them open, %s\n",
                 counted(model.bodies.GetSize(), "body", "bodies").c_str(), static_cast<int>(open),
-                counted(model.verts.GetSize(), "vertex", "vertices").c_str(),
-                counted(model.lines.GetSize(), "edge").c_str(),
-                counted(model.polys.GetSize(), "face").c_str(), number_text(volume).c_str());
+                figures_text(model).c_str());
     std::printf("bounds %s\n", bounds_text(model.wrap_cuboid, 3).c_str());
     std::printf("  body   faces   edges  vertices  Euler              volume  colour   state\n");
     for (int body = 0; body < model.bodies.GetSize(); ++body) {

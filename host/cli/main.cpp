@@ -61,6 +61,10 @@ ExitStatus run(int argc, char** argv) {
     korvel::host::add_solid_command(program);
     korvel::host::add_starter_command(program);
     korvel::host::add_section_command(program);
+    korvel::host::add_merge_command(program);
+    korvel::host::add_clean_command(program);
+    korvel::host::add_inside_command(program);
+    korvel::host::add_move_command(program);
     korvel::host::add_info_command(program);
     korvel::host::add_check_command(program);
 

@@ -9,14 +9,12 @@
 
 #include "host/bodies/section_cut.h"
 #include "host/canvas/section_picture.h"
-#include "host/checks/file_kind.h"
 #include "host/cli/arguments.h"
 #include "host/cli/command.h"
+#include "host/cli/loaded_model.h"
 #include "host/cli/outputs.h"
 #include "host/cli/progress.h"
 #include "host/cli/report.h"
-#include "host/io/errors.h"
-#include "host/io/model_file.h"
 
 namespace korvel::host {
 namespace {
@@ -29,7 +27,6 @@ public:
 private:
     Plane plane() const;
     std::string text(const Plane& plane) const;
-    void load();
     void cut_once();
     void sweep();
     void report(const Cut& cut) const;
@@ -91,7 +88,7 @@ SectionCommand::SectionCommand(CLI::App& command) {
 void SectionCommand::run() {
     plane();
     outputs_.check();
-    load();
+    load_model(input_, model_);
     std::printf("%s: %s, bounds %s\n", input_.c_str(),
                 counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
                 bounds_text(model_.wrap_cuboid, 3).c_str());
@@ -133,21 +130,6 @@ std::string SectionCommand::text(const Plane& plane) const {
         sum += k == 3 ? "" : std::string(1, "xyz"[k]);
     }
     return sum + " = 0";
-}
-
-void SectionCommand::load() {
-    const TextFile file(input_);
-    try {
-        if (const auto note = read_model(file, model_)) {
-            warn(*note);
-        }
-    } catch (const InputError&) {
-        const FileKind kind = kind_of(file);
-        if (kind != FileKind::model) {
-            throw InputError(input_ + ": is a " + kind_name(kind) + ", no body model file");
-        }
-        throw;
-    }
 }
 
 void SectionCommand::cut_once() {
@@ -211,13 +193,9 @@ void SectionCommand::sweep() {
                                    });
         }
     }
-    double volume = 0;
-    for (const BODY3D& body : model_.bodies) {
-        volume += body.volume;
-    }
     std::printf("areas times their spacing of %s: %s, volume of the bodies: %s\n",
                 number_text(spacing).c_str(), number_text(area * spacing).c_str(),
-                number_text(volume).c_str());
+                number_text(volume_of_bodies(model_)).c_str());
     if (!outputs_.picture().empty()) {
         std::printf("wrote %s to %s\n", numbered_picture(1).c_str(),
                     numbered_picture(sweep_).c_str());

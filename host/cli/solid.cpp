@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -10,6 +8,7 @@
 #include "host/canvas/region_colours.h"
 #include "host/cli/arguments.h"
 #include "host/cli/command.h"
+#include "host/cli/loaded_model.h"
 #include "host/cli/outputs.h"
 #include "host/cli/progress.h"
 #include "host/cli/region_input.h"
@@ -73,8 +72,6 @@ public:
 private:
     message_box_handler former_;
 };
-
-double largest_change_by_file(const TMOD3D& model);
 
 } // namespace
 
@@ -214,44 +211,15 @@ void SolidCommand::check_bodies() const {
                              ": its body would be " + state_text(all[body]));
         }
     }
-    const double change = largest_change_by_file(model_);
-    double extent = 0;
-    for (int k = 0; k < 3; ++k) {
-        extent = std::max(extent, model_.cuboid_max[k] - model_.cuboid_min[k]);
-    }
-    if (change > 1e-5 * extent) {
-        warn("the file holds six decimals and is read in single precision, which moves vertices by "
-             "up to " +
-             number_text(change) + "; --origin and --unit bring the model closer to 0,0");
-    }
+    warn_of_rounding(model_, "; --origin and --unit bring the model closer to 0,0");
 }
 
 void SolidCommand::report(double milliseconds) const {
-    double volume = 0;
-    for (const BODY3D& body : model_.bodies) {
-        volume += body.volume;
-    }
-    std::printf("%s in %.1f ms: %s, %s, %s, volume %s\n",
-                counted(model_.bodies.GetSize(), "body", "bodies").c_str(), milliseconds,
-                counted(model_.verts.GetSize(), "vertex", "vertices").c_str(),
-                counted(model_.lines.GetSize(), "edge").c_str(),
-                counted(model_.polys.GetSize(), "face").c_str(), number_text(volume).c_str());
+    std::printf("%s in %.1f ms: %s\n", counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
+                milliseconds, figures_text(model_).c_str());
     std::printf("caps: %d by the front, %d by Delaunay triangles\n", by_front_,
                 model_.bodies.GetSize() - by_front_);
     std::printf("bounds %s\n", bounds_text(model_.wrap_cuboid, 3).c_str());
-}
-
-double largest_change_by_file(const TMOD3D& model) {
-    double largest = 0;
-    for (const VERT3D& vertex : model.verts) {
-        for (const double coordinate : vertex.model_xyz) {
-            char digits[400];
-            std::snprintf(digits, sizeof digits, "%f", coordinate);
-            const double read = std::strtof(digits, nullptr);
-            largest = std::max(largest, std::abs(read - coordinate));
-        }
-    }
-    return largest;
 }
 
 } // namespace

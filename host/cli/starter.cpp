@@ -6,8 +6,8 @@
 #include "host/bodies/surface.h"
 #include "host/cli/arguments.h"
 #include "host/cli/command.h"
+#include "host/cli/loaded_model.h"
 #include "host/cli/outputs.h"
-#include "host/cli/report.h"
 #include "host/io/model_file.h"
 
 namespace korvel::host {
@@ -68,11 +68,7 @@ void StarterCommand::run() {
     outputs_.check();
     TMOD3D model;
     model.inti_mode(center.data(), size.data(), kind_ == "cube" ? 1 : 0, rounds_);
-    std::printf(
-        "%s, %s, %s, volume %s, %s\n", counted(model.verts.GetSize(), "vertex", "vertices").c_str(),
-        counted(model.lines.GetSize(), "edge").c_str(),
-        counted(model.polys.GetSize(), "face").c_str(), number_text(model.bodies[0].volume).c_str(),
-        state_text(surfaces(model)[0]).c_str());
+    std::printf("%s, %s\n", figures_text(model).c_str(), state_text(surfaces(model)[0]).c_str());
     outputs_.write([&](FILE* out) { write_model(model, out); });
 }
 
