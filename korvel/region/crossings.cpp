@@ -163,31 +163,39 @@ private:
     /// too wide, never too narrow.
     template <class Visit>
     void for_each_cell(int segment, Visit visit) const {
-        constexpr double rounding = 1e-3;
         tagPOINT left = pts_[segment];
         tagPOINT right = pts_[segment + 1];
         if (left.x > right.x) {
             std::swap(left, right);
         }
-        const IntBox box = segment_box(segment);
-        const double slope = (static_cast<double>(right.y) - left.y) /
-                             std::max(1.0, static_cast<double>(right.x) - left.x);
-        for (std::int64_t c = column(left.x); c <= column(right.x); ++c) {
+        const std::int64_t y_min = std::min(left.y, right.y);
+        const std::int64_t y_max = std::max(left.y, right.y);
+        const std::int64_t first = column(left.x);
+        const std::int64_t last = column(right.x);
+        if (first == last) {
+            visit_rows(first, y_min, y_max, visit);
+            return;
+        }
+        const double slope =
+            (static_cast<double>(right.y) - left.y) / (static_cast<double>(right.x) - left.x);
+        for (std::int64_t c = first; c <= last; ++c) {
             const std::int64_t from_x = std::max<std::int64_t>(left.x, box_.x_min + (c << shift_));
             const std::int64_t to_x =
                 std::min<std::int64_t>(right.x, box_.x_min + ((c + 1) << shift_));
-            double low = left.y + slope * static_cast<double>(from_x - left.x);
-            double high = left.x == right.x ? static_cast<double>(right.y)
-                                            : left.y + slope * static_cast<double>(to_x - left.x);
-            if (low > high) {
-                std::swap(low, high);
-            }
-            const auto from_y = static_cast<std::int64_t>(std::floor(low - rounding));
-            const auto to_y = static_cast<std::int64_t>(std::ceil(high + rounding));
-            const std::int64_t last = row(std::min<std::int64_t>(to_y, box.y_max));
-            for (std::int64_t r = row(std::max<std::int64_t>(from_y, box.y_min)); r <= last; ++r) {
-                visit(static_cast<std::size_t>(c * rows_ + r));
-            }
+            const double at_from = left.y + slope * static_cast<double>(from_x - left.x);
+            const double at_to = left.y + slope * static_cast<double>(to_x - left.x);
+            constexpr double margin = 2; // for rounding, and for truncation toward zero
+            const auto low = static_cast<std::int64_t>(std::min(at_from, at_to) - margin);
+            const auto high = static_cast<std::int64_t>(std::max(at_from, at_to) + margin);
+            visit_rows(c, std::max(low, y_min), std::min(high, y_max), visit);
+        }
+    }
+
+    template <class Visit>
+    void visit_rows(std::int64_t column, std::int64_t low, std::int64_t high, Visit visit) const {
+        const std::int64_t last = row(high);
+        for (std::int64_t r = row(low); r <= last; ++r) {
+            visit(static_cast<std::size_t>(column * rows_ + r));
         }
     }
 

@@ -202,9 +202,12 @@ void CREGION::CalcRingToCurve() {
     std::vector<IdList> found;
 
     // Walks until it comes back to its start; one that runs longer than there are curves is
-    // dropped.
+    // dropped. Such a walk goes round a loop beside its start, and once it has been round twice it
+    // changes nothing any more; it is told by an id that it kept (R. P. Brent, 1980).
     const auto walk = [&](int start, int turn) {
         IdList ids{start};
+        std::size_t most = static_cast<std::size_t>(curves.size());
+        std::size_t kept_at = 1;
         for (int id = junctions.next(start, turn); id != start; id = junctions.next(id, turn)) {
             if (id == 0) {
                 return;
@@ -217,8 +220,15 @@ void CREGION::CalcRingToCurve() {
             } else {
                 curve.ring_dir = 2;
             }
-            if (static_cast<int>(ids.size()) > curves.size()) {
+            if (ids.size() > most) {
                 return;
+            }
+            if (id == ids[kept_at - 1]) {
+                const std::size_t loop = ids.size() - kept_at;
+                most = std::min(most, ids.size() + loop);
+            }
+            if (ids.size() == 2 * kept_at) {
+                kept_at = ids.size();
             }
         }
         found.push_back(std::move(ids));
