@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the korvel command and lets it work on the sample maps: regions, triangles, solids and their
-# sections. The results go to out/.
+# Builds the korvel command and lets it work on the sample maps: regions, triangles, solids, their
+# sections and views. The results go to out/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -34,6 +34,15 @@ head -n 8 out/us-states.info
 "$korvel" starter ball --center 0,0,100 --size 50 --rounds 3 -o out/ball.model
 "$korvel" section out/ball.model --y 10 --picture out/ball-section.png --size 800x800
 "$korvel" check out/us-states.model
+
+# The same states the right way up and in their usual shape, seen from the south; the ball turning once;
+# and a click on it.
+"$korvel" solid data/us-states.curves --levels 0,1000 --unit 0.3125,-1 -o out/us-states-view.model
+"$korvel" view out/us-states-view.model --angles 10,-45 --view -109000,-6500,-57400,18700 \
+    --picture out/us-states-view.png
+"$korvel" view out/ball.model --edges --box --turntable 12 --size 400x400 --picture out/ball.png
+"$korvel" view out/ball.model --edges --pick 19,12.5 --view 0,-10,40,30 --size 800x800 \
+    --picture out/ball-pick.png
 
 echo
 echo "pictures:"

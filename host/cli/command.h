@@ -12,6 +12,7 @@ void add_locate_command(CLI::App& program);
 void add_solid_command(CLI::App& program);
 void add_starter_command(CLI::App& program);
 void add_section_command(CLI::App& program);
+void add_view_command(CLI::App& program);
 void add_merge_command(CLI::App& program);
 void add_clean_command(CLI::App& program);
 void add_inside_command(CLI::App& program);

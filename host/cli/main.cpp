@@ -61,6 +61,7 @@ ExitStatus run(int argc, char** argv) {
     korvel::host::add_solid_command(program);
     korvel::host::add_starter_command(program);
     korvel::host::add_section_command(program);
+    korvel::host::add_view_command(program);
     korvel::host::add_merge_command(program);
     korvel::host::add_clean_command(program);
     korvel::host::add_inside_command(program);

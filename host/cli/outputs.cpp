@@ -1,5 +1,6 @@
 #include "host/cli/outputs.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -84,6 +85,14 @@ void Outputs::paint_into(OutputFile& out, const std::string& file, const Paint& 
     paint(canvas, size);
     canvas.finish();
     out.close();
+}
+
+std::string numbered_picture(const std::string& picture, int number, int digits) {
+    std::string text = std::to_string(number);
+    text.insert(0, static_cast<std::size_t>(std::max(0, digits - static_cast<int>(text.size()))),
+                '0');
+    const std::filesystem::path path(picture);
+    return (path.parent_path() / path.stem()).string() + "-" + text + path.extension().string();
 }
 
 } // namespace korvel::host

@@ -44,4 +44,7 @@ private:
     std::string size_ = "1600x1000";
 };
 
+/// The name of one of several pictures: "ball.png" with number 7 in two digits is "ball-07.png".
+std::string numbered_picture(const std::string& picture, int number, int digits);
+
 } // namespace korvel::host

@@ -32,7 +32,7 @@ private:
     void report(const Cut& cut) const;
     SectionView view(const Cut& cut, const Box& box) const;
     Box model_box(PlaneAxes axes) const;
-    std::string numbered_picture(int number) const;
+    std::string picture_of(int cut) const;
 
     static constexpr int most_cuts = 10000;
 
@@ -186,19 +186,17 @@ void SectionCommand::sweep() {
                     counted(cut.section.polys.GetSize(), "polygon").c_str(),
                     number_text(cut.area).c_str());
         if (!outputs_.picture().empty()) {
-            outputs_.write_picture(numbered_picture(i + 1),
-                                   [&](PictureCanvas& canvas, PictureSize size) {
-                                       const Box box = model_box(PlaneAxes(cut.plane));
-                                       paint_section(canvas, size, cut, view(cut, box));
-                                   });
+            outputs_.write_picture(picture_of(i + 1), [&](PictureCanvas& canvas, PictureSize size) {
+                const Box box = model_box(PlaneAxes(cut.plane));
+                paint_section(canvas, size, cut, view(cut, box));
+            });
         }
     }
     std::printf("areas times their spacing of %s: %s, volume of the bodies: %s\n",
                 number_text(spacing).c_str(), number_text(area * spacing).c_str(),
                 number_text(volume_of_bodies(model_)).c_str());
     if (!outputs_.picture().empty()) {
-        std::printf("wrote %s to %s\n", numbered_picture(1).c_str(),
-                    numbered_picture(sweep_).c_str());
+        std::printf("wrote %s to %s\n", picture_of(1).c_str(), picture_of(sweep_).c_str());
     }
 }
 
@@ -222,12 +220,9 @@ Box SectionCommand::model_box(PlaneAxes axes) const {
     return box;
 }
 
-std::string SectionCommand::numbered_picture(int number) const {
-    char digits[16];
-    std::snprintf(digits, sizeof digits, "-%03d", number);
-    const std::filesystem::path picture(outputs_.picture());
-    return (picture.parent_path() / picture.stem()).string() + digits +
-           picture.extension().string();
+std::string SectionCommand::picture_of(int cut) const {
+    constexpr int digits = 3;
+    return numbered_picture(outputs_.picture(), cut, digits);
 }
 
 Box section_box(const Cut& cut, PlaneAxes axes) {
