@@ -2,12 +2,13 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/sample_network.h"
+#include "bench/inputs/networks.h"
 
 namespace {
 
-void regions(benchmark::State& state, const char* name) {
-    const korvel::bench::Network network = korvel::bench::sample_network(name, state.range(0));
+using korvel::bench::Network;
+
+void find_regions(benchmark::State& state, const Network& network) {
     CREGION region;
     for (auto _ : state) {
         state.PauseTiming();
@@ -26,12 +27,29 @@ void regions(benchmark::State& state, const char* name) {
         points, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
+void regions(benchmark::State& state, const char* name) {
+    find_regions(state, korvel::bench::sample_network(name, state.range(0)));
+}
+
+void made_regions(benchmark::State& state, Network (*make)(int points)) {
+    find_regions(state, make(static_cast<int>(state.range(0))));
+}
+
+void sizes(benchmark::internal::Benchmark* each) {
+    for (const int points : {125'000, 250'000, 500'000, 1'000'000}) {
+        each->Arg(points);
+    }
+    each->ArgName("points")->Unit(benchmark::kMillisecond)->Complexity(benchmark::oNLogN);
+}
+
 BENCHMARK_CAPTURE(regions, us_counties, "us-counties")
     ->ArgName("quarters")
-    ->Arg(1)
-    ->Arg(2)
-    ->Arg(4)
+    ->DenseRange(1, 4)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oNLogN);
+BENCHMARK_CAPTURE(made_regions, line_grid, korvel::bench::line_grid)->Apply(sizes);
+BENCHMARK_CAPTURE(made_regions, random_segments, korvel::bench::random_segments)->Apply(sizes);
+BENCHMARK_CAPTURE(made_regions, nested_loops, korvel::bench::nested_loops)->Apply(sizes);
+BENCHMARK_CAPTURE(made_regions, noisy_loops, korvel::bench::noisy_loops)->Apply(sizes);
 
 } // namespace

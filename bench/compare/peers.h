@@ -1,0 +1,45 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "bench/compare/contest.h"
+#include "bench/sample_network.h"
+#include "korvel/polyregion/plydt.h"
+
+// The peers' ways to do korvel's jobs. Input is turned into a peer's own records before its clock
+// starts, and results are counted after it stops. Each library, and each kernel of CGAL, stands in
+// a source file of its own: they compile slowly.
+
+namespace korvel::bench {
+
+/// CGAL: all segments at once into an Arrangement_2 of exact numbers. Finds its bounded faces.
+Run arrange_with_cgal(const Network& network);
+
+/// GEOS: the curves noded by a unary union, then polygonized. Finds the polygons.
+Run polygonize_with_geos(const Network& network);
+
+/// CGAL: a constrained Delaunay triangulation of each region, exact predicates on doubles. Finds
+/// the area of the triangles within the regions.
+Run triangulate_with_cgal(const PLYDT& set);
+
+/// CGAL: a model file read with fscanf into a polygon soup, the soup oriented and turned into a
+/// Surface_mesh. Finds the edges.
+Run read_with_cgal(const std::filesystem::path& model);
+
+/// A Surface_mesh of CGAL's, to be cut.
+class CgalMesh {
+public:
+    explicit CgalMesh(const std::filesystem::path& model);
+    ~CgalMesh();
+
+    /// A Polygon_mesh_slicer, its search tree included, and its cut by the plane y = v. Finds the
+    /// length of the cut.
+    Run cut(double v) const;
+
+private:
+    struct Mesh;
+    std::unique_ptr<Mesh> mesh_;
+};
+
+} // namespace korvel::bench

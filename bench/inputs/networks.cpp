@@ -1,0 +1,111 @@
+#include "bench/inputs/networks.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "bench/inputs/chance.h"
+#include "bench/inputs/storage.h"
+
+namespace korvel::bench {
+namespace {
+
+constexpr double map_size = 1e6;
+constexpr double full_turn = 2 * std::numbers::pi;
+
+void add_point(Network& network, double x, double y) {
+    network.pts.Add({static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y))});
+}
+
+/// A circle of `points` points, their distances from its centre off by up to `noise` either way.
+void add_loop(Network& network, Chance& chance, double x, double y, double radius, double noise,
+              int points) {
+    const int first = network.pts.GetSize();
+    for (int k = 0; k < points; ++k) {
+        const double angle = full_turn * k / points;
+        const double distance = radius + chance.between(-noise, noise);
+        add_point(network, x + distance * std::cos(angle), y + distance * std::sin(angle));
+    }
+    const tagPOINT start = network.pts[first];
+    network.pts.Add(start);
+    network.counts.Add(points + 1);
+}
+
+} // namespace
+
+Network line_grid(int points) {
+    const int lines_each_way = static_cast<int>(std::sqrt(points / 4.0));
+    const int points_per_line = 2 * lines_each_way;
+    const double spacing = map_size / lines_each_way;
+    Network network;
+    expect(network.pts, points);
+    expect(network.counts, 2 * lines_each_way);
+    Chance chance;
+    for (const bool across : {true, false}) {
+        for (int line = 0; line < lines_each_way; ++line) {
+            for (int k = 0; k < points_per_line; ++k) {
+                const double along = map_size * k / (points_per_line - 1);
+                const double off = (line + chance.between(0.3, 0.7)) * spacing;
+                add_point(network, across ? along : off, across ? off : along);
+            }
+            network.counts.Add(points_per_line);
+        }
+    }
+    return network;
+}
+
+Network random_segments(int points) {
+    const int segments = points / 2;
+    const double length = 3 * map_size / std::sqrt(segments);
+    Network network;
+    expect(network.pts, points);
+    expect(network.counts, segments);
+    Chance chance;
+    for (int k = 0; k < segments; ++k) {
+        const double x = chance.up_to(map_size);
+        const double y = chance.up_to(map_size);
+        const double angle = chance.up_to(full_turn);
+        add_point(network, x, y);
+        add_point(network, x + length * std::cos(angle), y + length * std::sin(angle));
+        network.counts.Add(2);
+    }
+    return network;
+}
+
+Network nested_loops(int points) {
+    constexpr int depth = 10;
+    constexpr int points_per_loop = 50;
+    const int groups = points / (depth * points_per_loop);
+    const int groups_per_row = static_cast<int>(std::ceil(std::sqrt(groups)));
+    const double spacing = map_size / groups_per_row;
+    const double step = spacing / (2 * (depth + 1)); // from one loop to the next
+    Network network;
+    expect(network.pts, groups * depth * (points_per_loop + 1));
+    expect(network.counts, groups * depth);
+    Chance chance;
+    for (int group = 0; group < groups; ++group) {
+        const double x = (group % groups_per_row + 0.5) * spacing;
+        const double y = (static_cast<double>(group / groups_per_row) + 0.5) * spacing;
+        for (int loop = 1; loop <= depth; ++loop) {
+            add_loop(network, chance, x, y, loop * step, step / 4, points_per_loop);
+        }
+    }
+    return network;
+}
+
+Network noisy_loops(int points) {
+    constexpr double radius = 0.3 * map_size;
+    const int points_per_loop = points / 4;
+    const double noise = full_turn * radius / points_per_loop; // a spacing of the points
+    Network network;
+    expect(network.pts, 4 * (points_per_loop + 1));
+    expect(network.counts, 4);
+    Chance chance;
+    for (const double x : {0.35, 0.65}) {
+        for (const double y : {0.35, 0.65}) {
+            add_loop(network, chance, x * map_size, y * map_size, radius, noise, points_per_loop);
+        }
+    }
+    return network;
+}
+
+} // namespace korvel::bench
