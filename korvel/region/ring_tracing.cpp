@@ -206,7 +206,7 @@ void CREGION::CalcRingToCurve() {
     // changes nothing any more; it is told by an id that it kept (R. P. Brent, 1980).
     const auto walk = [&](int start, int turn) {
         IdList ids{start};
-        std::size_t most = static_cast<std::size_t>(curves.size());
+        auto most = static_cast<std::size_t>(curves.size());
         std::size_t kept_at = 1;
         for (int id = junctions.next(start, turn); id != start; id = junctions.next(id, turn)) {
             if (id == 0) {
