@@ -1,21 +1,34 @@
 #include "korvel/body/edge_chains.h"
 
-#include <utility>
+#include <algorithm>
+#include <limits>
+#include <optional>
 #include <vector>
 
+#include "korvel/geometry/equal_sides.h"
 #include "korvel/geometry/first_index.h"
+#include "korvel/geometry/list_index.h"
 
 namespace korvel {
 namespace {
 
-/// The edges of a model by their ends. Of several edges between two vertices it knows the last one,
-/// which is the one that a face's edge list names.
-FirstIndex edges_by_ends(const TMOD3D& model, int more) {
-    FirstIndex table(model.lines.GetSize() + more);
-    for (int edge = model.lines.GetUpperBound(); edge >= 0; --edge) {
-        table.find_or_add(side_key(model.lines[edge].start_vert, model.lines[edge].end_vert), edge);
+/// The least and the greatest vertex that faces name.
+struct VertexRange {
+    int lowest = std::numeric_limits<int>::max();
+    int highest = std::numeric_limits<int>::min();
+
+    bool contains(int v) const { return v >= lowest && v <= highest; }
+};
+
+VertexRange vertices_of_faces(const TMOD3D& model, int first_face) {
+    VertexRange range;
+    for (int f = first_face; f < model.polys.GetSize(); ++f) {
+        for (const int v : model.polys[f].verts) {
+            range.lowest = std::min(range.lowest, v);
+            range.highest = std::max(range.highest, v);
+        }
     }
-    return table;
+    return range;
 }
 
 /// Calls `visit(i, a, b)` for each pair of vertices that follow one another on the boundary.
@@ -27,48 +40,118 @@ void for_each_boundary_pair(const POLY3D& face, Visit visit) {
     }
 }
 
+/// The edges of a model by their ends. Of several edges between two vertices it knows the last one.
+FirstIndex edges_by_ends(const TMOD3D& model) {
+    FirstIndex table(model.lines.GetSize());
+    for (int edge = model.lines.GetUpperBound(); edge >= 0; --edge) {
+        table.find_or_add(side_key(model.lines[edge].start_vert, model.lines[edge].end_vert), edge);
+    }
+    return table;
+}
+
+/// The edge between a and b that a face of few edges names already, or −1.
+int own_edge(const TMOD3D& model, const POLY3D& face, int a, int b) {
+    constexpr int few = 8;
+    if (face.lines.GetSize() > few) {
+        return -1;
+    }
+    for (const int e : face.lines) {
+        if (has_element(model.lines, e)) {
+            const int start = model.lines[e].start_vert;
+            const int end = model.lines[e].end_vert;
+            if ((start == a && end == b) || (start == b && end == a)) {
+                return e;
+            }
+        }
+    }
+    return -1;
+}
+
+/// `POLY3D::vert_to_line` for face after face. Where a face names an edge between two vertices it
+/// must be the last one between them.
+class LineChainer {
+public:
+    explicit LineChainer(const TMOD3D& model) : model_(model) {}
+
+    void chain(POLY3D& face) {
+        chain_.clear();
+        for_each_boundary_pair(face, [&](int i, int a, int b) {
+            int edge = own_edge(model_, face, a, b);
+            if (edge < 0) {
+                if (!table_) {
+                    table_ = edges_by_ends(model_);
+                }
+                edge = table_->find(side_key(a, b));
+            }
+            if (edge >= 0) {
+                chain_.resize(static_cast<std::size_t>(i)); // pairs without an edge leave 0
+                chain_.push_back(edge);
+            }
+        });
+        assign_list(face.lines, chain_);
+    }
+
+private:
+    const TMOD3D& model_;
+    std::optional<FirstIndex> table_; ///< seldom needed
+    std::vector<int> chain_;
+};
+
 } // namespace
 
-void find_all_sides(TMOD3D& model, int first_face) {
-    // A closed surface of triangles has three edges to two faces.
-    FirstIndex table = edges_by_ends(model, (model.polys.GetSize() - first_face) / 2 * 3);
-    std::vector<std::pair<int, int>> added;
-    for (int f = first_face; f < model.polys.GetSize(); ++f) {
-        POLY3D& face = model.polys[f];
-        face.lines.SetSize(0);
-        face.lines.SetSize(face.verts.GetSize());
-        for_each_boundary_pair(face, [&](int i, int a, int b) {
-            const int next = model.lines.GetSize() + static_cast<int>(added.size());
-            face.lines[i] = table.find_or_add(side_key(a, b), next);
-            if (face.lines[i] == next) {
-                added.emplace_back(a, b);
-            }
-        });
+void find_all_sides(TMOD3D& model, int first_face, Chains chains) {
+    const int old_edges = model.lines.GetSize();
+    const VertexRange range = old_edges > 0 ? vertices_of_faces(model, first_face) : VertexRange();
+    std::vector<Side> sides;
+    std::vector<int> edge_of; // by side; the edges that stand there come first
+    // A closed surface of triangles has three sides to a face.
+    sides.reserve(3 * static_cast<std::size_t>(model.polys.GetSize() - first_face));
+    // From the last edge on, since of several between two vertices the last one is the one found.
+    for (int e = old_edges - 1; e >= 0; --e) {
+        const LINE3D& line = model.lines[e];
+        if (range.contains(line.start_vert) && range.contains(line.end_vert)) {
+            sides.push_back({line.start_vert, line.end_vert});
+            edge_of.push_back(e);
+        }
     }
-    int edge = model.lines.GetSize();
-    model.lines.SetSize(edge + static_cast<int>(added.size()));
-    for (const auto& [a, b] : added) {
-        model.lines[edge++].set_line_point(a, b);
+    const std::size_t known = edge_of.size();
+    for (int f = first_face; f < model.polys.GetSize(); ++f) {
+        for_each_boundary_pair(model.polys[f], [&](int, int a, int b) { sides.push_back({a, b}); });
+    }
+
+    const std::vector<int> first = first_equal_sides(sides);
+    edge_of.resize(sides.size());
+    int next = old_edges;
+    for (std::size_t i = known; i < sides.size(); ++i) {
+        const auto equal = static_cast<std::size_t>(first[i]);
+        edge_of[i] = equal == i ? next++ : edge_of[equal];
+    }
+    model.lines.SetSize(next);
+    for (std::size_t i = known; i < sides.size(); ++i) {
+        if (static_cast<std::size_t>(first[i]) == i) {
+            model.lines[edge_of[i]].set_line_point(sides[i].a, sides[i].b);
+        }
+    }
+    LineChainer line_chainer(model);
+    const int* edges = edge_of.data() + known;
+    for (int f = first_face; f < model.polys.GetSize(); ++f) {
+        const int n = model.polys[f].verts.GetSize();
+        assign_range(model.polys[f].lines, edges, n);
+        edges += n;
+        if (chains != Chains::stay) {
+            model.polys[f].line_to_vert(model.lines);
+        }
+        if (chains == Chains::of_both) {
+            line_chainer.chain(model.polys[f]);
+        }
     }
 }
 
-void chain_verts(TMOD3D& model, int first_face) {
-    for (int f = first_face; f < model.polys.GetSize(); ++f) {
-        model.polys[f].line_to_vert(model.lines);
-    }
-}
-
-void chain_lines(TMOD3D& model, int first_face) {
-    const FirstIndex table = edges_by_ends(model, 0);
-    for (int f = first_face; f < model.polys.GetSize(); ++f) {
-        POLY3D& face = model.polys[f];
-        face.lines.SetSize(0);
-        for_each_boundary_pair(face, [&](int i, int a, int b) {
-            const int edge = table.find(side_key(a, b));
-            if (edge >= 0) {
-                face.lines.SetAtGrow(i, edge);
-            }
-        });
+void chain_verts_and_lines(TMOD3D& model) {
+    LineChainer line_chainer(model);
+    for (POLY3D& face : model.polys) {
+        face.line_to_vert(model.lines);
+        line_chainer.chain(face);
     }
 }
 

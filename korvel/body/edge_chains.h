@@ -4,15 +4,16 @@
 
 namespace korvel {
 
-/// What `POLY3D::find_side` does, for every face from `first_face` on, in order, over one table of
-/// edges instead of a scan for each: finds or appends the faces' edges and rebuilds their edge
-/// lists.
-void find_all_sides(TMOD3D& model, int first_face);
+/// What is rewritten of faces whose edges have been found: nothing, the vertices by
+/// `POLY3D::line_to_vert`, or the vertices and then the edges by `POLY3D::vert_to_line`.
+enum class Chains { stay, of_verts, of_both };
 
-/// `POLY3D::line_to_vert` for every face from `first_face` on.
-void chain_verts(TMOD3D& model, int first_face);
+/// What `POLY3D::find_side` does, for every face from `first_face` on, in order, without a scan of
+/// all edges for each: finds or appends the faces' edges and rebuilds their edge lists. Then
+/// rewrites their chains. Linear in the faces and the edges.
+void find_all_sides(TMOD3D& model, int first_face, Chains chains = Chains::stay);
 
-/// `POLY3D::vert_to_line` for every face from `first_face` on, over one table of edges.
-void chain_lines(TMOD3D& model, int first_face);
+/// Rewrites both chains of every face. No two edges may join the same two vertices.
+void chain_verts_and_lines(TMOD3D& model);
 
 } // namespace korvel

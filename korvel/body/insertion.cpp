@@ -4,20 +4,17 @@
 #include <cmath>
 #include <vector>
 
+#include "korvel/body/body_geometry.h"
 #include "korvel/body/edge_chains.h"
 #include "korvel/body/edit_state.h"
 #include "korvel/body/tmod3d.h"
+#include "korvel/geometry/equal_sides.h"
 #include "korvel/geometry/list_index.h"
 
 using korvel::has_element;
+using korvel::Side;
 
 namespace {
-
-/// Two vertices that follow one another on a face.
-struct Side {
-    int a;
-    int b;
-};
 
 /// A face, and the sides that a new vertex makes triangles with.
 struct Fan {
@@ -118,10 +115,7 @@ void insert_vertex(TMOD3D& model, const double* point, const std::vector<Fan>& f
 
     model.lines.RemoveAll();
     korvel::find_all_sides(model, 0);
-    model.comput_mode_aux_parm();
-    model.model_wrap_cuboid();
-    model.rotate_model();
-    model.found_top_rel();
+    korvel::derive_all(model);
     model.edit_state[korvel::picked_vertex] = vertex;
     model.edit_state[korvel::is_picked] = 0; // its face is no longer what was picked
 }

@@ -54,7 +54,6 @@ void renumber(CArray<int>& list, const std::vector<int>& numbers) {
 
 void TMOD3D::add_model(TMOD3D& m) {
     const int first_vertex = verts.GetSize();
-    const int first_edge = lines.GetSize();
     const int first_face = polys.GetSize();
     const int first_body = bodies.GetSize();
     const int new_verts = m.verts.GetSize();
@@ -76,26 +75,13 @@ void TMOD3D::add_model(TMOD3D& m) {
         shift_indices(bodies[first_body + k].polys, first_face);
     }
 
-    korvel::find_all_sides(*this, first_face);
-    korvel::chain_verts(*this, first_face);
-    korvel::chain_lines(*this, first_face);
-    for (int e = first_edge; e < lines.GetSize(); ++e) {
-        lines[e].set_line_eqt(verts);
-    }
+    korvel::find_all_sides(*this, first_face, korvel::Chains::of_both);
+    // On their own first, which decides how faces are turned that bodies share.
     for (int b = first_body; b < bodies.GetSize(); ++b) {
         korvel::orient_body(*this, b);
     }
-    for (int f = first_face; f < polys.GetSize(); ++f) {
-        polys[f].set_poly_eql(verts);
-    }
-    for (int b = first_body; b < bodies.GetSize(); ++b) {
-        bodies[b].volume = korvel::body_volume(*this, bodies[b]);
-    }
-    comput_mode_aux_parm();
-    model_wrap_cuboid();
-    rotate_model();
+    korvel::derive_all(*this);
     mode_ok = 1;
-    found_top_rel();
 }
 
 void TMOD3D::deletet(int i) {
@@ -131,11 +117,6 @@ void TMOD3D::clear_no_use_ele() {
     }
 
     lines.RemoveAll();
-    korvel::find_all_sides(*this, 0);
-    korvel::chain_verts(*this, 0);
-    korvel::chain_lines(*this, 0);
-    comput_mode_aux_parm();
-    model_wrap_cuboid();
-    rotate_model();
-    found_top_rel();
+    korvel::find_all_sides(*this, 0, korvel::Chains::of_both);
+    korvel::derive_all(*this);
 }

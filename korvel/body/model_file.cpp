@@ -1,7 +1,10 @@
 // The body model file.
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
+#include "korvel/body/body_geometry.h"
 #include "korvel/body/edge_chains.h"
 #include "korvel/body/tmod3d.h"
 #include "korvel/geometry/list_index.h"
@@ -9,8 +12,7 @@
 
 using korvel::has_element;
 using korvel::Progress;
-using korvel::read_int;
-using korvel::read_real;
+using korvel::TextReader;
 
 namespace {
 
@@ -18,71 +20,85 @@ constexpr int growth_step = 64;
 constexpr int corners_read = 3; // a face in a file is a triangle, whatever was written
 constexpr int indices_per_line = 20;
 
-Progress read_vertex(FILE* stream, VERT3D& vertex) {
-    for (int k = 0; k < 3; ++k) {
-        if (!read_real(stream, vertex.model_xyz[k])) {
-            return k == 0 ? Progress::nothing : Progress::part;
-        }
-    }
-    return Progress::all;
+/// Reads up to `declared` times three numbers; false where the stream ends before.
+template <class Numbers>
+bool read_triples(TextReader& reader, int declared, Numbers& numbers) {
+    return korvel::read_numbers(reader, 3LL * declared, numbers);
 }
 
-Progress read_face(FILE* stream, POLY3D& face) {
-    for (int k = 0; k < corners_read; ++k) {
-        int corner = 0;
-        if (!read_int(stream, corner)) {
-            return k == 0 ? Progress::nothing : Progress::part;
-        }
-        if (k == 0) {
-            face.verts.SetSize(face.verts.GetSize(), corners_read);
-        }
-        face.add_a_vert(corner);
-    }
-    return Progress::all;
+/// How many records of three numbers were begun.
+template <class Numbers>
+int begun_triples(const Numbers& numbers) {
+    return static_cast<int>((numbers.size() + 2) / 3);
 }
 
-Progress read_body(FILE* stream, BODY3D& body) {
+/// Vertices that stand there keep what the stream does not give.
+bool read_vertices(TextReader& reader, int declared, TMOD3D& model) {
+    std::vector<float> coordinates; // no wider than what is read
+    const bool complete = read_triples(reader, declared, coordinates);
+    model.verts.SetSize(begun_triples(coordinates));
+    for (std::size_t i = 0; i < coordinates.size(); ++i) {
+        model.verts[static_cast<int>(i / 3)].model_xyz[i % 3] = coordinates[i];
+    }
+    return complete;
+}
+
+/// Faces that stand there are added to. `is_sound` tells whether all name vertices that exist.
+bool read_faces(TextReader& reader, int declared, TMOD3D& model, bool& is_sound) {
+    std::vector<int> corners;
+    const bool complete = read_triples(reader, declared, corners);
+    const int faces = begun_triples(corners);
+    model.polys.SetSize(faces);
+    const int* next = corners.data();
+    const int* const end = next + corners.size();
+    for (POLY3D& face : model.polys) {
+        CArray<int>& verts = face.verts;
+        const int old_size = verts.GetSize();
+        const int* const last = next + std::min<std::ptrdiff_t>(corners_read, end - next);
+        verts.SetSize(old_size + static_cast<int>(last - next));
+        std::copy(next, last, verts.begin() + old_size);
+        next = last;
+        is_sound = is_sound && std::all_of(verts.begin(), verts.end(),
+                                           [&](int v) { return has_element(model.verts, v); });
+    }
+    return complete;
+}
+
+Progress read_body(TextReader& reader, BODY3D& body) {
     int faces = 0;
-    if (!read_int(stream, faces)) {
+    if (!reader.read(faces)) {
         return Progress::nothing;
     }
-    if (!read_real(stream, body.param_1) || !read_real(stream, body.param_2) ||
-        !read_real(stream, body.param_3)) {
+    if (!reader.read(body.param_1) || !reader.read(body.param_2) || !reader.read(body.param_3)) {
         return Progress::part;
     }
-    CArray<int> listed;
-    const bool complete = korvel::read_records(std::max(faces, 0), listed, [&](int& face) {
-        return read_int(stream, face) ? Progress::all : Progress::nothing;
-    });
-    body.polys.Append(listed);
+    std::vector<int> listed;
+    const bool complete = korvel::read_numbers(reader, faces, listed);
+    const int old_size = body.polys.GetSize();
+    body.polys.SetSize(old_size + static_cast<int>(listed.size()));
+    std::copy(listed.begin(), listed.end(), body.polys.begin() + old_size);
     return complete ? Progress::all : Progress::part;
 }
 
-/// Whether every face names vertices, and every body faces, that exist.
-bool has_sound_indices(const TMOD3D& model) {
-    const auto names_vertex = [&](int v) { return has_element(model.verts, v); };
-    const auto names_face = [&](int f) { return has_element(model.polys, f); };
-    return std::all_of(model.polys.begin(), model.polys.end(),
-                       [&](const POLY3D& face) {
-                           return std::all_of(face.verts.begin(), face.verts.end(), names_vertex);
-                       }) &&
-           std::all_of(model.bodies.begin(), model.bodies.end(), [&](const BODY3D& body) {
-               return std::all_of(body.polys.begin(), body.polys.end(), names_face);
-           });
+bool names_only_faces(const TMOD3D& model, const BODY3D& body) {
+    return std::all_of(body.polys.begin(), body.polys.end(),
+                       [&](int f) { return has_element(model.polys, f); });
 }
 
 } // namespace
 
 void TMOD3D::read_mode(FILE* stream) {
     mode_ok = 0;
+    if (stream == nullptr) {
+        return;
+    }
+    TextReader reader(stream);
     int count = 0;
-    if (stream == nullptr || !read_int(stream, count) || count < 1) {
+    if (!reader.read(count) || count < 1) {
         return;
     }
     verts.SetSize(verts.GetSize(), growth_step);
-    if (!korvel::read_records(count, verts,
-                              [&](VERT3D& vertex) { return read_vertex(stream, vertex); }) ||
-        !read_int(stream, count)) {
+    if (!read_vertices(reader, count, *this) || !reader.read(count)) {
         return;
     }
     if (count < 1) {
@@ -90,9 +106,8 @@ void TMOD3D::read_mode(FILE* stream) {
         return;
     }
     polys.SetSize(polys.GetSize(), growth_step);
-    if (!korvel::read_records(count, polys,
-                              [&](POLY3D& face) { return read_face(stream, face); }) ||
-        !read_int(stream, count)) {
+    bool is_sound = true;
+    if (!read_faces(reader, count, *this, is_sound) || !reader.read(count)) {
         return;
     }
     if (count < 1) {
@@ -102,19 +117,17 @@ void TMOD3D::read_mode(FILE* stream) {
     }
     bodies.SetSize(bodies.GetSize(), growth_step);
     if (!korvel::read_records(count, bodies,
-                              [&](BODY3D& body) { return read_body(stream, body); }) ||
-        !has_sound_indices(*this)) {
+                              [&](BODY3D& body) { return read_body(reader, body); }) ||
+        !is_sound || !std::all_of(bodies.begin(), bodies.end(), [&](const BODY3D& body) {
+            return names_only_faces(*this, body);
+        })) {
         return;
     }
 
-    korvel::find_all_sides(*this, 0);
     // Turns each face against its first edge; the edge lists stay as they are.
-    korvel::chain_verts(*this, 0);
-    comput_mode_aux_parm();
-    model_wrap_cuboid();
-    rotate_model();
+    korvel::find_all_sides(*this, 0, korvel::Chains::of_verts);
+    korvel::derive_all(*this);
     mode_ok = 1;
-    found_top_rel();
 }
 
 void TMOD3D::write_mode(FILE* stream) {

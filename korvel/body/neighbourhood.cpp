@@ -10,7 +10,6 @@ namespace {
 
 constexpr int gathered_vertex = 4;
 constexpr int gathered = 2; // of a face or an edge
-constexpr int seen_face = 32;
 
 /// Appends to `list` the listed records that are not marked yet, and marks them.
 template <class Records>
@@ -99,33 +98,4 @@ void TMOD3D::rel_aux_parm() {
             polys[f].get_rotated_poly_eql(verts);
         }
     }
-}
-
-bool TMOD3D::legal_body_rel_side() {
-    for (const int e : relat_list_3) {
-        if (!has_element(lines, e)) {
-            continue;
-        }
-        for (POLY3D& face : polys) {
-            face.state_flags &= ~seen_face;
-        }
-        for (const int v : {lines[e].start_vert, lines[e].end_vert}) {
-            if (has_element(verts, v)) {
-                for (const int f : verts[v].faces) {
-                    if (has_element(polys, f)) {
-                        polys[f].state_flags |= seen_face;
-                    }
-                }
-            }
-        }
-        for (POLY3D& face : polys) {
-            if ((face.state_flags & seen_face) == 0) {
-                if (lines[e].detect_line_cross_poly(face, verts)) {
-                    return false;
-                }
-                face.state_flags |= seen_face;
-            }
-        }
-    }
-    return true;
 }

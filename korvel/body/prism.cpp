@@ -63,7 +63,6 @@ void TMOD3D::create3dmode(PLYDT& d) {
         return;
     }
     const int first_vertex = verts.GetSize();
-    const int first_edge = lines.GetSize();
     const int first_face = polys.GetSize();
     const int first_body = bodies.GetSize();
 
@@ -94,23 +93,19 @@ void TMOD3D::create3dmode(PLYDT& d) {
         bodies[first_body].polys[i] = first_face + i;
     }
 
-    korvel::find_all_sides(*this, first_face);
-    korvel::chain_verts(*this, first_face);
-    korvel::chain_lines(*this, first_face);
+    korvel::find_all_sides(*this, first_face, korvel::Chains::of_both);
     if (mode_ok == 0) {
         mode_ok = 1;
     }
-    for (int e = first_edge; e < lines.GetSize(); ++e) {
-        lines[e].set_line_eqt(verts);
-    }
     korvel::orient_body(*this, first_body);
-    for (int f = first_face; f < polys.GetSize(); ++f) {
-        polys[f].set_poly_eql(verts);
-    }
-    bodies[first_body].volume = korvel::body_volume(*this, bodies[first_body]);
-    model_wrap_cuboid();
-    rotate_model();
+    korvel::renew_equations_and_view(*this);
     found_top_rel();
-    double no_shift[3] = {0, 0, 0};
-    trans_model_orig(no_shift);
+    // The model is moved by nothing, which sets its origin and the extents of all bodies and leaves
+    // the rest as it is.
+    for (int k = 0; k < 3; ++k) {
+        orig[k] = orig_shift[k] = 0;
+    }
+    for (int b = 0; b < bodies.GetSize(); ++b) {
+        get_body_span(b);
+    }
 }

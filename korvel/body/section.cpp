@@ -24,7 +24,7 @@ public:
         for (const int f : body.polys) {
             if (has_element(model.polys, f)) {
                 for (const int e : model.polys[f].lines) {
-                    if (has_element(model.lines, e) && counts(model.lines[e])) {
+                    if (has_element(model.lines, e) && counts(e)) {
                         add(e, f);
                     }
                 }
@@ -106,13 +106,16 @@ bool trace_loop(TMOD3D& model, const FacesAtEdges& faces_at, int face, int edge,
 }
 
 /// Appends a section vertex for each edge that the plane meets and returns its number for each
-/// edge, −1 for the others.
-std::vector<int> cut_edges(TMOD3D& model, const double* plane, TMOD2D& out) {
+/// edge, −1 for the others. Clears the marks `cleared` of all edges on the way.
+std::vector<int> cut_edges(TMOD3D& model, const double* plane, int cleared, TMOD2D& out) {
     std::vector<int> vertex_of(static_cast<std::size_t>(model.lines.GetSize()), -1);
     std::vector<double> points;
     int next = 0;
     for (int e = 0; e < model.lines.GetSize(); ++e) {
-        const LINE3D& edge = model.lines[e];
+        LINE3D& edge = model.lines[e];
+        if ((edge.state_flags & cleared) != 0) {
+            edge.state_flags &= ~cleared;
+        }
         double point[3] = {};
         if (has_element(model.verts, edge.start_vert) &&
             korvel::segment_meets_plane(model.verts[edge.start_vert].model_xyz, edge.direction,
@@ -159,15 +162,8 @@ void TMOD3D::get_y_section(double v, TMOD2D& out) {
 
 void TMOD3D::get_section(double* plane, TMOD2D& out) {
     out.RemoveAll();
-    const std::vector<int> vertex_of = cut_edges(*this, plane, out);
-
-    if (bodies.IsEmpty()) {
-        return;
-    }
-    // Marks are cleared once, and after each body where it has set them.
-    for (LINE3D& edge : lines) {
-        edge.state_flags &= ~cut;
-    }
+    // Marks are cleared once, and after each body where it has set them; without bodies they stay.
+    const std::vector<int> vertex_of = cut_edges(*this, plane, bodies.IsEmpty() ? 0 : cut, out);
     bool faces_are_clear = false;
     std::vector<int> body_cuts;
     std::vector<int> loop;
@@ -208,8 +204,10 @@ void TMOD3D::get_section(double* plane, TMOD2D& out) {
             }
         }
 
-        const FacesAtEdges faces_at(
-            *this, body, [](const LINE3D& edge) { return (edge.state_flags & cut) != 0; });
+        const FacesAtEdges faces_at(*this, body, [&](int e) {
+            // Most edges are told off without a look at the edge.
+            return vertex_of[static_cast<std::size_t>(e)] >= 0 && (lines[e].state_flags & cut) != 0;
+        });
         std::sort(body_cuts.begin(), body_cuts.end());
         for (const int e : body_cuts) {
             if ((lines[e].state_flags & cut) == 0) {
@@ -227,7 +225,7 @@ bool TMOD3D::trace_section_poly(int body, int face, int edge, CArray<int>& loop)
     if (!has_element(bodies, body)) {
         return false;
     }
-    const FacesAtEdges faces_at(*this, bodies[body], [](const LINE3D&) { return true; });
+    const FacesAtEdges faces_at(*this, bodies[body], [](int) { return true; });
     std::vector<int> walked;
     const bool closed = trace_loop(*this, faces_at, face, edge, walked);
     for (const int e : walked) {

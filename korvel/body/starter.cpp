@@ -3,6 +3,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "korvel/body/body_geometry.h"
 #include "korvel/body/edge_chains.h"
 #include "korvel/body/refinement.h"
 #include "korvel/body/tmod3d.h"
@@ -52,11 +53,8 @@ void TMOD3D::inti_mode(double* center, double* size, int kind, int rounds) {
         }
     }
 
-    comput_mode_aux_parm();
-    model_wrap_cuboid();
-    rotate_model();
+    korvel::derive_all(*this);
     mode_ok = 1;
-    found_top_rel();
     for (int b = 0; b < bodies.GetSize(); ++b) {
         get_body_span(b);
     }
@@ -85,9 +83,7 @@ void TMOD3D::inti_cube() {
         bodies[0].polys.Add(f);
     }
     lines.RemoveAll();
-    korvel::find_all_sides(*this, 0);
-    korvel::chain_verts(*this, 0);
-    korvel::chain_lines(*this, 0);
+    korvel::find_all_sides(*this, 0, korvel::Chains::of_both);
 }
 
 void TMOD3D::inti_p20() {
@@ -124,6 +120,5 @@ void TMOD3D::inti_p20() {
         }
         bodies[0].polys.Add(f);
     }
-    korvel::chain_verts(*this, 0);
-    korvel::chain_lines(*this, 0);
+    korvel::chain_verts_and_lines(*this);
 }

@@ -91,7 +91,9 @@ public:
     /// Refreshes the equations of the gathered edges and faces.
     void rel_aux_parm();
 
-    /// False when a gathered edge passes through a face that holds neither of its ends.
+    /// False when a gathered edge passes through a face that holds neither of its ends. For many
+    /// edges the triangles are searched by their boxes; each other face, and each triangle without
+    /// a proper plane, is tested against every edge.
     bool legal_body_rel_side();
 
     // Starter models.

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
-#include "korvel/body/tmod3d.h"
+#include "korvel/body/body_geometry.h"
 #include "korvel/geometry/list_index.h"
 #include "korvel/geometry/view_transform.h"
 
@@ -43,6 +44,46 @@ void set_cuboid_corners(TMOD3D& model) {
     }
 }
 
+/// Radius and corners from the bounds.
+void finish_wrap_cuboid(TMOD3D& model) {
+    double squares = 0;
+    for (int k = 0; k < 3; ++k) {
+        const double extent = model.wrap_cuboid[2 * k + 1] - model.wrap_cuboid[2 * k];
+        squares += extent * extent;
+    }
+    model.wrap_radius = 0.5 * std::sqrt(squares);
+    set_cuboid_corners(model);
+}
+
+/// Turns the vertices, of which there must be one, and calls `visit` for each.
+template <class Visit>
+void turn_vertices(TMOD3D& model, Visit visit) {
+    bool is_first = true;
+    for (VERT3D& vertex : model.verts) {
+        vertex.rotate(model.rot_matrix);
+        if (std::exchange(is_first, false)) {
+            start_bounds(model.view_bounds, vertex.view_xyz);
+        }
+        widen(model.view_bounds, vertex.view_xyz);
+        visit(vertex);
+    }
+}
+
+/// Makes the turned vertices and all that goes with them relative to the middle of their bounds.
+void centre_view(TMOD3D& model) {
+    for (int k = 0; k < 3; ++k) {
+        model.view_center[k] = (model.view_bounds[2 * k] + model.view_bounds[2 * k + 1]) * 0.5;
+    }
+    for (VERT3D& vertex : model.verts) {
+        vertex.trans_uvw_org(model.view_center);
+    }
+    for (int k = 0; k < 3; ++k) {
+        model.view_bounds[2 * k] -= model.view_center[k];
+        model.view_bounds[2 * k + 1] -= model.view_center[k];
+    }
+    model.roate_wrap_cuboid();
+}
+
 } // namespace
 
 void TMOD3D::inti_vis_plan() {
@@ -59,24 +100,8 @@ void TMOD3D::rotate_model() {
     if (verts.IsEmpty()) {
         return;
     }
-    for (VERT3D& vertex : verts) {
-        vertex.rotate(rot_matrix);
-    }
-    start_bounds(view_bounds, verts[0].view_xyz);
-    for (const VERT3D& vertex : verts) {
-        widen(view_bounds, vertex.view_xyz);
-    }
-    for (int k = 0; k < 3; ++k) {
-        view_center[k] = (view_bounds[2 * k] + view_bounds[2 * k + 1]) * 0.5;
-    }
-    for (VERT3D& vertex : verts) {
-        vertex.trans_uvw_org(view_center);
-    }
-    for (int k = 0; k < 3; ++k) {
-        view_bounds[2 * k] -= view_center[k];
-        view_bounds[2 * k + 1] -= view_center[k];
-    }
-    roate_wrap_cuboid();
+    turn_vertices(*this, [](const VERT3D&) {});
+    centre_view(*this);
     for (LINE3D& line : lines) {
         line.set_line_2d_eqt(verts);
     }
@@ -139,13 +164,7 @@ void TMOD3D::model_wrap_cuboid() {
     for (const VERT3D& vertex : verts) {
         widen(wrap_cuboid, vertex.model_xyz);
     }
-    double squares = 0;
-    for (int k = 0; k < 3; ++k) {
-        const double extent = wrap_cuboid[2 * k + 1] - wrap_cuboid[2 * k];
-        squares += extent * extent;
-    }
-    wrap_radius = 0.5 * std::sqrt(squares);
-    set_cuboid_corners(*this);
+    finish_wrap_cuboid(*this);
 }
 
 void TMOD3D::roate_wrap_cuboid() {
@@ -203,3 +222,29 @@ void TMOD3D::back_rel_vert() {
         }
     }
 }
+
+namespace korvel {
+
+void renew_equations_and_view(TMOD3D& model) {
+    const bool has_view = !model.verts.IsEmpty();
+    if (has_view) {
+        start_bounds(model.wrap_cuboid, model.verts[0].model_xyz);
+        turn_vertices(model,
+                      [&](const VERT3D& vertex) { widen(model.wrap_cuboid, vertex.model_xyz); });
+        finish_wrap_cuboid(model);
+        centre_view(model);
+    }
+    for (LINE3D& line : model.lines) {
+        line.set_line_eqt(model.verts);
+        line.set_line_2d_eqt(model.verts);
+    }
+    for (POLY3D& face : model.polys) {
+        face.set_poly_eql(model.verts);
+        if (has_view) {
+            face.get_rotated_poly_eql(model.verts);
+            face.detect_rotated_poly_vis(model.view_dir);
+        }
+    }
+}
+
+} // namespace korvel

@@ -30,14 +30,21 @@ inline int shifted_index(int index, int by) {
                                                   std::numeric_limits<int>::max()));
 }
 
-/// Fills `target`, which may hold anything, with the elements of `source`, sized once.
+/// Fills `target`, which may hold anything, with `count` elements. It is sized once, and not at all
+/// where it had that many before.
+template <class Target, class Element>
+void assign_range(Target& target, const Element* from, int count) {
+    if (target.GetSize() != count) {
+        target.SetSize(0);
+        target.SetSize(count);
+    }
+    std::copy_n(from, count, target.begin());
+}
+
+/// The same with the elements of a vector.
 template <class Target, class Source>
 void assign_list(Target& target, const Source& source) {
-    target.SetSize(static_cast<int>(source.size()));
-    int slot = 0;
-    for (const auto& element : source) {
-        target[slot++] = element;
-    }
+    assign_range(target, source.data(), static_cast<int>(source.size()));
 }
 
 /// Removes every element for which `goes` holds; the others keep their order. Linear, where

@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <memory>
 #include <new>
@@ -21,9 +22,10 @@
 /// exactly what is asked for, or one growth step if that is more. An empty array that was never
 /// filled, or that was emptied by `RemoveAll` or `SetSize(0)`, holds no storage.
 ///
-/// Pointers and references to elements hold until the array gets new storage. A value handed to
-/// `SetAtGrow`, `Add` or `InsertAt` may be an element of the same array. A call that runs out of
-/// memory throws std::bad_alloc and leaves an array that can be used on.
+/// Pointers and references to elements hold until the array gets new storage. Storage of a few
+/// bytes, which three ints need, stands in the array itself; pointers into it end when the array is
+/// moved. A value handed to `SetAtGrow`, `Add` or `InsertAt` may be an element of the same array. A
+/// call that runs out of memory throws std::bad_alloc and leaves an array that can be used on.
 template <class TYPE, class ARG_TYPE = const TYPE&>
 class CArray {
 public:
@@ -32,11 +34,13 @@ public:
     CArray& operator=(const CArray&) = delete;
 
     /// Takes over elements, storage and growth step; `other` stays behind empty.
-    CArray(CArray&& other) noexcept { swap_with(other); }
+    CArray(CArray&& other) noexcept { take(other); }
 
     CArray& operator=(CArray&& other) noexcept {
-        CArray taken(std::move(other));
-        swap_with(taken);
+        if (this != &other) {
+            RemoveAll();
+            take(other);
+        }
         return *this;
     }
 
@@ -61,7 +65,8 @@ public:
             truncate(new_size);
         } else {
             make_room_for(new_size);
-            std::uninitialized_value_construct(data_ + size_, data_ + new_size);
+            TYPE* const data = elements();
+            std::uninitialized_value_construct(data + size_, data + new_size);
             size_ = new_size;
         }
     }
@@ -72,28 +77,28 @@ public:
     /// Destroys all elements and frees the storage. The growth step stays.
     void RemoveAll() noexcept {
         truncate(0);
-        release(data_, capacity_);
-        data_ = nullptr;
-        capacity_ = 0;
+        release();
     }
 
     // Access is unchecked outside of debug builds.
-    const TYPE& GetAt(int index) const { return data_[checked(index)]; }
-    TYPE& GetAt(int index) { return data_[checked(index)]; }
-    const TYPE& ElementAt(int index) const { return data_[checked(index)]; }
-    TYPE& ElementAt(int index) { return data_[checked(index)]; }
-    const TYPE& operator[](int index) const { return data_[checked(index)]; }
-    TYPE& operator[](int index) { return data_[checked(index)]; }
-    void SetAt(int index, ARG_TYPE value) { data_[checked(index)] = std::forward<ARG_TYPE>(value); }
+    const TYPE& GetAt(int index) const { return elements()[checked(index)]; }
+    TYPE& GetAt(int index) { return elements()[checked(index)]; }
+    const TYPE& ElementAt(int index) const { return elements()[checked(index)]; }
+    TYPE& ElementAt(int index) { return elements()[checked(index)]; }
+    const TYPE& operator[](int index) const { return elements()[checked(index)]; }
+    TYPE& operator[](int index) { return elements()[checked(index)]; }
+    void SetAt(int index, ARG_TYPE value) {
+        elements()[checked(index)] = std::forward<ARG_TYPE>(value);
+    }
 
     /// The first of `GetSize()` adjoining elements; null when the array holds no storage.
-    const TYPE* GetData() const noexcept { return data_; }
-    TYPE* GetData() noexcept { return data_; }
+    const TYPE* GetData() const noexcept { return elements(); }
+    TYPE* GetData() noexcept { return elements(); }
 
-    const TYPE* begin() const noexcept { return data_; }
-    TYPE* begin() noexcept { return data_; }
-    const TYPE* end() const noexcept { return data_ + size_; }
-    TYPE* end() noexcept { return data_ + size_; }
+    const TYPE* begin() const noexcept { return elements(); }
+    TYPE* begin() noexcept { return elements(); }
+    const TYPE* end() const noexcept { return elements() + size_; }
+    TYPE* end() noexcept { return elements() + size_; }
 
     /// Sets element `index` and first lengthens the array to hold it. A negative index does
     /// nothing.
@@ -102,23 +107,23 @@ public:
             return;
         }
         if (index < size_) {
-            data_[index] = std::forward<ARG_TYPE>(value);
+            elements()[index] = std::forward<ARG_TYPE>(value);
             return;
         }
         TYPE held(std::forward<ARG_TYPE>(value));
         SetSize(sum(index, 1));
-        data_[index] = std::move(held);
+        elements()[index] = std::move(held);
     }
 
     /// Appends one element and returns its index.
     int Add(ARG_TYPE value) {
         if (size_ < capacity_) {
-            std::construct_at(data_ + size_, std::forward<ARG_TYPE>(value));
+            std::construct_at(elements() + size_, std::forward<ARG_TYPE>(value));
         } else {
             // The value may live in the storage that is about to go.
             TYPE held(std::forward<ARG_TYPE>(value));
             make_room_for(sum(size_, 1));
-            std::construct_at(data_ + size_, std::move(held));
+            std::construct_at(elements() + size_, std::move(held));
         }
         return size_++;
     }
@@ -130,7 +135,7 @@ public:
         const int count = source.size_;
         if (count > 0) {
             make_room_for(sum(old_size, count));
-            std::uninitialized_copy_n(source.data_, count, data_ + old_size);
+            std::uninitialized_copy_n(source.elements(), count, elements() + old_size);
             size_ += count;
         }
         return old_size;
@@ -149,8 +154,10 @@ public:
             make_room_for(source.size_);
         }
         truncate(std::min(size_, source.size_));
-        std::copy_n(source.data_, size_, data_);
-        std::uninitialized_copy(source.data_ + size_, source.data_ + source.size_, data_ + size_);
+        const TYPE* const from = source.elements();
+        TYPE* const data = elements();
+        std::copy_n(from, size_, data);
+        std::uninitialized_copy(from + size_, from + source.size_, data + size_);
         size_ = source.size_;
     }
 
@@ -164,11 +171,12 @@ public:
         const int first = std::max(index, 0);
         const int old_size = size_;
         SetSize(sum(std::max(first, old_size), count));
+        TYPE* const data = elements();
         if (first < old_size) {
-            std::move_backward(data_ + first, data_ + old_size, data_ + size_);
+            std::move_backward(data + first, data + old_size, data + size_);
         }
-        std::fill_n(data_ + first, count - 1, std::as_const(held));
-        data_[first + count - 1] = std::move(held);
+        std::fill_n(data + first, count - 1, std::as_const(held));
+        data[first + count - 1] = std::move(held);
     }
 
     /// Removes the elements `index` to `index + count - 1`, as far as they exist. Storage stays.
@@ -178,7 +186,8 @@ public:
         if (first >= stop) {
             return;
         }
-        std::move(data_ + stop, data_ + size_, data_ + first);
+        TYPE* const data = elements();
+        std::move(data + stop, data + size_, data + first);
         truncate(size_ - static_cast<int>(stop - first));
     }
 
@@ -188,6 +197,36 @@ private:
     static constexpr bool is_plain() {
         return std::is_trivially_copyable_v<TYPE> && alignof(TYPE) <= alignof(std::max_align_t);
     }
+
+    // The address of the elements, or so few of them that they need no block of their own. Most
+    // index lists of a model name no more than three records.
+    static constexpr std::size_t room = 12;
+
+    // How many elements the room must hold before the heap is used; 0 for types that never fit.
+    static constexpr int most_in_room() {
+        constexpr std::size_t fit = room / sizeof(TYPE);
+        return is_plain() && fit >= 3 && alignof(TYPE) <= alignof(TYPE*) ? static_cast<int>(fit)
+                                                                         : 0;
+    }
+
+    static constexpr bool fits_in_room(int capacity) {
+        // One comparison, since most calls ask.
+        return static_cast<unsigned>(capacity) - 1U < static_cast<unsigned>(most_in_room());
+    }
+
+    TYPE* elements() noexcept {
+        return fits_in_room(capacity_) ? reinterpret_cast<TYPE*>(room_) : block();
+    }
+    const TYPE* elements() const noexcept {
+        return fits_in_room(capacity_) ? reinterpret_cast<const TYPE*>(room_) : block();
+    }
+
+    TYPE* block() const noexcept {
+        TYPE* at = nullptr;
+        std::memcpy(&at, room_, sizeof(void*));
+        return at;
+    }
+    void set_block(TYPE* at) noexcept { std::memcpy(room_, &at, sizeof(void*)); }
 
     // The length of an array that became longer than any array can be stands for "out of memory".
     static int sum(int size, int more) {
@@ -203,7 +242,7 @@ private:
     }
 
     void truncate(int new_size) noexcept {
-        std::destroy(data_ + new_size, data_ + size_);
+        std::destroy(elements() + new_size, elements() + size_);
         size_ = new_size;
     }
 
@@ -232,12 +271,26 @@ private:
             return;
         }
         const auto count = static_cast<std::size_t>(capacity);
-        if constexpr (is_plain()) {
-            data_ = reallocate(data_, count);
+        if constexpr (!is_plain()) {
+            set_block(relocate(count));
+        } else if (fits_in_room(capacity)) {
+            move_into_room();
+        } else if (fits_in_room(capacity_)) {
+            TYPE* const fresh = reallocate(nullptr, count);
+            std::memcpy(static_cast<void*>(fresh), room_, room);
+            set_block(fresh);
         } else {
-            data_ = relocate(count);
+            set_block(reallocate(block(), count));
         }
         capacity_ = capacity;
+    }
+
+    void move_into_room() noexcept {
+        if (!fits_in_room(capacity_)) {
+            TYPE* const old = block();
+            std::copy_n(old, size_, reinterpret_cast<TYPE*>(room_));
+            std::free(static_cast<void*>(old));
+        }
     }
 
     static TYPE* reallocate(TYPE* old, std::size_t count) {
@@ -253,33 +306,44 @@ private:
 
     TYPE* relocate(std::size_t count) {
         TYPE* fresh = std::allocator<TYPE>().allocate(count);
+        TYPE* const old = block();
         try {
-            std::uninitialized_move(data_, data_ + size_, fresh);
+            std::uninitialized_move(old, old + size_, fresh);
         } catch (...) {
             std::allocator<TYPE>().deallocate(fresh, count);
             throw;
         }
-        std::destroy(data_, data_ + size_);
-        release(data_, capacity_);
+        std::destroy(old, old + size_);
+        free_block();
         return fresh;
     }
 
-    static void release(TYPE* storage, int capacity) noexcept {
+    void free_block() noexcept {
         if constexpr (is_plain()) {
-            std::free(static_cast<void*>(storage));
-        } else if (storage != nullptr) {
-            std::allocator<TYPE>().deallocate(storage, static_cast<std::size_t>(capacity));
+            if (!fits_in_room(capacity_)) {
+                std::free(static_cast<void*>(block()));
+            }
+        } else if (capacity_ > 0) {
+            std::allocator<TYPE>().deallocate(block(), static_cast<std::size_t>(capacity_));
         }
     }
 
-    void swap_with(CArray& other) noexcept {
-        std::swap(data_, other.data_);
-        std::swap(size_, other.size_);
-        std::swap(capacity_, other.capacity_);
-        std::swap(grow_by_, other.grow_by_);
+    void release() noexcept {
+        free_block();
+        set_block(nullptr);
+        capacity_ = 0;
     }
 
-    TYPE* data_ = nullptr;
+    // Gives this array, which holds no storage, what `other` has.
+    void take(CArray& other) noexcept {
+        std::memcpy(room_, other.room_, room);
+        size_ = std::exchange(other.size_, 0);
+        capacity_ = std::exchange(other.capacity_, 0);
+        grow_by_ = std::exchange(other.grow_by_, 0);
+        other.set_block(nullptr);
+    }
+
+    alignas(TYPE*) unsigned char room_[room] = {};
     int size_ = 0;
     int capacity_ = 0;
     int grow_by_ = 0;

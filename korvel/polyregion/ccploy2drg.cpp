@@ -74,28 +74,32 @@ void CCPloy2DRg::creat_top_rel() {
 }
 
 void CCPloy2DRg::readpolyrg(FILE* stream) {
+    if (stream == nullptr) {
+        return;
+    }
+    korvel::TextReader reader(stream);
     int points = 0;
-    if (stream == nullptr || !korvel::read_int(stream, points) || points < 1) {
+    if (!reader.read(points) || points < 1) {
         return;
     }
     const auto read_point = [&](VERT2D& pt) {
-        if (!korvel::read_real(stream, pt.x)) {
+        if (!reader.read(pt.x)) {
             return Progress::nothing;
         }
-        return korvel::read_real(stream, pt.y) ? Progress::all : Progress::part;
+        return reader.read(pt.y) ? Progress::all : Progress::part;
     };
     const auto read_rings = [&] {
         int rings = 0;
-        return korvel::read_int(stream, rings) &&
+        return reader.read(rings) &&
                (rings < 1 || korvel::read_records(rings, ring_list, [&](RING& ring) {
-                    return korvel::read_counted_ints(stream, ring.pts);
+                    return korvel::read_counted_ints(reader, ring.pts);
                 }));
     };
     const auto read_regions = [&] {
         int regions = 0;
-        return korvel::read_int(stream, regions) &&
+        return reader.read(regions) &&
                (regions < 1 || korvel::read_records(regions, region_list, [&](PyToRg& region) {
-                    return korvel::read_counted_ints(stream, region.rings);
+                    return korvel::read_counted_ints(reader, region.rings);
                 }));
     };
     if (korvel::read_records(points, pt_list, read_point) && read_rings()) {

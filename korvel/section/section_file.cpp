@@ -10,16 +10,20 @@
 using korvel::Progress;
 
 void TMOD2D::readdate(FILE* stream) {
+    if (stream == nullptr) {
+        return;
+    }
+    korvel::TextReader reader(stream);
     int vertices = 0;
-    if (stream == nullptr || !korvel::read_int(stream, vertices) || vertices < 0) {
+    if (!reader.read(vertices) || vertices < 0) {
         return;
     }
     int axes[2] = {};
-    const bool has_axes = korvel::read_int(stream, axes[0]) && korvel::read_int(stream, axes[1]);
+    const bool has_axes = reader.read(axes[0]) && reader.read(axes[1]);
     // A coordinate along anything but x, y or z is read and dropped.
     const auto read_coordinate = [&](VERT3D& vert, int axis) {
         double dropped = 0;
-        return korvel::read_real(stream, axis >= 0 && axis < 3 ? vert.model_xyz[axis] : dropped);
+        return reader.read(axis >= 0 && axis < 3 ? vert.model_xyz[axis] : dropped);
     };
     const auto read_vertex = [&](VERT3D& vert) {
         if (!has_axes || !read_coordinate(vert, axes[0])) {
@@ -29,16 +33,16 @@ void TMOD2D::readdate(FILE* stream) {
     };
     const auto read_faces = [&] {
         int faces = 0;
-        return korvel::read_int(stream, faces) &&
+        return reader.read(faces) &&
                (faces < 1 || korvel::read_records(faces, polys, [&](POLY3D& face) {
-                    return korvel::read_counted_ints(stream, face.verts);
+                    return korvel::read_counted_ints(reader, face.verts);
                 }));
     };
     const auto read_groups = [&] {
         int count = 0;
-        return korvel::read_int(stream, count) &&
+        return reader.read(count) &&
                (count < 1 || korvel::read_records(count, groups, [&](POLY3D_CPLX& group) {
-                    return korvel::read_counted_ints(stream, group.polys);
+                    return korvel::read_counted_ints(reader, group.polys);
                 }));
     };
     if (korvel::read_records(vertices, verts, read_vertex) && read_faces()) {

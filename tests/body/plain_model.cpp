@@ -169,6 +169,25 @@ void found_top_rel_plainly(TMOD3D& model) {
     }
 }
 
+bool legal_body_rel_side_plainly(TMOD3D& model) {
+    for (const int e : model.relat_list_3) {
+        clear_flag(model.polys, 32);
+        for (const int v : {model.lines[e].start_vert, model.lines[e].end_vert}) {
+            for (const int f : model.verts[v].faces) {
+                model.polys[f].state_flags |= 32;
+            }
+        }
+        for (POLY3D& face : model.polys) {
+            if ((face.state_flags & 32) == 0 &&
+                model.lines[e].detect_line_cross_poly(face, model.verts)) {
+                return false;
+            }
+            face.state_flags |= 32;
+        }
+    }
+    return true;
+}
+
 bool trace_section_poly_plainly(TMOD3D& model, int body, int face, int edge, Ints& loop) {
     const Ints& polys = model.bodies[body].polys;
     int current = edge;

@@ -3,11 +3,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <random>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "korvel/polyregion/plydt.h"
 #include "tests/body/model_state.h"
 #include "tests/body/plain_model.h"
 
@@ -244,6 +246,97 @@ TEST(PlainModel, ReadingAgrees) {
         found_top_rel_plainly(plain);
         ASSERT_EQ(state_of(model), state_of(plain));
     }
+}
+
+/// Moves vertices, faces' planes and edges' lengths away from what was computed of them.
+void leave_stale(TMOD3D& model, Dice& dice) {
+    const double odd[] = {0, -1, 1e-30, 1e30, 1e200, 0.0 / 0.0, 1.0 / 0.0, 2, 0.25};
+    for (int k = dice(0, 3); k > 0 && !model.verts.IsEmpty(); --k) {
+        VERT3D& vertex = model.verts[dice(0, model.verts.GetUpperBound())];
+        vertex.model_xyz[dice(0, 2)] = dice.one_in(4) ? odd[dice(0, 8)] : dice(-3, 3);
+    }
+    for (int k = dice(0, 2); k > 0 && !model.polys.IsEmpty(); --k) {
+        POLY3D& face = model.polys[dice(0, model.polys.GetUpperBound())];
+        face.plane[dice(0, 3)] = odd[dice(0, 8)];
+        face.main_axis = dice(-1, 3);
+    }
+    for (int k = dice(0, 2); k > 0 && !model.lines.IsEmpty(); --k) {
+        LINE3D& line = model.lines[dice(0, model.lines.GetUpperBound())];
+        line.length = odd[dice(0, 8)];
+        line.direction[dice(0, 2)] = odd[dice(0, 8)];
+    }
+}
+
+TEST(PlainModel, CrossingsAgree) {
+    int legal = 0;
+    int illegal = 0;
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        SCOPED_TRACE(seed);
+        Dice dice(seed);
+        TMOD3D model = random_model(dice, dice.one_in(2));
+        for (POLY3D& face : model.polys) {
+            face.find_side(model.lines);
+        }
+        model.comput_mode_aux_parm();
+        model.found_top_rel();
+        if (dice.one_in(2)) {
+            leave_stale(model, dice);
+        }
+        for (int e = 0; e < model.lines.GetSize(); ++e) {
+            // Alone, and often enough for a search tree; then with the edges before it.
+            for (const int times : {1, 40}) {
+                model.relat_list_3.SetSize(times);
+                std::fill_n(model.relat_list_3.begin(), times, e);
+                if (times > 1 && dice.one_in(4)) {
+                    std::iota(model.relat_list_3.begin(),
+                              model.relat_list_3.begin() + std::min(e, times), 0);
+                }
+                TMOD3D plain = model;
+                const bool is_legal = legal_body_rel_side_plainly(plain);
+                ASSERT_EQ(model.legal_body_rel_side(), is_legal) << e;
+                for (int f = 0; f < model.polys.GetSize(); ++f) {
+                    ASSERT_EQ(model.polys[f].state_flags, plain.polys[f].state_flags);
+                }
+                ++(is_legal ? legal : illegal);
+            }
+        }
+    }
+    EXPECT_GT(legal, 3000);
+    EXPECT_GT(illegal, 3000);
+}
+
+TEST(PlainModel, RaisingDerivesWhatThePassesDo) {
+    const auto before = korvel::set_message_box_handler([](const char*, unsigned) { return IDOK; });
+    PLYDT d;
+    for (const double z : {0.0, 1.5}) {
+        for (const auto& [x, y] : {std::pair(0.0, 0.0), {3.0, 0.5}, {1.0, 2.0}}) {
+            d.prism_pts.Add({x, y, z, 0});
+        }
+    }
+    d.trg_list.SetSize(1);
+    d.trg_list[0].vb = 1;
+    d.trg_list[0].vc = 2;
+    RING ring;
+    set_ints(ring.pts, {0, 1, 2});
+    d.ring_list.Add(ring);
+    for (unsigned seed = 0; seed < 200; ++seed) {
+        SCOPED_TRACE(seed);
+        Dice dice(seed);
+        TMOD3D model = random_model(dice, false);
+        for (POLY3D& face : model.polys) {
+            face.find_side(model.lines);
+        }
+        model.orig[1] = model.orig_shift[2] = 5;
+        model.create3dmode(d);
+        TMOD3D plain = model;
+        found_top_rel_plainly(plain);
+        plain.model_wrap_cuboid();
+        plain.rotate_model();
+        double no_shift[3] = {};
+        plain.trans_model_orig(no_shift);
+        ASSERT_EQ(state_of(model), state_of(plain));
+    }
+    korvel::set_message_box_handler(before);
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 #include <limits>
 #include <memory>
 #include <numeric>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -230,14 +232,65 @@ TEST(Array, MovesItsStorage) {
     static_assert(std::is_nothrow_move_constructible_v<CArray<int>>);
     static_assert(std::is_nothrow_move_assignable_v<CArray<int>>);
 
-    CArray<int> source = counting_up_to(3);
+    CArray<int> source = counting_up_to(4);
     const int* storage = source.GetData();
     CArray<int> target = counting_up_to(8);
     target = std::move(source);
     EXPECT_EQ(target.GetData(), storage);
-    EXPECT_EQ(contents(target), (std::vector{0, 1, 2}));
+    EXPECT_EQ(contents(target), (std::vector{0, 1, 2, 3}));
     source.Add(4); // an array that was moved from stays usable
     EXPECT_EQ(contents(source), std::vector{4});
+}
+
+// Few small elements need no storage of their own; arrays change between both forms.
+TEST(Array, KeepsItsElementsThroughEverySizeAndMove) {
+    static_assert(sizeof(CArray<int>) == 24 || sizeof(void*) != 8);
+    std::mt19937 random(1);
+    CArray<int> lists[2];
+    std::vector<int> plain[2];
+    for (int step = 0; step < 20000; ++step) {
+        const std::size_t i = random() % 2;
+        const int size = static_cast<int>(random() % 7);
+        CArray<int>& list = lists[i];
+        CArray<int>& other = lists[1 - i];
+        std::vector<int>& expected = plain[i];
+        switch (random() % 9) {
+        case 0:
+            list.SetSize(size, step % 5 == 0 ? static_cast<int>(random() % 5) : -1);
+            expected.resize(static_cast<std::size_t>(size));
+            break;
+        case 1:
+            list = std::move(other);
+            expected = std::exchange(plain[1 - i], {});
+            break;
+        case 2:
+            list.Copy(other);
+            expected = plain[1 - i];
+            break;
+        case 3:
+            list.FreeExtra();
+            break;
+        case 4:
+            list.RemoveAt(size, 2);
+            for (int k = 0; k < 2 && static_cast<std::size_t>(size) < expected.size(); ++k) {
+                expected.erase(expected.begin() + size);
+            }
+            break;
+        case 5: {
+            CArray<int> moved(std::move(list));
+            list = std::move(moved);
+            break;
+        }
+        default:
+            list.Add(step);
+            expected.push_back(step);
+            break;
+        }
+        for (std::size_t k = 0; k < 2; ++k) {
+            ASSERT_EQ(contents(lists[k]), plain[k]);
+            ASSERT_TRUE(lists[k].GetData() != nullptr || plain[k].empty());
+        }
+    }
 }
 
 TEST(Array, ReportsSizesThatCannotBe) {

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+#include <vector>
+
+namespace korvel {
+
+/// An axis-parallel box in space, its borders included; empty at the start.
+struct Box {
+    double low[3] = {std::numeric_limits<double>::infinity(),
+                     std::numeric_limits<double>::infinity(),
+                     std::numeric_limits<double>::infinity()};
+    double high[3] = {-std::numeric_limits<double>::infinity(),
+                      -std::numeric_limits<double>::infinity(),
+                      -std::numeric_limits<double>::infinity()};
+
+    void include(const double* point) {
+        for (int k = 0; k < 3; ++k) {
+            low[k] = std::min(low[k], point[k]);
+            high[k] = std::max(high[k], point[k]);
+        }
+    }
+    void include(const Box& other) {
+        include(other.low);
+        include(other.high);
+    }
+    bool meets(const Box& other) const {
+        return low[0] <= other.high[0] && other.low[0] <= high[0] && low[1] <= other.high[1] &&
+               other.low[1] <= high[1] && low[2] <= other.high[2] && other.low[2] <= high[2];
+    }
+};
+
+/// Boxes, asked for those that meet a box: a binary tree that halves them along the longer side of
+/// what holds them all. A question costs about the logarithm of their number and its answer.
+class BoxTree {
+public:
+    explicit BoxTree(std::vector<Box> boxes) : boxes_(std::move(boxes)), order_(boxes_.size()) {
+        std::iota(order_.begin(), order_.end(), 0);
+        nodes_.reserve(boxes_.size());
+        if (!boxes_.empty()) {
+            build(0, static_cast<int>(boxes_.size()));
+        }
+    }
+
+    /// Calls `visit(i)` for each box i that meets the given one, in no particular order.
+    template <class Visit>
+    void for_each_meeting(const Box& box, Visit visit) const {
+        // A node's left half stands right behind it, and `skip` leads past both halves.
+        for (std::size_t at = 0; at < nodes_.size();) {
+            const Node& node = nodes_[at];
+            if (!node.box.meets(box)) {
+                at = static_cast<std::size_t>(node.skip);
+                continue;
+            }
+            for (int place = node.begin; place < node.end; ++place) {
+                const int i = order_[static_cast<std::size_t>(place)];
+                if (boxes_[static_cast<std::size_t>(i)].meets(box)) {
+                    visit(i);
+                }
+            }
+            ++at;
+        }
+    }
+
+private:
+    static constexpr int leaf_size = 4;
+
+    struct Node {
+        Box box;
+        int skip = 0;
+        int begin = 0; ///< a leaf's boxes are those at order_[begin] … order_[end − 1]
+        int end = 0;
+    };
+
+    void build(int begin, int end) {
+        const std::size_t self = nodes_.size();
+        nodes_.emplace_back();
+        Box box;
+        for (int place = begin; place < end; ++place) {
+            box.include(boxes_[static_cast<std::size_t>(order_[static_cast<std::size_t>(place)])]);
+        }
+        nodes_[self].box = box;
+        if (end - begin <= leaf_size) {
+            nodes_[self].begin = begin;
+            nodes_[self].end = end;
+        } else {
+            int axis = 0;
+            for (int k = 1; k < 3; ++k) {
+                if (box.high[k] - box.low[k] > box.high[axis] - box.low[axis]) {
+                    axis = k;
+                }
+            }
+            const int middle = begin + (end - begin) / 2;
+            const auto doubled_centre = [&](int i) {
+                const Box& of = boxes_[static_cast<std::size_t>(i)];
+                return of.low[axis] + of.high[axis];
+            };
+            std::nth_element(order_.begin() + begin, order_.begin() + middle, order_.begin() + end,
+                             [&](int i, int j) { return doubled_centre(i) < doubled_centre(j); });
+            build(begin, middle);
+            build(middle, end);
+        }
+        nodes_[self].skip = static_cast<int>(nodes_.size());
+    }
+
+    std::vector<Box> boxes_;
+    std::vector<int> order_;
+    std::vector<Node> nodes_;
+};
+
+} // namespace korvel
