@@ -32,18 +32,18 @@ void triangles(benchmark::State& state, const char* name) {
     triangulate(state, set);
 }
 
-/// One ring of evenly spread directions whose points lie off their circle by up to two of their
-/// spacings.
-void noisy_ring(benchmark::State& state) {
+constexpr double ring_radius = 1e6;
+
+/// One ring of evenly spread directions whose points lie off their circle by what `offset(k,
+/// spacing)` tells.
+template <class Offset>
+void triangulate_ring(benchmark::State& state, Offset offset) {
     constexpr double turn = 6.283185307179586;
-    constexpr double radius = 1e6;
     const auto corners = static_cast<int>(state.range(0));
-    const double spacing = radius * turn / corners;
-    std::mt19937 noise(1);
     PLYDT set;
     RING ring;
     for (int k = 0; k < corners; ++k) {
-        const double distance = radius + 2 * spacing * noise() / std::mt19937::max();
+        const double distance = ring_radius + offset(k, ring_radius * turn / corners);
         VERT2D pt;
         pt.x = std::round(distance * std::cos(turn * k / corners));
         pt.y = std::round(distance * std::sin(turn * k / corners));
@@ -56,6 +56,38 @@ void noisy_ring(benchmark::State& state) {
     triangulate(state, set);
 }
 
+/// Up to two spacings off the circle: few radii differ much.
+void noisy_ring(benchmark::State& state) {
+    std::mt19937 noise(1);
+    triangulate_ring(
+        state, [&](int, double spacing) { return 2 * spacing * noise() / std::mt19937::max(); });
+}
+
+/// Every other point half way to the centre: long sides close together.
+void spiky_ring(benchmark::State& state) {
+    triangulate_ring(state, [](int k, double) { return k % 2 == 0 ? 0 : -ring_radius / 2; });
+}
+
+/// The same with tips and bases as uneven as the noisy ring.
+void uneven_spiky_ring(benchmark::State& state) {
+    std::mt19937 noise(1);
+    triangulate_ring(state, [&](int k, double spacing) {
+        return (k % 2 == 0 ? 0 : -ring_radius / 2) + 2 * spacing * noise() / std::mt19937::max();
+    });
+}
+
+void ring_sizes(benchmark::internal::Benchmark* ring) {
+    ring->ArgName("points")->Unit(benchmark::kMillisecond)->Complexity(benchmark::oAuto);
+    for (const int points : {2'500, 5'000, 10'000, 20'000, 50'000}) {
+        ring->Arg(points);
+    }
+}
+
+BENCHMARK_CAPTURE(triangles, us_counties, "us-counties")
+    ->ArgName("quarters")
+    ->Arg(4)
+    ->Unit(benchmark::kMillisecond);
+
 BENCHMARK_CAPTURE(triangles, us_states, "us-states")
     ->ArgName("quarters")
     ->Arg(1)
@@ -64,11 +96,8 @@ BENCHMARK_CAPTURE(triangles, us_states, "us-states")
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oNLogN);
 
-BENCHMARK(noisy_ring)
-    ->ArgName("points")
-    ->RangeMultiplier(2)
-    ->Range(1 << 10, 1 << 14)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity(benchmark::oAuto);
+BENCHMARK(noisy_ring)->Apply(ring_sizes);
+BENCHMARK(spiky_ring)->Apply(ring_sizes);
+BENCHMARK(uneven_spiky_ring)->Apply(ring_sizes);
 
 } // namespace

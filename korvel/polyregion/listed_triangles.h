@@ -60,9 +60,9 @@ public:
 
 private:
     static std::array<int, 3> sorted(int a, int b, int c) {
-        std::array<int, 3> corners{a, b, c};
-        std::sort(corners.begin(), corners.end());
-        return corners;
+        const int low = std::min({a, b, c});
+        const int high = std::max({a, b, c});
+        return {low, std::max(std::min(a, b), std::min(std::max(a, b), c)), high};
     }
     static std::uint64_t key_of(const std::array<int, 3>& corners) {
         return mix_bits(pair_key(corners[0], corners[1])) ^ pair_key(0, corners[2]);

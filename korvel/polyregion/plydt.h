@@ -8,8 +8,9 @@
 #include "korvel/polyregion/vert2d.h"
 
 namespace korvel {
+class AdvancingFront;
 class ListedTriangles;
-}
+} // namespace korvel
 
 /// Plane polygonal regions over one list of points, together with the triangles that cover them and
 /// the points lifted into two parallel planes. `CREGION` fills points, rings and regions; the rest
@@ -128,7 +129,7 @@ public:
     static void set_trace_files(bool on);
 
 private:
-    void triangulate(PyToRg& rg, korvel::ListedTriangles& listed);
+    void triangulate(PyToRg& rg, korvel::ListedTriangles& listed, korvel::AdvancingFront& front);
     void write_summary(FILE* summary);
 
     // The exhaustive form of one region's triangulation; a null trace is not written.

@@ -56,8 +56,9 @@ void PLYDT::region_tranglate() {
     trg_list.RemoveAll();
     creat_top_rel();
     korvel::ListedTriangles listed(trg_list);
+    korvel::AdvancingFront front(*this, listed);
     for (PyToRg& region : region_list) {
-        triangulate(region, listed);
+        triangulate(region, listed, front);
     }
     const TraceFile summary("wwwtrg.dat");
     if (summary.stream() != nullptr) {
@@ -70,10 +71,12 @@ void PLYDT::poly_tranglate(PyToRg& rg) {
     if (is_sound(*this, rg)) {
         listed.add_triangles_of(*this, rg);
     }
-    triangulate(rg, listed);
+    korvel::AdvancingFront front(*this, listed);
+    triangulate(rg, listed, front);
 }
 
-void PLYDT::triangulate(PyToRg& rg, korvel::ListedTriangles& listed) {
+void PLYDT::triangulate(PyToRg& rg, korvel::ListedTriangles& listed,
+                        korvel::AdvancingFront& front) {
     const TraceFile trace("trg.dat"); // each region truncates it
     if (rg.rings.IsEmpty() || !is_sound(*this, rg)) {
         return;
@@ -85,7 +88,7 @@ void PLYDT::triangulate(PyToRg& rg, korvel::ListedTriangles& listed) {
         whole.vb = outer.pts[1];
         whole.vc = outer.pts[2];
         trg_list.Add(whole); // its radius is not computed
-    } else if (trace_files || !korvel::close_front(*this, rg, listed)) {
+    } else if (trace_files || !front.close(rg)) {
         close_front_exhaustively(trace.stream(), rg);
     }
     listed.add_new_triangles();

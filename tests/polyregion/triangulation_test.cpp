@@ -282,20 +282,16 @@ private:
     std::mt19937 engine_{1};
 };
 
-TEST_F(Triangulation, IsTheSameWithoutTraces) {
-    // Folders in the place of the trace files: the exhaustive form runs and writes nothing.
-    std::filesystem::create_directory("trg.dat");
-    std::filesystem::create_directory("wwwtrg.dat");
-    RandomShapes shapes;
-    int found = 0;
-    int undefined_radii = 0;
-    constexpr int cases = 3000;
-    for (int i = 0; i <= cases && !HasFailure(); ++i) {
-        // At last one whose third point is so near the first that a radius comes out as −∞.
-        const Shape shape =
-            i < cases
-                ? shapes.next()
-                : Shape{{{0, 0}, {0.3, 0.5}, {-8e-17, 1e-17}, {0.7, 0.7}}, {{0, 1, 2, 3}}, {{0}}};
+/// Triangulates a shape in the exhaustive form and in the quick one, which are to give the same
+/// triangles and radii.
+class BothForms {
+public:
+    BothForms() {
+        // Folders in the place of the trace files: the exhaustive form runs and writes nothing.
+        std::filesystem::create_directory("trg.dat");
+        std::filesystem::create_directory("wwwtrg.dat");
+    }
+    void compare(const Shape& shape, const std::string& name) {
         PLYDT traced;
         PLYDT quick;
         for (PLYDT* set : {&traced, &quick}) {
@@ -307,20 +303,128 @@ TEST_F(Triangulation, IsTheSameWithoutTraces) {
             set->trg_list.Add({0, 0, 0, shape.rings[0][0], pt, pt});
             set->poly_tranglate(set->region_list[0]);
         }
-        ASSERT_EQ(triangles(quick), triangles(traced)) << i;
+        ASSERT_EQ(triangles(quick), triangles(traced)) << name;
         for (int t = 0; t < traced.trg_list.GetSize(); ++t) {
             const double radius = traced.trg_list[t].radius;
             if (std::isnan(radius)) {
                 ++undefined_radii;
-                EXPECT_TRUE(std::isnan(quick.trg_list[t].radius)) << i;
+                EXPECT_TRUE(std::isnan(quick.trg_list[t].radius)) << name;
             } else {
-                EXPECT_EQ(quick.trg_list[t].radius, radius) << i;
+                EXPECT_EQ(quick.trg_list[t].radius, radius) << name;
             }
         }
         found += traced.trg_list.GetSize();
     }
-    EXPECT_GT(found, 30'000);
-    EXPECT_GT(undefined_radii, 100);
+
+    int found = 0;
+    int undefined_radii = 0;
+};
+
+TEST_F(Triangulation, IsTheSameWithoutTraces) {
+    BothForms forms;
+    RandomShapes shapes;
+    for (int i = 0; i < 3000 && !HasFailure(); ++i) {
+        forms.compare(shapes.next(), std::to_string(i));
+    }
+    // The third point is so near the first that a radius comes out as −∞.
+    forms.compare({{{0, 0}, {0.3, 0.5}, {-8e-17, 1e-17}, {0.7, 0.7}}, {{0, 1, 2, 3}}, {{0}}}, "−∞");
+    EXPECT_GT(forms.found, 30'000);
+    EXPECT_GT(forms.undefined_radii, 100);
+}
+
+/// A closed curve of `corners` points at the distances that `radius(k)` tells.
+template <class Radius>
+void add_round(Shape& shape, Xy centre, int corners, Radius radius) {
+    Ints& ring = shape.rings.emplace_back();
+    for (int k = 0; k < corners; ++k) {
+        const double angle = 6.283185307179586 * k / corners;
+        ring.push_back(static_cast<int>(shape.points.size()));
+        shape.points.push_back({std::round(centre.x + radius(k) * std::cos(angle)),
+                                std::round(centre.y + radius(k) * std::sin(angle))});
+    }
+}
+
+TEST_F(Triangulation, IsTheSameOnLongRings) {
+    std::mt19937 engine(1);
+    const auto noise = [&](int size) { return static_cast<double>(engine() % unsigned(size)); };
+    const struct {
+        const char* name;
+        std::vector<Xy> (*outline)(); ///< or none for a round shape
+        int corners;
+        double radius;
+        double inner; ///< radius of every other corner
+        int noise;
+        bool has_holes;
+    } cases[] = {
+        {"smooth, all radii nearly equal", nullptr, 100, 1e6, 1e6, 1, false},
+        {"few distinct coordinates, full of ties", nullptr, 96, 20, 20, 3, false},
+        {"noisy", nullptr, 130, 1e5, 1e5, 10'000, false},
+        {"noisy, with holes", nullptr, 90, 1e5, 1e5, 6'000, true},
+        {"spiky", nullptr, 120, 1e6, 5e5, 1, false},
+        {"spiky and small, with holes", nullptr, 100, 90, 60, 9, true},
+        {"teeth whose tips stand in two columns",
+         [] {
+             std::vector<Xy> ring;
+             for (double k = 0; k < 50; ++k) {
+                 ring.insert(ring.end(), {{900, 10 * k}, {0, 10 * k + 5}});
+             }
+             ring.insert(ring.end(), {{1000, 495}, {1000, -10}});
+             return std::vector<Xy>(ring.rbegin(), ring.rend());
+         },
+         0, 0, 0, 0, false},
+        {"a comb with a point at every unit",
+         [] {
+             std::vector<Xy> ring{{30, 7}, {0, 7}};
+             for (double x = 0; x < 30; x += 3) {
+                 ring.insert(ring.end(), {{x, 5}, {x, 0}, {x + 1, 0}, {x + 1, 4}, {x + 2, 4}});
+                 ring.insert(ring.end(), {{x + 2, 5}});
+             }
+             ring.insert(ring.end(), {{30, 5}, {30, 6}});
+             return ring;
+         },
+         0, 0, 0, 0, false},
+        {"a slice of a disc",
+         [] {
+             std::vector<Xy> ring{{0, 0}};
+             for (int k = 0; k < 80; ++k) {
+                 ring.push_back({1e4 * std::cos(k / 60.0), 1e4 * std::sin(k / 60.0)});
+             }
+             return ring;
+         },
+         0, 0, 0, 0, false},
+    };
+    BothForms forms;
+    for (const auto& c : cases) {
+        for (const bool is_far : {false, true}) {
+            Shape shape;
+            add_round(shape, {0, 0}, c.corners, [&](int k) {
+                return (k % 2 == 0 ? c.radius : c.inner) + noise(std::max(c.noise, 1));
+            });
+            if (c.outline != nullptr) {
+                shape.points = c.outline();
+                for (std::size_t k = 0; k < shape.points.size(); ++k) {
+                    shape.rings[0].push_back(static_cast<int>(k));
+                }
+            }
+            if (c.has_holes) {
+                for (const double x : {-0.25, 0.25}) {
+                    add_round(shape, {x * c.radius, 0}, 20,
+                              [&](int) { return c.radius / 6 + noise(c.noise); });
+                }
+            }
+            Ints& region = shape.regions.emplace_back();
+            for (std::size_t ring = 0; ring < shape.rings.size(); ++ring) {
+                region.push_back(static_cast<int>(ring));
+            }
+            if (is_far) { // and no longer on integers
+                for (Xy& at : shape.points) {
+                    at = {0.7 * at.x - 0.1 * at.y + 1e6, 0.1 * at.x + 0.7 * at.y - 1e7};
+                }
+            }
+            forms.compare(shape, c.name);
+        }
+    }
+    EXPECT_GT(forms.found, 1'500);
 }
 
 TEST_F(Triangulation, MakesNoFileWithTracesOff) {
