@@ -99,6 +99,10 @@ FileKind kind_of(const TextFile& file) {
     return farthest;
 }
 
+bool is_whole(const TextFile& file, FileKind kind) {
+    return reach(file, kind) > file.text.size();
+}
+
 namespace {
 
 // How many characters of a file fit a kind; one more than there are if all of it does.

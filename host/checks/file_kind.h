@@ -41,4 +41,7 @@ void read_as(FileKind kind, WordReader& words, FileContents& out);
 /// if it holds integers only.
 FileKind kind_of(const TextFile& file);
 
+/// Whether all of a file can be read as that kind, whatever its indices.
+bool is_whole(const TextFile& file, FileKind kind);
+
 } // namespace korvel::host

@@ -26,7 +26,8 @@ void load_model(const std::string& file, TMOD3D& out) {
         }
     } catch (const InputError&) {
         const FileKind kind = kind_of(text);
-        if (kind != FileKind::model) {
+        // A damaged model may follow another kind farther.
+        if (kind != FileKind::model && is_whole(text, kind)) {
             throw InputError(file + ": is a " + kind_name(kind) + ", no body model file");
         }
         throw;

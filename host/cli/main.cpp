@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -9,19 +10,21 @@
 #include <vector>
 
 #include "host/cli/command.h"
+#include "host/cli/program.h"
 #include "host/io/errors.h"
+#include "host/io/interruption.h"
 
 namespace {
 
 enum ExitStatus { success = 0, output_failed = 1, bad_input = 2 };
 
 ExitStatus run(int argc, char** argv);
-std::vector<std::string> arguments(int argc, char** argv);
 void finish_standard_output();
 
 } // namespace
 
 int main(int argc, char** argv) {
+    korvel::host::set_up_signals();
     try {
         return run(argc, argv);
     } catch (const korvel::host::InputError& error) {
@@ -40,10 +43,37 @@ int main(int argc, char** argv) {
 namespace {
 
 ExitStatus run(int argc, char** argv) {
-    CLI::App program(
+    CLI::App program;
+    korvel::host::build_program(program);
+
+    ExitStatus status = success;
+    try {
+        program.parse(korvel::host::arguments(argc, argv));
+        if (program.get_subcommands().empty()) {
+            throw CLI::RequiredError("A command");
+        }
+    } catch (const CLI::ParseError& error) {
+        // Asking for help or for the version ends the parsing too.
+        status = program.exit(error) == 0 ? success : bad_input;
+    }
+    finish_standard_output();
+    return status;
+}
+
+void finish_standard_output() {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        throw korvel::host::OutputError("standard output: cannot be written: " +
+                                        std::generic_category().message(errno != 0 ? errno : EIO));
+    }
+}
+
+} // namespace
+
+void korvel::host::build_program(CLI::App& program) {
+    program.description(
         "Closed regions from networks of curves, their triangles, solids raised from them, and "
-        "sections of solids.",
-        "korvel");
+        "sections of solids.");
+    program.name("korvel");
     program.set_version_flag("--version", "korvel " KORVEL_VERSION);
     program.require_subcommand(0, 1);
     program.get_formatter()->label("SUBCOMMAND", "COMMAND");
@@ -68,25 +98,16 @@ ExitStatus run(int argc, char** argv) {
     korvel::host::add_move_command(program);
     korvel::host::add_info_command(program);
     korvel::host::add_check_command(program);
-
-    ExitStatus status = success;
-    try {
-        program.parse(arguments(argc, argv));
-        if (program.get_subcommands().empty()) {
-            throw CLI::RequiredError("A command");
-        }
-    } catch (const CLI::ParseError& error) {
-        // Asking for help or for the version ends the parsing too.
-        status = program.exit(error) == 0 ? success : bad_input;
-    }
-    finish_standard_output();
-    return status;
 }
 
-// In the order in which the parser takes them, last first.
-std::vector<std::string> arguments(int argc, char** argv) {
+std::vector<std::string> korvel::host::arguments(int argc, char** argv) {
     std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
-    for (std::string& word : words) {
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        std::string& word = words[i];
+        // An empty word would name the parser's groups of options, in which it loses its way.
+        if (word.empty()) {
+            throw InputError("korvel: argument " + std::to_string(i + 1) + " is empty");
+        }
         // The parser knows -1,2 for a value but takes -.5,2 for an option.
         const bool lacks_zero = word.size() > 2 && word[0] == '-' && word[1] == '.' &&
                                 std::isdigit(static_cast<unsigned char>(word[2])) != 0;
@@ -97,12 +118,3 @@ std::vector<std::string> arguments(int argc, char** argv) {
     std::reverse(words.begin(), words.end());
     return words;
 }
-
-void finish_standard_output() {
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw korvel::host::OutputError("standard output: cannot be written: " +
-                                        std::generic_category().message(errno));
-    }
-}
-
-} // namespace

@@ -49,6 +49,10 @@ OutputFile::OutputFile(const fs::path& target) : name_(target), target_(target) 
 }
 
 void OutputFile::check(const fs::path& target) {
+    std::error_code error;
+    if (fs::is_directory(target, error)) {
+        OutputFile opened(target); // fails, and tells why
+    }
     // Opening a pipe would disturb its reader.
     if (!is_written_directly(target)) {
         const OutputFile dropped(target);
@@ -57,6 +61,7 @@ void OutputFile::check(const fs::path& target) {
 
 void OutputFile::open_beside_target() {
     const fs::path beside = target_.parent_path() / random_name();
+    held_.emplace(beside);
     stream_ = std::fopen(beside.string().c_str(), "wbx");
     if (stream_ == nullptr) {
         fail(errno);
@@ -94,6 +99,7 @@ void OutputFile::replace() {
         fail(error.value());
     }
     temporary_.clear();
+    held_.reset();
 }
 
 void OutputFile::fail(int error) const {

@@ -2,12 +2,16 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
+
+#include "host/io/interruption.h"
 
 namespace korvel::host {
 
 /// A file that takes its place only when it is complete. Until `replace` it is a temporary file
-/// beside the target; without `replace` it goes away and the former target stays as it was.
+/// beside the target; without `replace` it goes away and the former target stays as it was, also
+/// when a signal ends the program.
 ///
 /// A target that is not a regular file (a device, a pipe) is written directly. Every call throws
 /// OutputError when the system refuses.
@@ -40,6 +44,7 @@ private:
     std::filesystem::path name_;      // as the user spelled it
     std::filesystem::path target_;    // links resolved
     std::filesystem::path temporary_; // empty while there is none
+    std::optional<FileOfSignal> held_;
     FILE* stream_ = nullptr;
 };
 

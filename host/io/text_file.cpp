@@ -138,6 +138,7 @@ std::string_view WordReader::word_for(const char* what) {
 
 // What is wrong with the next word, or nothing.
 std::string WordReader::misfit_as_integer(const char* what, int& value) {
+    at_end(); // white space before the word fits everything
     const std::size_t start = position();
     const std::string_view word = word_for(what);
     const std::errc error = parse(word, value);
@@ -153,6 +154,7 @@ std::string WordReader::misfit_as_integer(const char* what, int& value) {
 }
 
 std::string WordReader::misfit_as_real(const char* what, double& value) {
+    at_end();
     const std::size_t start = position();
     const std::string_view word = word_for(what);
     const std::errc error = parse(word, value);

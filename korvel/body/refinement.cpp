@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+#include <vector>
 
 #include "korvel/geometry/list_index.h"
 
@@ -11,10 +13,12 @@ namespace {
 constexpr int most_faces = 1 << 27; // all new indices still fit into an int
 
 bool can_be_refined(const TMOD3D& model, const BODY3D& body) {
+    std::vector<char> seen(static_cast<std::size_t>(model.polys.GetSize()), 0);
     return body.polys.GetSize() <= most_faces && model.polys.GetSize() <= most_faces &&
            std::all_of(body.polys.begin(), body.polys.end(), [&](int f) {
                if (!has_element(model.polys, f) || model.polys[f].verts.GetSize() != 3 ||
-                   model.polys[f].lines.GetSize() != 3) {
+                   model.polys[f].lines.GetSize() != 3 ||
+                   std::exchange(seen[static_cast<std::size_t>(f)], 1) != 0) {
                    return false;
                }
                for (int i = 0; i < 3; ++i) {

@@ -9,7 +9,8 @@ namespace korvel {
 /// number, and (midpoint, t); the face keeps its number for the part at its first vertex. The body
 /// must own its edges alone. With `on_unit_sphere` new vertices are put on the unit sphere.
 ///
-/// A body with a face that is no triangle with three edges, or too large to grow, stays as it is.
+/// A body with a face that is no triangle with three edges, or that it lists twice, or too large to
+/// grow, stays as it is.
 void refine_body(TMOD3D& model, int body, bool on_unit_sphere);
 
 } // namespace korvel

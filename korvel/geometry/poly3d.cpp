@@ -94,10 +94,11 @@ void POLY3D::line_to_vert(CArray<LINE3D, LINE3D&>& lines) {
     }
     verts.SetAtGrow(0, lines[chain[0]].start_vert);
     verts.SetAtGrow(1, lines[chain[0]].end_vert);
+    // Edges that do not hang together leave slots that were never reached; they count as 0.
+    const auto vert_at = [&](int k) { return k < verts.GetSize() ? verts[k] : 0; };
     for (int k = 1; k < m; ++k) {
-        const int prev = verts[k - 1];
-        const int at_k = k < verts.GetSize() ? verts[k] : 0;
-        const int cur = k == m - 1 ? verts[0] : at_k;
+        const int prev = vert_at(k - 1);
+        const int cur = k == m - 1 ? verts[0] : vert_at(k);
         // Written into the slot that held `cur`, not the one after it, so a triangle comes out
         // turned against its first edge; the last edge that fits wins.
         for (const int line : chain) {

@@ -226,7 +226,9 @@ std::optional<std::vector<Crossing>> find_crossings(const CArray<tagPOINT>& pts,
     }
     const std::int64_t span = std::max(static_cast<std::int64_t>(box.x_max) - box.x_min,
                                        static_cast<std::int64_t>(box.y_max) - box.y_min);
-    const auto is_short = [&](int p) { return segment_span(pts, p) * span <= exact_product; };
+    // Divided, since the product of two spans may not fit 64 bits.
+    const std::int64_t longest = exact_product / std::max<std::int64_t>(span, 1);
+    const auto is_short = [&](int p) { return segment_span(pts, p) <= longest; };
     const auto first_long = std::stable_partition(segments.begin(), segments.end(), is_short);
 
     CrossingList crossings(pts.GetSize(), most);

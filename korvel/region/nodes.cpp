@@ -162,7 +162,9 @@ void CREGION::MarkCurveOCFlag() {
         }
     }
     const auto take_end_off = [&](int node) {
-        if (korvel::has_element(node_to_curve, node) && --node_to_curve[node].curve_num == 1) {
+        // A count that a host has lowered is not counted down further.
+        if (korvel::has_element(node_to_curve, node) && node_to_curve[node].curve_num > 0 &&
+            --node_to_curve[node].curve_num == 1) {
             loose_nodes.push_back(node);
         }
     };

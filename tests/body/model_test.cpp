@@ -258,6 +258,8 @@ TEST(Model, NumbersOutsideTheArraysAreHarmless) {
         model.change_vis_parm();
         model.inti_mode(model.orig, model.orig, 1, 2); // on a model that is not empty
         EXPECT_EQ(model.bodies.GetSize(), 1);
+        model.inti_mode(model.orig, model.orig, 0, 2); // whose body then lists faces twice
+        EXPECT_EQ(model.polys.GetSize(), 20);
     }
 }
 

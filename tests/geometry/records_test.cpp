@@ -98,7 +98,8 @@ TEST(Face, EdgeChains) {
         {face_of({7, 8, 9}, {0, 1}), "( 0 1 9 ) "},
         {face_of({}, {4}), "( 2 3 ) "},
         {face_of({7, 8}, {}), "( 7 8 ) "},
-        {face_of({7, 8}, {0, 6}), "( 7 8 ) "}};
+        {face_of({7, 8}, {0, 6}), "( 7 8 ) "},
+        {face_of({}, {0, 4, 4, 4}), "( 0 1 0 1 ) "}}; // edges that do not hang together
     for (auto [face, expected] : by_lines) {
         face.line_to_vert(lines);
         EXPECT_EQ(text_of("%g", face.verts), expected);

@@ -68,6 +68,11 @@ TEST(Curves, AreSplitWhereTheyMeet) {
          "0,0 -2,-2; -2,-2 -5,-5; 0,-5 -2,-2; -2,-2 -5,0"},
         {"an end on a segment, which leaves a one-point piece", "0,0 10,0; 5,0 5,5",
          "0,0 5,0; 5,0 10,0; 5,0 5,0; 5,0 5,5"},
+        {"a crossing of the longest lines",
+         "-2147483648,-2147483648 2147483647,2147483647;"
+         "-2147483648,2147483647 2147483647,-2147483648",
+         "-2147483648,-2147483648 0,0; 0,0 2147483647,2147483647;"
+         "-2147483648,2147483647 0,0; 0,0 2147483647,-2147483648"},
         {"an overlap, which is no crossing", "0,0 10,0; 5,0 15,0", "0,0 10,0; 5,0 15,0"},
         {"a closed curve, whose ends meet each other", "0,0 9,0 0,9 0,0",
          "0,0 0,0; 0,0 9,0 0,9 0,0; 0,0 0,0"},
@@ -416,6 +421,14 @@ TEST(Region, PassesOverIndicesThatNameNothing) {
     a.region.SearchAllRegion();
     EXPECT_EQ(a.regions(), (Lists{{0}, {1}, {2}}));
     EXPECT_EQ(a.region.GetNextCurve(std::numeric_limits<int>::min(), 1), 0);
+
+    Analysed loose("0,0 5,5");
+    loose.region.curve_to_node[0].oc_flag = 1;
+    loose.region.node_to_curve[0].curve_num = 1;
+    loose.region.node_to_curve[1].curve_num = std::numeric_limits<int>::min();
+    loose.region.MarkCurveOCFlag();
+    EXPECT_EQ(loose.region.curve_to_node[0].oc_flag, 0);
+    EXPECT_EQ(loose.region.node_to_curve[1].curve_num, std::numeric_limits<int>::min());
 }
 
 /// The bounded faces of the pruned graph, by Euler's formula.

@@ -1,0 +1,55 @@
+// The command's own readers: every kind of file, checked, read through the library, or refused.
+
+#include <cstdlib>
+#include <cstring>
+
+#include "host/bodies/section_cut.h"
+#include "host/bodies/surface.h"
+#include "host/checks/file_kind.h"
+#include "host/checks/findings.h"
+#include "host/io/errors.h"
+#include "host/io/model_file.h"
+#include "tests/fuzz/exercise.h"
+
+namespace {
+
+using namespace korvel::host;
+
+void read_all(const TextFile& file) {
+    kind_of(file);
+    for (const FileKind kind : file_kinds()) {
+        check_file(file, kind);
+        try {
+            FileContents contents;
+            WordReader words(file);
+            read_as(kind, words, contents);
+        } catch (const InputError&) {
+            // The file is of another kind, or damaged.
+        }
+    }
+}
+
+// What the checks let pass the library must read.
+void read_through_library(const TextFile& file) {
+    try {
+        TMOD3D model;
+        read_model(file, model);
+        surfaces(model);
+        cut_model(model, {0, 0, 1, -1.5});
+        write_model(model, korvel::test::nowhere());
+    } catch (const InputError& error) {
+        if (std::strstr(error.what(), "the library does not read") != nullptr) {
+            std::abort();
+        }
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    TextFile file("/dev/null");
+    file.text.assign(reinterpret_cast<const char*>(data), size);
+    read_all(file);
+    read_through_library(file);
+    return 0;
+}

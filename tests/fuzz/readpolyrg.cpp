@@ -1,0 +1,19 @@
+// The polygon-region file, then everything that can be asked of what was read.
+
+#include <string>
+
+#include "tests/fuzz/exercise.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    korvel::test::Bytes bytes(text);
+    CCPloy2DRg set;
+    FILE* const stream = korvel::test::stream_over(text.data(), text.size());
+    set.readpolyrg(stream);
+    korvel::test::exercise(set, bytes);
+    std::rewind(stream);
+    set.readpolyrg(stream); // into a set that holds something
+    korvel::test::exercise(set, bytes);
+    std::fclose(stream);
+    return 0;
+}
