@@ -24,8 +24,13 @@ AdvancingFront::AdvancingFront(PLYDT& set, ListedTriangles& listed)
 
 bool AdvancingFront::close(const PLYDT::PyToRg& region) {
     name_places(region);
-    const bool can_serve = is_ordinary(region);
-    if (can_serve) {
+    // A point whose place is not a number turns away from every edge and counts as inside of every
+    // triangle: with one of them there are none.
+    const bool has_triangles = std::none_of(points_.begin(), points_.end(), [](PlanePoint p) {
+        return std::isnan(p.x) || std::isnan(p.y);
+    });
+    const bool can_serve = !has_triangles || is_ordinary(region);
+    if (has_triangles && can_serve) {
         region_points_.start(points_);
         sides_.start();
         search_.start();
@@ -60,7 +65,8 @@ void AdvancingFront::forget_places() {
 }
 
 /// Whether magnitudes neither overflow nor vanish in products, the points do not lie so far out
-/// that differences lose their digits, and every edge and side has its direction.
+/// that differences lose their digits, and every side has the direction that its ends give it. One
+/// between coincident points has none and is never crossed.
 bool AdvancingFront::is_ordinary(const PLYDT::PyToRg& region) const {
     constexpr double largest = 1e+60;
     constexpr double shortest = 1e-60;
@@ -79,23 +85,26 @@ bool AdvancingFront::is_ordinary(const PLYDT::PyToRg& region) const {
         low = {std::min(low.x, p.x), std::min(low.y, p.y)};
         high = {std::max(high.x, p.x), std::max(high.y, p.y)};
     }
-    if (!(magnitude <= farthest * std::max(high.x - low.x, high.y - low.y))) {
+    const double extent = std::max(high.x - low.x, high.y - low.y);
+    if (!(extent > shortest && magnitude <= farthest * extent)) {
         return false;
     }
     const auto direction = [&](int from, int to) {
         return direction_between(plane_point(set_.pt_list[from]), plane_point(set_.pt_list[to]));
     };
+    const auto is_long_enough = [&](double length) { return length == 0 || length > shortest; };
     bool is_sound = true;
     for (const int ring : region.rings) {
         each_edge(set_.ring_list[ring], [&](int from, int to) {
-            is_sound = is_sound && direction(from, to).len > shortest;
+            is_sound = is_sound && is_long_enough(direction(from, to).len);
         });
         for (const int number : set_.ring_list[ring].sides) {
             const PLYDT::SIDE& side = set_.side_list[number];
             const Direction along = direction(side.p0, side.p1);
+            const bool is_derived = along.len == 0 ? std::isnan(side.ux) && std::isnan(side.uy)
+                                                   : along.ux == side.ux && along.uy == side.uy;
             is_sound = is_sound && place_of(side.p0) >= 0 && place_of(side.p1) >= 0 &&
-                       along.len > shortest && along.ux == side.ux && along.uy == side.uy &&
-                       along.len == side.len;
+                       is_long_enough(along.len) && is_derived && along.len == side.len;
         }
     }
     return is_sound;
@@ -108,7 +117,7 @@ void AdvancingFront::close_boundary(const PLYDT::PyToRg& region) {
             const PLYDT::SIDE& side = set_.side_list[number];
             const int p0 = place_of(side.p0);
             const int p1 = place_of(side.p1);
-            if (sides_.find(p0, p1, Kind::boundary) == RegionPoints::none) {
+            if (p0 != p1 && sides_.find(p0, p1, Kind::boundary) == RegionPoints::none) {
                 sides_.add(p0, p1, {side.ux, side.uy, side.len}, Kind::boundary);
             }
         }

@@ -1,9 +1,10 @@
-// The advancing front in its exhaustive, traced form: each edge of the region, and then each side
-// that a new triangle opens, tries every point of the region and keeps the smallest circumscribed
-// circle.
+// The advancing front in its exhaustive form: each edge of the region, and then each side that a
+// new triangle opens, tries every point of the region and keeps the smallest circumscribed circle.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdarg>
+#include <vector>
 
 #include "korvel/polyregion/plydt.h"
 #include "korvel/polyregion/side_topology.h"
@@ -108,7 +109,7 @@ void PLYDT::gather_candidates(FILE* trace, PyToRg& rg, int a, int b, CArray<TRG>
             t.va = a;
             t.vb = b;
             t.vc = p;
-            if (!attrglist(trg_list, t)) {
+            if (!makes_all_tests() || !attrglist(trg_list, t)) { // else asked of what may win
                 candidates.Add(t);
             }
         }
@@ -117,51 +118,10 @@ void PLYDT::gather_candidates(FILE* trace, PyToRg& rg, int a, int b, CArray<TRG>
 
 void PLYDT::select_trangle(FILE* trace, PyToRg& rg, CArray<TRG>& candidates, CArray<SIDE>& bund,
                            CArray<SIDE>& front) {
-    const auto remove_where = [&](auto goes) {
-        for (int i = candidates.GetUpperBound(); i >= 0; --i) {
-            if (goes(candidates[i])) {
-                candidates.RemoveAt(i);
-            }
-        }
-    };
-    remove_where([&](const TRG& t) {
-        write(trace, "begen %d %d %d\n", t.va, t.vb, t.vc);
-        Coordinates a(pt_list[t.va]);
-        Coordinates b(pt_list[t.vb]);
-        Coordinates c(pt_list[t.vc]);
-        return vert_beside_s(a.xy, b.xy, c.xy) == -1; // a third point on the line stays
-    });
-    remove_where([&](const TRG& t) {
-        write(trace, "not reguaur %d %d %d\n", t.va, t.vb, t.vc);
-        SIDE s = side_between(t.vb, t.vc);
-        write(trace, "texside1 %d %d\n", t.vb, t.vc);
-        if (crosses_bund_or_front(trace, s, bund, front, 1)) {
-            return true;
-        }
-        s = side_between(t.vc, t.va);
-        write(trace, "tinside %d %d\n", t.vc, t.va);
-        return crosses_bund_or_front(trace, s, bund, front, 2);
-    });
-    remove_where([&](TRG& t) {
-        write(trace, "pru  %d %d %d\n", t.va, t.vb, t.vc);
-        return contian_pt(rg, t);
-    });
-    if (candidates.IsEmpty()) {
+    const int best = makes_all_tests() ? choose_by_all_tests(trace, rg, candidates, bund, front)
+                                       : choose_by_radius(rg, candidates, bund, front);
+    if (best < 0) {
         return;
-    }
-
-    int best = 0;
-    for (int i = 0; i < candidates.GetSize(); ++i) {
-        TRG& t = candidates[i];
-        write(trace, "cross side %d %d %d\n", t.va, t.vb, t.vc);
-        Coordinates a(pt_list[t.va]);
-        Coordinates b(pt_list[t.vb]);
-        Coordinates c(pt_list[t.vc]);
-        t.radius = circum_radius(a.xy, b.xy, c.xy);
-        // The first of equals wins, and a first radius that is not a number is never beaten.
-        if (t.radius < candidates[best].radius) {
-            best = i;
-        }
     }
     const TRG winner = candidates[best];
     trg_list.Add(winner);
@@ -178,6 +138,108 @@ void PLYDT::select_trangle(FILE* trace, PyToRg& rg, CArray<TRG>& candidates, CAr
         write(trace, "inside = %d %d mus = %d\n", side.p0, side.p1,
               (side.flags & open_side) != 0 ? 1 : 0);
     }
+}
+
+/// Puts every candidate to every test. The best of those that are left, or −1.
+int PLYDT::choose_by_all_tests(FILE* trace, PyToRg& rg, CArray<TRG>& candidates, CArray<SIDE>& bund,
+                               CArray<SIDE>& front) {
+    const auto remove_where = [&](auto goes) {
+        for (int i = candidates.GetUpperBound(); i >= 0; --i) {
+            if (goes(candidates[i])) {
+                candidates.RemoveAt(i);
+            }
+        }
+    };
+    remove_where([&](const TRG& t) {
+        write(trace, "begen %d %d %d\n", t.va, t.vb, t.vc);
+        return turns_away(t);
+    });
+    remove_where([&](const TRG& t) { return has_crossed_side(trace, t, bund, front); });
+    remove_where([&](TRG& t) {
+        write(trace, "pru  %d %d %d\n", t.va, t.vb, t.vc);
+        return contian_pt(rg, t);
+    });
+    if (candidates.IsEmpty()) {
+        return -1;
+    }
+    int best = 0;
+    for (int i = 0; i < candidates.GetSize(); ++i) {
+        TRG& t = candidates[i];
+        write(trace, "cross side %d %d %d\n", t.va, t.vb, t.vc);
+        set_radius(t);
+        // The first of equals wins, and a first radius that is not a number is never beaten.
+        if (t.radius < candidates[best].radius) {
+            best = i;
+        }
+    }
+    return best;
+}
+
+/// The same candidate, with the costly tests made in the order of the radii and only until one
+/// survives them.
+int PLYDT::choose_by_radius(PyToRg& rg, CArray<TRG>& candidates, CArray<SIDE>& bund,
+                            CArray<SIDE>& front) {
+    const auto survives = [&](int i) {
+        return !has_crossed_side(nullptr, candidates[i], bund, front) &&
+               !contian_pt(rg, candidates[i]) && !attrglist(trg_list, candidates[i]);
+    };
+    std::vector<int> by_radius;
+    std::vector<int> undefined;
+    for (int i = 0; i < candidates.GetSize(); ++i) {
+        if (!turns_away(candidates[i])) {
+            set_radius(candidates[i]);
+            (std::isnan(candidates[i].radius) ? undefined : by_radius).push_back(i);
+        }
+    }
+    const auto is_worse = [&](int i, int j) {
+        const double a = candidates[i].radius;
+        const double b = candidates[j].radius;
+        return a != b ? a > b : i > j;
+    };
+    std::vector<int> heap = by_radius;
+    std::make_heap(heap.begin(), heap.end(), is_worse);
+    while (!heap.empty() && !survives(heap.front())) {
+        std::pop_heap(heap.begin(), heap.end(), is_worse);
+        heap.pop_back();
+    }
+    const int best = heap.empty() ? -1 : heap.front();
+
+    // A radius that is not a number wins when no other survivor stands before it.
+    const auto first = std::find_if(undefined.begin(), undefined.end(),
+                                    [&](int i) { return (best < 0 || i < best) && survives(i); });
+    if (first == undefined.end()) {
+        return best;
+    }
+    const bool is_beaten = std::any_of(by_radius.begin(), by_radius.end(),
+                                       [&](int i) { return i < *first && survives(i); });
+    return is_beaten ? best : *first;
+}
+
+/// Whether the third corner lies on the outer side of the edge; one on its line does not.
+bool PLYDT::turns_away(const TRG& t) {
+    Coordinates a(pt_list[t.va]);
+    Coordinates b(pt_list[t.vb]);
+    Coordinates c(pt_list[t.vc]);
+    return vert_beside_s(a.xy, b.xy, c.xy) == -1;
+}
+
+bool PLYDT::has_crossed_side(FILE* trace, const TRG& t, CArray<SIDE>& bund, CArray<SIDE>& front) {
+    write(trace, "not reguaur %d %d %d\n", t.va, t.vb, t.vc);
+    SIDE s = side_between(t.vb, t.vc);
+    write(trace, "texside1 %d %d\n", t.vb, t.vc);
+    if (crosses_bund_or_front(trace, s, bund, front, 1)) {
+        return true;
+    }
+    s = side_between(t.vc, t.va);
+    write(trace, "tinside %d %d\n", t.vc, t.va);
+    return crosses_bund_or_front(trace, s, bund, front, 2);
+}
+
+void PLYDT::set_radius(TRG& t) {
+    Coordinates a(pt_list[t.va]);
+    Coordinates b(pt_list[t.vb]);
+    Coordinates c(pt_list[t.vc]);
+    t.radius = circum_radius(a.xy, b.xy, c.xy);
 }
 
 bool PLYDT::crosses_bund_or_front(FILE* trace, SIDE& s, CArray<SIDE>& bund, CArray<SIDE>& front,

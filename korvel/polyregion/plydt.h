@@ -132,11 +132,20 @@ private:
     void triangulate(PyToRg& rg, korvel::ListedTriangles& listed, korvel::AdvancingFront& front);
     void write_summary(FILE* summary);
 
-    // The exhaustive form of one region's triangulation; a null trace is not written.
+    // The exhaustive form of one region's triangulation; a null trace is not written. Only with
+    // trace files on does it make tests that can decide nothing.
+    static bool makes_all_tests();
     void close_front_exhaustively(FILE* trace, PyToRg& rg);
     void gather_candidates(FILE* trace, PyToRg& rg, int a, int b, CArray<TRG>& candidates);
     void select_trangle(FILE* trace, PyToRg& rg, CArray<TRG>& candidates, CArray<SIDE>& bund,
                         CArray<SIDE>& front);
+    int choose_by_all_tests(FILE* trace, PyToRg& rg, CArray<TRG>& candidates, CArray<SIDE>& bund,
+                            CArray<SIDE>& front);
+    int choose_by_radius(PyToRg& rg, CArray<TRG>& candidates, CArray<SIDE>& bund,
+                         CArray<SIDE>& front);
+    bool turns_away(const TRG& t);
+    bool has_crossed_side(FILE* trace, const TRG& t, CArray<SIDE>& bund, CArray<SIDE>& front);
+    void set_radius(TRG& t);
     bool crosses_bund_or_front(FILE* trace, SIDE& s, CArray<SIDE>& bund, CArray<SIDE>& front,
                                int test);
     void add_a_line(CArray<SIDE>& list, SIDE& s);

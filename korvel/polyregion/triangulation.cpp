@@ -52,6 +52,10 @@ void PLYDT::set_trace_files(bool on) {
     trace_files = on;
 }
 
+bool PLYDT::makes_all_tests() {
+    return trace_files;
+}
+
 void PLYDT::region_tranglate() {
     trg_list.RemoveAll();
     creat_top_rel();

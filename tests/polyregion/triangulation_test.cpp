@@ -202,6 +202,9 @@ public:
             if (dice(0, 5) == 0) {
                 ring = Ints(ring.rbegin(), ring.rend());
             }
+            if (dice(0, 5) == 0) { // closed by its first point, which it lists already
+                ring.push_back(ring.front());
+            }
         }
         if (dice(0, 2) == 0) { // meets the triangles of the first region
             shape.regions.push_back({region.back()});
