@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
+#include <CGAL/IO/OFF.h>
 #include <CGAL/Polygon_mesh_processing/orient_polygon_soup.h>
 #include <CGAL/Polygon_mesh_processing/polygon_soup_to_polygon_mesh.h>
 #include <CGAL/Polygon_mesh_slicer.h>
@@ -24,8 +25,17 @@ struct Soup {
     std::vector<std::array<std::size_t, 3>> triangles;
 };
 
-/// Vertices and faces of a model file; its bodies are left unread.
-Soup read_soup(const std::filesystem::path& model) {
+/// By CGAL's own reader.
+Soup read_off(const std::filesystem::path& file) {
+    Soup soup;
+    if (!CGAL::IO::read_OFF(file.string(), soup.points, soup.triangles)) {
+        throw std::runtime_error("cannot read " + file.string());
+    }
+    return soup;
+}
+
+/// Vertices and faces of a model file by fscanf; its bodies are left unread.
+Soup read_model_file(const std::filesystem::path& model) {
     const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(model.c_str(), "r"), std::fclose);
     Soup soup;
     std::size_t count = 0;
@@ -51,10 +61,17 @@ Soup read_soup(const std::filesystem::path& model) {
     return soup;
 }
 
-void read_mesh(const std::filesystem::path& model, SurfaceMesh& mesh) {
-    Soup soup = read_soup(model);
+void make_mesh(Soup soup, SurfaceMesh& mesh) {
     CGAL::Polygon_mesh_processing::orient_polygon_soup(soup.points, soup.triangles);
     CGAL::Polygon_mesh_processing::polygon_soup_to_polygon_mesh(soup.points, soup.triangles, mesh);
+}
+
+Run read_with(Soup (*read)(const std::filesystem::path& file), const std::filesystem::path& file) {
+    SurfaceMesh mesh;
+    Run run;
+    run.seconds = seconds_of([&] { make_mesh(read(file), mesh); });
+    run.found = static_cast<double>(mesh.number_of_edges());
+    return run;
 }
 
 double length(const std::vector<std::vector<Point>>& lines) {
@@ -69,12 +86,12 @@ double length(const std::vector<std::vector<Point>>& lines) {
 
 } // namespace
 
-Run read_with_cgal(const std::filesystem::path& model) {
-    SurfaceMesh mesh;
-    Run run;
-    run.seconds = seconds_of([&] { read_mesh(model, mesh); });
-    run.found = static_cast<double>(mesh.number_of_edges());
-    return run;
+Run read_with_cgal(const std::filesystem::path& off) {
+    return read_with(read_off, off);
+}
+
+Run scan_with_cgal(const std::filesystem::path& model) {
+    return read_with(read_model_file, model);
 }
 
 struct CgalMesh::Mesh {
@@ -82,7 +99,7 @@ struct CgalMesh::Mesh {
 };
 
 CgalMesh::CgalMesh(const std::filesystem::path& model) : mesh_(std::make_unique<Mesh>()) {
-    read_mesh(model, mesh_->surface);
+    make_mesh(read_model_file(model), mesh_->surface);
 }
 
 CgalMesh::~CgalMesh() = default;

@@ -50,6 +50,13 @@ Run remove_one(TMOD3D& model) {
     return change_copy(model, [](TMOD3D& copy) { copy.deletet(copy.bodies.GetSize() / 2); });
 }
 
+Run raise_one(TMOD3D& model) {
+    PLYDT set;
+    prism_set(set, model.bodies.GetSize());
+    const Silence silence;
+    return change_copy(model, [&](TMOD3D& copy) { copy.create3dmode(set); });
+}
+
 Run thin_out(TMOD3D& model) {
     return change_copy(model, [](TMOD3D& copy) { copy.clear_no_use_ele(); });
 }
@@ -66,6 +73,7 @@ void compare_merging(Table& table, bool is_quick) {
         {"add_model", merge},
         {"deletet", remove_one},
         {"clear_no_use_ele", thin_out},
+        {"create3dmode", raise_one},
     };
     for (const auto& change : jobs) {
         Series series(table, change.name, "prisms", "bodies", goal);
@@ -77,7 +85,7 @@ void compare_merging(Table& table, bool is_quick) {
             series.race(bodies, [&] { return change.job(model); });
         }
     }
-    Series series(table, "create3dmode", "prisms", "bodies", goal);
+    Series series(table, "all raised", "prisms", "bodies");
     for (std::size_t k = 0; k < sizes.size() && series.goes_on(); ++k) {
         series.race(sizes[k], [&] { return raise_prisms(sizes[k]); });
     }

@@ -63,9 +63,11 @@ double peak_memory_of(const ModelFile& file) {
 
 void compare_reading(Series& series, TMOD3D& made, std::optional<double> goal) {
     const ModelFile file(made);
+    const ModelFile off(made, ModelFile::Form::off);
     const int faces = made.polys.GetSize();
     series.race(faces, [&] { return read(file); },
-                {{"CGAL", [&] { return read_with_cgal(file.path()); }, goal}});
+                {{"CGAL", [&] { return read_with_cgal(off.path()); }, goal},
+                 {"CGAL, fscanf", [&] { return scan_with_cgal(file.path()); }}});
 }
 
 void compare_cutting(Series& series, TMOD3D& made, std::optional<double> goal) {

@@ -23,9 +23,12 @@ Run polygonize_with_geos(const Network& network);
 /// the area of the triangles within the regions.
 Run triangulate_with_cgal(const PLYDT& set);
 
-/// CGAL: a model file read with fscanf into a polygon soup, the soup oriented and turned into a
-/// Surface_mesh. Finds the edges.
-Run read_with_cgal(const std::filesystem::path& model);
+/// CGAL: an OFF file read by its own reader into a polygon soup, the soup oriented and turned into
+/// a Surface_mesh. Finds the edges.
+Run read_with_cgal(const std::filesystem::path& off);
+
+/// The same with a model file, read by fscanf.
+Run scan_with_cgal(const std::filesystem::path& model);
 
 /// A Surface_mesh of CGAL's, to be cut.
 class CgalMesh {

@@ -23,6 +23,17 @@ File open_file(const std::filesystem::path& path, const char* mode) {
     return file;
 }
 
+void write_off(FILE* file, const TMOD3D& model) {
+    std::fprintf(file, "OFF\n%d %d 0\n", model.verts.GetSize(), model.polys.GetSize());
+    for (const VERT3D& vertex : model.verts) {
+        const double* const at = vertex.model_xyz;
+        std::fprintf(file, "%f %f %f\n", at[0], at[1], at[2]);
+    }
+    for (const POLY3D& face : model.polys) {
+        std::fprintf(file, "3 %d %d %d\n", face.verts[0], face.verts[1], face.verts[2]);
+    }
+}
+
 struct Direction {
     double x;
     double y;
@@ -78,11 +89,16 @@ tagPOINT cell_origin(int cell) {
 
 } // namespace
 
-ModelFile::ModelFile(TMOD3D& model) {
+ModelFile::ModelFile(TMOD3D& model, Form form) {
     static int files = 0;
     path_ = std::filesystem::temp_directory_path() /
             ("korvel-bench-" + std::to_string(getpid()) + "-" + std::to_string(files++));
-    model.write_mode(open_file(path_, "w").get());
+    const auto file = open_file(path_, "w");
+    if (form == Form::own) {
+        model.write_mode(file.get());
+    } else {
+        write_off(file.get(), model);
+    }
 }
 
 ModelFile::~ModelFile() {

@@ -11,7 +11,10 @@ namespace korvel::bench {
 /// A model file that goes away with its object.
 class ModelFile {
 public:
-    explicit ModelFile(TMOD3D& model);
+    /// What stands in it: the library's own form, or the vertices and triangles as OFF.
+    enum class Form { own, off };
+
+    explicit ModelFile(TMOD3D& model, Form form = Form::own);
     ModelFile(const ModelFile&) = delete;
     ModelFile& operator=(const ModelFile&) = delete;
     ~ModelFile();
