@@ -21,6 +21,9 @@ public:
 
     /// The first node closer than the radius, or −1. The first wins, not the nearest.
     int first_near(const tagPOINT& pt) const {
+        if (radius_ <= 1) { // only the same point is nearer than that
+            return cells_.find(key(pt.x, pt.y));
+        }
         int first = -1;
         for (std::int64_t x = cell(pt.x) - 1; x <= cell(pt.x) + 1; ++x) {
             for (std::int64_t y = cell(pt.y) - 1; y <= cell(pt.y) + 1; ++y) {
