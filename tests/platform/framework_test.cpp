@@ -4,17 +4,11 @@
 #include <gtest/gtest.h>
 
 #include "korvel/platform/framework.h"
+#include "tests/platform/extension_chain.h"
+
+using korvel::test::chain;
 
 namespace {
-
-std::vector<HINSTANCE> chain() {
-    std::vector<HINSTANCE> modules;
-    for (const CDynLinkLibrary* library = korvel::first_extension_library(); library != nullptr;
-         library = library->next()) {
-        modules.push_back(library->module());
-    }
-    return modules;
-}
 
 TEST(MessageBox, GoesToTheInstalledHandler) {
     std::vector<std::string> shown;
