@@ -20,7 +20,8 @@ void each_edge(const RING& ring, Use use) {
 
 AdvancingFront::AdvancingFront(PLYDT& set, ListedTriangles& listed)
     : set_(set), listed_(listed), place_of_(static_cast<std::size_t>(set.pt_list.GetSize()), -1),
-      sides_(region_points_), search_(region_points_, sides_, indices_, listed) {}
+      sides_(region_points_), guide_(region_points_),
+      search_(region_points_, sides_, guide_, indices_, listed) {}
 
 bool AdvancingFront::close(const PLYDT::PyToRg& region) {
     name_places(region);
@@ -33,6 +34,8 @@ bool AdvancingFront::close(const PLYDT::PyToRg& region) {
     if (has_triangles && can_serve) {
         region_points_.start(points_);
         sides_.start();
+        guide_.start();
+        hints_.clear();
         search_.start();
         close_boundary(region);
         close_front();
@@ -118,7 +121,7 @@ void AdvancingFront::close_boundary(const PLYDT::PyToRg& region) {
             const int p0 = place_of(side.p0);
             const int p1 = place_of(side.p1);
             if (p0 != p1 && sides_.find(p0, p1, Kind::boundary) == RegionPoints::none) {
-                sides_.add(p0, p1, {side.ux, side.uy, side.len}, Kind::boundary);
+                add_side(p0, p1, {side.ux, side.uy, side.len}, Kind::boundary);
             }
         }
     }
@@ -129,8 +132,11 @@ void AdvancingFront::close_boundary(const PLYDT::PyToRg& region) {
             const int a = place_of(i == 0 ? from : to);
             const int b = place_of(i == 0 ? to : from);
             const int side = sides_.find(a, b, Kind::boundary);
-            close_edge(a, b,
-                       side == RegionPoints::none ? RegionPoints::none : sides_.apex(side, a));
+            if (side == RegionPoints::none) {
+                close_edge(a, b, RegionPoints::none, RegionPoints::none);
+            } else {
+                close_edge(a, b, sides_.apex(side, a), hint(side));
+            }
         });
     }
 }
@@ -141,14 +147,15 @@ void AdvancingFront::close_front() {
     for (std::size_t next = 0; next < is_open_.size(); ++next) {
         if (is_open_[next] != 0) {
             is_open_[next] = 0;
-            const SideTree::Side& side = sides_.side(first_front_ + static_cast<int>(next));
-            close_edge(side.p1, side.p0, RegionPoints::none);
+            const int number = first_front_ + static_cast<int>(next);
+            const SideTree::Side& side = sides_.side(number);
+            close_edge(side.p1, side.p0, RegionPoints::none, hint(number));
         }
     }
 }
 
-void AdvancingFront::close_edge(int a, int b, int apex) {
-    const int c = search_.choose(a, b, apex);
+void AdvancingFront::close_edge(int a, int b, int apex, int hint) {
+    const int c = search_.choose(a, b, apex, hint);
     if (c == RegionPoints::none) {
         return;
     }
@@ -183,9 +190,13 @@ void AdvancingFront::open_or_close(int p0, int p1, int opposite, bool is_apex) {
         is_open_[static_cast<std::size_t>(known - first_front_)] = 0;
         return;
     }
-    sides_.add(p0, p1, direction_between(region_points_.at(p0), region_points_.at(p1)),
-               Kind::front);
+    add_side(p0, p1, direction_between(region_points_.at(p0), region_points_.at(p1)), Kind::front);
     is_open_.push_back(1);
+}
+
+void AdvancingFront::add_side(int p0, int p1, Direction direction, Kind kind) {
+    sides_.add(p0, p1, direction, kind);
+    hints_.push_back(guide_.add_side(p0, p1));
 }
 
 } // namespace korvel

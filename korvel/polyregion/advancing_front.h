@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "korvel/polyregion/constrained_delaunay.h"
 #include "korvel/polyregion/listed_triangles.h"
 #include "korvel/polyregion/plydt.h"
 #include "korvel/polyregion/side_tree.h"
@@ -34,10 +35,12 @@ private:
     bool is_ordinary(const PLYDT::PyToRg& region) const;
     void close_boundary(const PLYDT::PyToRg& region);
     void close_front();
-    void close_edge(int a, int b, int apex);
+    void close_edge(int a, int b, int apex, int hint);
+    void add_side(int p0, int p1, Direction direction, Kind kind);
     void open_or_close(int p0, int p1, int opposite, bool is_apex);
 
     int place_of(int index) const { return place_of_[static_cast<std::size_t>(index)]; }
+    int hint(int side) const { return hints_[static_cast<std::size_t>(side)]; }
     int index(int place) const { return indices_[static_cast<std::size_t>(place)]; }
 
     PLYDT& set_;
@@ -47,9 +50,11 @@ private:
     std::vector<PlanePoint> points_;
     RegionPoints region_points_;
     SideTree sides_;
+    ConstrainedDelaunay guide_; ///< has all sides
     ThirdCornerSearch search_;
     int first_front_ = 0;       ///< the first of the tree's sides that a triangle has opened
     std::vector<char> is_open_; ///< for each of these
+    std::vector<int> hints_;    ///< for each side the guide's
 };
 
 } // namespace korvel

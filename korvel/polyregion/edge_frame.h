@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "korvel/polyregion/disk.h"
 #include "korvel/polyregion/region_points.h"
 #include "korvel/polyregion/turned_box.h"
 
@@ -64,6 +65,20 @@ public:
         }
         return bound_at(h, nearest2);
     }
+
+    /// The circle over the edge with a radius of at least half of it and the centre on the left. It
+    /// holds all points on the left with a bound of no more than the radius but for those that the
+    /// disks below hold.
+    Disk disk(double radius) const {
+        const double rise = std::sqrt(std::max(radius * radius - quarter_, 0.0));
+        return {{middle_.x + rise * height.nx, middle_.y + rise * height.ny},
+                (1 + 4 * (1e-6 + rounding_)) * radius};
+    }
+    /// Where there is no bound, next to an end.
+    Disk end_disk(int end) const { return {end == a ? from_ : to_, 1.01e-3 * length}; }
+    /// Where the bound does not follow what is flatter. One of no more than half the edge is held
+    /// by the other disk.
+    Disk flat_disk(double radius) const { return {middle_, 1.01 * radius / std::sqrt(flattest_)}; }
 
     const int a;
     const int b;

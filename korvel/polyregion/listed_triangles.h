@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "korvel/geometry/first_index.h"
+#include "korvel/geometry/key_filter.h"
 #include "korvel/polyregion/plydt.h"
 
 namespace korvel {
@@ -13,7 +14,9 @@ namespace korvel {
 class ListedTriangles {
 public:
     /// Knows of no triangle yet; `list` must outlive this object.
-    explicit ListedTriangles(const CArray<PLYDT::TRG>& list) : list_(list), known_(64) {}
+    ListedTriangles(const CArray<PLYDT::TRG>& list, int expected) : list_(list), known_(expected) {
+        filter_.start(expected);
+    }
 
     /// Takes in what has been appended to the list since the last call.
     void add_new_triangles() {
@@ -42,13 +45,13 @@ public:
 
     bool contains(int a, int b, int c) const {
         const std::array<int, 3> corners = sorted(a, b, c);
-        for (std::uint64_t key = key_of(corners);; key = mix_bits(key)) {
-            const int listed = known_.find(key);
-            if (listed < 0) {
-                break;
-            }
-            if (corners_of(listed) == corners) {
-                return true;
+        std::uint64_t key = key_of(corners);
+        if (filter_.may_have(mix_bits(key))) {
+            for (int listed = known_.find(key); listed >= 0; listed = known_.find(key)) {
+                if (corners_of(listed) == corners) {
+                    return true;
+                }
+                key = mix_bits(key);
             }
         }
         const auto is_corner = [&](int v) { return v == a || v == b || v == c; };
@@ -78,6 +81,7 @@ private:
             // Two corners in one: it is the same as every triangle that has both of its points.
             degenerate_.push_back(triangle);
         } else {
+            filter_.add(mix_bits(key_of(corners)));
             first_equal(known_, key_of(corners), triangle,
                         [&](int i, int j) { return corners_of(i) == corners_of(j); });
         }
@@ -85,6 +89,7 @@ private:
 
     const CArray<PLYDT::TRG>& list_;
     FirstIndex known_;
+    KeyFilter filter_; ///< of its first keys
     std::vector<int> degenerate_;
     int taken_ = 0;
 };

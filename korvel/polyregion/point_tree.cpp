@@ -8,34 +8,38 @@ namespace korvel {
 
 void PointTree::start() {
     shape_.start(points_.count());
-    boxes_.resize(static_cast<std::size_t>(shape_.boxes()));
     places_.resize(static_cast<std::size_t>(points_.count()));
     std::iota(places_.begin(), places_.end(), 0);
     local_.resize(places_.size());
-    divide(SlotTree::root);
+    boxes_.assign(shape_.boxes());
+    for (int number = SlotTree::root; number < shape_.boxes(); ++number) {
+        const int first = shape_.first_slot(number);
+        const int end = shape_.end_slot(number);
+        if (first == end) {
+            continue;
+        }
+        for (int slot = first; slot < end; ++slot) {
+            local_.set(slot, points_.local(place(slot)));
+        }
+        const TurnedBox box = box_around(local_, first, end, 1e-14 * points_.extent());
+        boxes_.set(number, box);
+        if (order_ == Order::by_nearness && !shape_.is_leaf(number)) {
+            divide(number, box);
+        }
+    }
 }
 
-void PointTree::divide(int number) {
-    const int first = shape_.first_slot(number);
-    const int end = shape_.end_slot(number);
-    for (int slot = first; slot < end; ++slot) {
-        local_.set(slot, points_.local(place(slot)));
+/// Sorts the places of a box into its halves.
+void PointTree::divide(int number, const TurnedBox& box) {
+    const auto along = [&](int p) {
+        return points_.local(p).x * box.ux + points_.local(p).y * box.uy;
+    };
+    const auto middle = places_.begin() + shape_.first_slot(SlotTree::second_half(number));
+    const auto end = places_.begin() + shape_.end_slot(number);
+    if (middle != end) {
+        std::nth_element(places_.begin() + shape_.first_slot(number), middle, end,
+                         [&](int p, int q) { return along(p) < along(q); });
     }
-    const TurnedBox box = box_around(local_, first, end, 1e-14 * points_.extent());
-    boxes_[static_cast<std::size_t>(number)] = box;
-    if (shape_.is_leaf(number)) {
-        return;
-    }
-    const int second = SlotTree::second_half(number);
-    if (shape_.has_slots(second)) {
-        const auto along = [&](int p) {
-            return points_.local(p).x * box.ux + points_.local(p).y * box.uy;
-        };
-        std::nth_element(places_.begin() + first, places_.begin() + shape_.first_slot(second),
-                         places_.begin() + end, [&](int p, int q) { return along(p) < along(q); });
-        divide(second);
-    }
-    divide(SlotTree::first_half(number));
 }
 
 int PointTree::point_inside(int a, int b, int c) const {
@@ -52,16 +56,15 @@ int PointTree::point_inside(int a, int b, int c) const {
     const bool may_be_left = area > -4 * margin;
     int inner = none;
     any_point(
-        [&](const TurnedBox& around) {
-            bool left = may_be_left;
-            bool right = may_be_right;
+        [&](int first) {
+            unsigned left = may_be_left ? 3U : 0U;
+            unsigned right = may_be_right ? 3U : 0U;
             for (const LineForm& side : sides) {
-                const double middle = side.at(around.centre);
-                const double spread = around.spread(side) + margin;
-                left = left && middle + spread >= 0;
-                right = right && middle - spread <= 0;
+                const TurnedBoxes::Sorted boxes = boxes_.sorted(first, side, margin);
+                left &= ~boxes.below;
+                right &= ~boxes.above;
             }
-            return !left && !right;
+            return left | right;
         },
         [&](int leaf) {
             SlotTree::Bits left = may_be_left ? shape_.all(leaf) : 0;

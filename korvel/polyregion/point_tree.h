@@ -9,20 +9,23 @@
 
 namespace korvel {
 
-/// The points of a region in a binary tree of boxes, each divided across its longer side.
+/// The points of a region in a binary tree of boxes. Either its slots are the places, so that what
+/// follows one another on a ring lies together, or each box is divided across its longer side.
 class PointTree {
 public:
     static constexpr int none = RegionPoints::none;
 
-    explicit PointTree(const RegionPoints& points) : points_(points) {}
+    enum class Order { by_place, by_nearness };
+
+    PointTree(const RegionPoints& points, Order order) : points_(points), order_(order) {}
 
     /// To be called when the points have started over.
     void start();
 
     const SlotTree& shape() const { return shape_; }
-    const TurnedBox& box(int number) const { return boxes_[static_cast<std::size_t>(number)]; }
     int place(int slot) const { return places_[static_cast<std::size_t>(slot)]; }
-    PlanePoint local(int slot) const { return local_[slot]; }
+    TurnedBox box(int number) const { return boxes_[number]; }
+    const TurnedBoxes& boxes() const { return boxes_; }
 
     SlotTree::Sorted sorted(int leaf, const LineForm& form, double margin) const {
         return shape_.sorted(leaf, local_, form, margin);
@@ -31,22 +34,19 @@ public:
     /// A place strictly inside the triangle, or `none`.
     int point_inside(int a, int b, int c) const;
 
-    /// Calls `visit(place)` for the places within a distance of one of some lines, given by their
-    /// distances.
-    template <class Lines, class Visit>
-    void each_point_near(const Lines& lines, double reach, Visit visit) const {
+    /// Calls `visit(place)` for the places within a distance of a line, given by its distances, and
+    /// on the left of another or less than a margin on its right.
+    template <class Visit>
+    void each_point_near(const LineForm& line, double reach, const LineForm& beside, double margin,
+                         Visit visit) const {
         any_point(
-            [&](const TurnedBox& box) {
-                return std::all_of(lines.begin(), lines.end(), [&](const LineForm& line) {
-                    return std::fabs(line.at(box.centre)) > box.spread(line) + reach;
-                });
+            [&](int first) {
+                const TurnedBoxes::Sorted off = boxes_.sorted(first, line, reach);
+                return ~(off.above | off.below | boxes_.sorted(first, beside, margin).below);
             },
             [&](int leaf) {
-                SlotTree::Bits near = 0;
-                for (const LineForm& line : lines) {
-                    near |= shape_.sorted(leaf, local_, line, reach).within();
-                }
-                return near;
+                return shape_.sorted(leaf, local_, line, reach).within() &
+                       ~shape_.sorted(leaf, local_, beside, margin).below;
             },
             [&](int p) {
                 visit(p);
@@ -54,33 +54,49 @@ public:
             });
     }
 
-private:
-    /// Goes through the leaves in boxes that are not missed, and calls `visit(place)` for the slots
-    /// that `pick(leaf)` leaves, until a call returns true.
-    template <class Misses, class Pick, class Visit>
-    void any_point(Misses misses, Pick pick, Visit visit) const {
-        shape_.any_box([&](int number) {
-            if (misses(box(number))) {
-                return SlotTree::Next::pass;
-            }
-            if (shape_.is_leaf(number)) {
-                const int first = shape_.first_slot(number);
-                for (SlotTree::Bits left = pick(number) & shape_.all(number); left != 0;
-                     left &= left - 1) {
-                    if (visit(place(first + std::countr_zero(left)))) {
-                        return SlotTree::Next::stop;
-                    }
-                }
-            }
-            return SlotTree::Next::enter;
-        });
+    /// Calls `visit(place)` for the places in a disk, on the left of a line or less than a margin
+    /// on its right, until a call returns true.
+    template <class Visit>
+    void any_point_beside(const LineForm& line, double margin, const Disk& disk,
+                          Visit visit) const {
+        any_point(
+            [&](int first) {
+                return ~(boxes_.sorted(first, line, margin).below | boxes_.outside(first, disk));
+            },
+            [&](int leaf) {
+                return ~(shape_.sorted(leaf, local_, line, margin).below |
+                         shape_.outside(leaf, local_, disk));
+            },
+            visit);
     }
 
-    void divide(int number);
+private:
+    /// Goes down to the leaves in halves that `pick_boxes(first half)` leaves, and calls
+    /// `visit(place)` for the slots that `pick_slots(leaf)` leaves, until a call returns true.
+    template <class PickBoxes, class PickSlots, class Visit>
+    void any_point(PickBoxes pick_boxes, PickSlots pick_slots, Visit visit) const {
+        shape_.any_box(
+            [&](int box) {
+                if (shape_.is_leaf(box)) {
+                    const int first = shape_.first_slot(box);
+                    for (SlotTree::Bits left = pick_slots(box) & shape_.all(box); left != 0;
+                         left &= left - 1) {
+                        if (visit(place(first + std::countr_zero(left)))) {
+                            return true;
+                        }
+                    }
+                }
+                return false;
+            },
+            pick_boxes);
+    }
+
+    void divide(int number, const TurnedBox& box);
 
     const RegionPoints& points_;
+    Order order_;
     SlotTree shape_;
-    std::vector<TurnedBox> boxes_;
+    TurnedBoxes boxes_;
     std::vector<int> places_; ///< of each slot
     Coordinates local_;
 };

@@ -16,52 +16,51 @@ bool has_direction(Direction direction) {
     return std::isfinite(direction.ux) && std::isfinite(direction.uy);
 }
 
-bool shares_end(const SideTree::Side& side, const SideTree::Segment& tested) {
-    return side.p0 == tested.p0 || side.p0 == tested.p1 || side.p1 == tested.p0 ||
-           side.p1 == tested.p1;
+bool shares_end(const SideTree::Side& side, int p0, int p1) {
+    return side.p0 == p0 || side.p0 == p1 || side.p1 == p0 || side.p1 == p1;
 }
 
-/// Where a direction stands, either sense alike, on a circle of 4 units: lines that make a small
-/// angle stand at least that far and at most twice as far apart.
-double place_of_direction(Direction direction) {
-    return std::fabs(direction.ux) >= std::fabs(direction.uy) ? direction.uy / direction.ux
-                                                              : 2 - direction.ux / direction.uy;
+/// Where a line stands among all lines. Slopes, those of steep lines upside down, fill a circle of
+/// 4 units, on which the lines of a small angle stand at least that far and at most twice as far
+/// apart.
+struct LinePlace {
+    double slope;
+    double intercept; ///< without its sign, which differs between the two kinds of slopes
+};
+
+LinePlace place_of_line(PlanePoint p, PlanePoint q) {
+    const double dx = q.x - p.x;
+    const double dy = q.y - p.y;
+    if (std::fabs(dx) >= std::fabs(dy)) {
+        const double slope = dy / dx;
+        return {slope, std::fabs(p.y - slope * p.x)};
+    }
+    const double slope = dx / dy;
+    return {2 - slope, std::fabs(p.x - slope * p.y)};
 }
 
-/// The cell of a line of some direction at some distance from the origin, in parts of the extent.
-std::uint64_t line_key(double direction, double distance) {
-    constexpr double cells_per_unit = 1 << 26;
-    constexpr double distance_cells = 1e8;
-    constexpr int cells = 4 << 26;
-    return pair_key(static_cast<int>((direction + 5) * cells_per_unit) % cells,
-                    static_cast<int>(std::floor(distance * distance_cells)));
+/// The cell of a line's place, with intercepts in parts of the extent.
+constexpr int line_cells = 10'000; // per unit
+std::uint64_t line_key(double slope, double intercept) {
+    return pair_key(static_cast<int>((slope + 5) * line_cells) % (4 * line_cells),
+                    static_cast<int>(intercept * line_cells));
 }
 
 } // namespace
 
 void SideTree::start() {
-    shape_.start(points_.count());
+    tree_.start();
     const auto places = static_cast<std::size_t>(points_.count());
-    local_.resize(places);
-    for (int p = 0; p < points_.count(); ++p) {
-        local_.set(p, points_.local(p));
-    }
     sides_.clear();
     for (std::vector<Ends>& ends : ends_) {
         ends.assign(places, {});
     }
     for (std::vector<int>& sides : in_box_) {
-        sides.assign(static_cast<std::size_t>(shape_.boxes()), none);
+        sides.assign(static_cast<std::size_t>(tree_.shape().boxes()), none);
     }
-    lines_ = FirstIndex(shape_.is_undivided() ? 0 : 2 * points_.count());
+    lines_ = FirstIndex(2 * points_.count());
+    near_lines_.start(2 * points_.count());
     shares_line_.clear();
-    boxes_.clear();
-    for (int box = 0; box < shape_.boxes(); ++box) {
-        boxes_.push_back(box >= SlotTree::root && shape_.has_slots(box)
-                             ? box_around(local_, shape_.first_slot(box), shape_.end_slot(box),
-                                          1e-14 * points_.extent())
-                             : TurnedBox{});
-    }
 }
 
 int SideTree::add(int p0, int p1, Direction direction, Kind kind) {
@@ -76,9 +75,10 @@ int SideTree::add(int p0, int p1, Direction direction, Kind kind) {
     added.next_in_box = std::exchange(in_box_[of(kind)][static_cast<std::size_t>(box)], number);
     sides_.push_back(added);
     shares_line_.push_back(0);
-    if (!shape_.is_undivided() && has_direction(direction)) {
-        const std::uint64_t key =
-            line_key(place_of_direction(direction), distance_of_line(p0, direction));
+    if (has_direction(direction)) {
+        const LinePlace line = place_of_line(points_.local(p0), points_.local(p1));
+        const std::uint64_t key = line_key(line.slope, line.intercept / points_.extent());
+        near_lines_.add(mix_bits(key));
         const int first = lines_.find_or_add(key, number);
         shares_line_[static_cast<std::size_t>(first)] = first != number ? 1 : 0;
     }
@@ -86,8 +86,8 @@ int SideTree::add(int p0, int p1, Direction direction, Kind kind) {
 }
 
 int SideTree::smallest_box_with(int p0, int p1) const {
-    const auto leaf0 = static_cast<unsigned>(shape_.leaf_of(p0));
-    const auto leaf1 = static_cast<unsigned>(shape_.leaf_of(p1));
+    const auto leaf0 = static_cast<unsigned>(tree_.shape().leaf_of(p0));
+    const auto leaf1 = static_cast<unsigned>(tree_.shape().leaf_of(p1));
     return static_cast<int>(leaf0 >> std::bit_width(leaf0 ^ leaf1));
 }
 
@@ -143,33 +143,31 @@ bool SideTree::crosses(const Segment& tested, int number) const {
     if (e.kind == Kind::boundary ? tested.on_boundary : tested.on_front) {
         return false;
     }
-    if (shares_end(e, tested)) {
+    if (shares_end(e, tested.p0, tested.p1)) {
         return false;
     }
     return meet_sides(from, e.direction, tested.start, s).crosses;
 }
 
-/// Of the line through a place from the tree's origin, in parts of the extent.
-double SideTree::distance_of_line(int p, Direction direction) const {
-    return std::fabs(direction.ux * points_.local(p).y - direction.uy * points_.local(p).x) /
-           points_.extent();
-}
-
-/// Whether a side that does not share an end with the segment may make an angle of less than 1e-9
-/// with it, on nearly the same line.
-bool SideTree::may_be_in_line(const Segment& tested) const {
-    constexpr double around = 4e-9; // twice that is less than a cell
-    const double direction = place_of_direction(tested.direction);
-    const double distance = distance_of_line(tested.p0, tested.direction);
+bool SideTree::may_be_in_line(int p0, int p1) const {
+    constexpr double around = 0.25 / line_cells; // twice that is less than a cell
+    const LinePlace line = place_of_line(points_.local(p0), points_.local(p1));
+    if (std::isnan(line.slope)) {
+        return true;
+    }
+    const double intercept = line.intercept / points_.extent();
     const auto has_other = [&](std::uint64_t key) {
+        if (!near_lines_.may_have(mix_bits(key))) {
+            return false;
+        }
         const int first = lines_.find(key);
         return first >= 0 && (shares_line_[static_cast<std::size_t>(first)] != 0 ||
-                              !shares_end(side(first), tested));
+                              !shares_end(side(first), p0, p1));
     };
     std::uint64_t asked = 0;
-    for (const double by_direction : {-around, around}) {
-        for (const double by_distance : {-around, around}) {
-            const std::uint64_t key = line_key(direction + by_direction, distance + by_distance);
+    for (const double by_slope : {-around, around}) {
+        for (const double by_intercept : {-around, around}) {
+            const std::uint64_t key = line_key(line.slope + by_slope, intercept + by_intercept);
             if (key != asked && has_other(key)) {
                 return true;
             }
@@ -189,35 +187,33 @@ int SideTree::find_crossed(const Segment& tested) const {
     }
     const PlanePoint start = points_.local(tested.p0);
     const LineForm off = distance_left_of(start, s);
-    const LineForm along{s.ux, s.uy, -(s.ux * start.x + s.uy * start.y)};
-    const bool whole_line = shape_.is_undivided() || may_be_in_line(tested);
+    // From the middle of the segment.
+    const LineForm along{s.ux, s.uy, -(s.ux * start.x + s.uy * start.y) - s.len / 2};
+    const double room = s.len / 2 + end_margin * points_.extent();
+    const bool whole_line = tree_.shape().is_undivided() || may_be_in_line(tested.p0, tested.p1);
     const double margin = 2 * points_.line_margin();
     int crossed = none;
-    shape_.any_box([&](int number) {
-        const TurnedBox& around = boxes_[static_cast<std::size_t>(number)];
-        if (std::fabs(off.at(around.centre)) > around.spread(off) + margin) {
-            return SlotTree::Next::pass;
-        }
-        if (!whole_line) {
-            const double middle = along.at(around.centre);
-            const double spread = around.spread(along) + end_margin * points_.extent();
-            if (middle < -spread || middle > s.len + spread) {
-                return SlotTree::Next::pass;
+    tree_.shape().any_box(
+        [&](int box) {
+            std::array<int, 2> lists{none, none};
+            if (!tested.on_boundary) {
+                lists[0] = in_box_[of(Kind::boundary)][static_cast<std::size_t>(box)];
             }
-        }
-        std::array<int, 2> lists{none, none};
-        if (!tested.on_boundary) {
-            lists[0] = in_box_[of(Kind::boundary)][static_cast<std::size_t>(number)];
-        }
-        if (!tested.on_front) {
-            lists[1] = in_box_[of(Kind::front)][static_cast<std::size_t>(number)];
-        }
-        if (lists[0] != none || lists[1] != none) {
-            crossed = shape_.is_leaf(number) ? crossed_in_leaf(tested, off, number, lists)
-                                             : crossed_in_lists(tested, lists);
-        }
-        return crossed != none ? SlotTree::Next::stop : SlotTree::Next::enter;
-    });
+            if (!tested.on_front) {
+                lists[1] = in_box_[of(Kind::front)][static_cast<std::size_t>(box)];
+            }
+            if (lists[0] != none || lists[1] != none) {
+                crossed = tree_.shape().is_leaf(box) ? crossed_in_leaf(tested, off, box, lists)
+                                                     : crossed_in_lists(tested, lists);
+            }
+            return crossed != none;
+        },
+        [&](int first) {
+            const TurnedBoxes::Sorted beside = tree_.boxes().sorted(first, off, margin);
+            const TurnedBoxes::Sorted ahead =
+                whole_line ? TurnedBoxes::Sorted{} : tree_.boxes().sorted(first, along, room);
+            return ~(beside.above | beside.below | ahead.above | ahead.below);
+        });
     return crossed;
 }
 
@@ -235,8 +231,8 @@ int SideTree::crossed_in_lists(const Segment& tested, const std::array<int, 2>& 
 /// In a leaf the places are told apart by the line once for all sides.
 int SideTree::crossed_in_leaf(const Segment& tested, const LineForm& off, int leaf,
                               const std::array<int, 2>& lists) const {
-    const SlotTree::Sorted places = shape_.sorted(leaf, local_, off, 2 * points_.line_margin());
-    const int first_place = shape_.first_slot(leaf);
+    const SlotTree::Sorted places = tree_.sorted(leaf, off, 2 * points_.line_margin());
+    const int first_place = tree_.shape().first_slot(leaf);
     for (const int first : lists) {
         for (int e = first; e != none; e = side(e).next_in_box) {
             const int from = side(e).p0 - first_place;

@@ -4,13 +4,13 @@
 #include <vector>
 
 #include "korvel/geometry/first_index.h"
+#include "korvel/geometry/key_filter.h"
+#include "korvel/polyregion/point_tree.h"
 #include "korvel/polyregion/region_points.h"
-#include "korvel/polyregion/slot_tree.h"
-#include "korvel/polyregion/turned_box.h"
 
 namespace korvel {
 
-/// The sides of a region's boundary and front, in a binary tree over the places that they join.
+/// The sides of a region's boundary and front, in the boxes of the places that they join.
 /// Places that follow one another on a ring lie together, and so do the sides between them, so a
 /// line meets few of the tree's boxes.
 class SideTree {
@@ -18,7 +18,8 @@ public:
     enum class Kind { boundary, front };
     static constexpr int none = RegionPoints::none;
 
-    explicit SideTree(const RegionPoints& points) : points_(points) {}
+    explicit SideTree(const RegionPoints& points)
+        : points_(points), tree_(points, PointTree::Order::by_place) {}
 
     /// Forgets all sides; to be called when the points have started over. Their extent must not be
     /// 0.
@@ -68,6 +69,10 @@ public:
     };
     Segment segment(int p0, int p1) const;
 
+    /// Whether a side that ends elsewhere may make an angle of less than 1e-5 with the line through
+    /// two places, and lie nearly on it.
+    bool may_be_in_line(int p0, int p1) const;
+
     /// Whether a segment crosses a side. One that is part of the boundary is not held against the
     /// boundary, and one that is part of the front not against the front.
     bool crosses(const Segment& tested, int number) const;
@@ -84,21 +89,18 @@ private:
     const std::vector<Ends>& ends(Kind kind) const { return ends_[of(kind)]; }
 
     int smallest_box_with(int p0, int p1) const;
-    double distance_of_line(int p, Direction direction) const;
-    bool may_be_in_line(const Segment& tested) const;
     int crossed_in_lists(const Segment& tested, const std::array<int, 2>& lists) const;
     int crossed_in_leaf(const Segment& tested, const LineForm& off, int leaf,
                         const std::array<int, 2>& lists) const;
 
     const RegionPoints& points_;
-    SlotTree shape_; ///< slots are places
-    std::vector<TurnedBox> boxes_;
-    Coordinates local_;
+    PointTree tree_;
     std::vector<Side> sides_;
     std::array<std::vector<Ends>, 2> ends_; ///< for each kind and place
     /// For each kind and box the last of its own sides: those that no smaller box holds.
     std::array<std::vector<int>, 2> in_box_;
     FirstIndex lines_{64};          ///< the first side on roughly each line
+    KeyFilter near_lines_;          ///< which of these there are
     std::vector<char> shares_line_; ///< for each of these: others lie on roughly its line
 };
 

@@ -7,11 +7,9 @@
 #include <cstdint>
 #include <vector>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#endif
-
+#include "korvel/polyregion/disk.h"
 #include "korvel/polyregion/region_points.h"
+#include "korvel/polyregion/two_doubles.h"
 
 namespace korvel {
 
@@ -21,8 +19,8 @@ struct Coordinates {
     std::vector<double> y;
 
     void resize(std::size_t slots) {
-        x.resize(slots);
-        y.resize(slots);
+        x.resize(slots + 1); // so that any slot begins a pair
+        y.resize(slots + 1);
     }
     void set(int slot, PlanePoint p) {
         x[static_cast<std::size_t>(slot)] = p.x;
@@ -59,25 +57,26 @@ public:
     static int first_half(int box) { return 2 * box; }
     static int second_half(int box) { return 2 * box + 1; }
 
-    enum class Next { pass, enter, stop };
-
-    /// Goes down from the root: `look(box)` tells what to do with each box that has slots.
-    template <class Look>
-    void any_box(Look look) const {
+    /// Goes down from the root. `visit(box)` is called for each box on the way until a call returns
+    /// true; `pick(first half)` tells by its lowest two bits which of two halves are on the way.
+    template <class Visit, class Pick>
+    void any_box(Visit visit, Pick pick) const {
         std::array<int, 64> waiting; // one to a level and one more
         std::size_t count = 0;
         waiting[count++] = root;
         while (count > 0) {
             const int box = waiting[--count];
-            const Next next = look(box);
-            if (next == Next::stop) {
+            if (visit(box)) {
                 return;
             }
-            if (next == Next::enter && !is_leaf(box)) {
-                if (has_slots(second_half(box))) {
+            if (!is_leaf(box)) {
+                const unsigned picked = pick(first_half(box));
+                if ((picked & 2U) != 0 && has_slots(second_half(box))) {
                     waiting[count++] = second_half(box);
                 }
-                waiting[count++] = first_half(box);
+                if ((picked & 1U) != 0) {
+                    waiting[count++] = first_half(box);
+                }
             }
         }
     }
@@ -85,7 +84,8 @@ public:
     /// Slots of a leaf: bit i stands for the i-th of them.
     using Bits = std::uint64_t;
 
-    /// The slots of a leaf where a form is above a margin, and those where it is below −margin.
+    /// The slots where a form is above a margin, and those where it is below −margin; bits beyond
+    /// the leaf's slots mean nothing.
     struct Sorted {
         Bits above = 0;
         Bits below = 0;
@@ -94,37 +94,47 @@ public:
     };
     Sorted sorted(int leaf, const Coordinates& points, const LineForm& form, double margin) const {
         Sorted bits;
+        const auto nx = TwoDoubles::both(form.nx);
+        const auto ny = TwoDoubles::both(form.ny);
+        const auto c = TwoDoubles::both(form.c);
+        const auto high = TwoDoubles::both(margin);
+        const auto low = TwoDoubles::both(-margin);
+        each_pair(leaf, points, [&](TwoDoubles x, TwoDoubles y, int i) {
+            const TwoDoubles value = nx * x + ny * y + c;
+            bits.above |= Bits{value > high} << i;
+            bits.below |= Bits{low > value} << i;
+        });
+        return bits;
+    }
+
+    /// The slots outside of a disk, in the same way.
+    Bits outside(int leaf, const Coordinates& points, const Disk& disk) const {
+        Bits bits = 0;
+        const auto centre_x = TwoDoubles::both(disk.centre.x);
+        const auto centre_y = TwoDoubles::both(disk.centre.y);
+        const auto most = TwoDoubles::both(disk.radius * disk.radius);
+        each_pair(leaf, points, [&](TwoDoubles x, TwoDoubles y, int i) {
+            const TwoDoubles dx = x - centre_x;
+            const TwoDoubles dy = y - centre_y;
+            bits |= Bits{dx * dx + dy * dy > most} << i;
+        });
+        return bits;
+    }
+
+    Bits all(int leaf) const { return ~Bits{0} >> (64 - (end_slot(leaf) - first_slot(leaf))); }
+
+private:
+    template <class Use>
+    void each_pair(int leaf, const Coordinates& points, Use use) const {
         const int first = first_slot(leaf);
         const int count = end_slot(leaf) - first;
         const double* const x = points.x.data() + first;
         const double* const y = points.y.data() + first;
-        int i = 0;
-#if defined(__SSE2__) || defined(_M_X64)
-        const __m128d nx = _mm_set1_pd(form.nx);
-        const __m128d ny = _mm_set1_pd(form.ny);
-        const __m128d c = _mm_set1_pd(form.c);
-        const __m128d high = _mm_set1_pd(margin);
-        const __m128d low = _mm_set1_pd(-margin);
-        for (; i + 1 < count; i += 2) {
-            const __m128d value = _mm_add_pd(_mm_add_pd(_mm_mul_pd(nx, _mm_loadu_pd(x + i)),
-                                                        _mm_mul_pd(ny, _mm_loadu_pd(y + i))),
-                                             c);
-            bits.above |= static_cast<Bits>(_mm_movemask_pd(_mm_cmpgt_pd(value, high))) << i;
-            bits.below |= static_cast<Bits>(_mm_movemask_pd(_mm_cmplt_pd(value, low))) << i;
+        for (int i = 0; i < count; i += 2) {
+            use(TwoDoubles::load(x + i), TwoDoubles::load(y + i), i);
         }
-#endif
-        for (; i < count; ++i) {
-            const double value = form.nx * x[i] + form.ny * y[i] + form.c;
-            bits.above |= static_cast<Bits>(value > margin) << i;
-            bits.below |= static_cast<Bits>(value < -margin) << i;
-        }
-        return bits;
-    }
-    Bits all(int leaf) const {
-        return ~Bits{0} >> (64 - (end_slot(leaf) - first_slot(leaf)));
     }
 
-private:
     /// Where the slots of a box, or of the one `next` boxes on, begin.
     int shifted(int box, int next) const {
         const int level = std::bit_width(static_cast<unsigned>(box)) - 1;

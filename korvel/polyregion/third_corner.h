@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "korvel/polyregion/constrained_delaunay.h"
 #include "korvel/polyregion/edge_frame.h"
 #include "korvel/polyregion/listed_triangles.h"
 #include "korvel/polyregion/point_tree.h"
@@ -16,10 +17,10 @@ namespace korvel {
 class ThirdCornerSearch {
 public:
     /// `indices` names the point of each place; all must outlive this object.
-    ThirdCornerSearch(const RegionPoints& points, const SideTree& sides,
+    ThirdCornerSearch(const RegionPoints& points, const SideTree& sides, ConstrainedDelaunay& guide,
                       const std::vector<int>& indices, const ListedTriangles& listed)
-        : points_(points), sides_(sides), indices_(indices), listed_(listed), tree_(points),
-          shadows_(points) {}
+        : points_(points), sides_(sides), guide_(guide), indices_(indices), listed_(listed),
+          tree_(points, PointTree::Order::by_nearness), shadows_(points) {}
 
     /// To be called when the points have started over.
     void start();
@@ -27,8 +28,9 @@ public:
     /// The third corner for the edge a → b, or −1: among the places on its left or on its line that
     /// survive all tests the first with the smallest radius, unless the very first survivor has a
     /// radius that is not a number, which nothing beats. `apex` is the third corner of a triangle
-    /// on the left of the edge that has been found already, or −1.
-    int choose(int a, int b, int apex);
+    /// on the left of the edge that has been found already, or −1; `hint` is the guide's for the
+    /// edge.
+    int choose(int a, int b, int apex, int hint);
 
     double radius(int a, int b, int p) const {
         return circumradius(points_.at(a), points_.at(b), points_.at(p));
@@ -80,12 +82,15 @@ private:
 
     PlanePoint at(int p) const { return points_.at(p); }
 
-    int choose_in_the_open(int a, int b);
-    FlatSurvivors first_flat_survivors(const EdgeFrame& frame);
-    int choose_behind(int a, int b, int apex);
+    int choose_in_the_open(int a, int b, int hint);
+    FlatSurvivors first_flat_survivors(const EdgeFrame& frame, int hint);
+    int choose_behind(int a, int b, int apex, int hint);
     int choose_exhaustively(int a, int b);
     int choose_among(int a, int b, const std::vector<int>& ascending);
-    int nearest_survivor(const EdgeFrame& frame);
+    int nearest_survivor(const EdgeFrame& frame, int hint);
+    double take_guess(int a, int b, int hint, int& guess);
+    void wait(const EdgeFrame& frame, int p, double best_radius);
+    bool wait_beside(const EdgeFrame& frame, int best, double best_radius);
     void enter_box(const EdgeFrame& frame, int box, double limit);
     void cast_first_shadows(int a, int b);
 
@@ -93,14 +98,17 @@ private:
         return p != a && p != b && turn_sign(at(a), at(b), at(p)) != -1;
     }
     bool survives(int a, int b, int p);
+    int side_across(const std::array<SideTree::Segment, 2>& segments) const;
+    bool surely_survives(int a, int b, int p) const;
+    bool is_listed(int a, int b, int p) const;
 
     const RegionPoints& points_;
     const SideTree& sides_;
+    ConstrainedDelaunay& guide_;
     const std::vector<int>& indices_;
     const ListedTriangles& listed_;
     PointTree tree_;
     Shadows shadows_;
-    RecentFinds last_blockers_;     ///< sides that new sides have crossed
     RecentFinds last_inner_points_; ///< places that stood inside triangles
     std::vector<Waiting> waiting_;
     std::vector<int> apart_; ///< for each place the last search that takes it apart from the boxes

@@ -59,7 +59,7 @@ bool PLYDT::makes_all_tests() {
 void PLYDT::region_tranglate() {
     trg_list.RemoveAll();
     creat_top_rel();
-    korvel::ListedTriangles listed(trg_list);
+    korvel::ListedTriangles listed(trg_list, side_list.GetSize());
     korvel::AdvancingFront front(*this, listed);
     for (PyToRg& region : region_list) {
         triangulate(region, listed, front);
@@ -71,7 +71,7 @@ void PLYDT::region_tranglate() {
 }
 
 void PLYDT::poly_tranglate(PyToRg& rg) {
-    korvel::ListedTriangles listed(trg_list);
+    korvel::ListedTriangles listed(trg_list, 64);
     if (is_sound(*this, rg)) {
         listed.add_triangles_of(*this, rg);
     }
