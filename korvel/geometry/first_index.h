@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "korvel/geometry/prefetch.h"
 #include "korvel/platform/framework.h"
 
 namespace korvel {
@@ -57,6 +58,12 @@ public:
 
     /// The index stored with the key, or −1.
     int find(std::uint64_t key) const { return const_cast<FirstIndex*>(this)->slot_of(key).index; }
+
+    /// Has the place of a key fetched, for a look-up soon after. Worth it in large tables.
+    void prefetch(std::uint64_t key) const {
+        korvel::prefetch(&slots_[mix_bits(key) & (slots_.size() - 1)]);
+    }
+    static constexpr int prefetch_distance = 16; ///< in look-ups
 
 private:
     struct Slot {

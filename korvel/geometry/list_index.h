@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -63,20 +65,40 @@ void remove_elements(List& list, Predicate goes) {
     list.SetSize(kept);
 }
 
-/// Fills many lists at once, each sized once. `each_pair(add)` calls `add(list, value)` for every
-/// entry, twice over: first to count, then to fill. `list_of(i)` gives list i of `lists`; all are
-/// emptied first. Entries keep the order of the calls.
+/// Many lists of ints in one array. `each_pair(add)` calls `add(list, value)` for every entry,
+/// twice over: first to count, then to fill. Entries keep the order of the calls.
+class PackedLists {
+public:
+    template <class EachPair>
+    PackedLists(int lists, EachPair each_pair) : starts_(static_cast<std::size_t>(lists) + 2, 0) {
+        each_pair([&](int list, int) { ++starts_[static_cast<std::size_t>(list) + 2]; });
+        std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
+        values_.resize(starts_.back());
+        // Filling moves the start of each list, which stands one too far, on to its end.
+        each_pair([&](int list, int value) {
+            values_[starts_[static_cast<std::size_t>(list) + 1]++] = value;
+        });
+    }
+
+    std::span<const int> operator[](int list) const {
+        const auto at = static_cast<std::size_t>(list);
+        return {values_.data() + starts_[at], starts_[at + 1] - starts_[at]};
+    }
+
+private:
+    std::vector<std::size_t> starts_;
+    std::vector<int> values_;
+};
+
+/// Fills `lists` lists at once with the entries of `each_pair` as above, each sized once.
+/// `list_of(i)` gives list i; all are emptied first. By way of one array, which is written in any
+/// order sooner than many small ones.
 template <class EachPair, class ListOf>
 void distribute(int lists, EachPair each_pair, ListOf list_of) {
-    std::vector<int> sizes(static_cast<std::size_t>(lists), 0);
-    each_pair([&](int list, int) { ++sizes[static_cast<std::size_t>(list)]; });
+    const PackedLists packed(lists, each_pair);
     for (int i = 0; i < lists; ++i) {
-        list_of(i).SetSize(0);
-        list_of(i).SetSize(std::exchange(sizes[static_cast<std::size_t>(i)], 0));
+        assign_list(list_of(i), packed[i]);
     }
-    each_pair([&](int list, int value) {
-        list_of(list)[sizes[static_cast<std::size_t>(list)]++] = value;
-    });
 }
 
 } // namespace korvel

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <limits>
-#include <numeric>
 #include <vector>
 
 #include "korvel/platform/framework.h"
@@ -32,113 +32,106 @@ struct IntBox {
 };
 
 /// Points that come alive and die, asked for those alive in a box: a balanced k-d tree (J. L.
-/// Bentley, 1975) whose nodes count their live points. Switching a point costs the logarithm, a
-/// query about the square root of all points plus its answer.
+/// Bentley, 1975) whose nodes know whether anything below them is alive. Switching a point costs
+/// the logarithm at most, a query about the square root of all points plus its answer.
 class LivePoints {
 public:
-    explicit LivePoints(std::vector<POINT> points)
-        : points_(std::move(points)), order_(points_.size()), place_(points_.size()) {
-        std::iota(order_.begin(), order_.end(), 0);
-        nodes_.reserve(2 * points_.size());
-        if (!points_.empty()) {
-            build(0, static_cast<int>(points_.size()));
+    explicit LivePoints(const std::vector<POINT>& points)
+        : place_(points.size()), alive_(points.size(), 0) {
+        constexpr std::size_t most_in_leaf = 8;
+        while (leaves_ * most_in_leaf < points.size()) {
+            leaves_ *= 2;
         }
-        for (std::size_t i = 0; i < order_.size(); ++i) {
-            place_[static_cast<std::size_t>(order_[i])] = static_cast<int>(i);
+        nodes_.resize(2 * leaves_);
+        places_.reserve(points.size());
+        for (const POINT& point : points) {
+            places_.push_back({point, static_cast<int>(places_.size())});
         }
-        alive_.resize(points_.size(), 0);
+        build(1, 0, leaves_);
+        for (std::size_t place = 0; place < places_.size(); ++place) {
+            place_[static_cast<std::size_t>(places_[place].index)] = place;
+        }
     }
 
     void set_alive(int point, bool alive) {
-        const int place = place_[static_cast<std::size_t>(point)];
-        char& state = alive_[static_cast<std::size_t>(place)];
-        if (state == static_cast<char>(alive)) {
+        const std::size_t place = place_[static_cast<std::size_t>(point)];
+        if (alive_[place] == static_cast<char>(alive)) {
             return;
         }
-        state = static_cast<char>(alive);
-        for (int node = 0; node >= 0;) {
-            Node& at = nodes_[static_cast<std::size_t>(node)];
-            at.alive += alive ? 1 : -1;
-            node = at.left < 0 ? -1 : (place < node_end(at.left) ? at.left : at.right);
+        alive_[place] = static_cast<char>(alive);
+        const std::size_t leaf = ((place + 1) * leaves_ - 1) / places_.size();
+        for (std::size_t node = leaves_ + leaf; node > 0; node /= 2) {
+            int& below = nodes_[node].alive;
+            below += alive ? 1 : -1;
+            if (below != (alive ? 1 : 0)) {
+                return; // nothing changes further up
+            }
         }
     }
 
     /// The live points in the box, ascending.
     void collect(const IntBox& box, std::vector<int>& found) const {
         found.clear();
-        if (!nodes_.empty()) {
-            collect_below(0, box, found);
-        }
+        collect_below(1, 0, leaves_, box, found);
         std::sort(found.begin(), found.end());
     }
 
 private:
-    static constexpr int leaf_size = 8;
-
     struct Node {
         IntBox box;
-        int begin = 0; ///< its points are order_[begin] … order_[end − 1]
-        int end = 0;
-        int left = -1;
-        int right = -1;
-        int alive = 0;
+        int alive = 0; ///< the live points of a leaf, else the children with any below them
+    };
+    struct Place {
+        POINT point;
+        int index;
     };
 
-    int node_end(int node) const { return nodes_[static_cast<std::size_t>(node)].end; }
-    POINT point_at(int place) const {
-        return points_[static_cast<std::size_t>(order_[static_cast<std::size_t>(place)])];
-    }
+    // The places are dealt out evenly to the leaves, of which each child has half of its parent's.
+    std::size_t first_place(std::size_t leaf) const { return leaf * places_.size() / leaves_; }
 
-    int build(int begin, int end) {
-        Node node;
-        node.begin = begin;
-        node.end = end;
-        for (int place = begin; place < end; ++place) {
-            node.box.include(point_at(place));
+    void build(std::size_t node, std::size_t leaf, std::size_t leaves) {
+        const auto place_of = [&](std::size_t of) {
+            return places_.begin() + static_cast<std::ptrdiff_t>(first_place(of));
+        };
+        IntBox& box = nodes_[node].box;
+        for (auto place = place_of(leaf); place != place_of(leaf + leaves); ++place) {
+            box.include(place->point);
         }
-        const int self = static_cast<int>(nodes_.size());
-        nodes_.push_back(node);
-        if (end - begin <= leaf_size) {
-            return self;
+        if (leaves == 1) {
+            return;
         }
-        const bool wide = static_cast<double>(node.box.x_max) - node.box.x_min >=
-                          static_cast<double>(node.box.y_max) - node.box.y_min;
-        const int middle = begin + (end - begin) / 2;
-        std::nth_element(order_.begin() + begin, order_.begin() + middle, order_.begin() + end,
-                         [&](int a, int b) {
-                             const POINT& pa = points_[static_cast<std::size_t>(a)];
-                             const POINT& pb = points_[static_cast<std::size_t>(b)];
-                             return wide ? pa.x < pb.x : pa.y < pb.y;
+        const bool wide = static_cast<double>(box.x_max) - box.x_min >=
+                          static_cast<double>(box.y_max) - box.y_min;
+        std::nth_element(place_of(leaf), place_of(leaf + leaves / 2), place_of(leaf + leaves),
+                         [&](const Place& a, const Place& b) {
+                             return wide ? a.point.x < b.point.x : a.point.y < b.point.y;
                          });
-        const int left = build(begin, middle);
-        const int right = build(middle, end);
-        nodes_[static_cast<std::size_t>(self)].left = left;
-        nodes_[static_cast<std::size_t>(self)].right = right;
-        return self;
+        build(2 * node, leaf, leaves / 2);
+        build(2 * node + 1, leaf + leaves / 2, leaves / 2);
     }
 
-    void collect_below(int node, const IntBox& box, std::vector<int>& found) const {
-        const Node& at = nodes_[static_cast<std::size_t>(node)];
-        if (at.alive == 0 || !at.box.meets(box)) {
+    void collect_below(std::size_t node, std::size_t leaf, std::size_t leaves, const IntBox& box,
+                       std::vector<int>& found) const {
+        if (nodes_[node].alive == 0 || !nodes_[node].box.meets(box)) {
             return;
         }
-        if (at.left >= 0) {
-            collect_below(at.left, box, found);
-            collect_below(at.right, box, found);
+        if (leaves > 1) {
+            collect_below(2 * node, leaf, leaves / 2, box, found);
+            collect_below(2 * node + 1, leaf + leaves / 2, leaves / 2, box, found);
             return;
         }
-        for (int place = at.begin; place < at.end; ++place) {
-            if (alive_[static_cast<std::size_t>(place)] != 0 && box.contains(point_at(place))) {
-                found.push_back(order_[static_cast<std::size_t>(place)]);
+        for (std::size_t place = first_place(leaf); place < first_place(leaf + 1); ++place) {
+            if (alive_[place] != 0 && box.contains(places_[place].point)) {
+                found.push_back(places_[place].index);
             }
         }
     }
 
-    std::vector<POINT> points_;
-    std::vector<int> order_; ///< point at each place of the tree
-    std::vector<int> place_; ///< place of each point
-    std::vector<char> alive_;
-    std::vector<Node> nodes_;
+    std::vector<Place> places_;      ///< the points in the order of the leaves
+    std::vector<std::size_t> place_; ///< of each point
+    std::vector<char> alive_;        ///< by place
+    std::size_t leaves_ = 1;         ///< a power of two
+    std::vector<Node> nodes_;        ///< the root is 1, the children of k are 2k and 2k + 1
 };
 
 } // namespace korvel

@@ -75,11 +75,15 @@ bool winding_encloses(int n, Corner corner) {
     }
     int turns = 0;
     PlanePoint a = corner(0);
+    if (dot_product(a, a) == 0) {
+        return false; // as below
+    }
     for (int k = 1; k <= n; ++k) {
         const PlanePoint b = corner(k < n ? k : 0);
         const double squared = dot_product(b, b);
         if (!(squared > shortest_squared && squared < longest_squared)) {
-            return plain_winding_encloses(n, corner);
+            // Division by a length of 0 leaves no number.
+            return squared != 0 && plain_winding_encloses(n, corner);
         }
         const double dot = dot_product(a, b);
         const double cross = cross_product(a, b);

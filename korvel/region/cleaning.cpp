@@ -23,15 +23,19 @@ bool same_curve(const CurveSpans& curves, int a, int b) {
            (same_in_order(curves, a, b, false) || same_in_order(curves, a, b, true));
 }
 
-/// A key that a curve shares with its reverse.
+/// A key that a curve shares with its reverse: two polynomials in the points, one for each sense.
 std::uint64_t curve_key(const CurveSpans& curves, int curve) {
+    constexpr std::uint64_t factor = 0x9e3779b97f4a7c15U;
     std::uint64_t forwards = 0;
     std::uint64_t backwards = 0;
+    std::uint64_t power = 1;
     for (int k = 0; k < curves.count(curve); ++k) {
-        forwards = korvel::mix_bits(forwards ^ korvel::point_key(curves.point(curve, k)));
-        backwards = korvel::mix_bits(backwards ^ korvel::point_key(curves.point(curve, k, true)));
+        const std::uint64_t point = korvel::mix_bits(korvel::point_key(curves.point(curve, k)));
+        forwards = forwards * factor + point;
+        backwards += point * power;
+        power *= factor;
     }
-    return forwards + backwards;
+    return korvel::mix_bits(forwards) + korvel::mix_bits(backwards);
 }
 
 /// Moves the points of a network down over removed ones, curve by curve.
@@ -99,12 +103,20 @@ void CREGION::FilterRedundantCurve(CArray<tagPOINT>* pts, CArray<int>* counts) {
     const CurveSpans curves(*pts, *counts);
     // Found before anything moves: sameness is transitive, so the earlier one may itself go.
     std::vector<char> is_first(static_cast<std::size_t>(curves.size()));
+    std::vector<std::uint64_t> keys;
+    keys.reserve(static_cast<std::size_t>(curves.size()));
+    for (int curve = 0; curve < curves.size(); ++curve) {
+        keys.push_back(curve_key(curves, curve));
+    }
     korvel::FirstIndex seen(curves.size());
     for (int curve = 0; curve < curves.size(); ++curve) {
-        const int first =
-            korvel::first_equal(seen, curve_key(curves, curve), curve,
-                                [&](int a, int b) { return same_curve(curves, a, b); });
-        is_first[static_cast<std::size_t>(curve)] = static_cast<char>(first == curve);
+        const auto at = static_cast<std::size_t>(curve);
+        if (at + korvel::FirstIndex::prefetch_distance < keys.size()) {
+            seen.prefetch(keys[at + korvel::FirstIndex::prefetch_distance]);
+        }
+        const int first = korvel::first_equal(
+            seen, keys[at], curve, [&](int a, int b) { return same_curve(curves, a, b); });
+        is_first[at] = static_cast<char>(first == curve);
     }
 
     Compaction kept(*pts, *counts);
@@ -136,8 +148,13 @@ void CREGION::FilterSmaePoint() {
         return;
     }
     std::vector<tagPOINT> distinct;
-    korvel::FirstIndex seen(curve_pts.GetSize());
+    // Both ends of a curve usually meet another curve.
+    korvel::FirstIndex seen(curve_pts.GetSize() - curve_counts.GetSize());
     for (int p = 0; p < curve_pts.GetSize(); ++p) {
+        const int ahead = p + korvel::FirstIndex::prefetch_distance;
+        if (ahead < curve_pts.GetSize()) {
+            seen.prefetch(korvel::point_key(curve_pts[ahead]));
+        }
         const int next = static_cast<int>(distinct.size());
         pt_index[p] = seen.find_or_add(korvel::point_key(curve_pts[p]), next);
         if (pt_index[p] == next) {

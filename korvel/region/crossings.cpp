@@ -1,8 +1,10 @@
 #include "korvel/region/crossings.h"
 
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <numeric>
 
 #include "korvel/geometry/live_points.h"
 
@@ -19,6 +21,38 @@ std::int64_t segment_span(const CArray<tagPOINT>& pts, int p) {
     return std::max(std::abs(static_cast<std::int64_t>(pts[p + 1].x) - pts[p].x),
                     std::abs(static_cast<std::int64_t>(pts[p + 1].y) - pts[p].y));
 }
+
+/// Where the lines p1-p2 and p3-p4 cross: each ratio is a part divided by the whole.
+struct LineMeeting {
+    double part1;
+    double part2;
+    double whole;
+
+    LineMeeting(const tagPOINT& p1, const tagPOINT& p2, const tagPOINT& p3, const tagPOINT& p4) {
+        const double dx1 = static_cast<double>(p2.x) - p1.x;
+        const double dy1 = static_cast<double>(p2.y) - p1.y;
+        const double dx2 = static_cast<double>(p4.x) - p3.x;
+        const double dy2 = static_cast<double>(p4.y) - p3.y;
+        const double ex = static_cast<double>(p3.x) - p1.x;
+        const double ey = static_cast<double>(p3.y) - p1.y;
+        whole = dy2 * dx1 - dx2 * dy1;
+        part1 = ex * dy2 - ey * dx2;
+        part2 = ex * dy1 - ey * dx1;
+    }
+
+    bool is_parallel() const {
+        constexpr double parallel = 1e-8;
+        return std::fabs(whole) < parallel;
+    }
+    /// Whether both ratios lie in 0 … 1. A quotient rounds to more than 1 exactly when its dividend
+    /// is the larger one.
+    bool is_within_both() const { return is_within(part1) && is_within(part2); }
+
+private:
+    bool is_within(double part) const {
+        return whole > 0 ? part >= 0 && part <= whole : part <= 0 && part >= whole;
+    }
+};
 
 /// Collects crossings; what piles up at busy points is sorted and thinned now and then, so that
 /// memory follows the distinct crossings and not the pairs that meet in them.
@@ -37,13 +71,11 @@ public:
         if (std::abs(a - b) <= 1) {
             return;
         }
-        double on_a = 0;
-        double on_b = 0;
-        if (line_crossing(pts[a], pts[a + 1], on_a, pts[b], pts[b + 1], on_b) && on_a >= 0 &&
-            on_a <= 1 && on_b >= 0 && on_b <= 1) {
-            // The formula is symmetric to the last bit, so one test serves both segments.
-            add({a, on_a});
-            add({b, on_b});
+        // The formula is symmetric to the last bit, so one test serves both segments.
+        const LineMeeting meeting(pts[a], pts[a + 1], pts[b], pts[b + 1]);
+        if (!meeting.is_parallel() && meeting.is_within_both()) {
+            add({a, meeting.part1 / meeting.whole});
+            add({b, meeting.part2 / meeting.whole});
             if (found_.size() >= thin_at_) {
                 thin();
                 thin_at_ = std::max(thin_at_, 2 * found_.size());
@@ -70,14 +102,28 @@ private:
         found_.push_back(crossing);
     }
 
+    /// Sorts by segment and ratio, and keeps each ratio of a segment once.
     void thin() {
-        std::sort(found_.begin(), found_.end(), [](const Crossing& a, const Crossing& b) {
-            return a.segment != b.segment ? a.segment < b.segment : a.ratio < b.ratio;
-        });
-        const auto same = [](const Crossing& a, const Crossing& b) {
-            return a.segment == b.segment && a.ratio == b.ratio;
-        };
-        found_.erase(std::unique(found_.begin(), found_.end(), same), found_.end());
+        // Laid out by segment first: most segments have a few crossings at most.
+        std::vector<std::size_t> ends(ends_met_.size() + 1, 0);
+        for (const Crossing& crossing : found_) {
+            ++ends[static_cast<std::size_t>(crossing.segment) + 1];
+        }
+        std::partial_sum(ends.begin(), ends.end(), ends.begin());
+        std::vector<double> ratios(found_.size());
+        for (const Crossing& crossing : found_) {
+            ratios[ends[static_cast<std::size_t>(crossing.segment)]++] = crossing.ratio;
+        }
+        found_.clear();
+        auto ratio = ratios.begin();
+        for (std::size_t segment = 0; segment + 1 < ends.size(); ++segment) {
+            const auto end = ratios.begin() + static_cast<std::ptrdiff_t>(ends[segment]);
+            std::sort(ratio, end);
+            for (const auto last = std::unique(ratio, end); ratio != last; ++ratio) {
+                found_.push_back({static_cast<int>(segment), *ratio});
+            }
+            ratio = end;
+        }
         is_full_ = is_full_ || found_.size() > most_;
     }
 
@@ -88,6 +134,51 @@ private:
     std::size_t thin_at_ = std::size_t{1} << 20U;
 };
 
+/// A box within a square cell, in one word: four numbers of 15 bits, each with a spare bit above
+/// it. They may be coarser than coordinates; then boxes may seem to meet that just miss.
+class CellBox {
+public:
+    CellBox() = default;
+    /// What lies of a box in the cell of 2^shift units each way from (x, y) on, its far borders
+    /// included; the nearest border of a box beside it.
+    CellBox(const IntBox& box, std::int64_t x, std::int64_t y, int shift)
+        : highs_and_lows_(scaled(box.x_max - x, shift) | scaled(box.y_max - y, shift) << 16U |
+                          (size(shift) - scaled(box.x_min - x, shift)) << 32U |
+                          (size(shift) - scaled(box.y_min - y, shift)) << 48U) {}
+
+    /// A box to compare many of the same cell with.
+    class Mask {
+    public:
+        Mask(CellBox box, int shift)
+            : lows_and_highs_(ones * size(shift) - std::rotl(box.highs_and_lows_, 32)) {}
+
+        /// Each high against the other's low: nothing is borrowed from the spare bits.
+        bool meets(CellBox other) const {
+            return (((other.highs_and_lows_ | spare_bits) - lows_and_highs_) & spare_bits) ==
+                   spare_bits;
+        }
+
+    private:
+        std::uint64_t lows_and_highs_;
+    };
+
+private:
+    static constexpr std::uint64_t ones = 0x0001'0001'0001'0001U;
+    static constexpr std::uint64_t spare_bits = 0x8000 * ones;
+    static constexpr int most_bits = 14;
+
+    static std::uint64_t size(int shift) {
+        return std::uint64_t{1} << static_cast<unsigned>(std::min(shift, most_bits));
+    }
+    static std::uint64_t scaled(std::int64_t from_corner, int shift) {
+        const std::int64_t clipped =
+            std::clamp(from_corner, std::int64_t{0}, std::int64_t{1} << shift);
+        return static_cast<std::uint64_t>(clipped >> std::max(shift - most_bits, 0));
+    }
+
+    std::uint64_t highs_and_lows_ = 0;
+};
+
 /// Square cells over the network, each with the segments that pass through it. Cells are a power of
 /// two wide and borders are integers, so that the cell of a point is exact.
 class SegmentGrid {
@@ -95,38 +186,48 @@ public:
     SegmentGrid(const CArray<tagPOINT>& pts, const std::vector<int>& segments, const IntBox& box)
         : pts_(pts), box_(box) {
         choose_cell_size(segments);
-        std::vector<std::size_t>& starts = cell_starts_;
-        starts.assign(static_cast<std::size_t>(columns_ * rows_) + 1, 0);
+        ends_.assign(static_cast<std::size_t>(columns_ * rows_) + 1, 0);
         for (const int segment : segments) {
-            for_each_cell(segment, [&](std::size_t cell) { ++starts[cell + 1]; });
+            for_each_cell(segment, [&](std::int64_t column, std::int64_t row) {
+                ++ends_[cell(column, row) + 1];
+            });
         }
-        for (std::size_t cell = 1; cell < starts.size(); ++cell) {
-            starts[cell] += starts[cell - 1];
-        }
-        entries_.resize(starts.back());
-        std::vector<std::size_t> next(starts.begin(), starts.end() - 1);
+        std::partial_sum(ends_.begin(), ends_.end(), ends_.begin());
+        entries_.resize(ends_.back());
         for (const int segment : segments) {
-            for_each_cell(segment, [&](std::size_t cell) { entries_[next[cell]++] = segment; });
+            const IntBox around = segment_box(segment);
+            for_each_cell(segment, [&](std::int64_t column, std::int64_t row) {
+                const CellBox part(around, box_.x_min + (column << shift_),
+                                   box_.y_min + (row << shift_), shift_);
+                entries_[ends_[cell(column, row)]++] = {part, segment};
+            });
         }
     }
 
-    /// Calls `test(a, b)` at least once for each pair of segments whose boxes meet in a shared
-    /// cell, until `is_enough()`.
+    /// Calls `test(a, b)` at least once for each pair of segments whose boxes meet within a shared
+    /// cell, as those of all that cross do, until `is_enough()`.
     template <class Test, class IsEnough>
     void for_each_close_pair(Test test, IsEnough is_enough) const {
-        for (std::size_t cell = 0; cell + 1 < cell_starts_.size() && !is_enough(); ++cell) {
-            for (std::size_t i = cell_starts_[cell]; i < cell_starts_[cell + 1]; ++i) {
-                const IntBox box = segment_box(entries_[i]);
-                for (std::size_t j = cell_starts_[cell]; j < i; ++j) {
-                    if (box.meets(segment_box(entries_[j]))) {
-                        test(entries_[i], entries_[j]);
+        std::size_t start = 0;
+        for (std::size_t cell = 0; cell + 1 < ends_.size() && !is_enough(); ++cell) {
+            for (std::size_t i = start; i < ends_[cell]; ++i) {
+                const CellBox::Mask mask(entries_[i].box, shift_);
+                for (std::size_t j = start; j < i; ++j) {
+                    if (mask.meets(entries_[j].box)) {
+                        test(entries_[i].segment, entries_[j].segment);
                     }
                 }
             }
+            start = ends_[cell];
         }
     }
 
 private:
+    struct Entry {
+        CellBox box;
+        int segment = 0;
+    };
+
     /// The smallest cells with which neither the cells nor the entries outgrow the segments.
     void choose_cell_size(const std::vector<int>& segments) {
         constexpr double most_per_segment = 4;
@@ -149,6 +250,9 @@ private:
         }
     }
 
+    std::size_t cell(std::int64_t column, std::int64_t row) const {
+        return static_cast<std::size_t>(column * rows_ + row);
+    }
     std::int64_t column(std::int64_t x) const { return (x - box_.x_min) >> shift_; }
     std::int64_t row(std::int64_t y) const { return (y - box_.y_min) >> shift_; }
 
@@ -195,7 +299,7 @@ private:
     void visit_rows(std::int64_t column, std::int64_t low, std::int64_t high, Visit visit) const {
         const std::int64_t last = row(high);
         for (std::int64_t r = row(low); r <= last; ++r) {
-            visit(static_cast<std::size_t>(column * rows_ + r));
+            visit(column, r);
         }
     }
 
@@ -204,8 +308,8 @@ private:
     int shift_ = 0;
     std::int64_t columns_ = 0;
     std::int64_t rows_ = 0;
-    std::vector<std::size_t> cell_starts_; ///< entries of cell c stand at [c] … [c + 1] − 1
-    std::vector<int> entries_;
+    std::vector<Entry> entries_;    ///< by cell
+    std::vector<std::size_t> ends_; ///< of the entries of each cell
 };
 
 } // namespace
@@ -245,19 +349,12 @@ std::optional<std::vector<Crossing>> find_crossings(const CArray<tagPOINT>& pts,
 
 bool line_crossing(const tagPOINT& p1, const tagPOINT& p2, double& r1, const tagPOINT& p3,
                    const tagPOINT& p4, double& r2) {
-    constexpr double parallel = 1e-8;
-    const double dx1 = static_cast<double>(p2.x) - p1.x;
-    const double dy1 = static_cast<double>(p2.y) - p1.y;
-    const double dx2 = static_cast<double>(p4.x) - p3.x;
-    const double dy2 = static_cast<double>(p4.y) - p3.y;
-    const double ex = static_cast<double>(p3.x) - p1.x;
-    const double ey = static_cast<double>(p3.y) - p1.y;
-    const double det = dy2 * dx1 - dx2 * dy1;
-    if (std::fabs(det) < parallel) {
+    const LineMeeting meeting(p1, p2, p3, p4);
+    if (meeting.is_parallel()) {
         return false;
     }
-    r1 = (ex * dy2 - ey * dx2) / det;
-    r2 = (ex * dy1 - ey * dx1) / det;
+    r1 = meeting.part1 / meeting.whole;
+    r2 = meeting.part2 / meeting.whole;
     return true;
 }
 

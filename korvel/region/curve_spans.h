@@ -51,11 +51,12 @@ inline bool walked_backwards(int curve_id) {
     return curve_id < 0;
 }
 
-/// Where the points of a ring of signed curve ids stand in the point array, in walking order. Each
-/// curve starts at the last point of the one before it, and the last curve ends at the ring's first
-/// point; such points are taken once.
-inline std::vector<int> ring_places(const CurveSpans& curves, const CArray<int>& curve_ids) {
-    std::vector<int> places;
+/// Fills `places` with where the points of a ring of signed curve ids stand in the point array, in
+/// walking order. Each curve starts at the last point of the one before it, and the last curve ends
+/// at the ring's first point; such points are taken once.
+inline void find_ring_places(const CurveSpans& curves, const CArray<int>& curve_ids,
+                             std::vector<int>& places) {
+    places.clear();
     for (const int id : curve_ids) {
         const int curve = curve_of(id);
         if (curve < 0 || curve >= curves.size()) {
@@ -68,6 +69,10 @@ inline std::vector<int> ring_places(const CurveSpans& curves, const CArray<int>&
     if (!places.empty()) {
         places.pop_back();
     }
+}
+inline std::vector<int> ring_places(const CurveSpans& curves, const CArray<int>& curve_ids) {
+    std::vector<int> places;
+    find_ring_places(curves, curve_ids, places);
     return places;
 }
 

@@ -1,8 +1,11 @@
 // Rings as lists of shared points, the rings that bound no region, and the nesting of the others.
 
+#include <memory>
+
 #include "korvel/geometry/first_index.h"
 #include "korvel/geometry/list_index.h"
 #include "korvel/geometry/live_points.h"
+#include "korvel/geometry/prefetch.h"
 #include "korvel/geometry/winding.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
@@ -47,6 +50,36 @@ private:
     std::vector<int> last_ring_;
 };
 
+/// Whether two rings share a point. Cheap where one ring is asked about several others in a row.
+class TouchingRings {
+public:
+    TouchingRings(const CArray<CREGION::RToPt>& rings, int points)
+        : rings_(rings), points_(points) {}
+
+    bool operator()(int ring, int other) {
+        if (at_points_ == nullptr) {
+            at_points_ = std::make_unique<korvel::PackedLists>(
+                points_, [&](auto add) { for_each_ring_at_point(rings_, points_, add); });
+            touched_by_.assign(static_cast<std::size_t>(rings_.GetSize()), -1);
+        }
+        if (std::exchange(last_, ring) != ring) {
+            for (const int pt : rings_[ring].pts) {
+                for (const int neighbour : (*at_points_)[pt]) {
+                    touched_by_[static_cast<std::size_t>(neighbour)] = ring;
+                }
+            }
+        }
+        return touched_by_[static_cast<std::size_t>(other)] == ring;
+    }
+
+private:
+    const CArray<CREGION::RToPt>& rings_;
+    int points_;
+    std::unique_ptr<korvel::PackedLists> at_points_; ///< the rings through each point, once needed
+    std::vector<int> touched_by_; ///< of each ring the last one asked about that touches it
+    int last_ = -1;               ///< the last ring asked about
+};
+
 } // namespace
 
 /// Turns each ring of curves into a ring of indices into `unique_pts`.
@@ -54,14 +87,14 @@ void CREGION::GetAllRingInex() {
     const CurveSpans curves(curve_pts, curve_counts);
     ring_pts.SetSize(0);
     ring_pts.SetSize(rings.GetSize());
-    std::vector<int> walk;
+    std::vector<int> places;
     for (int r = 0; r < rings.GetSize(); ++r) {
-        walk.clear();
-        for (const int place : korvel::ring_places(curves, rings[r].curve_ids)) {
-            walk.push_back(pt_index[place]);
-        }
-        ring_pts[r].ring_area = rings[r].ring_area;
-        korvel::assign_list(ring_pts[r].pts, walk);
+        korvel::find_ring_places(curves, rings[r].curve_ids, places);
+        RToPt& ring = ring_pts[r];
+        ring.ring_area = rings[r].ring_area;
+        ring.pts.SetSize(static_cast<int>(places.size()));
+        std::transform(places.begin(), places.end(), ring.pts.begin(),
+                       [&](int place) { return pt_index[place]; });
     }
 }
 
@@ -114,15 +147,33 @@ void CREGION::GetRStoPt() {
                        [&](int pt) -> CArray<int>& { return pt_links[pt].sides; });
 
     const auto lies_on = [&](int pt, int ring) {
+        constexpr int few = 64; // may be looked through sooner than another list is found
+        if (ring_pts[ring].pts.GetSize() <= few) {
+            return PointAtRing(pt, ring_pts[ring]) == 1;
+        }
         const CArray<int>& through = pt_links[pt].rings;
         return std::binary_search(through.begin(), through.end(), ring);
+    };
+    std::vector<korvel::IntBox> boxes(static_cast<std::size_t>(ring_pts.GetSize()));
+    const auto box_of = [&](int ring) -> const korvel::IntBox& {
+        korvel::IntBox& box = boxes[static_cast<std::size_t>(ring)];
+        if (box.x_min > box.x_max) {
+            for (const int pt : ring_pts[ring].pts) {
+                box.include(unique_pts[pt]);
+            }
+        }
+        return box;
     };
     // The first point of the other rings that is not on the largest decides.
     const auto encloses_the_others = [&](int largest, const CArray<int>& through) {
         for (const int other : through) {
+            if (other == largest) {
+                continue;
+            }
             for (const int pt : ring_pts[other].pts) {
                 if (!lies_on(pt, largest)) {
-                    return PtInRing(unique_pts[pt], ring_pts[largest], unique_pts) == 1;
+                    return box_of(largest).contains(unique_pts[pt]) &&
+                           PtInRing(unique_pts[pt], ring_pts[largest], unique_pts) == 1;
                 }
             }
         }
@@ -131,6 +182,12 @@ void CREGION::GetRStoPt() {
 
     std::vector<char> visited(static_cast<std::size_t>(unique_pts.GetSize()), 0);
     for (int u = 0; u < pt_links.GetSize(); ++u) {
+        constexpr int points_ahead = 8;
+        if (u + points_ahead < pt_links.GetSize()) {
+            for (const int ring : pt_links[u + points_ahead].rings) {
+                korvel::prefetch(&ring_pts[ring]);
+            }
+        }
         const CArray<int>& through = pt_links[u].rings;
         if (visited[static_cast<std::size_t>(u)] != 0 || through.GetSize() < 3) {
             continue;
@@ -158,62 +215,64 @@ void CREGION::GetRStoPt() {
 }
 
 void CREGION::SearchAllRegion() {
-    // A ring that a host has emptied, or given points that do not exist, lies nowhere.
-    const auto has_place = [&](const RToPt& ring) {
-        return !ring.pts.IsEmpty() && korvel::has_elements(unique_pts, ring.pts);
-    };
     const int count = ring_pts.GetSize();
     regions.SetSize(0);
     regions.SetSize(count);
+    // A ring that a host has emptied, or given points that do not exist, lies nowhere.
+    std::vector<char> has_place(static_cast<std::size_t>(count));
     std::vector<POINT> first_points(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         RToPt& ring = ring_pts[i];
         ring.is_hole = 0;
         regions[i].rings.Add(i);
-        if (has_place(ring)) {
+        if (!ring.pts.IsEmpty() && korvel::has_elements(unique_pts, ring.pts)) {
+            has_place[static_cast<std::size_t>(i)] = 1;
             first_points[static_cast<std::size_t>(i)] = unique_pts[ring.pts[0]];
         }
     }
-    if (count == 0) {
-        return;
-    }
-    std::vector<CArray<int>> rings_at(static_cast<std::size_t>(unique_pts.GetSize()));
-    korvel::distribute(
-        unique_pts.GetSize(),
-        [&](auto add) { for_each_ring_at_point(ring_pts, unique_pts.GetSize(), add); },
-        [&](int pt) -> CArray<int>& { return rings_at[static_cast<std::size_t>(pt)]; });
 
     // Alive are the first points of the rings before ring i that no ring has claimed yet.
-    korvel::LivePoints unclaimed(std::move(first_points));
+    korvel::LivePoints unclaimed(first_points);
     std::vector<int> inside_box;
-    std::vector<int> neighbour_of(static_cast<std::size_t>(count), -1);
-    for (int i = 1; i < count; ++i) {
-        unclaimed.set_alive(i - 1, has_place(ring_pts[i - 1]));
-        if (!has_place(ring_pts[i])) {
+    std::vector<POINT> corners;
+    TouchingRings touching(ring_pts, unique_pts.GetSize());
+    for (int i = 0; i < count; ++i) {
+        if (has_place[static_cast<std::size_t>(i)] == 0) {
             continue;
         }
+        constexpr std::size_t rings_ahead = 2;
+        const std::size_t ahead = static_cast<std::size_t>(i) + rings_ahead;
+        if (ahead < has_place.size() && has_place[ahead] != 0) {
+            for (const int pt : ring_pts[static_cast<int>(ahead)].pts) {
+                korvel::prefetch(&unique_pts[pt]);
+            }
+        }
+        corners.clear();
         korvel::IntBox box;
         for (const int pt : ring_pts[i].pts) {
-            box.include(unique_pts[pt]);
+            corners.push_back(unique_pts[pt]);
+            box.include(corners.back());
         }
         // A point outside the box is outside the ring.
         unclaimed.collect(box, inside_box);
-        if (inside_box.empty()) {
-            continue;
-        }
-        for (const int pt : ring_pts[i].pts) {
-            for (const int neighbour : rings_at[static_cast<std::size_t>(pt)]) {
-                neighbour_of[static_cast<std::size_t>(neighbour)] = i;
-            }
-        }
+        // Rings that touch ring i are found at a cost, saved where there are few to look at.
+        constexpr std::size_t few = 8;
+        const bool are_many = inside_box.size() > few;
         for (const int j : inside_box) {
-            if (neighbour_of[static_cast<std::size_t>(j)] != i &&
-                PtInRing(unique_pts[ring_pts[j].pts[0]], ring_pts[i], unique_pts) == 1) {
+            if (are_many && touching(i, j)) {
+                continue;
+            }
+            const auto corner = [&](int k) {
+                return korvel::vector_between(first_points[static_cast<std::size_t>(j)],
+                                              corners[static_cast<std::size_t>(k)]);
+            };
+            if (korvel::winding_encloses(ring_pts[i].pts.GetSize(), corner) && !touching(i, j)) {
                 regions[i].rings.Add(j);
                 ring_pts[j].is_hole = 1;
                 unclaimed.set_alive(j, false);
             }
         }
+        unclaimed.set_alive(i, true);
     }
 }
 

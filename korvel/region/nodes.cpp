@@ -19,11 +19,37 @@ public:
     explicit NodeFinder(double radius, int expected)
         : radius_(radius), cell_size_(cell_size_for(radius)), cells_(expected) {}
 
-    /// The first node closer than the radius, or −1. The first wins, not the nearest.
-    int first_near(const tagPOINT& pt) const {
+    /// Moves a point onto the first node closer than the radius, or makes it a new node where there
+    /// is none. The first wins, not the nearest. Returns whether the point was somewhere else.
+    bool snap(tagPOINT& pt) {
+        const int next = static_cast<int>(nodes_.size());
         if (radius_ <= 1) { // only the same point is nearer than that
-            return cells_.find(key(pt.x, pt.y));
+            if (cells_.find_or_add(key(pt.x, pt.y), next) == next) {
+                nodes_.push_back(pt);
+            }
+            return false;
         }
+        const int near = first_near(pt);
+        if (near >= 0) {
+            const tagPOINT from = std::exchange(pt, nodes_[static_cast<std::size_t>(near)]);
+            return !korvel::same_point(pt, from);
+        }
+        nodes_.push_back(pt);
+        next_in_cell_.push_back(-1);
+        const int head = cells_.find_or_add(key(cell(pt.x), cell(pt.y)), next);
+        if (head != next) {
+            int& after_head = next_in_cell_[static_cast<std::size_t>(head)];
+            next_in_cell_.back() = std::exchange(after_head, next);
+        }
+        return false;
+    }
+
+    void prefetch(const tagPOINT& pt) const { cells_.prefetch(key(cell(pt.x), cell(pt.y))); }
+
+    const std::vector<tagPOINT>& nodes() const { return nodes_; }
+
+private:
+    int first_near(const tagPOINT& pt) const {
         int first = -1;
         for (std::int64_t x = cell(pt.x) - 1; x <= cell(pt.x) + 1; ++x) {
             for (std::int64_t y = cell(pt.y) - 1; y <= cell(pt.y) + 1; ++y) {
@@ -38,20 +64,6 @@ public:
         return first;
     }
 
-    void add(const tagPOINT& pt) {
-        const int node = static_cast<int>(nodes_.size());
-        nodes_.push_back(pt);
-        next_in_cell_.push_back(-1);
-        const int head = cells_.find_or_add(key(cell(pt.x), cell(pt.y)), node);
-        if (head != node) {
-            int& after_head = next_in_cell_[static_cast<std::size_t>(head)];
-            next_in_cell_.back() = std::exchange(after_head, node);
-        }
-    }
-
-    const std::vector<tagPOINT>& nodes() const { return nodes_; }
-
-private:
     static std::int64_t cell_size_for(double radius) {
         constexpr double whole_plane = 8'589'934'592.0; // 2^33
         return radius > 1 ? static_cast<std::int64_t>(std::ceil(std::min(radius, whole_plane))) : 1;
@@ -90,19 +102,17 @@ void CREGION::CalcNodePts() {
     }
 
     const CurveSpans curves(curve_pts, curve_counts);
-    NodeFinder finder(radius, 2 * curves.size());
-    const auto snap = [&](tagPOINT& end) {
-        const int node = finder.first_near(end);
-        if (node >= 0) {
-            end = finder.nodes()[static_cast<std::size_t>(node)];
-        } else {
-            finder.add(end);
-        }
-    };
+    NodeFinder finder(radius, curves.size());
+    bool has_moved = false;
     for (int curve = 0; curve < curves.size(); ++curve) {
+        const int ahead = curve + korvel::FirstIndex::prefetch_distance / 2;
+        if (ahead < curves.size() && !curves.is_empty(ahead)) {
+            finder.prefetch(curves.point(ahead, 0));
+            finder.prefetch(curves.point(ahead, 0, true));
+        }
         if (!curves.is_empty(curve)) {
-            snap(curve_pts[curves.start(curve)]);
-            snap(curve_pts[curves.end(curve) - 1]);
+            has_moved |= finder.snap(curve_pts[curves.start(curve)]);
+            has_moved |= finder.snap(curve_pts[curves.end(curve) - 1]);
         }
     }
     node_pts.SetSize(0, 50);
@@ -110,19 +120,30 @@ void CREGION::CalcNodePts() {
     node_pts.FreeExtra();
 
     // Snapping can leave repeated points, one-point curves and duplicates.
-    FilterNonLenSegment(&curve_pts, &curve_counts);
-    FilterRedundantCurve(&curve_pts, &curve_counts);
+    if (has_moved) {
+        FilterNonLenSegment(&curve_pts, &curve_counts);
+        FilterRedundantCurve(&curve_pts, &curve_counts);
+    }
 }
 
 void CREGION::CalcCurveToNode() {
     korvel::FirstIndex node_at(node_pts.GetSize());
     for (int node = 0; node < node_pts.GetSize(); ++node) {
+        const int ahead = node + korvel::FirstIndex::prefetch_distance;
+        if (ahead < node_pts.GetSize()) {
+            node_at.prefetch(korvel::point_key(node_pts[ahead]));
+        }
         node_at.find_or_add(korvel::point_key(node_pts[node]), node);
     }
     const CurveSpans curves(curve_pts, curve_counts);
     curve_to_node.SetSize(0, 50);
     curve_to_node.SetSize(curves.size());
     for (int curve = 0; curve < curves.size(); ++curve) {
+        const int ahead = curve + korvel::FirstIndex::prefetch_distance / 2;
+        if (ahead < curves.size() && !curves.is_empty(ahead)) {
+            node_at.prefetch(korvel::point_key(curves.point(ahead, 0)));
+            node_at.prefetch(korvel::point_key(curves.point(ahead, 0, true)));
+        }
         CURVE_NODE record{-1, -1, 1, 0, 0};
         if (!curves.is_empty(curve)) {
             record.start_node = node_at.find(korvel::point_key(curves.point(curve, 0)));

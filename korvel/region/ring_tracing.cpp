@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <numbers>
+#include <span>
 #include <unordered_map>
 
 #include "korvel/geometry/first_index.h"
 #include "korvel/geometry/list_index.h"
 #include "korvel/geometry/plane_point.h"
+#include "korvel/geometry/prefetch.h"
 #include "korvel/geometry/shell_sort.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
@@ -170,49 +173,188 @@ private:
     std::unordered_map<int, std::vector<Departure>> departures_; ///< of hubs, as they are met
 };
 
-using IdList = std::vector<int>;
-
-/// Removes rings that are made of the same curves in the same senses as an earlier one.
-void drop_repeated_rings(std::vector<IdList>& rings) {
-    std::vector<IdList> sorted = rings;
-    std::vector<IdList> kept;
-    korvel::FirstIndex seen(static_cast<int>(rings.size()));
-    for (std::size_t ring = 0; ring < rings.size(); ++ring) {
-        std::sort(sorted[ring].begin(), sorted[ring].end());
-        std::uint64_t key = 0;
-        for (const int id : sorted[ring]) {
-            key = korvel::mix_bits(key ^ static_cast<std::uint32_t>(id));
+/// The choices at all nodes at once, where no two curves leave a node in nearly the same direction:
+/// there the next curve is the neighbour in a round by bearing. A table, since each choice is asked
+/// for about once and finding the records of a node's curves costs most of it.
+class Successors {
+public:
+    Successors(const CREGION& region, const CurveSpans& curves)
+        : ends_(2 * static_cast<std::size_t>(region.curve_to_node.GetSize())) {
+        const int known = std::min(region.curve_to_node.GetSize(), curves.size());
+        for (int curve = 0; curve < known; ++curve) {
+            const CREGION::CURVE_NODE& nodes = region.curve_to_node[curve];
+            if (nodes.oc_flag != 0 && curves.count(curve) >= 2) {
+                for (const bool backwards : {false, true}) {
+                    End& end = ends_[2 * static_cast<std::size_t>(curve) + (backwards ? 1 : 0)];
+                    end.node = backwards ? nodes.end_node : nodes.start_node;
+                    end.bearing = rough_bearing(vector_between(curves.point(curve, 0, backwards),
+                                                               curves.point(curve, 1, backwards)));
+                }
+            }
         }
-        const int self = static_cast<int>(ring);
-        const int first = korvel::first_equal(seen, key, self, [&](int a, int b) {
-            return sorted[static_cast<std::size_t>(a)] == sorted[static_cast<std::size_t>(b)];
-        });
-        if (first == self) {
-            kept.push_back(std::move(rings[ring]));
+        for (int node = 0; node < region.node_to_curve.GetSize(); ++node) {
+            constexpr int nodes_ahead = 8;
+            if (node + nodes_ahead < region.node_to_curve.GetSize()) {
+                for (const int id : region.node_to_curve[node + nodes_ahead].curve_ids) {
+                    if (has_place(id)) {
+                        korvel::prefetch(&ends_[place_of(id)]);
+                    }
+                }
+            }
+            choose_at(node, region.node_to_curve[node].curve_ids);
         }
     }
-    rings = std::move(kept);
+
+    /// The id of the curve that a walk over `curve_id` takes next, or 0 where it takes a closer
+    /// look. The id must name a record of `curve_to_node`.
+    int next(int curve_id, int turn) const {
+        const End& end = ends_[place_of(-curve_id)];
+        return turn == sharpest_right ? end.right : end.left;
+    }
+
+private:
+    static constexpr int not_live = std::numeric_limits<int>::min();
+
+    /// A curve end, and the ids by which a walk leaves its node that has arrived there.
+    struct End {
+        float bearing = 0;
+        int node = not_live;
+        int right = 0;
+        int left = 0;
+    };
+    struct Departure {
+        float bearing;
+        int id;
+    };
+
+    /// Grows with the angle from 0 to 4 for a full turn. Not a number for a vector of no length.
+    static float rough_bearing(PlanePoint v) {
+        const double sine = v.y / (std::fabs(v.x) + std::fabs(v.y));
+        return static_cast<float>(v.x >= 0 ? (v.y >= 0 ? sine : 4 + sine) : 2 - sine);
+    }
+
+    bool has_place(int id) const {
+        const int curve = curve_of(id);
+        return curve >= 0 && static_cast<std::size_t>(curve) < ends_.size() / 2;
+    }
+    static std::size_t place_of(int id) {
+        return 2 * static_cast<std::size_t>(curve_of(id)) + (walked_backwards(id) ? 1 : 0);
+    }
+
+    void choose_at(int node, const CArray<int>& ids) {
+        around_.clear();
+        for (const int id : ids) {
+            if (has_place(id) && ends_[place_of(id)].node != not_live) {
+                around_.push_back({ends_[place_of(id)].bearing, id});
+            }
+        }
+        const std::size_t count = around_.size();
+        if (count == 2 && around_[0].id != around_[1].id) {
+            set_at(node, around_[0].id, around_[1].id, around_[1].id);
+            set_at(node, around_[1].id, around_[0].id, around_[0].id);
+        }
+        if (count < 3 || std::any_of(around_.begin(), around_.end(),
+                                     [](const Departure& d) { return std::isnan(d.bearing); })) {
+            return;
+        }
+        std::sort(around_.begin(), around_.end(),
+                  [](const Departure& a, const Departure& b) { return a.bearing < b.bearing; });
+        // Bearings and measured angles are off by less; neither then misjudges an order.
+        constexpr float slack = 1e-5F;
+        const auto at = [&](std::size_t k) { return around_[k % count]; };
+        const auto is_clear = [&](std::size_t k) { // of the one after it
+            const float gap = at(k + 1).bearing - at(k).bearing;
+            return (k % count == count - 1 ? gap + 4 : gap) > slack;
+        };
+        for (std::size_t k = count; k < 2 * count; ++k) {
+            if (is_clear(k - 1) && is_clear(k)) {
+                set_at(node, at(k).id, is_clear(k + 1) ? at(k + 1).id : 0,
+                       is_clear(k - 2) ? at(k - 1).id : 0);
+            }
+        }
+    }
+
+    void set_at(int node, int way_back, int right, int left) {
+        End& end = ends_[place_of(way_back)];
+        if (end.node == node) {
+            end.right = right;
+            end.left = left;
+        }
+    }
+
+    std::vector<End> ends_; ///< of each curve its first and its last point
+    std::vector<Departure> around_;
+};
+
+/// Rings of curve ids, one after another.
+class FoundRings {
+public:
+    int size() const { return static_cast<int>(starts_.size()) - 1; }
+    std::span<const int> operator[](int ring) const {
+        const auto at = static_cast<std::size_t>(ring);
+        return {ids_.data() + starts_[at], starts_[at + 1] - starts_[at]};
+    }
+
+    // The ring in hand, behind the others.
+    std::size_t open_size() const { return ids_.size() - starts_.back(); }
+    int open_id(std::size_t k) const { return ids_[starts_.back() + k]; }
+    void add(int id) { ids_.push_back(id); }
+    void close() { starts_.push_back(ids_.size()); }
+    void discard() { ids_.resize(starts_.back()); }
+
+private:
+    std::vector<int> ids_;
+    std::vector<std::size_t> starts_{0};
+};
+
+/// The rings without those that are made of the same curves in the same senses as an earlier one.
+std::vector<int> distinct_rings(const FoundRings& rings) {
+    const auto sorted = [&](int ring) {
+        std::vector<int> ids(rings[ring].begin(), rings[ring].end());
+        std::sort(ids.begin(), ids.end());
+        return ids;
+    };
+    const auto same = [&](int a, int b) {
+        return rings[a].size() == rings[b].size() && sorted(a) == sorted(b);
+    };
+    std::vector<int> distinct;
+    korvel::FirstIndex seen(rings.size());
+    for (int ring = 0; ring < rings.size(); ++ring) {
+        std::uint64_t key = 0; // the same in whatever order the curves are walked
+        for (const int id : rings[ring]) {
+            key += korvel::mix_bits(static_cast<std::uint32_t>(id));
+        }
+        if (korvel::first_equal(seen, key, ring, same) == ring) {
+            distinct.push_back(ring);
+        }
+    }
+    return distinct;
 }
 
 } // namespace
 
 void CREGION::CalcRingToCurve() {
     const CurveSpans curves(curve_pts, curve_counts);
+    const Successors successors(*this, curves);
     Junctions junctions(*this, curves);
-    std::vector<IdList> found;
+    const auto next = [&](int id, int turn) {
+        const int successor = successors.next(id, turn);
+        return successor != 0 ? successor : junctions.next(id, turn);
+    };
+    FoundRings found;
 
     // Walks until it comes back to its start; one that runs longer than there are curves is
     // dropped. Such a walk goes round a loop beside its start, and once it has been round twice it
     // changes nothing any more; it is told by an id that it kept (R. P. Brent, 1980).
-    const auto walk = [&](int start, int turn) {
-        IdList ids{start};
+    const auto closes = [&](int start, int turn) {
+        found.add(start);
         auto most = static_cast<std::size_t>(curves.size());
         std::size_t kept_at = 1;
-        for (int id = junctions.next(start, turn); id != start; id = junctions.next(id, turn)) {
+        for (int id = next(start, turn); id != start; id = next(id, turn)) {
             if (id == 0) {
-                return;
+                return false;
             }
-            ids.push_back(id);
+            found.add(id);
             CURVE_NODE& curve = curve_to_node[curve_of(id)];
             if (curve.ring_dir == 0) {
                 curve.ring_dir = walked_backwards(id) ? -1 : 1;
@@ -220,18 +362,26 @@ void CREGION::CalcRingToCurve() {
             } else {
                 curve.ring_dir = 2;
             }
-            if (ids.size() > most) {
-                return;
+            const std::size_t walked = found.open_size();
+            if (walked > most) {
+                return false;
             }
-            if (id == ids[kept_at - 1]) {
-                const std::size_t loop = ids.size() - kept_at;
-                most = std::min(most, ids.size() + loop);
+            if (id == found.open_id(kept_at - 1)) {
+                const std::size_t loop = walked - kept_at;
+                most = std::min(most, walked + loop);
             }
-            if (ids.size() == 2 * kept_at) {
-                kept_at = ids.size();
+            if (walked == 2 * kept_at) {
+                kept_at = walked;
             }
         }
-        found.push_back(std::move(ids));
+        return true;
+    };
+    const auto walk = [&](int start, int turn) {
+        if (closes(start, turn)) {
+            found.close();
+        } else {
+            found.discard();
+        }
     };
 
     for (int i = 0; i < curve_to_node.GetSize(); ++i) {
@@ -253,12 +403,12 @@ void CREGION::CalcRingToCurve() {
         }
         curve.ring_dir = 2;
     }
-    drop_repeated_rings(found);
 
+    const std::vector<int> distinct = distinct_rings(found);
     rings.SetSize(0, 50);
-    rings.SetSize(static_cast<int>(found.size()));
+    rings.SetSize(static_cast<int>(distinct.size()));
     for (int ring = 0; ring < rings.GetSize(); ++ring) {
-        korvel::assign_list(rings[ring].curve_ids, found[static_cast<std::size_t>(ring)]);
+        korvel::assign_list(rings[ring].curve_ids, found[distinct[static_cast<std::size_t>(ring)]]);
     }
 }
 

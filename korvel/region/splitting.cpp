@@ -1,9 +1,10 @@
 // Splitting of the curves where they meet.
 
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "korvel/geometry/device_point.h"
-#include "korvel/geometry/list_index.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/crossings.h"
 
@@ -13,19 +14,6 @@ namespace {
 
 // A crossing costs about 300 bytes by the time regions stand.
 int most_crossings = 10'000'000;
-
-/// Pieces of curves, one after another.
-struct Pieces {
-    std::vector<tagPOINT> pts;
-    std::vector<int> counts;
-    std::size_t piece_start = 0;
-
-    void add(tagPOINT pt) { pts.push_back(pt); }
-    void close() {
-        counts.push_back(static_cast<int>(pts.size() - piece_start));
-        piece_start = pts.size();
-    }
-};
 
 /// The point at a ratio of a segment, truncated toward zero.
 tagPOINT split_point(const tagPOINT& from, const tagPOINT& to, double ratio) {
@@ -51,30 +39,40 @@ void CREGION::SplitPureCurve() {
     FilterRedundantCurve(input_pts, input_counts);
 
     const CurveSpans curves(*input_pts, *input_counts);
-    const auto crossings = korvel::find_crossings(*input_pts, curves, most_crossings);
+    // Each crossing adds two points, which must all be counted.
+    const int most_counted = (std::numeric_limits<int>::max() - input_pts->GetSize()) / 2;
+    const auto crossings =
+        korvel::find_crossings(*input_pts, curves, std::min(most_crossings, most_counted));
     if (!crossings) {
         return;
     }
 
     // A ratio of 0 or 1 leaves a repeated point or a one-point piece behind; they stay until the
     // curve ends are snapped.
-    Pieces pieces;
+    const auto splits = static_cast<int>(crossings->size());
+    curve_pts.SetSize(curves.end(curves.size() - 1) + 2 * splits);
+    curve_counts.SetSize(curves.size() + splits);
+    tagPOINT* next = curve_pts.begin();
+    const tagPOINT* piece = next;
+    int* next_count = curve_counts.begin();
+    const auto close_piece = [&] {
+        *next_count++ = static_cast<int>(next - piece);
+        piece = next;
+    };
     auto crossing = crossings->begin();
     for (int curve = 0; curve < curves.size(); ++curve) {
         for (int p = curves.start(curve); p < curves.end(curve); ++p) {
-            pieces.add((*input_pts)[p]);
+            *next++ = (*input_pts)[p];
             for (; crossing != crossings->end() && crossing->segment == p; ++crossing) {
                 const tagPOINT split =
                     split_point((*input_pts)[p], (*input_pts)[p + 1], crossing->ratio);
-                pieces.add(split);
-                pieces.close();
-                pieces.add(split);
+                *next++ = split;
+                close_piece();
+                *next++ = split;
             }
         }
-        pieces.close();
+        close_piece();
     }
-    korvel::assign_list(curve_pts, pieces.pts);
-    korvel::assign_list(curve_counts, pieces.counts);
 }
 
 int CREGION::CalcSegmentIntersectRatio(tagPOINT p1, tagPOINT p2, double& r1, tagPOINT p3,
