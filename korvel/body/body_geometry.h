@@ -4,19 +4,16 @@
 
 namespace korvel {
 
+constexpr int was_oriented = 64; ///< a mark of faces, which stays
+
 /// Turns the faces of a body so that neighbours run their shared side in opposite directions, and
 /// all of them when the volume comes out negative. Stores the volume as the faces run in the end,
-/// and leaves their planes to the caller. Whether any face was turned.
-bool orient_body(TMOD3D& model, int body);
+/// and leaves their planes to the caller.
+void orient_body(TMOD3D& model, int body);
 
 /// Orients every body and computes its volume. A face that two bodies share is turned for the later
 /// one.
 void orient_bodies(TMOD3D& model);
-
-/// The equations of edges and faces, the wrap cuboid and the view, as `set_line_eqt`,
-/// `set_poly_eql`, `model_wrap_cuboid` and `rotate_model` make them, in one visit to each edge and
-/// face.
-void renew_equations_and_view(TMOD3D& model);
 
 /// Everything that is derived but the edges themselves and the bodies' extents.
 void derive_all(TMOD3D& model);

@@ -1,6 +1,7 @@
 #include "korvel/body/edge_chains.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <vector>
@@ -97,6 +98,43 @@ private:
     std::vector<int> chain_;
 };
 
+/// Numbers the sides of triangles in order of first appearance, whichever way they run. The edges
+/// that share their lower end are looked through one by one; in most meshes there are about three.
+class EdgeNumbers {
+public:
+    EdgeNumbers(int points, std::size_t sides)
+        : first_(static_cast<std::size_t>(points), -1),
+          steps_left_(16 * static_cast<std::int64_t>(sides)) {
+        edges_.reserve(sides / 2);
+        next_.reserve(sides / 2);
+    }
+
+    /// The number of the edge between two different points.
+    int number(int a, int b) {
+        int& first = first_[static_cast<std::size_t>(std::min(a, b))];
+        for (int e = first; e >= 0; e = next_[static_cast<std::size_t>(e)]) {
+            const Side& edge = edges_[static_cast<std::size_t>(e)];
+            --steps_left_;
+            if ((edge.a ^ edge.b) == (a ^ b)) {
+                return e; // the lower ends are one, so the others are
+            }
+        }
+        next_.push_back(first);
+        edges_.push_back({a, b});
+        return first = static_cast<int>(edges_.size()) - 1;
+    }
+
+    bool takes_too_long() const { return steps_left_ < 0; }
+
+    std::vector<Side>& edges() { return edges_; }
+
+private:
+    std::vector<int> first_; ///< by lower point
+    std::vector<Side> edges_;
+    std::vector<int> next_; ///< with the same lower point
+    std::int64_t steps_left_;
+};
+
 } // namespace
 
 void find_all_sides(TMOD3D& model, int first_face, Chains chains) {
@@ -145,6 +183,39 @@ void find_all_sides(TMOD3D& model, int first_face, Chains chains) {
             line_chainer.chain(model.polys[f]);
         }
     }
+}
+
+std::optional<TriangleChains> chain_triangles(const std::vector<int>& corners, int vertices) {
+    TriangleChains chains;
+    chains.lines.resize(corners.size());
+    chains.verts.resize(corners.size());
+    chains.side_lines.resize(corners.size());
+    EdgeNumbers numbers(vertices, corners.size());
+    const auto exists = [=](int v) { return v >= 0 && v < vertices; };
+    for (std::size_t at = 0; at < corners.size(); at += 3) {
+        const int a = corners[at];
+        const int b = corners[at + 1];
+        const int c = corners[at + 2];
+        if (!exists(a) || !exists(b) || !exists(c) || a == b || b == c || c == a ||
+            numbers.takes_too_long()) {
+            return std::nullopt;
+        }
+        const int ab = numbers.number(a, b);
+        const int bc = numbers.number(b, c);
+        const int ca = numbers.number(c, a);
+        // The rewritten triangle runs against its first edge, from that edge's start.
+        const bool from_a = numbers.edges()[static_cast<std::size_t>(ab)].a == a;
+        const auto put = [=](UnsetVector<int>& list, int first, int second, int third) {
+            list[at] = first;
+            list[at + 1] = second;
+            list[at + 2] = third;
+        };
+        put(chains.lines, ab, bc, ca);
+        put(chains.verts, from_a ? a : b, c, from_a ? b : a);
+        put(chains.side_lines, from_a ? ca : bc, from_a ? bc : ca, ab);
+    }
+    chains.edges = std::move(numbers.edges());
+    return chains;
 }
 
 void chain_verts_and_lines(TMOD3D& model) {

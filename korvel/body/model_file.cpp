@@ -2,15 +2,18 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "korvel/body/body_geometry.h"
 #include "korvel/body/edge_chains.h"
+#include "korvel/body/flat_model.h"
 #include "korvel/body/tmod3d.h"
 #include "korvel/geometry/list_index.h"
 #include "korvel/geometry/text_reader.h"
 
-using korvel::has_element;
+using korvel::FlatModel;
+using korvel::Lists;
 using korvel::Progress;
 using korvel::TextReader;
 
@@ -20,35 +23,29 @@ constexpr int growth_step = 64;
 constexpr int corners_read = 3; // a face in a file is a triangle, whatever was written
 constexpr int indices_per_line = 20;
 
-/// Reads up to `declared` times three numbers; false where the stream ends before.
-template <class Numbers>
-bool read_triples(TextReader& reader, int declared, Numbers& numbers) {
-    return korvel::read_numbers(reader, 3LL * declared, numbers);
-}
+/// Vertices and faces as the stream gives them.
+struct Numbers {
+    std::vector<float> coordinates; ///< no wider than what is read
+    std::vector<int> corners;
+};
 
 /// How many records of three numbers were begun.
-template <class Numbers>
-int begun_triples(const Numbers& numbers) {
-    return static_cast<int>((numbers.size() + 2) / 3);
+template <class Values>
+int begun_triples(const Values& values) {
+    return static_cast<int>((values.size() + 2) / 3);
 }
 
 /// Vertices that stand there keep what the stream does not give.
-bool read_vertices(TextReader& reader, int declared, TMOD3D& model) {
-    std::vector<float> coordinates; // no wider than what is read
-    const bool complete = read_triples(reader, declared, coordinates);
+void store_vertices(const std::vector<float>& coordinates, TMOD3D& model) {
     model.verts.SetSize(begun_triples(coordinates));
     for (std::size_t i = 0; i < coordinates.size(); ++i) {
         model.verts[static_cast<int>(i / 3)].model_xyz[i % 3] = coordinates[i];
     }
-    return complete;
 }
 
-/// Faces that stand there are added to. `is_sound` tells whether all name vertices that exist.
-bool read_faces(TextReader& reader, int declared, TMOD3D& model, bool& is_sound) {
-    std::vector<int> corners;
-    const bool complete = read_triples(reader, declared, corners);
-    const int faces = begun_triples(corners);
-    model.polys.SetSize(faces);
+/// Faces that stand there are added to.
+void store_faces(const std::vector<int>& corners, TMOD3D& model) {
+    model.polys.SetSize(begun_triples(corners));
     const int* next = corners.data();
     const int* const end = next + corners.size();
     for (POLY3D& face : model.polys) {
@@ -58,10 +55,7 @@ bool read_faces(TextReader& reader, int declared, TMOD3D& model, bool& is_sound)
         verts.SetSize(old_size + static_cast<int>(last - next));
         std::copy(next, last, verts.begin() + old_size);
         next = last;
-        is_sound = is_sound && std::all_of(verts.begin(), verts.end(),
-                                           [&](int v) { return has_element(model.verts, v); });
     }
-    return complete;
 }
 
 Progress read_body(TextReader& reader, BODY3D& body) {
@@ -73,16 +67,49 @@ Progress read_body(TextReader& reader, BODY3D& body) {
         return Progress::part;
     }
     std::vector<int> listed;
-    const bool complete = korvel::read_numbers(reader, faces, listed);
+    const bool complete = reader.read(faces, listed);
     const int old_size = body.polys.GetSize();
     body.polys.SetSize(old_size + static_cast<int>(listed.size()));
     std::copy(listed.begin(), listed.end(), body.polys.begin() + old_size);
     return complete ? Progress::all : Progress::part;
 }
 
-bool names_only_faces(const TMOD3D& model, const BODY3D& body) {
-    return std::all_of(body.polys.begin(), body.polys.end(),
-                       [&](int f) { return has_element(model.polys, f); });
+/// Whether every index that faces and bodies list names something.
+bool is_sound(const TMOD3D& model) {
+    return std::all_of(
+               model.polys.begin(), model.polys.end(),
+               [&](const POLY3D& face) { return korvel::has_elements(model.verts, face.verts); }) &&
+           std::all_of(model.bodies.begin(), model.bodies.end(), [&](const BODY3D& body) {
+               return korvel::has_elements(model.polys, body.polys);
+           });
+}
+
+/// Makes the records of an empty model, and all that is derived, in one go. False, with nothing
+/// done, where the faces are not plain triangles or an index names nothing.
+bool make_at_once(const Numbers& numbers, TMOD3D& model) {
+    const int vertices = begun_triples(numbers.coordinates);
+    const int faces = begun_triples(numbers.corners);
+    const auto is_face = [=](int f) { return f >= 0 && f < faces; };
+    if (!model.verts.IsEmpty() || !model.lines.IsEmpty() || !model.polys.IsEmpty() ||
+        !std::all_of(model.bodies.begin(), model.bodies.end(), [=](const BODY3D& body) {
+            return std::all_of(body.polys.begin(), body.polys.end(), is_face);
+        })) {
+        return false;
+    }
+    auto chains = korvel::chain_triangles(numbers.corners, vertices);
+    if (!chains) {
+        return false;
+    }
+    korvel::UnsetVector<FlatModel::Point> points(static_cast<std::size_t>(vertices));
+    for (std::size_t i = 0; i < numbers.coordinates.size(); ++i) {
+        points[i / 3].model[i % 3] = numbers.coordinates[i];
+    }
+    FlatModel flat{std::move(points), std::move(chains->edges), Lists(std::move(chains->verts)),
+                   Lists(std::move(chains->lines)), korvel::faces_of_bodies(model, faces)};
+    korvel::orient_bodies(model, flat, chains->side_lines);
+    chains.reset();
+    korvel::derive_from(std::move(flat), model, korvel::Records::are_new);
+    return true;
 }
 
 } // namespace
@@ -93,12 +120,14 @@ void TMOD3D::read_mode(FILE* stream) {
         return;
     }
     TextReader reader(stream);
+    Numbers numbers;
     int count = 0;
     if (!reader.read(count) || count < 1) {
         return;
     }
     verts.SetSize(verts.GetSize(), growth_step);
-    if (!read_vertices(reader, count, *this) || !reader.read(count)) {
+    if (!reader.read(3LL * count, numbers.coordinates) || !reader.read(count)) {
+        store_vertices(numbers.coordinates, *this);
         return;
     }
     if (count < 1) {
@@ -106,8 +135,9 @@ void TMOD3D::read_mode(FILE* stream) {
         return;
     }
     polys.SetSize(polys.GetSize(), growth_step);
-    bool is_sound = true;
-    if (!read_faces(reader, count, *this, is_sound) || !reader.read(count)) {
+    if (!reader.read(3LL * count, numbers.corners) || !reader.read(count)) {
+        store_vertices(numbers.coordinates, *this);
+        store_faces(numbers.corners, *this);
         return;
     }
     if (count < 1) {
@@ -116,14 +146,19 @@ void TMOD3D::read_mode(FILE* stream) {
         return;
     }
     bodies.SetSize(bodies.GetSize(), growth_step);
-    if (!korvel::read_records(count, bodies,
-                              [&](BODY3D& body) { return read_body(reader, body); }) ||
-        !is_sound || !std::all_of(bodies.begin(), bodies.end(), [&](const BODY3D& body) {
-            return names_only_faces(*this, body);
-        })) {
+    const bool is_complete =
+        korvel::read_records(count, bodies, [&](BODY3D& body) { return read_body(reader, body); });
+    if (is_complete && make_at_once(numbers, *this)) {
+        verts.SetSize(verts.GetSize(), growth_step);
+        polys.SetSize(polys.GetSize(), growth_step);
+        mode_ok = 1;
         return;
     }
-
+    store_vertices(numbers.coordinates, *this);
+    store_faces(numbers.corners, *this);
+    if (!is_complete || !is_sound(*this)) {
+        return;
+    }
     // Turns each face against its first edge; the edge lists stay as they are.
     korvel::find_all_sides(*this, 0, korvel::Chains::of_verts);
     korvel::derive_all(*this);

@@ -6,6 +6,7 @@
 
 #include "korvel/body/body_geometry.h"
 #include "korvel/body/edge_chains.h"
+#include "korvel/body/flat_model.h"
 #include "korvel/body/tmod3d.h"
 #include "korvel/geometry/list_index.h"
 #include "korvel/polyregion/plydt.h"
@@ -98,8 +99,7 @@ void TMOD3D::create3dmode(PLYDT& d) {
         mode_ok = 1;
     }
     korvel::orient_body(*this, first_body);
-    korvel::renew_equations_and_view(*this);
-    found_top_rel();
+    korvel::derive_from(korvel::flattened(*this), *this);
     // The model is moved by nothing, which sets its origin and the extents of all bodies and leaves
     // the rest as it is.
     for (int k = 0; k < 3; ++k) {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "korvel/body/body_geometry.h"
+#include "korvel/body/flat_model.h"
 #include "korvel/geometry/list_index.h"
 #include "korvel/geometry/view_transform.h"
 
@@ -55,27 +55,10 @@ void finish_wrap_cuboid(TMOD3D& model) {
     set_cuboid_corners(model);
 }
 
-/// Turns the vertices, of which there must be one, and calls `visit` for each.
-template <class Visit>
-void turn_vertices(TMOD3D& model, Visit visit) {
-    bool is_first = true;
-    for (VERT3D& vertex : model.verts) {
-        vertex.rotate(model.rot_matrix);
-        if (std::exchange(is_first, false)) {
-            start_bounds(model.view_bounds, vertex.view_xyz);
-        }
-        widen(model.view_bounds, vertex.view_xyz);
-        visit(vertex);
-    }
-}
-
-/// Makes the turned vertices and all that goes with them relative to the middle of their bounds.
+/// Moves the bounds of the turned vertices, and what else stands in the view, to their middle.
 void centre_view(TMOD3D& model) {
     for (int k = 0; k < 3; ++k) {
         model.view_center[k] = (model.view_bounds[2 * k] + model.view_bounds[2 * k + 1]) * 0.5;
-    }
-    for (VERT3D& vertex : model.verts) {
-        vertex.trans_uvw_org(model.view_center);
     }
     for (int k = 0; k < 3; ++k) {
         model.view_bounds[2 * k] -= model.view_center[k];
@@ -100,8 +83,18 @@ void TMOD3D::rotate_model() {
     if (verts.IsEmpty()) {
         return;
     }
-    turn_vertices(*this, [](const VERT3D&) {});
+    bool is_first = true;
+    for (VERT3D& vertex : verts) {
+        vertex.rotate(rot_matrix);
+        if (std::exchange(is_first, false)) {
+            start_bounds(view_bounds, vertex.view_xyz);
+        }
+        widen(view_bounds, vertex.view_xyz);
+    }
     centre_view(*this);
+    for (VERT3D& vertex : verts) {
+        vertex.trans_uvw_org(view_center);
+    }
     for (LINE3D& line : lines) {
         line.set_line_2d_eqt(verts);
     }
@@ -225,24 +218,25 @@ void TMOD3D::back_rel_vert() {
 
 namespace korvel {
 
-void renew_equations_and_view(TMOD3D& model) {
-    const bool has_view = !model.verts.IsEmpty();
-    if (has_view) {
-        start_bounds(model.wrap_cuboid, model.verts[0].model_xyz);
-        turn_vertices(model,
-                      [&](const VERT3D& vertex) { widen(model.wrap_cuboid, vertex.model_xyz); });
-        finish_wrap_cuboid(model);
-        centre_view(model);
+void renew_view(TMOD3D& model, UnsetVector<FlatModel::Point>& points) {
+    if (points.empty()) {
+        return;
     }
-    for (LINE3D& line : model.lines) {
-        line.set_line_eqt(model.verts);
-        line.set_line_2d_eqt(model.verts);
+    start_bounds(model.wrap_cuboid, points[0].model);
+    bool is_first = true;
+    for (FlatModel::Point& point : points) {
+        rotate_point(model.rot_matrix, point.model, point.view);
+        if (std::exchange(is_first, false)) {
+            start_bounds(model.view_bounds, point.view);
+        }
+        widen(model.view_bounds, point.view);
+        widen(model.wrap_cuboid, point.model);
     }
-    for (POLY3D& face : model.polys) {
-        face.set_poly_eql(model.verts);
-        if (has_view) {
-            face.get_rotated_poly_eql(model.verts);
-            face.detect_rotated_poly_vis(model.view_dir);
+    finish_wrap_cuboid(model);
+    centre_view(model);
+    for (FlatModel::Point& point : points) {
+        for (int k = 0; k < 3; ++k) {
+            point.view[k] -= model.view_center[k];
         }
     }
 }

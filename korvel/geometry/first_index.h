@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "korvel/geometry/prefetch.h"
 #include "korvel/platform/framework.h"
+#include "korvel/platform/prefetch.h"
 
 namespace korvel {
 

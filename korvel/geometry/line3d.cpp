@@ -48,16 +48,8 @@ void LINE3D::set_line_eqt(CArray<VERT3D, VERT3D&>& verts) {
     if (!has_element(verts, start_vert) || !has_element(verts, end_vert)) {
         return;
     }
-    const double* from = verts[start_vert].model_xyz;
-    const double* to = verts[end_vert].model_xyz;
-    for (int k = 0; k < 3; ++k) {
-        direction[k] = to[k] - from[k];
-    }
-    length = std::sqrt(direction[0] * direction[0] + direction[1] * direction[1] +
-                       direction[2] * direction[2]);
-    for (double& component : direction) {
-        component /= length;
-    }
+    length =
+        korvel::direction_to(verts[start_vert].model_xyz, verts[end_vert].model_xyz, direction);
     main_axis = korvel::main_axis_of(direction);
 }
 

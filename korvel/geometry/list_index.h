@@ -32,14 +32,23 @@ inline int shifted_index(int index, int by) {
                                                   std::numeric_limits<int>::max()));
 }
 
-/// Fills `target`, which may hold anything, with `count` elements. It is sized once, and not at all
-/// where it had that many before.
+/// Makes `target`, which may hold anything, `count` elements long, whose values are not told. It is
+/// sized once, and not at all where it had that many before.
+template <class Target>
+void set_length(Target& target, int count) {
+    if (target.GetSize() == count) {
+        return;
+    }
+    if (!target.IsEmpty()) {
+        target.SetSize(0);
+    }
+    target.SetSize(count);
+}
+
+/// Fills `target`, which may hold anything, with `count` elements.
 template <class Target, class Element>
 void assign_range(Target& target, const Element* from, int count) {
-    if (target.GetSize() != count) {
-        target.SetSize(0);
-        target.SetSize(count);
-    }
+    set_length(target, count);
     std::copy_n(from, count, target.begin());
 }
 

@@ -17,6 +17,19 @@ inline int main_axis_of(const double* v) {
     return axis;
 }
 
+/// The unit vector from p to q, not finite where they are one, and their distance.
+inline double direction_to(const double* p, const double* q, double* direction) {
+    for (int k = 0; k < 3; ++k) {
+        direction[k] = q[k] - p[k];
+    }
+    const double length = std::sqrt(direction[0] * direction[0] + direction[1] * direction[1] +
+                                    direction[2] * direction[2]);
+    for (int k = 0; k < 3; ++k) {
+        direction[k] /= length;
+    }
+    return length;
+}
+
 /// The determinant of the matrix with rows p, q, r, written p·(q × r).
 inline double triple_product(const double* p, const double* q, const double* r) {
     return p[0] * (q[1] * r[2] - q[2] * r[1]) + p[1] * (q[2] * r[0] - q[0] * r[2]) +

@@ -10,6 +10,9 @@
 namespace korvel {
 namespace {
 
+constexpr int surely_fitting = 9; // digits of an integer
+constexpr int exact_digits = 15;  // of a real, which stand in a double without rounding
+
 bool is_digit(int c) {
     return c >= '0' && c <= '9';
 }
@@ -48,7 +51,100 @@ TextReader::~TextReader() {
 }
 
 bool TextReader::read(int& target) {
-    constexpr int surely_fitting = 9; // digits
+    return take_ready(target) || take(target);
+}
+
+bool TextReader::read(float& target) {
+    return take_ready(target) || take(target);
+}
+
+bool TextReader::read(long long declared, std::vector<int>& numbers) {
+    return read_all(declared, numbers);
+}
+
+bool TextReader::read(long long declared, std::vector<float>& numbers) {
+    return read_all(declared, numbers);
+}
+
+template <class Number>
+bool TextReader::read_all(long long declared, std::vector<Number>& numbers) {
+    constexpr long long believed = 1 << 22; // memory that is not used costs nothing
+    numbers.reserve(static_cast<std::size_t>(std::clamp<long long>(declared, 0, believed)));
+    for (long long i = 0; i < declared; ++i) {
+        Number number = 0;
+        if (!take_ready(number) && !take(number)) {
+            return false;
+        }
+        numbers.push_back(number);
+    }
+    return true;
+}
+
+bool TextReader::take_ready(int& target) {
+#ifdef __GLIBC__
+    const char* at = takes_characters_ ? next_ready() : nullptr;
+    if (at != nullptr) {
+        const bool is_negative = *at == '-';
+        at += is_negative ? 1 : 0;
+        const char* const first = at;
+        int value = 0;
+        for (; is_digit(*at) && at - first < surely_fitting; ++at) {
+            value = 10 * value + (*at - '0');
+        }
+        if (at != first && !is_digit(*at)) {
+            stream_->_IO_read_ptr = const_cast<char*>(at);
+            target = is_negative ? -value : value;
+            return true;
+        }
+    }
+#endif
+    return false;
+}
+
+bool TextReader::take_ready(float& target) {
+#ifdef __GLIBC__
+    const char* at = takes_reals_ ? next_ready() : nullptr;
+    if (at != nullptr) {
+        const bool is_negative = *at == '-';
+        at += is_negative ? 1 : 0;
+        Digits digits;
+        const auto take_digits = [&] {
+            const char* const first = at;
+            for (; is_digit(*at) && at - first <= exact_digits; ++at) {
+                digits.value = 10 * digits.value + static_cast<unsigned>(*at - '0');
+            }
+            return static_cast<int>(at - first);
+        };
+        digits.count = take_digits();
+        if (*at == '.') {
+            ++at;
+            digits.behind_point = take_digits();
+            digits.count += digits.behind_point;
+        }
+        if (!is_letter(*at, 'e') && !is_letter(*at, 'x') &&
+            convert_plain(digits, is_negative, target)) {
+            stream_->_IO_read_ptr = const_cast<char*>(at);
+            return true;
+        }
+    }
+#endif
+    return false;
+}
+
+#ifdef __GLIBC__
+/// The next text but space in the stream's buffer, of which all that can be plain stands ready.
+const char* TextReader::next_ready() const {
+    constexpr int longest = 2 * exact_digits + 5; // two runs of digits, a sign, a point, an end
+    const char* const end = stream_->_IO_read_end;
+    const char* at = stream_->_IO_read_ptr;
+    while (at != end && is_space(*at)) {
+        ++at;
+    }
+    return end - at >= longest ? at : nullptr;
+}
+#endif
+
+bool TextReader::take(int& target) {
     if (!takes_characters_) {
         return std::fscanf(stream_, "%d", &target) == 1;
     }
@@ -84,7 +180,7 @@ bool TextReader::read(int& target) {
     return true;
 }
 
-bool TextReader::read(float& target) {
+bool TextReader::take(float& target) {
     if (!takes_reals_) {
         return std::fscanf(stream_, "%f", &target) == 1;
     }
@@ -150,23 +246,8 @@ TextReader::Digits TextReader::take_real(int c) {
 
 /// Rounds to single precision once. False for a text without digits, such as a sign alone.
 bool TextReader::convert(const Digits& digits, bool is_negative, float& target) const {
-    // Fifteen digits and these powers stand in a double without rounding, so the quotient is
-    // rounded once, to 53 bits; that and rounding to 24 bits come out as one rounding unless the
-    // first one has hit the middle between two floats.
-    constexpr int exact_digits = 15;
-    constexpr double powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    constexpr std::uint64_t bits_dropped = (std::uint64_t{1} << 29U) - 1;
-    constexpr std::uint64_t middle = std::uint64_t{1} << 28U;
-    if (digits.is_plain && digits.count > 0 && digits.count <= exact_digits) {
-        const double value = static_cast<double>(digits.value) / powers[digits.behind_point];
-        std::uint64_t bits = 0;
-        static_assert(sizeof bits == sizeof value);
-        std::memcpy(&bits, &value, sizeof bits);
-        if ((bits & bits_dropped) != middle) {
-            target = static_cast<float>(is_negative ? -value : value);
-            return true;
-        }
+    if (convert_plain(digits, is_negative, target)) {
+        return true;
     }
     char* end = nullptr;
     const float value = std::strtof(text_.c_str(), &end);
@@ -175,6 +256,29 @@ bool TextReader::convert(const Digits& digits, bool is_negative, float& target) 
         return false;
     }
     target = value;
+    return true;
+}
+
+/// The number where a quotient in double precision gives it; false for the others, which are few.
+bool TextReader::convert_plain(const Digits& digits, bool is_negative, float& target) {
+    // The digits and these powers stand in a double without rounding, so the quotient is rounded
+    // once, to 53 bits; that and rounding to 24 bits come out as one rounding unless the first one
+    // has hit the middle between two floats.
+    constexpr double powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    constexpr std::uint64_t bits_dropped = (std::uint64_t{1} << 29U) - 1;
+    constexpr std::uint64_t middle = std::uint64_t{1} << 28U;
+    if (!digits.is_plain || digits.count == 0 || digits.count > exact_digits) {
+        return false;
+    }
+    const double value = static_cast<double>(digits.value) / powers[digits.behind_point];
+    std::uint64_t bits = 0;
+    static_assert(sizeof bits == sizeof value);
+    std::memcpy(&bits, &value, sizeof bits);
+    if ((bits & bits_dropped) == middle) {
+        return false;
+    }
+    target = static_cast<float>(is_negative ? -value : value);
     return true;
 }
 

@@ -286,7 +286,7 @@ private:
     }
 
     void move_into_room() noexcept {
-        if (!fits_in_room(capacity_)) {
+        if (capacity_ > most_in_room()) {
             TYPE* const old = block();
             std::copy_n(old, size_, reinterpret_cast<TYPE*>(room_));
             std::free(static_cast<void*>(old));

@@ -5,8 +5,8 @@
 #include "korvel/geometry/first_index.h"
 #include "korvel/geometry/list_index.h"
 #include "korvel/geometry/live_points.h"
-#include "korvel/geometry/prefetch.h"
 #include "korvel/geometry/winding.h"
+#include "korvel/platform/prefetch.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
 

@@ -11,8 +11,8 @@
 #include "korvel/geometry/first_index.h"
 #include "korvel/geometry/list_index.h"
 #include "korvel/geometry/plane_point.h"
-#include "korvel/geometry/prefetch.h"
 #include "korvel/geometry/shell_sort.h"
+#include "korvel/platform/prefetch.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
 

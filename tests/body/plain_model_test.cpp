@@ -94,6 +94,27 @@ void add_soup(TMOD3D& model, Dice& dice, bool triangles_only, bool on_grid) {
     }
 }
 
+/// What a file keeps of a model, or a single body of all its faces in order.
+TMOD3D bare(const TMOD3D& model, bool is_one_body) {
+    TMOD3D bare;
+    bare.verts.SetSize(model.verts.GetSize());
+    for (int v = 0; v < model.verts.GetSize(); ++v) {
+        std::copy_n(model.verts[v].model_xyz, 3, bare.verts[v].model_xyz);
+    }
+    bare.polys.SetSize(model.polys.GetSize());
+    bare.bodies.SetSize(is_one_body ? 1 : model.bodies.GetSize());
+    for (int f = 0; f < model.polys.GetSize(); ++f) {
+        bare.polys[f].verts.Copy(model.polys[f].verts);
+        if (is_one_body) {
+            bare.bodies[0].polys.Add(f);
+        }
+    }
+    for (int b = 0; b < model.bodies.GetSize() && !is_one_body; ++b) {
+        bare.bodies[b].polys.Copy(model.bodies[b].polys);
+    }
+    return bare;
+}
+
 /// Turns, shuffles, drops, doubles and lends faces, adds edges beforehand, sets marks.
 void disturb(TMOD3D& model, Dice& dice) {
     const int last_vert = model.verts.GetUpperBound();
@@ -216,9 +237,16 @@ TEST(PlainModel, ReadingAgrees) {
                 x = std::round(x * 4096) / 64 + 0.0;
             }
         }
+        const bool into_empty = dice.one_in(2);
+        if (into_empty) {
+            plain = bare(plain, dice.one_in(2));
+        }
         const std::string file = file_of(plain);
         // Edges that stand there beforehand stay; faces and bodies are added to.
-        TMOD3D model = plain;
+        TMOD3D model;
+        if (!into_empty) {
+            model = plain;
+        }
         const auto leave_few = [&](CArray<int>& list, CArray<int>& plain_list, int last) {
             list.RemoveAll();
             for (int k = dice.one_in(20) ? dice(1, 2) : 0; k > 0; --k) {

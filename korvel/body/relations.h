@@ -1,0 +1,69 @@
+#pragma once
+
+#include <vector>
+
+#include "korvel/body/flat_model.h"
+
+namespace korvel {
+
+/// What the bodies use, each once and in order of first appearance.
+struct UsedByBodies {
+    explicit UsedByBodies(const FlatModel& flat);
+
+    Lists verts;
+    Lists lines;
+};
+
+/// The bodies of records of one kind, and the mark that the last body leaves on what it uses.
+class BodiesOf {
+public:
+    BodiesOf(const Lists& used_by_bodies, int records);
+
+    void store(int record, CArray<int>& bodies, int& state_flags) const;
+
+private:
+    int bodies_;
+    Lists of_record_;
+};
+
+// Each gives a record its relations to the others.
+
+class VertexRelations {
+public:
+    VertexRelations(const FlatModel& flat, const UsedByBodies& used);
+    void store(int v, VERT3D& vertex);
+
+private:
+    const std::vector<Side>& edges_;
+    Lists lines_;
+    Lists faces_;
+    BodiesOf bodies_;
+};
+
+class EdgeRelations {
+public:
+    EdgeRelations(const Lists& line_faces, const UsedByBodies& used);
+    void store(int e, LINE3D& line) const;
+
+private:
+    const Lists& faces_;
+    BodiesOf bodies_;
+};
+
+class FaceRelations {
+public:
+    FaceRelations(const FlatModel& flat, const Lists& line_faces, const Lists& face_bodies);
+    void store(int f, POLY3D& face);
+
+private:
+    const Lists& lines_;
+    const Lists& line_faces_;
+    const Lists& bodies_;
+    FirstTimes times_;
+    std::vector<int> neighbours_;
+};
+
+void relate_bodies(TMOD3D& model, const FlatModel& flat, const UsedByBodies& used,
+                   const Lists& face_bodies);
+
+} // namespace korvel
