@@ -303,6 +303,8 @@ int ConstrainedDelaunay::add_side(int p0, int p1) {
     int hint = none;
     for (int p = p0; is_usable_ && p != p1;) {
         const auto [end, h] = add_piece(p, p1);
+        // Among points as near to one another as rounding the way could lead back.
+        is_usable_ = is_usable_ && squared_length(at(end), at(p1)) < squared_length(at(p), at(p1));
         p = end;
         hint = h;
     }

@@ -61,6 +61,7 @@ void SideTree::start() {
     lines_ = FirstIndex(2 * points_.count());
     near_lines_.start(2 * points_.count());
     shares_line_.clear();
+    has_stray_ = false;
 }
 
 int SideTree::add(int p0, int p1, Direction direction, Kind kind) {
@@ -77,6 +78,10 @@ int SideTree::add(int p0, int p1, Direction direction, Kind kind) {
     shares_line_.push_back(0);
     if (has_direction(direction)) {
         const LinePlace line = place_of_line(points_.local(p0), points_.local(p1));
+        if (std::isnan(line.slope)) {
+            has_stray_ = true;
+            return number;
+        }
         const std::uint64_t key = line_key(line.slope, line.intercept / points_.extent());
         near_lines_.add(mix_bits(key));
         const int first = lines_.find_or_add(key, number);
@@ -152,7 +157,7 @@ bool SideTree::crosses(const Segment& tested, int number) const {
 bool SideTree::may_be_in_line(int p0, int p1) const {
     constexpr double around = 0.25 / line_cells; // twice that is less than a cell
     const LinePlace line = place_of_line(points_.local(p0), points_.local(p1));
-    if (std::isnan(line.slope)) {
+    if (has_stray_ || std::isnan(line.slope)) {
         return true;
     }
     const double intercept = line.intercept / points_.extent();

@@ -102,6 +102,7 @@ private:
     FirstIndex lines_{64};          ///< the first side on roughly each line
     KeyFilter near_lines_;          ///< which of these there are
     std::vector<char> shares_line_; ///< for each of these: others lie on roughly its line
+    bool has_stray_ = false;        ///< a side so short that it is on no line
 };
 
 } // namespace korvel
