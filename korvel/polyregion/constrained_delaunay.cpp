@@ -121,7 +121,7 @@ int ConstrainedDelaunay::edge_or_triangle_at(int p, int near, int& on_edge) cons
     for (std::size_t steps = 0; steps <= from_.size(); ++steps) {
         int beyond = none;
         int on = 0;
-        for (int i = 0; i < 3 && beyond == none; ++i, h = next(h)) {
+        for (int i = 0; i < 3; ++i, h = next(h)) {
             const double area = twice_area(from(h), to(h), p);
             if (area < -margin_) {
                 beyond = twin(h);
