@@ -1,6 +1,7 @@
 #include "host/cli/region_input.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 
 #include "host/cli/arguments.h"
@@ -41,6 +42,10 @@ void RegionInput::take_network(const TextFile& file, PLYDT& set) {
 }
 
 void RegionInput::take_region_set(const TextFile& file, PLYDT& set) {
+    std::vector<RealPoint> places;
+    for (const std::string& text : network_.selection()) {
+        places.push_back(parse_real_point("--select", text));
+    }
     CCPloy2DRg regions;
     if (const auto note = read_regions(file, regions)) {
         warn(*note);
@@ -50,16 +55,17 @@ void RegionInput::take_region_set(const TextFile& file, PLYDT& set) {
                 counted(regions.pt_list.GetSize(), "point").c_str());
     copy_regions(regions, set);
     if (network_.has_selection()) {
-        numbers_ = select(regions);
+        numbers_ = select(regions, places);
         keep_regions(set, numbers_);
     }
 }
 
-std::vector<int> RegionInput::select(CCPloy2DRg& regions) const {
+std::vector<int> RegionInput::select(CCPloy2DRg& regions,
+                                     const std::vector<RealPoint>& places) const {
     std::vector<int> selected;
-    for (const std::string& text : network_.selection()) {
-        const RealPoint point = parse_real_point("--select", text);
-        double place[] = {point.x, point.y};
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const std::string& text = network_.selection()[i];
+        double place[] = {places[i].x, places[i].y};
         const int found = regions.search_pt_polyrg(place);
         if (found >= 0) {
             std::printf("%s: region %d\n", text.c_str(), found);

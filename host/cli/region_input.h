@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/cli/arguments.h"
 #include "host/cli/network.h"
 #include "host/io/text_file.h"
 #include "korvel/module/korvel.h"
@@ -32,7 +33,7 @@ public:
 private:
     void take_network(const TextFile& file, PLYDT& set);
     void take_region_set(const TextFile& file, PLYDT& set);
-    std::vector<int> select(CCPloy2DRg& regions) const;
+    std::vector<int> select(CCPloy2DRg& regions, const std::vector<RealPoint>& places) const;
 
     std::string file_;
     Network network_;

@@ -1,8 +1,7 @@
 #include <cstdio>
-#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "host/canvas/picture_fit.h"
@@ -12,8 +11,7 @@
 #include "host/cli/progress.h"
 #include "host/cli/region_input.h"
 #include "host/cli/report.h"
-#include "host/io/errors.h"
-#include "host/io/output_file.h"
+#include "host/cli/trace_files.h"
 #include "host/io/triangle_file.h"
 #include "host/sets/coverage.h"
 #include "host/sets/region_sets.h"
@@ -35,6 +33,7 @@ private:
 
     RegionInput input_;
     std::string trace_directory_;
+    std::optional<TraceFiles> traces_;
     Outputs outputs_;
     MapView view_;
     PLYDT set_;
@@ -83,39 +82,14 @@ void TrianglesCommand::run() {
     triangulate();
     report_coverage();
     write();
+    if (traces_) {
+        traces_->replace();
+    }
 }
 
-// The library writes its trace files into the current directory, so this is the trace directory for
-// the length of this scope.
-class TraceDirectory {
-public:
-    explicit TraceDirectory(const std::string& directory) {
-        try {
-            std::filesystem::create_directories(directory);
-            std::filesystem::current_path(directory);
-        } catch (const std::filesystem::filesystem_error& error) {
-            throw OutputError(directory + ": cannot be written: " + error.code().message());
-        }
-        PLYDT::set_trace_files(true);
-    }
-    ~TraceDirectory() {
-        PLYDT::set_trace_files(false);
-        std::error_code error;
-        std::filesystem::current_path(former_, error);
-    }
-    TraceDirectory(const TraceDirectory&) = delete;
-    TraceDirectory& operator=(const TraceDirectory&) = delete;
-
-private:
-    std::filesystem::path former_ = std::filesystem::current_path();
-};
-
 void TrianglesCommand::write_traces() {
-    const Progress progress("triangulating with traces");
-    const TraceDirectory here(trace_directory_);
-    OutputFile::check("trg.dat");
-    OutputFile::check("wwwtrg.dat");
-    set_.region_tranglate();
+    traces_.emplace(trace_directory_);
+    traces_->write(set_);
     set_.trg_list.RemoveAll();
     set_.side_list.RemoveAll();
 }

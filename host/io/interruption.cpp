@@ -26,9 +26,15 @@ std::array<Slot, 8> slots;
 #if !defined(_WIN32)
 
 void remove_files(int signal) {
+    // Directories go once they are empty.
     for (const Slot& slot : slots) {
         if (slot.is_taken != 0) {
             unlink(slot.name.data());
+        }
+    }
+    for (const Slot& slot : slots) {
+        if (slot.is_taken != 0) {
+            rmdir(slot.name.data());
         }
     }
     // Held back until this handler returns, then taken the default way.

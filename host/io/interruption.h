@@ -10,7 +10,8 @@ namespace korvel::host {
 /// instead of ending the program. To be called once, first of all.
 void set_up_signals();
 
-/// While it lives, a signal that ends the program removes the file. Does nothing before
+/// While it lives, a signal that ends the program removes the file, or the directory if no other
+/// files are in it. Does nothing before
 /// `set_up_signals`.
 ///
 /// At most eight files are held at a time, with names of up to 4095 bytes; others stay behind. Not

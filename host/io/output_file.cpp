@@ -20,12 +20,12 @@ bool is_written_directly(const fs::path& target) {
            (fs::exists(status) && !fs::is_regular_file(status));
 }
 
-std::string random_name() {
+} // namespace
+
+std::string temporary_name() {
     std::random_device random;
     return ".korvel-" + std::to_string(random()) + std::to_string(random()) + ".tmp";
 }
-
-} // namespace
 
 OutputFile::OutputFile(const fs::path& target) : name_(target), target_(target) {
     if (is_written_directly(target_)) {
@@ -60,7 +60,7 @@ void OutputFile::check(const fs::path& target) {
 }
 
 void OutputFile::open_beside_target() {
-    const fs::path beside = target_.parent_path() / random_name();
+    const fs::path beside = target_.parent_path() / temporary_name();
     held_.emplace(beside);
     stream_ = std::fopen(beside.string().c_str(), "wbx");
     if (stream_ == nullptr) {
@@ -86,20 +86,31 @@ void OutputFile::close() {
 
 void OutputFile::replace() {
     close();
-    if (temporary_.empty()) {
-        return;
+    if (!temporary_.empty()) {
+        put_in_place(temporary_);
+        temporary_.clear();
+        held_.reset();
     }
+}
+
+void OutputFile::replace_by(const fs::path& written) {
+    close();
+    if (temporary_.empty()) {
+        fail("not a regular file");
+    }
+    put_in_place(written);
+}
+
+void OutputFile::put_in_place(const fs::path& written) const {
     std::error_code error;
     const fs::file_status former = fs::status(target_, error);
     if (fs::exists(former)) {
-        fs::permissions(temporary_, former.permissions(), error);
+        fs::permissions(written, former.permissions(), error);
     }
-    fs::rename(temporary_, target_, error);
+    fs::rename(written, target_, error);
     if (error) {
         fail(error.value());
     }
-    temporary_.clear();
-    held_.reset();
 }
 
 void OutputFile::fail(int error) const {

@@ -9,6 +9,9 @@
 
 namespace korvel::host {
 
+/// A name that no file is likely to have, for what stands beside a target until it is complete.
+std::string temporary_name();
+
 /// A file that takes its place only when it is complete. Until `replace` it is a temporary file
 /// beside the target; without `replace` it goes away and the former target stays as it was, also
 /// when a signal ends the program.
@@ -37,7 +40,11 @@ public:
     /// Closes the file and puts it in place of the target.
     void replace();
 
+    /// Puts a complete file of the same file system in place of the target instead.
+    void replace_by(const std::filesystem::path& written);
+
 private:
+    void put_in_place(const std::filesystem::path& written) const;
     void open_beside_target();
     [[noreturn]] void fail(int error) const;
 

@@ -128,6 +128,10 @@ public:
     /// or truncated.
     static void set_trace_files(bool on);
 
+    /// Whether since the last `set_trace_files` a trace file could not be opened, or was not
+    /// written to its end. A later triangulation may have written it anew.
+    static bool has_lost_trace();
+
 private:
     void triangulate(PyToRg& rg, korvel::ListedTriangles& listed, korvel::AdvancingFront& front);
     void write_summary(FILE* summary);

@@ -10,14 +10,22 @@
 namespace {
 
 bool trace_files = true;
+bool trace_is_lost = false;
 
 /// A trace file in the current directory. One that cannot be opened is done without.
 class TraceFile {
 public:
-    explicit TraceFile(const char* name) : file_(trace_files ? std::fopen(name, "w") : nullptr) {}
+    explicit TraceFile(const char* name) : file_(trace_files ? std::fopen(name, "w") : nullptr) {
+        if (trace_files && file_ == nullptr) {
+            trace_is_lost = true;
+        }
+    }
     ~TraceFile() {
         if (file_ != nullptr) {
-            std::fclose(file_);
+            const bool failed = std::ferror(file_) != 0;
+            if (std::fclose(file_) != 0 || failed) {
+                trace_is_lost = true;
+            }
         }
     }
     TraceFile(const TraceFile&) = delete;
@@ -50,6 +58,11 @@ bool is_sound(const PLYDT& set, const PLYDT::PyToRg& region) {
 
 void PLYDT::set_trace_files(bool on) {
     trace_files = on;
+    trace_is_lost = false;
+}
+
+bool PLYDT::has_lost_trace() {
+    return trace_is_lost;
 }
 
 bool PLYDT::makes_all_tests() {

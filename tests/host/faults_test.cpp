@@ -31,14 +31,16 @@ protected:
     void SetUp() override {
         write("out", "former");
         write("p.svg", "former picture");
-        write("disc", disc());
+        std::filesystem::create_directory(place("t"));
+        write("t/trg.dat", "former trace");
+        write("disc", disc(100));
+        write("coin", disc(16));
         ASSERT_EQ(run("starter ball --size 50 --rounds 1 -o ball").status, 0);
         files_before_ = files();
     }
 
     // A region file below the limit on sizes that the tests set, with results above it.
-    static std::string disc() {
-        constexpr int corners = 100;
+    static std::string disc(int corners) {
         std::ostringstream text;
         text << std::fixed << corners << '\n';
         for (int i = 0; i < corners; ++i) {
@@ -58,6 +60,13 @@ protected:
         EXPECT_EQ(read("out"), "former") << what;
         EXPECT_EQ(read("p.svg"), "former picture") << what;
         EXPECT_EQ(files(), files_before_) << what;
+        EXPECT_EQ(read("t/trg.dat"), "former trace") << what;
+        EXPECT_EQ(entries("t"), 1) << what;
+    }
+
+    int entries(const std::string& directory) const {
+        const std::filesystem::directory_iterator all(place(directory));
+        return static_cast<int>(std::distance(begin(all), end(all)));
     }
 
     int files_before_ = 0;
@@ -95,6 +104,25 @@ TEST_F(Faults, AFileLimitIsAnErrorLikeAnyOther) {
     }
     EXPECT_EQ(run("section ball --x 1 --picture ./p.svg", {}, "ulimit -f 8; ").status, 1);
     expect_untouched("a picture over a former one");
+}
+
+TEST_F(Faults, ATraceStandsInItsPlaceWholeOrNotAtAll) {
+    const Result result = run("triangles coin --trace t -o out", {}, "ulimit -f 8; ");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "t: cannot be written: the traces are not complete\n");
+    expect_untouched("a trace that was cut off");
+
+    EXPECT_EQ(run("triangles coin --trace t -o /dev/full").status, 1);
+    expect_untouched("another output that cannot be written");
+
+    EXPECT_EQ(run("triangles coin --trace disc -o out").err,
+              "disc: cannot be written: Not a directory\n");
+    expect_untouched("a file where the directory should be");
+
+    ASSERT_EQ(run("triangles coin --trace t").status, 0);
+    EXPECT_THAT(read("t/trg.dat"), StartsWith("side=0 p=0 1\n"));
+    EXPECT_THAT(read("t/wwwtrg.dat"), StartsWith("points=16\n"));
+    EXPECT_EQ(entries("t"), 2);
 }
 
 TEST_F(Faults, AFullDeviceIsAnError) {
@@ -148,8 +176,8 @@ TEST_F(Faults, AClosedPipeIsAnError) {
     close(closed_pipe);
 }
 
-/// A command that has written one output and waits, before the other one, for the reader of a
-/// pipe.
+/// A command that has written a trace and one output and waits, before the other one, for the
+/// reader of a pipe.
 class Waiting {
 public:
     Waiting(const std::filesystem::path& directory, const std::function<void()>& prepare)
@@ -160,8 +188,8 @@ public:
             dup2(nowhere, STDOUT_FILENO);
             dup2(nowhere, STDERR_FILENO);
             if (chdir(directory.c_str()) == 0) {
-                execl(KORVEL_COMMAND, KORVEL_COMMAND, "section", "ball", "--x", "1", "-o", "out",
-                      "--picture", "pipe.svg", nullptr);
+                execl(KORVEL_COMMAND, KORVEL_COMMAND, "triangles", "coin", "--trace", "t", "-o",
+                      "out", "--picture", "pipe.svg", nullptr);
             }
             _exit(127);
         }
@@ -197,6 +225,7 @@ TEST_F(Faults, ASignalLeavesNothingBehind) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const Waiting command(directory_, [&] { std::signal(signal, SIG_DFL); });
         EXPECT_EQ(files(), files_before_ + 1) << "the temporary file";
+        EXPECT_EQ(entries("t"), 4) << "two temporary files and a directory";
         command.send(signal);
         const int ended = command.wait();
         EXPECT_TRUE(WIFSIGNALED(ended) && WTERMSIG(ended) == signal) << signal;

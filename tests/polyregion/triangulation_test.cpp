@@ -441,6 +441,27 @@ TEST_F(Triangulation, MakesNoFileWithTracesOff) {
     EXPECT_FALSE(std::filesystem::exists("wwwtrg.dat"));
 }
 
+TEST_F(Triangulation, TellsOfALostTrace) {
+    PLYDT set;
+    rectangle_and_triangle.add_to(set);
+    const auto lost = [&](bool traces) {
+        PLYDT::set_trace_files(traces);
+        set.region_tranglate();
+        return PLYDT::has_lost_trace();
+    };
+    EXPECT_FALSE(lost(true));
+    for (const char* name : {"trg.dat", "wwwtrg.dat"}) {
+        for (const char* full : {"/dev/full", "/no/where"}) {
+            std::filesystem::remove(name);
+            std::filesystem::create_symlink(full, name);
+            EXPECT_TRUE(lost(true)) << name << ' ' << full;
+            EXPECT_FALSE(lost(false)) << name << ' ' << full;
+        }
+        std::filesystem::remove(name);
+    }
+    EXPECT_FALSE(lost(true));
+}
+
 TEST_F(Triangulation, LeavesOutWhatPointsNowhere) {
     for (const bool traces : {true, false}) {
         PLYDT::set_trace_files(traces);
