@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Runs the test programs, and the commands that they start, under valgrind's memcheck. What it
+# reports is printed, and the exit status is then not 0.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+tools/install_packages.sh valgrind
+cmake --preset release
+cmake --build --preset release
+cmake --preset shared
+cmake --build --preset shared --target module_tests
+
+root=$PWD
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+failed=()
+for program in build/release/tests/*_tests build/shared/tests/module_tests; do
+    name=$(basename "$program")
+    # Each process reports into a file of its own, because tests read what commands print. Shells
+    # are followed too: what they start would not be otherwise.
+    run=$scratch/$name
+    reports=$scratch/$name.reports
+    mkdir "$run" "$reports"
+    status=0
+    (
+        cd "$run"
+        valgrind --quiet --leak-check=full --show-leak-kinds=definite \
+            --errors-for-leak-kinds=definite --error-exitcode=99 \
+            --suppressions="$root/tools/memcheck.supp" --log-file="$reports/%p" \
+            --trace-children=yes \
+            "$root/$program" --gtest_brief=1
+    ) || status=$?
+    if ((status != 0)) || [[ -n $(find "$reports" -type f -size +0) ]]; then
+        failed+=("$name")
+        find "$reports" -type f -size +0 -exec head -n 200 {} +
+    fi
+done
+
+if ((${#failed[@]})); then
+    echo "failed under memcheck: ${failed[*]}" >&2
+    exit 1
+fi
