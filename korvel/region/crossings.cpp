@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <numeric>
+#include <utility>
 
 #include "korvel/geometry/live_points.h"
 
@@ -184,8 +185,8 @@ private:
 class SegmentGrid {
 public:
     SegmentGrid(const CArray<tagPOINT>& pts, const std::vector<int>& segments, const IntBox& box)
-        : pts_(pts), box_(box) {
-        choose_cell_size(segments);
+        : pts_(pts), segments_(segments), box_(box) {
+        choose_cell_size();
         ends_.assign(static_cast<std::size_t>(columns_ * rows_) + 1, 0);
         for (const int segment : segments) {
             for_each_cell(segment, [&](std::int64_t column, std::int64_t row) {
@@ -205,7 +206,7 @@ public:
     }
 
     /// Calls `test(a, b)` at least once for each pair of segments whose boxes meet within a shared
-    /// cell, as those of all that cross do, until `is_enough()`.
+    /// cell, as those of all that cross in truth do, until `is_enough()`.
     template <class Test, class IsEnough>
     void for_each_close_pair(Test test, IsEnough is_enough) const {
         std::size_t start = 0;
@@ -222,6 +223,22 @@ public:
         }
     }
 
+    /// Calls `visit(b)` at least once for each segment that comes within a thousandth of a unit of
+    /// the whole line through a.
+    template <class Visit>
+    void for_each_on_line(int a, Visit visit) const {
+        if (columns_ + rows_ > static_cast<std::int64_t>(segments_.size())) { // a narrow network
+            std::for_each(segments_.begin(), segments_.end(), visit);
+            return;
+        }
+        for_each_cell_on_line(a, box_, [&](std::int64_t column, std::int64_t row) {
+            const std::size_t here = cell(column, row);
+            for (std::size_t i = here == 0 ? 0 : ends_[here - 1]; i < ends_[here]; ++i) {
+                visit(entries_[i].segment);
+            }
+        });
+    }
+
 private:
     struct Entry {
         CellBox box;
@@ -229,20 +246,20 @@ private:
     };
 
     /// The smallest cells with which neither the cells nor the entries outgrow the segments.
-    void choose_cell_size(const std::vector<int>& segments) {
+    void choose_cell_size() {
         constexpr double most_per_segment = 4;
         double steps = 0;
-        for (const int segment : segments) {
+        for (const int segment : segments_) {
             const IntBox box = segment_box(segment);
             steps += static_cast<double>(box.x_max) - box.x_min;
             steps += static_cast<double>(box.y_max) - box.y_min;
         }
-        const double most = most_per_segment * static_cast<double>(segments.size()) + 16;
+        const double most = most_per_segment * static_cast<double>(segments_.size()) + 16;
         for (shift_ = 0;; ++shift_) {
             columns_ = column(box_.x_max) + 1;
             rows_ = row(box_.y_max) + 1;
             const double entries =
-                static_cast<double>(segments.size()) + std::ldexp(steps, -shift_);
+                static_cast<double>(segments_.size()) + std::ldexp(steps, -shift_);
             if (static_cast<double>(columns_) * static_cast<double>(rows_) <= most &&
                 entries <= most) {
                 return;
@@ -263,35 +280,41 @@ private:
         return box;
     }
 
-    /// Walks the columns that the segment passes, and in each the rows; the rows are taken a little
-    /// too wide, never too narrow.
     template <class Visit>
     void for_each_cell(int segment, Visit visit) const {
-        tagPOINT left = pts_[segment];
-        tagPOINT right = pts_[segment + 1];
-        if (left.x > right.x) {
-            std::swap(left, right);
-        }
-        const std::int64_t y_min = std::min(left.y, right.y);
-        const std::int64_t y_max = std::max(left.y, right.y);
-        const std::int64_t first = column(left.x);
-        const std::int64_t last = column(right.x);
+        for_each_cell_on_line(segment, segment_box(segment), visit);
+    }
+
+    /// Walks the columns that the line through a segment passes within a box that it goes through,
+    /// and in each the rows; both are taken a little too wide, never too narrow.
+    template <class Visit>
+    void for_each_cell_on_line(int segment, const IntBox& within, Visit visit) const {
+        const tagPOINT& from = pts_[segment];
+        const tagPOINT& to = pts_[segment + 1];
+        const bool is_upright = from.x == to.x;
+        const std::int64_t first = column(is_upright ? from.x : within.x_min);
+        const std::int64_t last = column(is_upright ? from.x : within.x_max);
         if (first == last) {
-            visit_rows(first, y_min, y_max, visit);
+            visit_rows(first, within.y_min, within.y_max, visit);
             return;
         }
         const double slope =
-            (static_cast<double>(right.y) - left.y) / (static_cast<double>(right.x) - left.x);
+            (static_cast<double>(to.y) - from.y) / (static_cast<double>(to.x) - from.x);
+        const auto height = [&](std::int64_t x) {
+            const std::int64_t inside = std::clamp<std::int64_t>(x, within.x_min, within.x_max);
+            return from.y + slope * static_cast<double>(inside - from.x);
+        };
         for (std::int64_t c = first; c <= last; ++c) {
-            const std::int64_t from_x = std::max<std::int64_t>(left.x, box_.x_min + (c << shift_));
-            const std::int64_t to_x =
-                std::min<std::int64_t>(right.x, box_.x_min + ((c + 1) << shift_));
-            const double at_from = left.y + slope * static_cast<double>(from_x - left.x);
-            const double at_to = left.y + slope * static_cast<double>(to_x - left.x);
+            constexpr std::int64_t beside = 1; // what is near the line may be in the next column
+            const double at_from = height(box_.x_min + (c << shift_) - beside);
+            const double at_to = height(box_.x_min + ((c + 1) << shift_) + beside);
             constexpr double margin = 2; // for rounding, and for truncation toward zero
-            const auto low = static_cast<std::int64_t>(std::min(at_from, at_to) - margin);
-            const auto high = static_cast<std::int64_t>(std::max(at_from, at_to) + margin);
-            visit_rows(c, std::max(low, y_min), std::min(high, y_max), visit);
+            const double low = std::max<double>(std::min(at_from, at_to) - margin, within.y_min);
+            const double high = std::min<double>(std::max(at_from, at_to) + margin, within.y_max);
+            if (low <= high) {
+                visit_rows(c, static_cast<std::int64_t>(low), static_cast<std::int64_t>(high),
+                           visit);
+            }
         }
     }
 
@@ -304,6 +327,7 @@ private:
     }
 
     const CArray<tagPOINT>& pts_;
+    const std::vector<int>& segments_;
     IntBox box_;
     int shift_ = 0;
     std::int64_t columns_ = 0;
@@ -333,15 +357,22 @@ std::optional<std::vector<Crossing>> find_crossings(const CArray<tagPOINT>& pts,
     // Divided, since the product of two spans may not fit 64 bits.
     const std::int64_t longest = exact_product / std::max<std::int64_t>(span, 1);
     const auto is_short = [&](int p) { return segment_span(pts, p) <= longest; };
-    const auto first_long = std::stable_partition(segments.begin(), segments.end(), is_short);
 
     CrossingList crossings(pts.GetSize(), most);
-    SegmentGrid(pts, {segments.begin(), first_long}, box)
-        .for_each_close_pair([&](int a, int b) { crossings.test(pts, a, b); },
+    const SegmentGrid grid(pts, segments, box);
+    grid.for_each_close_pair([&](int a, int b) { crossings.test(pts, a, b); },
                              [&] { return crossings.is_full(); });
-    for (auto a = first_long; a != segments.end() && !crossings.is_full(); ++a) {
-        for (auto b = segments.begin(); b != a; ++b) {
-            crossings.test(pts, *a, *b);
+    // Where rounding can make far segments cross, it moves no segment by more than 2^-17 units from
+    // the other one's line.
+    std::vector<int> tested_with(static_cast<std::size_t>(pts.GetSize()), -1);
+    for (const int a : segments) {
+        if (!is_short(a) && !crossings.is_full()) {
+            grid.for_each_on_line(a, [&](int b) {
+                const bool is_new = std::exchange(tested_with[static_cast<std::size_t>(b)], a) != a;
+                if (is_new && (b < a || is_short(b))) {
+                    crossings.test(pts, a, b);
+                }
+            });
         }
     }
     return crossings.take();

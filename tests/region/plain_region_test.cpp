@@ -41,6 +41,22 @@ Curves scribbles(Dice& dice, int count, int most_points, int reach, int step = 1
     return curves;
 }
 
+/// Segments beside one long line, with directions that differ by less than rounding: far ones can
+/// come out as crossing.
+Curves slivers(Dice& dice, int count) {
+    // Two steps that span a parallelogram without another integer point.
+    const auto point = [](int wide, int along) {
+        return Pt{wide * 2178309 + along * 3524578, wide * 1346269 + along * 2178309};
+    };
+    Curves curves(static_cast<std::size_t>(count));
+    for (Pts& curve : curves) {
+        for (int k = 0; k < 2; ++k) {
+            curve.push_back(point(dice(-2, 2), dice(-300, 300)));
+        }
+    }
+    return curves;
+}
+
 /// Closed boxes and diamonds around few centres, either way round: nested, touching, overlapping.
 Curves loops(Dice& dice, int count, int reach) {
     Curves curves;
@@ -111,6 +127,9 @@ Curves random_network(Dice& dice) {
     case 1:
         return scribbles(dice, 2 * count, 2, 1000);
     case 2:
+        if (dice(0, 2) == 0) {
+            return slivers(dice, 3 * count);
+        }
         return scribbles(dice, count, 2, dice(0, 1) == 0 ? far : 40'000'000);
     case 3:
         return scribbles(dice, count, 9, 5);
