@@ -7,7 +7,7 @@ packages=(
     g++ cmake ninja-build pkg-config
     libcairo2-dev libcli11-dev libgeos-dev
     libgl-dev libegl-dev libgl1-mesa-dri
-    libgtest-dev libbenchmark-dev
+    libgtest-dev libgmock-dev libbenchmark-dev
     "$@"
 )
 
