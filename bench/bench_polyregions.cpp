@@ -2,7 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/sample_network.h"
+#include "bench/inputs/sample_network.h"
 #include "korvel/polyregion/ccploy2drg.h"
 
 namespace {

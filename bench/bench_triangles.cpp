@@ -5,7 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/sample_network.h"
+#include "bench/inputs/sample_network.h"
 #include "korvel/polyregion/plydt.h"
 
 namespace {

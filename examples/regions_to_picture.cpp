@@ -5,11 +5,11 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/canvas/picture_fit.h"
-#include "host/canvas/region_colours.h"
+#include "kit/maps/region_colours.h"
+#include "kit/pictures/picture_fit.h"
 #include "korvel/module/korvel.h"
 
-using namespace korvel::host;
+using namespace korvel::kit;
 
 /// Reads the number of curves, then for each its number of points and the points.
 static void read_curves(const std::string& name, CArray<tagPOINT>& points, CArray<int>& counts) {

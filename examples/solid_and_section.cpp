@@ -5,10 +5,10 @@
 #include <numbers>
 #include <stdexcept>
 
-#include "host/canvas/picture_fit.h"
+#include "kit/pictures/picture_fit.h"
 #include "korvel/module/korvel.h"
 
-using namespace korvel::host;
+using namespace korvel::kit;
 
 /// Adds a ring to the set's one region. Of every four corners two stand out by `tooth`.
 static void add_ring(PLYDT& set, double radius, double tooth) {

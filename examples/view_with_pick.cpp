@@ -7,11 +7,11 @@
 #include <optional>
 #include <stdexcept>
 
-#include "host/screen/model_picture.h"
-#include "host/screen/screen.h"
+#include "kit/pictures/model_picture.h"
+#include "kit/pictures/screen.h"
 #include "korvel/module/korvel.h"
 
-using namespace korvel::host;
+using namespace korvel::kit;
 
 int main(int argc, char** argv) try {
     if (argc != 2) {

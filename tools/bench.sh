@@ -6,6 +6,6 @@ cd "$(dirname "$0")/.."
 
 tools/install_packages.sh libcgal-dev
 cmake --preset release -B build/bench -DKORVEL_BUILD_PEERS=ON \
-    -DKORVEL_BUILD_HOST=OFF -DKORVEL_BUILD_TESTS=OFF
+    -DKORVEL_BUILD_APPS=OFF -DKORVEL_BUILD_TESTS=OFF
 cmake --build build/bench --target korvel_compare
 build/bench/bench/compare/korvel_compare "$@"

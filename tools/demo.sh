@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 tools/install_packages.sh
 cmake --preset release
 cmake --build --preset release --target korvel_command
-korvel=build/release/host/korvel
+korvel=build/release/apps/command/korvel
 mkdir -p out
 
 # One unit of x is a longer way than one of y on the maps of the United States, and far islands would

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "bench/compare/contest.h"
-#include "bench/sample_network.h"
+#include "bench/inputs/sample_network.h"
 #include "korvel/polyregion/plydt.h"
 
 // The peers' ways to do korvel's jobs. Input is turned into a peer's own records before its clock

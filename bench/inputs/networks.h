@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bench/sample_network.h"
+#include "bench/inputs/sample_network.h"
 
 namespace korvel::bench {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
 
 /// A body of a body model: the faces that bound it, its colour, and what is derived from them.

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "korvel/body/body_geometry.h"
-#include "korvel/body/edge_chains.h"
-#include "korvel/geometry/list_index.h"
+#include "korvel/base/indices.h"
+#include "korvel/body/derive/derivation.h"
+#include "korvel/body/derive/edge_chains.h"
 
 using korvel::has_element;
 

@@ -5,15 +5,15 @@
 #include <utility>
 #include <vector>
 
-#include "korvel/body/body_geometry.h"
-#include "korvel/body/edge_chains.h"
-#include "korvel/body/flat_model.h"
+#include "korvel/base/indices.h"
+#include "korvel/base/text_reader.h"
+#include "korvel/body/derive/derivation.h"
+#include "korvel/body/derive/edge_chains.h"
+#include "korvel/body/derive/flat_model.h"
 #include "korvel/body/tmod3d.h"
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/text_reader.h"
 
 using korvel::FlatModel;
-using korvel::Lists;
+using korvel::IndexLists;
 using korvel::Progress;
 using korvel::TextReader;
 
@@ -104,8 +104,9 @@ bool make_at_once(const Numbers& numbers, TMOD3D& model) {
     for (std::size_t i = 0; i < numbers.coordinates.size(); ++i) {
         points[i / 3].model[i % 3] = numbers.coordinates[i];
     }
-    FlatModel flat{std::move(points), std::move(chains->edges), Lists(std::move(chains->verts)),
-                   Lists(std::move(chains->lines)), korvel::faces_of_bodies(model, faces)};
+    FlatModel flat{std::move(points), std::move(chains->edges),
+                   IndexLists(std::move(chains->verts)), IndexLists(std::move(chains->lines)),
+                   korvel::faces_of_bodies(model, faces)};
     korvel::orient_bodies(model, flat, chains->side_lines);
     chains.reset();
     korvel::derive_from(std::move(flat), model, korvel::Records::are_new);

@@ -4,11 +4,11 @@
 #include <cstdio>
 #include <vector>
 
-#include "korvel/body/body_geometry.h"
-#include "korvel/body/edge_chains.h"
-#include "korvel/body/flat_model.h"
+#include "korvel/base/indices.h"
+#include "korvel/body/derive/derivation.h"
+#include "korvel/body/derive/edge_chains.h"
+#include "korvel/body/derive/flat_model.h"
 #include "korvel/body/tmod3d.h"
-#include "korvel/geometry/list_index.h"
 #include "korvel/polyregion/plydt.h"
 
 using korvel::shifted_index;

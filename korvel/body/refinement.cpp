@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "korvel/geometry/list_index.h"
+#include "korvel/base/indices.h"
 
 namespace korvel {
 namespace {

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <vector>
 
+#include "korvel/base/indices.h"
+#include "korvel/base/key_index.h"
 #include "korvel/body/tmod3d.h"
-#include "korvel/geometry/first_index.h"
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/space.h"
+#include "korvel/geometry/vectors.h"
 
 using korvel::has_element;
 
@@ -68,7 +68,7 @@ private:
         }
     }
 
-    korvel::FirstIndex edges_{64};
+    korvel::KeyIndex edges_{64};
     std::vector<Head> heads_;
     std::vector<Link> links_;
 };

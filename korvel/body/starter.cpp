@@ -3,11 +3,11 @@
 #include <cmath>
 #include <iterator>
 
-#include "korvel/body/body_geometry.h"
-#include "korvel/body/edge_chains.h"
+#include "korvel/base/indices.h"
+#include "korvel/body/derive/derivation.h"
+#include "korvel/body/derive/edge_chains.h"
 #include "korvel/body/refinement.h"
 #include "korvel/body/tmod3d.h"
-#include "korvel/geometry/list_index.h"
 
 namespace {
 

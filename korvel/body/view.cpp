@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
-#include "korvel/body/flat_model.h"
-#include "korvel/geometry/list_index.h"
+#include "korvel/base/indices.h"
+#include "korvel/body/derive/flat_model.h"
 #include "korvel/geometry/view_transform.h"
 
 using korvel::has_element;

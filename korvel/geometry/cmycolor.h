@@ -1,6 +1,6 @@
 #pragma once
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 
 /// Conversion between red-green-blue and hue-lightness-saturation in single precision (the double
 /// hexcone model). Channels, saturation and lightness run from 0 to 1, hue in degrees.

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "korvel/geometry/list_index.h"
+#include "korvel/base/indices.h"
 #include "korvel/geometry/poly3d.h"
-#include "korvel/geometry/space.h"
-#include "korvel/geometry/turn.h"
+#include "korvel/geometry/vectors.h"
+#include "korvel/plane/turn.h"
 
 using korvel::has_element;
 using korvel::PlanePoint;

@@ -1,6 +1,6 @@
 // A face's vertices as OpenGL calls; the caller brackets them with `glBegin` and `glEnd`.
 
-#include "korvel/geometry/list_index.h"
+#include "korvel/base/indices.h"
 #include "korvel/geometry/poly3d.h"
 #include "korvel/platform/opengl.h"
 

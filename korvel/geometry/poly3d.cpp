@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/space.h"
+#include "korvel/base/indices.h"
+#include "korvel/geometry/vectors.h"
 
 using korvel::has_element;
 

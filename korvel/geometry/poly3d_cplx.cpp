@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "korvel/base/indices.h"
 #include "korvel/geometry/cmycolor.h"
-#include "korvel/geometry/device_point.h"
-#include "korvel/geometry/fill.h"
-#include "korvel/geometry/list_index.h"
+#include "korvel/plane/device_point.h"
+#include "korvel/plane/fill.h"
 
 using korvel::has_element;
 

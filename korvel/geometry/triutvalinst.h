@@ -1,6 +1,6 @@
 #pragma once
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
 
 /// Two lists of triples of 32-bit values. The library gives the values no meaning and never fills

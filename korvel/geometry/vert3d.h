@@ -1,6 +1,6 @@
 #pragma once
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
 
 /// A vertex of a body model or a section model.

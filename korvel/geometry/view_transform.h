@@ -1,6 +1,6 @@
 #pragma once
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 
 // Matrices are 16 doubles, row by row; points are rows, multiplied on the left of the matrix, and
 // only the 3×3 block turns them.

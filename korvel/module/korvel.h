@@ -11,7 +11,7 @@
 #include "korvel/geometry/triutvalinst.h"
 #include "korvel/geometry/vert3d.h"
 #include "korvel/geometry/view_transform.h"
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"

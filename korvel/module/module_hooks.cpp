@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 #include "korvel/platform/types.h"
 
 /// What lines are drawn with. A default pen is the device's own: solid, black, one device unit

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 #include "korvel/platform/types.h"
 
 /// One loaded extension module, as the framework knows it. Starts zeroed.

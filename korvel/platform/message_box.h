@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 #include "korvel/platform/types.h"
 
 namespace korvel {

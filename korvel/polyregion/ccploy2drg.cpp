@@ -2,8 +2,8 @@
 
 #include "korvel/polyregion/ccploy2drg.h"
 
-#include "korvel/geometry/line_equation.h"
-#include "korvel/geometry/text_reader.h"
+#include "korvel/base/text_reader.h"
+#include "korvel/plane/line_equation.h"
 #include "korvel/polyregion/side_topology.h"
 
 using korvel::Progress;

@@ -2,8 +2,8 @@
 
 #include "korvel/polyregion/plydt.h"
 
-#include "korvel/geometry/device_point.h"
-#include "korvel/geometry/fill.h"
+#include "korvel/plane/device_point.h"
+#include "korvel/plane/fill.h"
 #include "korvel/polyregion/side_topology.h"
 #include "korvel/polyregion/triangle_tests.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "korvel/module/export.h"
+#include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
 #include "korvel/polyregion/ring.h"
 #include "korvel/polyregion/vert2d.h"

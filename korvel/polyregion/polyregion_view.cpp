@@ -1,9 +1,9 @@
 // Drawing a polygon-region set and finding the region under a point.
 
-#include "korvel/geometry/device_point.h"
-#include "korvel/geometry/fill.h"
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/winding.h"
+#include "korvel/base/indices.h"
+#include "korvel/plane/device_point.h"
+#include "korvel/plane/fill.h"
+#include "korvel/plane/winding.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/side_topology.h"
 

@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
-#include "korvel/geometry/first_index.h"
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/plane_point.h"
+#include "korvel/base/indices.h"
+#include "korvel/base/key_index.h"
+#include "korvel/plane/plane_point.h"
 #include "korvel/polyregion/ring.h"
 #include "korvel/polyregion/vert2d.h"
 
@@ -33,7 +33,7 @@ void derive_sides(RegionSet& set, MakeSide make_side) {
         return;
     }
 
-    FirstIndex known(set.side_list.GetSize() + set.pt_list.GetSize());
+    KeyIndex known(set.side_list.GetSize() + set.pt_list.GetSize());
     for (int side = 0; side < set.side_list.GetSize(); ++side) {
         known.find_or_add(side_key(set.side_list[side].p0, set.side_list[side].p1), side);
     }

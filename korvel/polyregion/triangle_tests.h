@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "korvel/geometry/plane_point.h"
-#include "korvel/geometry/turn.h"
+#include "korvel/plane/plane_point.h"
+#include "korvel/plane/turn.h"
 
 namespace korvel {
 

@@ -1,7 +1,7 @@
 // Cleaning of a curve network, the caller's or the split one, and the table of distinct points.
 
-#include "korvel/geometry/first_index.h"
-#include "korvel/geometry/list_index.h"
+#include "korvel/base/indices.h"
+#include "korvel/base/key_index.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
 
@@ -108,11 +108,11 @@ void CREGION::FilterRedundantCurve(CArray<tagPOINT>* pts, CArray<int>* counts) {
     for (int curve = 0; curve < curves.size(); ++curve) {
         keys.push_back(curve_key(curves, curve));
     }
-    korvel::FirstIndex seen(curves.size());
+    korvel::KeyIndex seen(curves.size());
     for (int curve = 0; curve < curves.size(); ++curve) {
         const auto at = static_cast<std::size_t>(curve);
-        if (at + korvel::FirstIndex::prefetch_distance < keys.size()) {
-            seen.prefetch(keys[at + korvel::FirstIndex::prefetch_distance]);
+        if (at + korvel::KeyIndex::prefetch_distance < keys.size()) {
+            seen.prefetch(keys[at + korvel::KeyIndex::prefetch_distance]);
         }
         const int first = korvel::first_equal(
             seen, keys[at], curve, [&](int a, int b) { return same_curve(curves, a, b); });
@@ -149,9 +149,9 @@ void CREGION::FilterSmaePoint() {
     }
     std::vector<tagPOINT> distinct;
     // Both ends of a curve usually meet another curve.
-    korvel::FirstIndex seen(curve_pts.GetSize() - curve_counts.GetSize());
+    korvel::KeyIndex seen(curve_pts.GetSize() - curve_counts.GetSize());
     for (int p = 0; p < curve_pts.GetSize(); ++p) {
-        const int ahead = p + korvel::FirstIndex::prefetch_distance;
+        const int ahead = p + korvel::KeyIndex::prefetch_distance;
         if (ahead < curve_pts.GetSize()) {
             seen.prefetch(korvel::point_key(curve_pts[ahead]));
         }

@@ -7,7 +7,7 @@
 #include <numeric>
 #include <utility>
 
-#include "korvel/geometry/live_points.h"
+#include "korvel/plane/live_points.h"
 
 namespace korvel {
 namespace {

@@ -4,8 +4,8 @@
 #include <limits>
 #include <vector>
 
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/plane_point.h"
+#include "korvel/base/indices.h"
+#include "korvel/plane/plane_point.h"
 #include "korvel/platform/framework.h"
 
 namespace korvel {

@@ -1,7 +1,7 @@
 // Drawing of the selected regions.
 
-#include "korvel/geometry/fill.h"
-#include "korvel/geometry/list_index.h"
+#include "korvel/base/indices.h"
+#include "korvel/plane/fill.h"
 #include "korvel/region/cregion.h"
 
 void CREGION::Draw_Regon(CDC* dc) {

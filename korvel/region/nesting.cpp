@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "korvel/geometry/first_index.h"
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/live_points.h"
-#include "korvel/geometry/winding.h"
+#include "korvel/base/indices.h"
+#include "korvel/base/key_index.h"
+#include "korvel/plane/live_points.h"
+#include "korvel/plane/winding.h"
 #include "korvel/platform/prefetch.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
@@ -111,7 +111,7 @@ void CREGION::GetAllSideInex() {
     remove_marked(ring_pts);
 
     std::vector<RING_SIDE> found;
-    korvel::FirstIndex seen(unique_pts.GetSize());
+    korvel::KeyIndex seen(unique_pts.GetSize());
     for (const RToPt& ring : ring_pts) {
         for (int k = 0; k < ring.pts.GetSize(); ++k) {
             const int a = ring.pts[k];

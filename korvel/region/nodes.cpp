@@ -3,8 +3,8 @@
 #include <cmath>
 #include <cstdint>
 
-#include "korvel/geometry/first_index.h"
-#include "korvel/geometry/list_index.h"
+#include "korvel/base/indices.h"
+#include "korvel/base/key_index.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
 
@@ -86,7 +86,7 @@ private:
     std::int64_t cell_size_;
     std::vector<tagPOINT> nodes_;
     std::vector<int> next_in_cell_;
-    korvel::FirstIndex cells_;
+    korvel::KeyIndex cells_;
 };
 
 } // namespace
@@ -105,7 +105,7 @@ void CREGION::CalcNodePts() {
     NodeFinder finder(radius, curves.size());
     bool has_moved = false;
     for (int curve = 0; curve < curves.size(); ++curve) {
-        const int ahead = curve + korvel::FirstIndex::prefetch_distance / 2;
+        const int ahead = curve + korvel::KeyIndex::prefetch_distance / 2;
         if (ahead < curves.size() && !curves.is_empty(ahead)) {
             finder.prefetch(curves.point(ahead, 0));
             finder.prefetch(curves.point(ahead, 0, true));
@@ -127,9 +127,9 @@ void CREGION::CalcNodePts() {
 }
 
 void CREGION::CalcCurveToNode() {
-    korvel::FirstIndex node_at(node_pts.GetSize());
+    korvel::KeyIndex node_at(node_pts.GetSize());
     for (int node = 0; node < node_pts.GetSize(); ++node) {
-        const int ahead = node + korvel::FirstIndex::prefetch_distance;
+        const int ahead = node + korvel::KeyIndex::prefetch_distance;
         if (ahead < node_pts.GetSize()) {
             node_at.prefetch(korvel::point_key(node_pts[ahead]));
         }
@@ -139,7 +139,7 @@ void CREGION::CalcCurveToNode() {
     curve_to_node.SetSize(0, 50);
     curve_to_node.SetSize(curves.size());
     for (int curve = 0; curve < curves.size(); ++curve) {
-        const int ahead = curve + korvel::FirstIndex::prefetch_distance / 2;
+        const int ahead = curve + korvel::KeyIndex::prefetch_distance / 2;
         if (ahead < curves.size() && !curves.is_empty(ahead)) {
             node_at.prefetch(korvel::point_key(curves.point(ahead, 0)));
             node_at.prefetch(korvel::point_key(curves.point(ahead, 0, true)));

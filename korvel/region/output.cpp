@@ -1,7 +1,7 @@
 // Handing out regions: all of them, or those that clicks have selected.
 
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/winding.h"
+#include "korvel/base/indices.h"
+#include "korvel/plane/winding.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
 #include "korvel/region/cregion.h"

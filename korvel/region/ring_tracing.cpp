@@ -8,10 +8,10 @@
 #include <span>
 #include <unordered_map>
 
-#include "korvel/geometry/first_index.h"
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/plane_point.h"
-#include "korvel/geometry/shell_sort.h"
+#include "korvel/base/indices.h"
+#include "korvel/base/key_index.h"
+#include "korvel/base/shell_sort.h"
+#include "korvel/plane/plane_point.h"
 #include "korvel/platform/prefetch.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
@@ -318,7 +318,7 @@ std::vector<int> distinct_rings(const FoundRings& rings) {
         return rings[a].size() == rings[b].size() && sorted(a) == sorted(b);
     };
     std::vector<int> distinct;
-    korvel::FirstIndex seen(rings.size());
+    korvel::KeyIndex seen(rings.size());
     for (int ring = 0; ring < rings.size(); ++ring) {
         std::uint64_t key = 0; // the same in whatever order the curves are walked
         for (const int id : rings[ring]) {

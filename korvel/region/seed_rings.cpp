@@ -2,11 +2,11 @@
 
 #include <cstdlib>
 
-#include "korvel/geometry/first_index.h"
-#include "korvel/geometry/list_index.h"
-#include "korvel/geometry/live_points.h"
-#include "korvel/geometry/shell_sort.h"
-#include "korvel/geometry/winding.h"
+#include "korvel/base/indices.h"
+#include "korvel/base/key_index.h"
+#include "korvel/base/shell_sort.h"
+#include "korvel/plane/live_points.h"
+#include "korvel/plane/winding.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
 
@@ -55,7 +55,7 @@ public:
 private:
     std::vector<tagPOINT> corners_;
     korvel::IntBox box_;
-    korvel::FirstIndex corners_at_;
+    korvel::KeyIndex corners_at_;
 };
 
 } // namespace

@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "korvel/geometry/device_point.h"
+#include "korvel/plane/device_point.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/crossings.h"
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "korvel/geometry/text_reader.h"
+#include "korvel/base/text_reader.h"
 #include "korvel/section/tmod2d.h"
 
 using korvel::Progress;

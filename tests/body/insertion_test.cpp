@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/body/models.h"
+#include "tests/support/models.h"
 
 using namespace korvel::test;
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/body/model_state.h"
+#include "tests/support/model_state.h"
 
 using namespace korvel::test;
 

@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 
 #include "korvel/polyregion/plydt.h"
-#include "tests/body/model_state.h"
 #include "tests/body/plain_model.h"
+#include "tests/support/model_state.h"
 
 using namespace korvel::test;
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "korvel/polyregion/plydt.h"
-#include "tests/body/model_state.h"
+#include "tests/support/model_state.h"
 
 using namespace korvel::test;
 

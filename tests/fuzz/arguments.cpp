@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "host/cli/arguments.h"
-#include "host/cli/program.h"
-#include "host/io/errors.h"
+#include "apps/command/arguments.h"
+#include "apps/command/program.h"
+#include "kit/base/errors.h"
 #include "tests/fuzz/exercise.h"
 
 namespace {
 
-using namespace korvel::host;
+using namespace korvel::kit;
 
 void parse(const std::vector<std::string>& words) {
     CLI::App program;

@@ -3,17 +3,17 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "host/bodies/section_cut.h"
-#include "host/bodies/surface.h"
-#include "host/checks/file_kind.h"
-#include "host/checks/findings.h"
-#include "host/io/errors.h"
-#include "host/io/model_file.h"
+#include "kit/base/errors.h"
+#include "kit/files/file_kind.h"
+#include "kit/files/findings.h"
+#include "kit/files/model_file.h"
+#include "kit/solids/section_cut.h"
+#include "kit/solids/surface.h"
 #include "tests/fuzz/exercise.h"
 
 namespace {
 
-using namespace korvel::host;
+using namespace korvel::kit;
 
 void read_all(const TextFile& file) {
     kind_of(file);

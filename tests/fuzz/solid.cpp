@@ -1,19 +1,19 @@
 // A polygon-region file, treated as the command treats it: triangulated and measured, and each
 // region raised to a body.
 
-#include "host/bodies/join.h"
-#include "host/bodies/surface.h"
-#include "host/canvas/region_colours.h"
-#include "host/io/errors.h"
-#include "host/io/region_file.h"
-#include "host/sets/cap.h"
-#include "host/sets/coverage.h"
-#include "host/sets/region_sets.h"
+#include "kit/base/errors.h"
+#include "kit/files/region_file.h"
+#include "kit/maps/cap.h"
+#include "kit/maps/coverage.h"
+#include "kit/maps/region_colours.h"
+#include "kit/maps/region_sets.h"
+#include "kit/solids/join.h"
+#include "kit/solids/surface.h"
 #include "tests/fuzz/exercise.h"
 
 namespace {
 
-using namespace korvel::host;
+using namespace korvel::kit;
 
 // Regions stay small, so that calls stay quick.
 constexpr int most_entries = 400;

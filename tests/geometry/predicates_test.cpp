@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "korvel/geometry/view_transform.h"
-#include "tests/geometry/record_state.h"
+#include "tests/support/record_state.h"
 
 using namespace korvel::test;
 

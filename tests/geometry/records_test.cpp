@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/geometry/record_state.h"
+#include "tests/support/record_state.h"
 
 using namespace korvel::test;
 

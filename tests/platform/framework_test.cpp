@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "korvel/platform/framework.h"
-#include "tests/platform/extension_chain.h"
+#include "tests/support/extension_chain.h"
 
 using korvel::test::chain;
 

@@ -9,8 +9,8 @@
 
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
-#include "tests/geometry/recording_dc.h"
-#include "tests/polyregion/shape.h"
+#include "tests/support/recording_dc.h"
+#include "tests/support/shape.h"
 
 using korvel::test::Ints;
 using korvel::test::RecordingDC;

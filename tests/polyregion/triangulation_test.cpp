@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "korvel/polyregion/plydt.h"
-#include "tests/polyregion/shape.h"
+#include "tests/support/shape.h"
 
 using korvel::test::Ints;
 using korvel::test::Shape;

@@ -10,8 +10,8 @@
 
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
-#include "tests/geometry/recording_dc.h"
 #include "tests/region/plain_region.h"
+#include "tests/support/recording_dc.h"
 
 using korvel::test::Curves;
 using korvel::test::curves_from;

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "kit/maps/region_sets.h"
+#include "kit/pictures/picture_canvas.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+/// A point of real coordinates as a user gave it.
+struct RealPoint {
+    double x = 0;
+    double y = 0;
+};
+
+// Each reads the text of an argument and throws InputError, naming the option, when it does not
+// fit.
+
+/// X,Y in integers of 32 bits.
+tagPOINT parse_lattice_point(const std::string& option, const std::string& text);
+
+/// X,Y in finite numbers.
+RealPoint parse_real_point(const std::string& option, const std::string& text);
+
+/// WxH in pixels, each from 16 to 20000.
+PictureSize parse_picture_size(const std::string& option, const std::string& text);
+
+/// X,Y,X,Y in finite numbers: two opposite corners that differ in x and y.
+Box parse_box(const std::string& option, const std::string& text);
+
+/// As many finite numbers, separated by commas, as `form` has commas and one: "LO,HI". Those in
+/// brackets may be left out: "DX,DY[,DZ]". `form` says in the message what belongs here.
+std::vector<double> parse_reals(const std::string& option, const std::string& text,
+                                const std::string& form);
+
+/// Throws InputError: "korvel: --levels: '5' is not two levels LO,HI".
+[[noreturn]] void refuse(const std::string& option, const std::string& text,
+                         const std::string& expected);
+
+/// Throws unless the factor is between a millionth and a million.
+void check_stretch(double factor);
+
+/// Throws unless the tolerance is finite and not negative.
+void check_tolerance(double tolerance);
+
+} // namespace korvel::kit

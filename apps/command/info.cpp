@@ -1,0 +1,196 @@
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "apps/command/command.h"
+#include "apps/command/loaded_model.h"
+#include "apps/command/report.h"
+#include "kit/base/errors.h"
+#include "kit/files/file_kind.h"
+#include "kit/files/model_file.h"
+#include "kit/files/region_file.h"
+#include "kit/maps/region_sets.h"
+#include "kit/solids/surface.h"
+
+namespace korvel::kit {
+namespace {
+
+class InfoCommand {
+public:
+    explicit InfoCommand(CLI::App& command);
+    void run() const;
+
+private:
+    std::string input_;
+};
+
+void tell_curves(const CurveNetwork& curves);
+void tell_regions(const CCPloy2DRg& set);
+void tell_triangles(const PLYDT& set, std::size_t regions);
+void tell_section(const TMOD2D& section);
+void tell_model(const TextFile& file);
+void tell_body(const TMOD3D& model, int index, const Surface& surface);
+void tell_bounds(const Box& box);
+
+} // namespace
+
+void add_info_command(CLI::App& program) {
+    CLI::App* command = program.add_subcommand("info", "Tell what a file is and what it holds");
+    command->group("Commands");
+    const auto self = std::make_shared<InfoCommand>(*command);
+    command->callback([self] { self->run(); });
+}
+
+namespace {
+
+InfoCommand::InfoCommand(CLI::App& command) {
+    command.add_option("FILE", input_, "Any file that korvel reads or writes")
+        ->required()
+        ->type_name("FILE");
+    command.footer("Of a model it tells for each body its faces, edges and vertices, its Euler\n"
+                   "characteristic (vertices - edges + faces: 2 for a ball, 0 for a ring), its\n"
+                   "volume and colour, whether it is closed, and the bodies that share a face\n"
+                   "with it.\n"
+                   "\n"
+                   "Example:\n"
+                   "  korvel info states.model");
+}
+
+void InfoCommand::run() const {
+    const TextFile file(input_);
+    const FileKind kind = kind_of(file);
+    FileContents contents;
+    WordReader words(file);
+    read_as(kind, words, contents);
+    std::printf("%s: %s\n", input_.c_str(), kind_name(kind));
+    switch (kind) {
+    case FileKind::curves:
+        tell_curves(contents.curves);
+        break;
+    case FileKind::regions:
+        tell_regions(contents.regions);
+        break;
+    case FileKind::model:
+        tell_model(file);
+        break;
+    case FileKind::section:
+    case FileKind::written_section:
+        tell_section(contents.section);
+        break;
+    case FileKind::triangles:
+        tell_triangles(contents.triangles, contents.lines.wholes.size());
+        break;
+    }
+}
+
+void tell_curves(const CurveNetwork& curves) {
+    Box box;
+    int closed = 0;
+    int next = 0;
+    for (const int count : curves.counts) {
+        if (count > 0) {
+            const tagPOINT first = curves.pts[next];
+            const tagPOINT last = curves.pts[next + count - 1];
+            closed += count > 2 && first.x == last.x && first.y == last.y ? 1 : 0;
+        }
+        next += count;
+    }
+    for (const tagPOINT& point : curves.pts) {
+        box.take_in(point.x, point.y);
+    }
+    std::printf("%s, %d of them closed, %s\n", counted(curves.counts.GetSize(), "curve").c_str(),
+                closed, counted(curves.pts.GetSize(), "point").c_str());
+    tell_bounds(box);
+}
+
+void tell_regions(const CCPloy2DRg& set) {
+    int holes = 0;
+    double area = 0;
+    const bool lattice = are_lattice_points(set.pt_list);
+    for (const CCPloy2DRg::PyToRg& region : set.region_list) {
+        holes += std::max(region.rings.GetSize() - 1, 0);
+        area += region_area(set, region, lattice);
+    }
+    std::printf("%s with %s, %s, %s, area %s\n",
+                counted(set.region_list.GetSize(), "region").c_str(),
+                counted(holes, "hole").c_str(), counted(set.ring_list.GetSize(), "ring").c_str(),
+                counted(set.pt_list.GetSize(), "point").c_str(), number_text(area).c_str());
+    tell_bounds(box_of_regions(set));
+}
+
+void tell_triangles(const PLYDT& set, std::size_t regions) {
+    Box box;
+    for (const VERT2D& point : set.pt_list) {
+        box.take_in(point.x, point.y);
+    }
+    std::printf("%s of %s, %s\n", counted(set.trg_list.GetSize(), "triangle").c_str(),
+                counted(static_cast<int>(regions), "region").c_str(),
+                counted(set.pt_list.GetSize(), "point").c_str());
+    tell_bounds(box);
+}
+
+void tell_section(const TMOD2D& section) {
+    std::printf("%s, %s, %s\n", counted(section.verts.GetSize(), "vertex", "vertices").c_str(),
+                counted(section.polys.GetSize(), "face").c_str(),
+                counted(section.groups.GetSize(), "group").c_str());
+    if (section.verts.IsEmpty()) {
+        return;
+    }
+    double pairs[6] = {};
+    for (int k = 0; k < 3; ++k) {
+        const auto [least, greatest] = std::minmax_element(
+            section.verts.begin(), section.verts.end(),
+            [&](const VERT3D& a, const VERT3D& b) { return a.model_xyz[k] < b.model_xyz[k]; });
+        pairs[2 * k] = least->model_xyz[k];
+        pairs[2 * k + 1] = greatest->model_xyz[k];
+    }
+    std::printf("bounds %s\n", bounds_text(pairs, 3).c_str());
+}
+
+void tell_model(const TextFile& file) {
+    TMOD3D model;
+    if (const auto note = read_model(file, model)) {
+        warn(*note);
+    }
+    const std::vector<Surface> all = surfaces(model);
+    const auto open = std::count_if(all.begin(), all.end(),
+                                    [](const Surface& surface) { return !surface.is_closed(); });
+    std::printf("%s, %d of them open, %s\n",
+                counted(model.bodies.GetSize(), "body", "bodies").c_str(), static_cast<int>(open),
+                figures_text(model).c_str());
+    std::printf("bounds %s\n", bounds_text(model.wrap_cuboid, 3).c_str());
+    std::printf("  body   faces   edges  vertices  Euler              volume  colour   state\n");
+    for (int body = 0; body < model.bodies.GetSize(); ++body) {
+        tell_body(model, body, all[body]);
+    }
+}
+
+void tell_body(const TMOD3D& model, int index, const Surface& surface) {
+    const BODY3D& body = model.bodies[index];
+    unsigned char red = 0;
+    unsigned char green = 0;
+    unsigned char blue = 0;
+    CMYColor().HLSToRGBi(static_cast<float>(body.hue), static_cast<float>(body.lightness),
+                         static_cast<float>(body.saturation), red, green, blue);
+    std::printf("%6d %7d %7d %9d %6d %19s  #%02x%02x%02x  %s", index, surface.faces, surface.edges,
+                surface.vertices, surface.euler_characteristic(), number_text(body.volume).c_str(),
+                red, green, blue, state_text(surface).c_str());
+    const char* separator = ", shares faces with ";
+    for (const int neighbour : body.neighbour_bodies) {
+        std::printf("%s%d", separator, neighbour);
+        separator = " ";
+    }
+    std::printf("\n");
+}
+
+void tell_bounds(const Box& box) {
+    if (!box.is_empty()) {
+        const double pairs[] = {box.left, box.right, box.top, box.bottom};
+        std::printf("bounds %s\n", bounds_text(pairs, 2).c_str());
+    }
+}
+
+} // namespace
+} // namespace korvel::kit

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "korvel/module/korvel.h"
+
+// Body models as commands take them in and tell of them.
+
+namespace korvel::kit {
+
+/// Reads a body model file into an empty model. Warns of the first whole-numbered coordinate that
+/// single precision changes. Throws InputError, which says what the file is where it is no model.
+void load_model(const std::string& file, TMOD3D& out);
+
+/// Throws InputError unless the number is one of `size` things of the file: "korvel: --body: '7' is
+/// not a body of states.model, they go from 0 to 3".
+void check_number(const std::string& option, int number, int size, const std::string& thing,
+                  const std::string& file);
+
+/// "28280 vertices, 83016 edges, 55344 faces, volume 1075590865500", the volume of all bodies.
+std::string figures_text(const TMOD3D& model);
+
+/// The volumes of all bodies as they stand, added up.
+double volume_of_bodies(const TMOD3D& model);
+
+/// Warns when a model file would put vertices off by more than 10⁻⁵ of the model's extent. `advice`
+/// ends the warning, such as "; --unit brings it closer to 0,0".
+void warn_of_rounding(const TMOD3D& model, const std::string& advice = {});
+
+} // namespace korvel::kit

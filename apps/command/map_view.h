@@ -1,0 +1,28 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+#include "kit/maps/region_sets.h"
+#include "kit/pictures/picture_fit.h"
+
+namespace korvel::kit {
+
+/// Which part of a map a picture shows, and how: `--view X,Y,X,Y` and `--stretch F`.
+class MapView {
+public:
+    void add_options(CLI::App& command);
+
+    /// Throws InputError when an option does not fit.
+    void check() const;
+
+    /// Shows `box` unless the user asked for another view.
+    PictureFit fit(const Box& box, PictureSize size) const;
+
+private:
+    std::string view_;
+    double stretch_ = 1;
+};
+
+} // namespace korvel::kit

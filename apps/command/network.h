@@ -1,0 +1,45 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+#include "kit/files/curve_file.h"
+#include "kit/files/text_file.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+/// A curve file turned into regions, and the options that this takes.
+class Network {
+public:
+    /// Adds `--tolerance` and `--select` to a command.
+    void add_options(CLI::App& command);
+
+    /// Throws InputError when an option does not fit. Cheap, so that it can come first.
+    void check() const;
+
+    /// Reads the curves, finds the regions and prints how many of both there are.
+    void load(const TextFile& file);
+
+    bool has_selection() const { return !select_.empty(); }
+    const std::vector<std::string>& selection() const { return select_; }
+
+    /// Selects the regions under the given points; prints which, and warns of points without one.
+    /// Returns the indices of the selected regions, ascending.
+    std::vector<int> select();
+
+    CREGION& builder() { return builder_; }
+
+private:
+    std::vector<int> selected_regions() const;
+
+    double tolerance_ = 1.0;
+    std::vector<std::string> select_;
+    std::vector<tagPOINT> points_; // of `select_`
+    CurveNetwork curves_;          // outlives the builder, which points into it
+    CREGION builder_;
+};
+
+} // namespace korvel::kit

@@ -1,0 +1,98 @@
+#include "apps/command/outputs.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+
+#include "apps/command/arguments.h"
+#include "apps/command/progress.h"
+#include "kit/base/errors.h"
+#include "kit/files/output_file.h"
+#include "kit/pictures/picture_fit.h"
+
+namespace korvel::kit {
+
+CLI::Option* Outputs::add_file(CLI::App& command, const std::string& contents) {
+    return command.add_option("-o,--output", file_, contents)->type_name("FILE");
+}
+
+void Outputs::add_picture(CLI::App& command) {
+    command.add_option("--picture", picture_, "Paint a picture: .png, .svg or .pdf")
+        ->type_name("FILE");
+    command
+        .add_option("--size", size_,
+                    "Size of the picture in pixels (.pdf: points), 16 to 20000 each")
+        ->type_name("WxH")
+        ->capture_default_str();
+}
+
+void Outputs::check() const {
+    parse_picture_size("--size", size_);
+    if (!picture_.empty()) {
+        picture_format(picture_);
+    }
+    const auto place = [](const std::string& file) {
+        std::error_code error;
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(file), error);
+    };
+    if (!file_.empty() && !picture_.empty() && place(file_) == place(picture_)) {
+        throw InputError("korvel: " + file_ + ": named both for the picture and by --output");
+    }
+    for (const std::string& file : {file_, picture_}) {
+        if (!file.empty()) {
+            OutputFile::check(file);
+        }
+    }
+}
+
+void Outputs::write(const WriteFile& write_file, const Paint& paint) const {
+    const Stopwatch time;
+    std::optional<OutputFile> file;
+    std::optional<OutputFile> picture;
+    if (!file_.empty()) {
+        file.emplace(file_);
+        write_file(file->stream());
+        file->close();
+    }
+    if (!picture_.empty()) {
+        picture.emplace(picture_);
+        paint_into(*picture, picture_, paint);
+    }
+    if (file) {
+        file->replace();
+    }
+    if (picture) {
+        picture->replace();
+    }
+    if (file || picture) {
+        const char* const separator = file && picture ? ", " : "";
+        std::printf("wrote %s%s%s in %.1f ms\n", file_.c_str(), separator, picture_.c_str(),
+                    time.milliseconds());
+    }
+}
+
+void Outputs::write_picture(const std::string& file, const Paint& paint) const {
+    OutputFile picture(file);
+    paint_into(picture, file, paint);
+    picture.replace();
+}
+
+void Outputs::paint_into(OutputFile& out, const std::string& file, const Paint& paint) const {
+    const Progress progress("painting");
+    const PictureSize size = parse_picture_size("--size", size_);
+    PictureCanvas canvas(out, picture_format(file), size, PictureFit::units_per_pixel);
+    paint(canvas, size);
+    canvas.finish();
+    out.close();
+}
+
+std::string numbered_picture(const std::string& picture, int number, int digits) {
+    std::string text = std::to_string(number);
+    text.insert(0, static_cast<std::size_t>(std::max(0, digits - static_cast<int>(text.size()))),
+                '0');
+    const std::filesystem::path path(picture);
+    return (path.parent_path() / path.stem()).string() + "-" + text + path.extension().string();
+}
+
+} // namespace korvel::kit

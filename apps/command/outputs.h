@@ -1,0 +1,50 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <functional>
+#include <string>
+
+#include "kit/pictures/picture_canvas.h"
+
+namespace korvel::kit {
+
+/// The files that a command writes besides its report: `-o FILE`, and `--picture FILE` with
+/// `--size WxH`.
+class Outputs {
+public:
+    /// Adds `-o` to a command; `contents` says what it writes.
+    CLI::Option* add_file(CLI::App& command, const std::string& contents);
+
+    /// Adds `--picture` and `--size`.
+    void add_picture(CLI::App& command);
+
+    /// Looks for everything that would make `write` fail at the end of a long run. Throws
+    /// InputError or OutputError.
+    void check() const;
+
+    bool has_file() const { return !file_.empty(); }
+    const std::string& picture() const { return picture_; }
+
+    using WriteFile = std::function<void(FILE* out)>;
+    using Paint = std::function<void(PictureCanvas& canvas, PictureSize size)>;
+
+    /// Writes what was asked for. Both files take their places once both are complete.
+    void write(const WriteFile& write_file, const Paint& paint = {}) const;
+
+    /// Writes a picture of the size that was asked for into a file of another name.
+    void write_picture(const std::string& file, const Paint& paint) const;
+
+private:
+    void paint_into(OutputFile& out, const std::string& file, const Paint& paint) const;
+
+    std::string file_;
+    std::string picture_;
+    std::string size_ = "1600x1000";
+};
+
+/// The name of one of several pictures: "ball.png" with number 7 in two digits is "ball-07.png".
+std::string numbered_picture(const std::string& picture, int number, int digits);
+
+} // namespace korvel::kit

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+namespace korvel::kit {
+
+/// Adds name, help and all commands to the empty program.
+void build_program(CLI::App& program);
+
+/// The arguments in the order in which the program parses them, last first. Throws InputError when
+/// one of them is empty.
+std::vector<std::string> arguments(int argc, char** argv);
+
+} // namespace korvel::kit

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+#include "apps/command/arguments.h"
+#include "apps/command/network.h"
+#include "kit/files/text_file.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+/// The regions of a curve file or of a polygon-region file, all or those under `--select`.
+class RegionInput {
+public:
+    /// Adds the file, `--tolerance` and `--select` to a command.
+    void add_options(CLI::App& command);
+
+    /// Throws InputError when an option does not fit.
+    void check() const { network_.check(); }
+
+    /// Reads the file, prints what it holds and fills the empty `set`. Rings turn the way that the
+    /// triangulation expects.
+    void load(PLYDT& set);
+
+    /// The number of a region of the set in the file, and where it lies.
+    std::string name(const PLYDT& set, int region) const;
+
+    const std::string& file() const { return file_; }
+
+private:
+    void take_network(const TextFile& file, PLYDT& set);
+    void take_region_set(const TextFile& file, PLYDT& set);
+    std::vector<int> select(CCPloy2DRg& regions, const std::vector<RealPoint>& places) const;
+
+    std::string file_;
+    Network network_;
+    std::vector<int> numbers_; // of the regions before the selection; empty without one
+};
+
+} // namespace korvel::kit

@@ -1,0 +1,237 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "apps/command/arguments.h"
+#include "apps/command/command.h"
+#include "apps/command/loaded_model.h"
+#include "apps/command/outputs.h"
+#include "apps/command/progress.h"
+#include "apps/command/report.h"
+#include "kit/pictures/section_picture.h"
+#include "kit/solids/section_cut.h"
+
+namespace korvel::kit {
+namespace {
+
+class SectionCommand {
+public:
+    explicit SectionCommand(CLI::App& command);
+    void run();
+
+private:
+    Plane plane() const;
+    std::string text(const Plane& plane) const;
+    void cut_once();
+    void sweep();
+    void report(const Cut& cut) const;
+    SectionView view(const Cut& cut, const Box& box) const;
+    Box model_box(PlaneAxes axes) const;
+    std::string picture_of(int cut) const;
+
+    static constexpr int most_cuts = 10000;
+
+    std::string input_;
+    std::string x_;
+    std::string y_;
+    std::string plane_;
+    int sweep_ = 0;
+    Outputs outputs_;
+    TMOD3D model_;
+};
+
+Box section_box(const Cut& cut, PlaneAxes axes);
+
+} // namespace
+
+void add_section_command(CLI::App& program) {
+    CLI::App* command = program.add_subcommand("section", "Cut a model by a plane");
+    command->group("Commands");
+    const auto self = std::make_shared<SectionCommand>(*command);
+    command->callback([self] { self->run(); });
+}
+
+namespace {
+
+SectionCommand::SectionCommand(CLI::App& command) {
+    command.add_option("MODEL", input_, "Body model file")->required()->type_name("FILE");
+    CLI::Option_group* const planes = command.add_option_group("Plane", "One of:");
+    planes->add_option("--x", x_, "Cut along x: by the plane y = V")->type_name("V");
+    planes->add_option("--y", y_, "Cut along y: by the plane x = V")->type_name("V");
+    planes->add_option("--plane", plane_, "Cut by the plane A x + B y + C z + D = 0")
+        ->type_name("A,B,C,D");
+    planes->require_option(1);
+    outputs_.add_file(command, "Write a section file");
+    outputs_.add_picture(command);
+    command
+        .add_option("--sweep", sweep_,
+                    "Cut N times, evenly spaced through the whole model, parallel to the plane")
+        ->type_name("N")
+        ->check(CLI::Range(1, most_cuts).description(""))
+        ->excludes(command.get_option("--output"));
+    command.footer(
+        "--x and --y are named for the axis that runs along the cut, not for the one that the\n"
+        "plane fixes. Where corners of the model lie on the plane, the cut is made just beside\n"
+        "it. With --sweep the pictures are numbered: FILE-001.png and so on.\n"
+        "\n"
+        "Examples:\n"
+        "  korvel section states.model --x -60000 --picture section.png\n"
+        "  korvel section states.model --plane 0,0,1,-1500 -o level.section\n"
+        "  korvel section states.model --y 0 --sweep 20 --picture slices.png");
+}
+
+void SectionCommand::run() {
+    plane();
+    outputs_.check();
+    load_model(input_, model_);
+    std::printf("%s: %s, bounds %s\n", input_.c_str(),
+                counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
+                bounds_text(model_.wrap_cuboid, 3).c_str());
+    if (sweep_ > 0) {
+        sweep();
+    } else {
+        cut_once();
+    }
+}
+
+Plane SectionCommand::plane() const {
+    if (!x_.empty()) {
+        return {0, 1, 0, -parse_reals("--x", x_, "V")[0]};
+    }
+    if (!y_.empty()) {
+        return {1, 0, 0, -parse_reals("--y", y_, "V")[0]};
+    }
+    const std::vector<double> given = parse_reals("--plane", plane_, "A,B,C,D");
+    const double length = std::hypot(given[0], given[1], given[2]);
+    if (!(length > 1e-100 && length < 1e100)) {
+        refuse("--plane", plane_, "A,B,C,D with A, B and C not all 0");
+    }
+    return {given[0], given[1], given[2], given[3]};
+}
+
+std::string SectionCommand::text(const Plane& plane) const {
+    if (plane_.empty()) {
+        return (x_.empty() ? "x = " : "y = ") + number_text(0 - plane[3]);
+    }
+    std::string sum;
+    for (int k = 0; k < 4; ++k) {
+        if (plane[k] == 0) {
+            continue;
+        }
+        const bool is_first = sum.empty();
+        sum += plane[k] < 0 ? (is_first ? "-" : " - ") : (is_first ? "" : " + ");
+        const double factor = std::abs(plane[k]);
+        sum += factor != 1 || k == 3 ? number_text(factor) : "";
+        sum += k == 3 ? "" : std::string(1, "xyz"[k]);
+    }
+    return sum + " = 0";
+}
+
+void SectionCommand::cut_once() {
+    const Stopwatch time;
+    const Cut cut = cut_model(model_, plane());
+    const double milliseconds = time.milliseconds();
+    std::printf("%s", text(plane()).c_str());
+    if (cut.plane != plane()) {
+        std::printf(", cut beside the corners that lie there: %s", text(cut.plane).c_str());
+    }
+    std::printf("\n%d of %s cut in %.1f ms, %s, area %s\n", static_cast<int>(cut.bodies.size()),
+                counted(model_.bodies.GetSize(), "body", "bodies").c_str(), milliseconds,
+                counted(cut.section.polys.GetSize(), "polygon").c_str(),
+                number_text(cut.area).c_str());
+    report(cut);
+    const PlaneAxes axes(cut.plane);
+    const Box box = cut.bodies.empty() ? model_box(axes) : section_box(cut, axes);
+    outputs_.write(
+        [&](FILE* out) {
+            TMOD2D section = cut.section;
+            section.writedate(out);
+        },
+        [&](PictureCanvas& canvas, PictureSize size) {
+            paint_section(canvas, size, cut, view(cut, box));
+        });
+}
+
+void SectionCommand::report(const Cut& cut) const {
+    if (!cut.bodies.empty()) {
+        std::printf("  body  polygons                area  colour\n");
+    }
+    for (const BodyCut& body : cut.bodies) {
+        const auto colour = static_cast<COLORREF>(cut.section.groups[body.polygons[0]].rgb);
+        std::printf("%6d  %8zu  %18s  #%02x%02x%02x\n", body.body, body.polygons.size(),
+                    number_text(body.area).c_str(), GetRValue(colour), GetGValue(colour),
+                    GetBValue(colour));
+    }
+    if (cut.loose_points > 0) {
+        warn(counted(cut.loose_points, "crossed edge") +
+             " on no closed polygon: a body is open there, 'korvel info' tells which");
+    }
+}
+
+// In the middle of N slices, so that the areas add up to the volume.
+void SectionCommand::sweep() {
+    const auto [least, greatest] = distances_from(plane(), model_);
+    const double spacing = (greatest - least) / sweep_;
+    double area = 0;
+    for (int i = 0; i < sweep_; ++i) {
+        const Cut cut = cut_model(model_, moved(plane(), least + (i + 0.5) * spacing));
+        area += cut.area;
+        std::printf("%*d  %s: %s, %s, area %s\n", 5, i + 1, text(cut.plane).c_str(),
+                    counted(static_cast<int>(cut.bodies.size()), "body", "bodies").c_str(),
+                    counted(cut.section.polys.GetSize(), "polygon").c_str(),
+                    number_text(cut.area).c_str());
+        if (!outputs_.picture().empty()) {
+            outputs_.write_picture(picture_of(i + 1), [&](PictureCanvas& canvas, PictureSize size) {
+                const Box box = model_box(PlaneAxes(cut.plane));
+                paint_section(canvas, size, cut, view(cut, box));
+            });
+        }
+    }
+    std::printf("areas times their spacing of %s: %s, volume of the bodies: %s\n",
+                number_text(spacing).c_str(), number_text(area * spacing).c_str(),
+                number_text(volume_of_bodies(model_)).c_str());
+    if (!outputs_.picture().empty()) {
+        std::printf("wrote %s to %s\n", picture_of(1).c_str(), picture_of(sweep_).c_str());
+    }
+}
+
+SectionView SectionCommand::view(const Cut& cut, const Box& box) const {
+    const PlaneAxes axes(cut.plane);
+    std::string title = std::filesystem::path(input_).filename().string();
+    title.append("   ").append(text(sweep_ > 0 ? cut.plane : plane()));
+    if (cut.plane[axes.u] != 0 || cut.plane[axes.v] != 0) {
+        title.append(", seen along ").append(1, "xyz"[axes.away]);
+    }
+    char area[40];
+    std::snprintf(area, sizeof area, ", area %.9g", cut.area);
+    return {axes, box, title,
+            counted(static_cast<int>(cut.bodies.size()), "body", "bodies") + area};
+}
+
+Box SectionCommand::model_box(PlaneAxes axes) const {
+    Box box;
+    box.take_in(model_.cuboid_min[axes.u], model_.cuboid_min[axes.v]);
+    box.take_in(model_.cuboid_max[axes.u], model_.cuboid_max[axes.v]);
+    return box;
+}
+
+std::string SectionCommand::picture_of(int cut) const {
+    constexpr int digits = 3;
+    return numbered_picture(outputs_.picture(), cut, digits);
+}
+
+Box section_box(const Cut& cut, PlaneAxes axes) {
+    Box box;
+    for (const VERT3D& vertex : cut.section.verts) {
+        box.take_in(vertex.model_xyz[axes.u], vertex.model_xyz[axes.v]);
+    }
+    return box;
+}
+
+} // namespace
+} // namespace korvel::kit

@@ -1,0 +1,87 @@
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "apps/command/arguments.h"
+#include "apps/command/command.h"
+#include "apps/command/loaded_model.h"
+#include "apps/command/outputs.h"
+#include "kit/files/model_file.h"
+#include "kit/solids/surface.h"
+
+namespace korvel::kit {
+namespace {
+
+class StarterCommand {
+public:
+    explicit StarterCommand(CLI::App& command);
+    void run();
+
+private:
+    std::vector<double> parse_size() const;
+
+    static constexpr int most_rounds = 7; // 400 000 faces, a second of work
+
+    std::string kind_;
+    std::string center_ = "0,0,0";
+    std::string size_;
+    int rounds_ = 0;
+    Outputs outputs_;
+};
+
+} // namespace
+
+void add_starter_command(CLI::App& program) {
+    CLI::App* command = program.add_subcommand("starter", "Make a cuboid or a ball");
+    command->group("Commands");
+    const auto self = std::make_shared<StarterCommand>(*command);
+    command->callback([self] { self->run(); });
+}
+
+namespace {
+
+StarterCommand::StarterCommand(CLI::App& command) {
+    command.add_option("SHAPE", kind_, "cube: a cuboid of 24 faces, ball: one of 20")
+        ->required()
+        ->type_name("cube|ball")
+        ->check(CLI::IsMember({"cube", "ball"}).description(""));
+    command.add_option("--center", center_, "The middle")
+        ->type_name("X,Y,Z")
+        ->capture_default_str();
+    command.add_option("--size", size_, "Of a cube the three edge lengths, of a ball the radius")
+        ->required()
+        ->type_name("X,Y,Z|R");
+    command.add_option("--rounds", rounds_, "How often four faces are made of each")
+        ->type_name("N")
+        ->check(CLI::Range(0, most_rounds).description("0 to 7"))
+        ->capture_default_str();
+    outputs_.add_file(command, "Write the model")->required();
+    command.footer("Examples:\n"
+                   "  korvel starter cube --size 10,20,5 -o box.model\n"
+                   "  korvel starter ball --center 0,0,100 --size 50 --rounds 4 -o ball.model");
+}
+
+void StarterCommand::run() {
+    std::vector<double> center = parse_reals("--center", center_, "X,Y,Z");
+    std::vector<double> size = parse_size();
+    outputs_.check();
+    TMOD3D model;
+    model.inti_mode(center.data(), size.data(), kind_ == "cube" ? 1 : 0, rounds_);
+    std::printf("%s, %s\n", figures_text(model).c_str(), state_text(surfaces(model)[0]).c_str());
+    outputs_.write([&](FILE* out) { write_model(model, out); });
+}
+
+std::vector<double> StarterCommand::parse_size() const {
+    const char* const form = kind_ == "cube" ? "X,Y,Z" : "R";
+    std::vector<double> size = parse_reals("--size", size_, form);
+    for (const double length : size) {
+        if (!(length > 0)) {
+            refuse("--size", size_, std::string(form) + " above 0");
+        }
+    }
+    return size;
+}
+
+} // namespace
+} // namespace korvel::kit

@@ -1,0 +1,95 @@
+#include "kit/base/interruption.h"
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <cstddef>
+#include <string>
+#include <system_error>
+
+#if !defined(_WIN32)
+#include <unistd.h>
+#endif
+
+namespace korvel::kit {
+namespace {
+
+// A signal may come between any two instructions, also inside of the heap: what its handler needs
+// stands ready in a table of fixed size.
+struct Slot {
+    volatile std::sig_atomic_t is_taken = 0;
+    std::array<char, 4096> name = {};
+};
+
+std::array<Slot, 8> slots;
+
+#if !defined(_WIN32)
+
+void remove_files(int signal) {
+    // Directories go once they are empty.
+    for (const Slot& slot : slots) {
+        if (slot.is_taken != 0) {
+            unlink(slot.name.data());
+        }
+    }
+    for (const Slot& slot : slots) {
+        if (slot.is_taken != 0) {
+            rmdir(slot.name.data());
+        }
+    }
+    // Held back until this handler returns, then taken the default way.
+    std::raise(signal);
+}
+
+bool is_ignored(int signal) {
+    struct sigaction present = {};
+    return sigaction(signal, nullptr, &present) == 0 && present.sa_handler == SIG_IGN;
+}
+
+#endif
+
+} // namespace
+
+void set_up_signals() {
+#if !defined(_WIN32)
+    struct sigaction removal = {};
+    removal.sa_handler = remove_files;
+    removal.sa_flags = static_cast<int>(SA_RESETHAND);
+    sigemptyset(&removal.sa_mask);
+    constexpr std::array<int, 3> endings = {SIGINT, SIGTERM, SIGHUP};
+    for (const int signal : endings) {
+        sigaddset(&removal.sa_mask, signal);
+    }
+    for (const int signal : endings) {
+        if (!is_ignored(signal)) {
+            sigaction(signal, &removal, nullptr);
+        }
+    }
+    for (const int signal : {SIGPIPE, SIGXFSZ}) {
+        std::signal(signal, SIG_IGN);
+    }
+#endif
+}
+
+FileOfSignal::FileOfSignal(const std::filesystem::path& file) {
+    std::error_code error;
+    // The current directory may be another one by the time of the signal.
+    const std::string name = std::filesystem::absolute(file, error).string();
+    for (std::size_t i = 0; i < slots.size() && slot_ < 0; ++i) {
+        Slot& slot = slots[i];
+        if (slot.is_taken == 0 && name.size() < slot.name.size()) {
+            slot.name[name.copy(slot.name.data(), name.size())] = '\0';
+            std::atomic_signal_fence(std::memory_order_release);
+            slot.is_taken = 1;
+            slot_ = static_cast<int>(i);
+        }
+    }
+}
+
+FileOfSignal::~FileOfSignal() {
+    if (slot_ >= 0) {
+        slots[static_cast<std::size_t>(slot_)].is_taken = 0;
+    }
+}
+
+} // namespace korvel::kit

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "kit/files/curve_file.h"
+#include "kit/files/records.h"
+#include "kit/files/text_file.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+/// The files that the command and the library read and write.
+enum class FileKind { curves, regions, model, section, written_section, triangles };
+
+/// Every kind, in the order in which a file that could be several is taken for one.
+const std::vector<FileKind>& file_kinds();
+
+/// "curve file", …
+const char* kind_name(FileKind kind);
+
+/// "curves", "regions", "model", …: a kind as an argument names it.
+const char* kind_word(FileKind kind);
+
+/// What a file of some kind holds; the other members stay empty. Nothing is derived.
+struct FileContents {
+    CurveNetwork curves;
+    CCPloy2DRg regions;
+    TMOD3D model;
+    TMOD2D section;
+    PLYDT triangles;
+    RecordLines lines; ///< of curves, the lines of their counts are the `wholes`
+};
+
+/// Reads words as a file of a kind.
+void read_as(FileKind kind, WordReader& words, FileContents& out);
+
+/// What a file is: the first kind as which it can be read from beginning to end, whatever its
+/// indices. A damaged file is taken for the kind that it follows the farthest, but for a curve file
+/// if it holds integers only.
+FileKind kind_of(const TextFile& file);
+
+/// Whether all of a file can be read as that kind, whatever its indices.
+bool is_whole(const TextFile& file, FileKind kind);
+
+} // namespace korvel::kit

@@ -1,0 +1,134 @@
+#include "kit/files/output_file.h"
+
+#include <cerrno>
+#include <random>
+#include <string>
+#include <system_error>
+
+#include "kit/base/errors.h"
+
+namespace korvel::kit {
+namespace fs = std::filesystem;
+namespace {
+
+// Devices and pipes cannot be replaced. What stands in /dev may lead to a regular file, which is
+// then somebody's open standard output.
+bool is_written_directly(const fs::path& target) {
+    std::error_code error;
+    const fs::file_status status = fs::status(target, error);
+    return target.native().starts_with(fs::path("/dev/").native()) ||
+           (fs::exists(status) && !fs::is_regular_file(status));
+}
+
+} // namespace
+
+std::string temporary_name() {
+    std::random_device random;
+    return ".korvel-" + std::to_string(random()) + std::to_string(random()) + ".tmp";
+}
+
+OutputFile::OutputFile(const fs::path& target) : name_(target), target_(target) {
+    if (is_written_directly(target_)) {
+        stream_ = std::fopen(target_.string().c_str(), "wb");
+        if (stream_ == nullptr) {
+            fail(errno);
+        }
+        return;
+    }
+    std::error_code error;
+    if (fs::exists(target_, error)) {
+        // A link stays a link: the file that it leads to is replaced.
+        target_ = fs::canonical(target_, error);
+        FILE* const former = std::fopen(target_.string().c_str(), "r+b");
+        if (former == nullptr) {
+            fail(errno);
+        }
+        std::fclose(former);
+    }
+    open_beside_target();
+}
+
+void OutputFile::check(const fs::path& target) {
+    std::error_code error;
+    if (fs::is_directory(target, error)) {
+        OutputFile opened(target); // fails, and tells why
+    }
+    // Opening a pipe would disturb its reader.
+    if (!is_written_directly(target)) {
+        const OutputFile dropped(target);
+    }
+}
+
+void OutputFile::open_beside_target() {
+    const fs::path beside = target_.parent_path() / temporary_name();
+    held_.emplace(beside);
+    stream_ = std::fopen(beside.string().c_str(), "wbx");
+    if (stream_ == nullptr) {
+        fail(errno);
+    }
+    temporary_ = beside;
+}
+
+void OutputFile::close() {
+    if (stream_ == nullptr) {
+        return;
+    }
+    errno = 0;
+    const bool failed_before = std::ferror(stream_) != 0;
+    const bool flushed = std::fflush(stream_) == 0;
+    const int flush_error = errno;
+    const bool closed = std::fclose(stream_) == 0;
+    stream_ = nullptr;
+    if (failed_before || !flushed || !closed) {
+        fail(flush_error != 0 ? flush_error : EIO);
+    }
+}
+
+void OutputFile::replace() {
+    close();
+    if (!temporary_.empty()) {
+        put_in_place(temporary_);
+        temporary_.clear();
+        held_.reset();
+    }
+}
+
+void OutputFile::replace_by(const fs::path& written) {
+    close();
+    if (temporary_.empty()) {
+        fail("not a regular file");
+    }
+    put_in_place(written);
+}
+
+void OutputFile::put_in_place(const fs::path& written) const {
+    std::error_code error;
+    const fs::file_status former = fs::status(target_, error);
+    if (fs::exists(former)) {
+        fs::permissions(written, former.permissions(), error);
+    }
+    fs::rename(written, target_, error);
+    if (error) {
+        fail(error.value());
+    }
+}
+
+void OutputFile::fail(int error) const {
+    fail(std::generic_category().message(error));
+}
+
+void OutputFile::fail(const std::string& reason) const {
+    throw OutputError(name_.string() + ": cannot be written: " + reason);
+}
+
+OutputFile::~OutputFile() {
+    if (stream_ != nullptr) {
+        std::fclose(stream_);
+    }
+    if (!temporary_.empty()) {
+        std::error_code error;
+        fs::remove(temporary_, error);
+    }
+}
+
+} // namespace korvel::kit

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "kit/base/interruption.h"
+
+namespace korvel::kit {
+
+/// A name that no file is likely to have, for what stands beside a target until it is complete.
+std::string temporary_name();
+
+/// A file that takes its place only when it is complete. Until `replace` it is a temporary file
+/// beside the target; without `replace` it goes away and the former target stays as it was, also
+/// when a signal ends the program.
+///
+/// A target that is not a regular file (a device, a pipe) is written directly. Every call throws
+/// OutputError when the system refuses.
+class OutputFile {
+public:
+    explicit OutputFile(const std::filesystem::path& target);
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    /// Throws when the target could not be written, as far as that can be told without writing it.
+    static void check(const std::filesystem::path& target);
+
+    /// Open for writing until `close`.
+    FILE* stream() const { return stream_; }
+
+    /// Throws OutputError with the name of the target and the reason.
+    [[noreturn]] void fail(const std::string& reason) const;
+
+    /// Writes out what is still buffered. An error of any write before shows here at the latest.
+    void close();
+
+    /// Closes the file and puts it in place of the target.
+    void replace();
+
+    /// Puts a complete file of the same file system in place of the target instead.
+    void replace_by(const std::filesystem::path& written);
+
+private:
+    void put_in_place(const std::filesystem::path& written) const;
+    void open_beside_target();
+    [[noreturn]] void fail(int error) const;
+
+    std::filesystem::path name_;      // as the user spelled it
+    std::filesystem::path target_;    // links resolved
+    std::filesystem::path temporary_; // empty while there is none
+    std::optional<FileOfSignal> held_;
+    FILE* stream_ = nullptr;
+};
+
+} // namespace korvel::kit

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "kit/files/records.h"
+#include "kit/files/text_file.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+/// True for a polygon-region file, false for a curve file. A curve file holds integers only; a
+/// polygon-region file holds reals, so that its second word, the x of the first point, has a
+/// decimal point.
+bool holds_regions(const TextFile& file);
+
+/// Reads a polygon-region file into an empty set with `CCPloy2DRg::readpolyrg`, after checking what
+/// that call takes on trust: counts, numbers and indices. Throws InputError at the first thing that
+/// does not fit.
+///
+/// Coordinates pass through single precision. The result names the first whole-numbered coordinate
+/// that this changes, if there is one.
+std::optional<std::string> read_regions(const TextFile& file, CCPloy2DRg& out);
+
+/// Reads points, rings and regions from words, coordinates as they stand. Ring and region indices
+/// may come out as -1 where problems are collected.
+RecordLines read_regions(WordReader& words, CCPloy2DRg& out);
+
+/// The first coordinate that reading changes.
+std::optional<Finding> first_change(const CCPloy2DRg& set, const RecordLines& lines);
+
+} // namespace korvel::kit

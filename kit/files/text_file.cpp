@@ -1,0 +1,215 @@
+#include "kit/files/text_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <system_error>
+
+#include "kit/base/errors.h"
+
+namespace korvel::kit {
+namespace {
+
+// What fscanf skips between two values in the C locale.
+constexpr std::string_view white_space = " \t\n\v\f\r";
+
+[[noreturn]] void fail_to_read(const std::string& name, int error) {
+    throw InputError(name + ": cannot be read: " + std::generic_category().message(error));
+}
+
+// Numbers are written the way fscanf takes them, which allows a leading plus.
+std::string_view without_plus(std::string_view word) {
+    const bool has_plus = word.size() > 1 && word[0] == '+' && word[1] != '-';
+    return has_plus ? word.substr(1) : word;
+}
+
+template <class Number>
+std::errc parse(std::string_view word, Number& value) {
+    const std::string_view digits = without_plus(word);
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value);
+    return stop == end ? error : std::errc::invalid_argument;
+}
+
+} // namespace
+
+TextFile::TextFile(const std::filesystem::path& file) : name(file.string()) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::fopen(name.c_str(), "rb"), std::fclose);
+    if (!stream) {
+        fail_to_read(name, errno);
+    }
+    std::array<char, 1 << 16> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    while (const std::size_t got = std::fread(block.data(), 1, block.size(), stream.get())) {
+        text.append(block.data(), got);
+    }
+    if (std::ferror(stream.get()) != 0) {
+        fail_to_read(name, errno);
+    }
+}
+
+bool WordReader::at_end() {
+    while (!rest_.empty() && white_space.find(rest_.front()) != std::string_view::npos) {
+        next_line_ += rest_.front() == '\n' ? 1 : 0;
+        rest_.remove_prefix(1);
+    }
+    return rest_.empty();
+}
+
+std::string_view WordReader::next() {
+    if (at_end()) {
+        return {};
+    }
+    line_ = next_line_;
+    const std::string_view word = rest_.substr(0, rest_.find_first_of(white_space));
+    rest_.remove_prefix(word.size());
+    return word;
+}
+
+int WordReader::next_integer(const char* what) {
+    int value = 0;
+    const std::string misfit = misfit_as_integer(what, value);
+    if (!misfit.empty()) {
+        report(misfit);
+    }
+    return value;
+}
+
+// Where a count is wrong, nothing tells what the words after it are.
+int WordReader::next_count(const char* what) {
+    int count = 0;
+    const std::string misfit = misfit_as_integer(what, count);
+    if (!misfit.empty()) {
+        fail(misfit);
+    }
+    if (count < 0) {
+        fail(std::string(what) + " is " + std::to_string(count) + ", it cannot be negative");
+    }
+    return count;
+}
+
+int WordReader::next_index(const char* what, int size) {
+    int index = 0;
+    const std::string misfit = misfit_as_integer(what, index);
+    if (!misfit.empty()) {
+        report(misfit);
+        return -1;
+    }
+    if (index < 0 || index >= size) {
+        const std::string range =
+            size == 0 ? "there are none" : "they go from 0 to " + std::to_string(size - 1);
+        report(std::string(what) + " is " + std::to_string(index) + ", out of range: " + range);
+        return -1;
+    }
+    return index;
+}
+
+double WordReader::next_real(const char* what) {
+    double value = 0;
+    const std::string misfit = misfit_as_real(what, value);
+    if (!misfit.empty()) {
+        report(misfit);
+        return 0;
+    }
+    return value;
+}
+
+void WordReader::fail_short(int done, int all, const std::string& things) const {
+    fail("the file ends after " + std::to_string(done) + " of " + std::to_string(all) + " " +
+         things);
+}
+
+void WordReader::need_end(const std::string& last) {
+    if (!at_end()) {
+        fail(shown(next()) + " stands after " + last);
+    }
+}
+
+std::string_view WordReader::word_for(const char* what) {
+    const std::string_view word = next();
+    if (word.empty()) {
+        fail(std::string("the file ends where ") + what + " belongs");
+    }
+    return word;
+}
+
+// What is wrong with the next word, or nothing.
+std::string WordReader::misfit_as_integer(const char* what, int& value) {
+    at_end(); // white space before the word fits everything
+    const std::size_t start = position();
+    const std::string_view word = word_for(what);
+    const std::errc error = parse(word, value);
+    if (error == std::errc()) {
+        return {};
+    }
+    value = 0;
+    first_misfit_ = std::min(first_misfit_, start);
+    if (error == std::errc::result_out_of_range) {
+        return shown(word) + " is too large for " + what + ", which holds 32 bits";
+    }
+    return shown(word) + " stands where " + what + " belongs, an integer";
+}
+
+std::string WordReader::misfit_as_real(const char* what, double& value) {
+    at_end();
+    const std::size_t start = position();
+    const std::string_view word = word_for(what);
+    const std::errc error = parse(word, value);
+    if (error == std::errc() && std::abs(value) <= std::numeric_limits<float>::max()) {
+        return {};
+    }
+    first_misfit_ = std::min(first_misfit_, start);
+    if (error == std::errc::invalid_argument) {
+        return shown(word) + " stands where " + what + " belongs, a number";
+    }
+    if (error == std::errc() && !std::isfinite(value)) {
+        return shown(word) + " stands where " + what + " belongs, a finite number";
+    }
+    return shown(word) + " does not fit " + what + ", which is held in single precision";
+}
+
+void WordReader::report(const std::string& message) {
+    if (problems_ == nullptr) {
+        fail(message);
+    }
+    problems_->push_back({line_, message + remark_});
+}
+
+void WordReader::fail(const std::string& message) const {
+    if (problems_ != nullptr) {
+        problems_->push_back({line_, message + remark_});
+    }
+    throw InputError(file_.name + ":" + std::to_string(line_) + ": " + message + remark_);
+}
+
+std::string shown(std::string_view word) {
+    constexpr std::size_t longest = 40;
+    std::string text = "'";
+    for (const char c : word.substr(0, longest)) {
+        const auto byte = static_cast<unsigned char>(c);
+        text += byte < 0x20 || byte == 0x7f ? '?' : c;
+    }
+    return text + (word.size() > longest ? "...'" : "'");
+}
+
+std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file) {
+    std::unique_ptr<FILE, int (*)(FILE*)> scratch(std::tmpfile(), std::fclose);
+    const std::size_t size = file.text.size();
+    if (!scratch || std::fwrite(file.text.data(), 1, size, scratch.get()) != size ||
+        std::fseek(scratch.get(), 0, SEEK_SET) != 0) {
+        throw OutputError("cannot write a temporary file: " +
+                          std::generic_category().message(errno));
+    }
+    return scratch;
+}
+
+std::string shortest(double value) {
+    std::array<char, 32> digits; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+    return {digits.data(), end};
+}
+
+} // namespace korvel::kit

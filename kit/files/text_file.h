@@ -1,0 +1,110 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvel::kit {
+
+/// A text file, read whole, so that what was checked is what is used.
+struct TextFile {
+    std::string name; ///< as the user spelled it
+    std::string text;
+
+    /// Throws InputError when the file cannot be opened or read.
+    explicit TextFile(const std::filesystem::path& file);
+};
+
+/// Something wrong or odd in a file.
+struct Finding {
+    int line = 0;
+    std::string message;
+};
+
+/// Takes a text apart into words and numbers, and names file and line of whatever does not fit.
+///
+/// `what` says in messages what belongs in a place: "the x of a point". Without a list of problems
+/// every problem is thrown. With one, those that leave no doubt about what the next word is are
+/// added to it instead and the reading goes on; a wrong count and an early end are still thrown.
+class WordReader {
+public:
+    explicit WordReader(const TextFile& file, std::vector<Finding>* problems = nullptr)
+        : file_(file), rest_(file.text), problems_(problems) {}
+
+    /// Skips white space. True when nothing else is left.
+    bool at_end();
+
+    /// The next word, empty at the end.
+    std::string_view next();
+
+    /// An integer that fits 32 bits; 0 in place of a word that is none.
+    int next_integer(const char* what);
+
+    /// An integer that is not negative.
+    int next_count(const char* what);
+
+    /// An index into a list of `size` entries; -1 in place of any other.
+    int next_index(const char* what, int size);
+
+    /// A finite number in the range of single precision; 0 in place of any other.
+    double next_real(const char* what);
+
+    /// Throws "the file ends after 2 of 3 points".
+    [[noreturn]] void fail_short(int done, int all, const std::string& things) const;
+
+    /// Fails unless the file ends here: "'7' stands after the last point".
+    void need_end(const std::string& last);
+
+    /// Line of the last word that was read, from 1.
+    int line() const { return line_; }
+
+    /// Line of the next word, after `at_end`.
+    int next_line() const { return next_line_; }
+
+    /// Adds this to the messages of all problems from here on.
+    void set_remark(const std::string& remark) { remark_ = remark; }
+
+    /// Throws, or adds a problem in the present line.
+    void report(const std::string& message);
+
+    /// Throws InputError with "FILE:LINE: message", after adding the problem to the list.
+    [[noreturn]] void fail(const std::string& message) const;
+
+    /// True after a word that was no number of the kind that belonged in its place.
+    bool has_misfit() const { return first_misfit_ != none; }
+
+    /// How many characters were read before the first such word, or at all.
+    std::size_t reach() const { return has_misfit() ? first_misfit_ : position(); }
+
+private:
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+    std::size_t position() const { return file_.text.size() - rest_.size(); }
+    std::string_view word_for(const char* what);
+    std::string misfit_as_integer(const char* what, int& value);
+    std::string misfit_as_real(const char* what, double& value);
+
+    const TextFile& file_;
+    std::string_view rest_;
+    std::vector<Finding>* problems_;
+    std::string remark_;
+    std::size_t first_misfit_ = none;
+    int line_ = 1;
+    int next_line_ = 1;
+};
+
+/// A word as messages show it: quoted, shortened, control characters masked.
+std::string shown(std::string_view word);
+
+/// Text as a stream, for library calls that read from one: a temporary file, positioned at its
+/// start. Throws OutputError when there is no place for it.
+std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file);
+
+/// The shortest digits that read back as the same number.
+std::string shortest(double value);
+
+} // namespace korvel::kit

@@ -1,0 +1,280 @@
+#include "kit/maps/cap.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "kit/base/areas.h"
+#include "kit/base/disjoint_sets.h"
+#include "kit/maps/coverage.h"
+#include "kit/maps/delaunay.h"
+
+namespace korvel::kit {
+namespace {
+
+bool copy_outline(const PLYDT& set, const PLYDT::PyToRg& region, PLYDT& cap);
+std::vector<std::vector<int>> rings_through_places(const PLYDT& set, const PLYDT::PyToRg& region);
+void clear_spikes(std::vector<int>& ring);
+bool fill_by_front(PLYDT& cap);
+bool fill_by_delaunay(PLYDT& cap);
+bool fits(const PLYDT& cap);
+bool part_at_touching_points(PLYDT& cap);
+bool has_flat_triangle(const PLYDT& cap);
+int passes_of_rings(const PLYDT& cap);
+void lay_rings(PLYDT& cap, std::vector<int>& successors);
+
+// The corners of triangles, three for each, put together into fans: corners at the same point whose
+// triangles share a side that ends there.
+class Fans {
+public:
+    explicit Fans(const PLYDT& cap);
+
+    // False where two triangles lie on the same hand of a side, or where the triangles fall apart.
+    bool are_sound() const { return !has_doubled_side_ && triangles_.count() == 1; }
+
+    // Numbers the fans as points: the first at each point keeps its number, further ones are
+    // added. Returns the point of each corner.
+    std::vector<int> number_points(PLYDT& cap);
+
+    // The sides without a second triangle, each by the corners that start and end it.
+    std::vector<std::pair<int, int>> open_sides() const;
+
+private:
+    static int next(int corner) { return corner % 3 == 2 ? corner - 2 : corner + 1; }
+
+    std::vector<int> points_;                  // of the corners
+    std::map<std::pair<int, int>, int> sides_; // the corner that starts a side, by its points
+    DisjointSets corners_;                     // in fans
+    DisjointSets triangles_;                   // put together at sides
+    bool has_doubled_side_ = false;
+};
+
+} // namespace
+
+Filled make_cap(const PLYDT& set, const PLYDT::PyToRg& region, Fill fill, PLYDT& cap) {
+    const auto is_made = [&](bool (*fill_outline)(PLYDT&)) {
+        cap.RemoveAll();
+        return copy_outline(set, region, cap) && fill_outline(cap) && part_at_touching_points(cap);
+    };
+    if (fill != Fill::delaunay && is_made(fill_by_front) &&
+        (fill == Fill::front || !has_flat_triangle(cap))) {
+        return Filled::by_front;
+    }
+    if (fill != Fill::front && is_made(fill_by_delaunay)) {
+        return Filled::by_delaunay;
+    }
+    return Filled::not_at_all;
+}
+
+namespace {
+
+// Points of the same place become the first of them; their order is that of the set. False where
+// the outer ring encloses nothing.
+bool copy_outline(const PLYDT& set, const PLYDT::PyToRg& region, PLYDT& cap) {
+    std::vector<std::vector<int>> rings = rings_through_places(set, region);
+    if (rings.empty() || rings.front().size() < 3) {
+        return false;
+    }
+    std::erase_if(rings, [](const std::vector<int>& ring) { return ring.size() < 3; });
+
+    std::map<int, int> numbers;
+    for (const std::vector<int>& ring : rings) {
+        for (const int point : ring) {
+            numbers[point] = -1;
+        }
+    }
+    for (auto& [point, number] : numbers) {
+        number = cap.pt_list.GetSize();
+        cap.pt_list.SetSize(number + 1);
+        cap.pt_list[number].x = set.pt_list[point].x;
+        cap.pt_list[number].y = set.pt_list[point].y;
+    }
+    cap.region_list.SetSize(1);
+    cap.ring_list.SetSize(static_cast<int>(rings.size()));
+    for (int ring = 0; ring < cap.ring_list.GetSize(); ++ring) {
+        cap.region_list[0].rings.Add(ring);
+        for (const int point : rings[ring]) {
+            cap.ring_list[ring].pts.Add(numbers[point]);
+        }
+    }
+    return true;
+}
+
+std::vector<std::vector<int>> rings_through_places(const PLYDT& set, const PLYDT::PyToRg& region) {
+    std::map<std::pair<double, double>, int> first_at;
+    for (const int ring : region.rings) {
+        for (const int point : set.ring_list[ring].pts) {
+            const VERT2D& place = set.pt_list[point];
+            int& first = first_at.try_emplace({place.x, place.y}, point).first->second;
+            first = std::min(first, point);
+        }
+    }
+    std::vector<std::vector<int>> rings;
+    for (const int ring : region.rings) {
+        std::vector<int>& points = rings.emplace_back();
+        for (const int point : set.ring_list[ring].pts) {
+            points.push_back(first_at.at({set.pt_list[point].x, set.pt_list[point].y}));
+        }
+        clear_spikes(points);
+    }
+    return rings;
+}
+
+// Takes out of a ring what leads nowhere: a point that follows itself, a side there and back.
+void clear_spikes(std::vector<int>& ring) {
+    std::vector<int> kept;
+    for (const int point : ring) {
+        if (!kept.empty() && kept.back() == point) {
+            continue;
+        }
+        if (kept.size() >= 2 && kept[kept.size() - 2] == point) {
+            kept.pop_back();
+        } else {
+            kept.push_back(point);
+        }
+    }
+    auto first = kept.begin();
+    auto last = kept.end();
+    for (bool is_clear = false; !is_clear && last - first >= 3;) {
+        if (*first == last[-1]) {
+            --last;
+        } else if (first[1] == last[-1]) {
+            ++first;
+            --last;
+        } else if (*first == last[-2]) {
+            last -= 2;
+        } else {
+            is_clear = true;
+        }
+    }
+    ring.assign(first, last);
+}
+
+bool fill_by_front(PLYDT& cap) {
+    PLYDT::set_trace_files(false);
+    cap.creat_top_rel();
+    cap.poly_tranglate(cap.region_list[0]);
+    return fits(cap);
+}
+
+bool fill_by_delaunay(PLYDT& cap) {
+    add_delaunay_triangles(cap, cap.region_list[0]);
+    return fits(cap);
+}
+
+bool fits(const PLYDT& cap) {
+    return measure_coverage(cap, cap.region_list[0], 0, cap.trg_list.GetSize(),
+                            are_lattice_points(cap.pt_list))
+        .meets_sides;
+}
+
+// A body must be one piece, or the library does not know how to turn the faces of all others. Where
+// rings touch, the region's sectors at the point are no neighbours: over one point for all of
+// them the body would have an edge with four faces. Each fan of triangles gets a point of its own
+// there, and the rings go anew along the sides that have one triangle. False where that does not
+// bring each point onto one ring.
+bool part_at_touching_points(PLYDT& cap) {
+    Fans fans(cap);
+    if (!fans.are_sound()) {
+        return false;
+    }
+    if (passes_of_rings(cap) == cap.pt_list.GetSize()) {
+        return true;
+    }
+    const std::vector<int> points = fans.number_points(cap);
+    for (int i = 0; i < cap.trg_list.GetSize(); ++i) {
+        cap.trg_list[i].va = points[3 * i];
+        cap.trg_list[i].vb = points[3 * i + 1];
+        cap.trg_list[i].vc = points[3 * i + 2];
+    }
+    std::vector<int> successors(cap.pt_list.GetSize(), -1);
+    for (const auto& [start, end] : fans.open_sides()) {
+        successors[points[start]] = points[end];
+    }
+    lay_rings(cap, successors);
+    return passes_of_rings(cap) == cap.pt_list.GetSize();
+}
+
+// Its faces would have no direction.
+bool has_flat_triangle(const PLYDT& cap) {
+    return std::any_of(cap.trg_list.begin(), cap.trg_list.end(), [&](const PLYDT::TRG& t) {
+        return twice_area<double>(cap.pt_list[t.va], cap.pt_list[t.vb], cap.pt_list[t.vc]) == 0;
+    });
+}
+
+int passes_of_rings(const PLYDT& cap) {
+    int passes = 0;
+    for (const RING& ring : cap.ring_list) {
+        passes += ring.pts.GetSize();
+    }
+    return passes;
+}
+
+void lay_rings(PLYDT& cap, std::vector<int>& successors) {
+    cap.ring_list.RemoveAll();
+    cap.region_list[0].rings.RemoveAll();
+    for (int start = 0; start < cap.pt_list.GetSize(); ++start) {
+        if (successors[start] < 0) {
+            continue;
+        }
+        const int ring = cap.ring_list.GetSize();
+        cap.ring_list.SetSize(ring + 1);
+        cap.region_list[0].rings.Add(ring);
+        for (int point = start; successors[point] >= 0;) {
+            cap.ring_list[ring].pts.Add(point);
+            point = std::exchange(successors[point], -1);
+        }
+    }
+}
+
+Fans::Fans(const PLYDT& cap)
+    : corners_(3 * cap.trg_list.GetSize()), triangles_(cap.trg_list.GetSize()) {
+    for (const PLYDT::TRG& triangle : cap.trg_list) {
+        points_.insert(points_.end(), {triangle.va, triangle.vb, triangle.vc});
+    }
+    for (int corner = 0; corner < static_cast<int>(points_.size()); ++corner) {
+        const int end = next(corner);
+        if (!sides_.try_emplace({points_[corner], points_[end]}, corner).second) {
+            has_doubled_side_ = true;
+        }
+        const auto opposite = sides_.find({points_[end], points_[corner]});
+        if (opposite != sides_.end()) {
+            corners_.join(corner, next(opposite->second));
+            corners_.join(end, opposite->second);
+            triangles_.join(corner / 3, opposite->second / 3);
+        }
+    }
+}
+
+std::vector<int> Fans::number_points(PLYDT& cap) {
+    std::vector<bool> is_taken(cap.pt_list.GetSize(), false);
+    std::map<int, int> numbers; // of the fans
+    std::vector<int> numbered;
+    for (int corner = 0; corner < static_cast<int>(points_.size()); ++corner) {
+        const int point = points_[corner];
+        const auto [entry, is_new] = numbers.try_emplace(corners_.root(corner), point);
+        if (is_new && is_taken[point]) {
+            entry->second = cap.pt_list.GetSize();
+            cap.pt_list.SetSize(entry->second + 1);
+            cap.pt_list[entry->second].x = cap.pt_list[point].x;
+            cap.pt_list[entry->second].y = cap.pt_list[point].y;
+        }
+        is_taken[point] = true;
+        numbered.push_back(entry->second);
+    }
+    return numbered;
+}
+
+std::vector<std::pair<int, int>> Fans::open_sides() const {
+    std::vector<std::pair<int, int>> open;
+    for (const auto& [side, corner] : sides_) {
+        if (sides_.count({side.second, side.first}) == 0) {
+            open.emplace_back(corner, next(corner));
+        }
+    }
+    return open;
+}
+
+} // namespace
+} // namespace korvel::kit

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+/// How the caps of solids are triangulated.
+enum class Fill {
+    front,    ///< by the library's advancing front, which does not cover every region
+    delaunay, ///< by constrained Delaunay triangles
+    automatic ///< by the front where its triangles fit and none is flat, else by Delaunay triangles
+};
+
+/// What became of a cap.
+enum class Filled {
+    by_front,
+    by_delaunay,
+    not_at_all ///< the triangles do not fit the outline
+};
+
+/// Prepares one region of a set for `PLYDT::CoordinatesTrans` and `TMOD3D::create3dmode`: fills an
+/// empty `cap` with the region's own points, with rings through each of them once, and with the
+/// triangles. The body over such a cap is closed, and an edge of it has two faces.
+///
+/// The region's rings must turn alike (`turn_rings`) and not cross; they may touch one another and
+/// themselves. Points of the same place and sides of no length are cleared away first. Lattice
+/// points, see `are_lattice_points`, are compared exactly.
+Filled make_cap(const PLYDT& set, const PLYDT::PyToRg& region, Fill fill, PLYDT& cap);
+
+} // namespace korvel::kit

@@ -1,0 +1,134 @@
+#include "kit/maps/delaunay.h"
+
+#include <geos_c.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <memory>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "kit/base/areas.h"
+
+namespace korvel::kit {
+namespace {
+
+using Context = std::unique_ptr<GEOSContextHandle_HS, void (*)(GEOSContextHandle_t)>;
+
+struct Destroy {
+    GEOSContextHandle_t context;
+    void operator()(GEOSGeometry* geometry) const { GEOSGeom_destroy_r(context, geometry); }
+};
+using Geometry = std::unique_ptr<GEOSGeometry, Destroy>;
+
+/// The points of a region by their places.
+using Places = std::map<std::pair<double, double>, int>;
+
+Places places_of(const PLYDT& set, const PLYDT::PyToRg& region);
+Geometry polygon_of(GEOSContextHandle_t context, const PLYDT& set, const PLYDT::PyToRg& region);
+GEOSGeometry* ring_of(GEOSContextHandle_t context, const PLYDT& set, const RING& ring);
+bool take_triangle(GEOSContextHandle_t context, const GEOSGeometry* triangle, const Places& places,
+                   PLYDT& set);
+void turn_triangles(PLYDT& set, int first);
+
+} // namespace
+
+void add_delaunay_triangles(PLYDT& set, const PLYDT::PyToRg& region) {
+    // Without message handlers GEOS says nothing; what fails comes back as a null pointer.
+    const Context owner(GEOS_init_r(), GEOS_finish_r);
+    GEOSContextHandle_t const context = owner.get();
+    const Geometry polygon = polygon_of(context, set, region);
+    const Geometry found(GEOSConstrainedDelaunayTriangulation_r(context, polygon.get()), {context});
+    if (!found) {
+        return;
+    }
+    const Places places = places_of(set, region);
+    const int first = set.trg_list.GetSize();
+    const int triangles = GEOSGetNumGeometries_r(context, found.get());
+    for (int i = 0; i < triangles; ++i) {
+        if (!take_triangle(context, GEOSGetGeometryN_r(context, found.get(), i), places, set)) {
+            set.trg_list.SetSize(first);
+            return;
+        }
+    }
+    turn_triangles(set, first);
+}
+
+namespace {
+
+Places places_of(const PLYDT& set, const PLYDT::PyToRg& region) {
+    Places places;
+    for (const int ring : region.rings) {
+        for (const int point : set.ring_list[ring].pts) {
+            places.try_emplace({set.pt_list[point].x, set.pt_list[point].y}, point);
+        }
+    }
+    return places;
+}
+
+Geometry polygon_of(GEOSContextHandle_t context, const PLYDT& set, const PLYDT::PyToRg& region) {
+    std::vector<GEOSGeometry*> rings;
+    for (const int ring : region.rings) {
+        rings.push_back(ring_of(context, set, set.ring_list[ring]));
+    }
+    return {GEOSGeom_createPolygon_r(context, rings.front(), rings.data() + 1,
+                                     static_cast<unsigned>(rings.size() - 1)),
+            {context}};
+}
+
+GEOSGeometry* ring_of(GEOSContextHandle_t context, const PLYDT& set, const RING& ring) {
+    std::vector<double> places;
+    for (int k = 0; k <= ring.pts.GetSize(); ++k) {
+        const VERT2D& point = set.pt_list[ring.pts[k % ring.pts.GetSize()]];
+        places.insert(places.end(), {point.x, point.y});
+    }
+    GEOSCoordSequence* const sequence = GEOSCoordSeq_copyFromBuffer_r(
+        context, places.data(), static_cast<unsigned>(places.size() / 2), 0, 0);
+    GEOSGeometry* const closed =
+        sequence == nullptr ? nullptr : GEOSGeom_createLinearRing_r(context, sequence);
+    if (closed == nullptr) {
+        throw std::bad_alloc();
+    }
+    return closed;
+}
+
+// Coordinates pass through GEOS unchanged, so that they give back the points exactly.
+bool take_triangle(GEOSContextHandle_t context, const GEOSGeometry* triangle, const Places& places,
+                   PLYDT& set) {
+    const GEOSCoordSequence* const corners =
+        GEOSGeom_getCoordSeq_r(context, GEOSGetExteriorRing_r(context, triangle));
+    std::array<int, 3> points = {};
+    for (unsigned k = 0; k < 3; ++k) {
+        double x = 0;
+        double y = 0;
+        GEOSCoordSeq_getXY_r(context, corners, k, &x, &y);
+        const auto found = places.find({x, y});
+        if (found == places.end()) {
+            return false;
+        }
+        points[k] = found->second;
+    }
+    PLYDT::TRG taken;
+    taken.va = points[0];
+    taken.vb = points[1];
+    taken.vc = points[2];
+    set.trg_list.Add(taken);
+    return true;
+}
+
+// GEOS turns its triangles alike; they shall turn as rings of positive area do.
+void turn_triangles(PLYDT& set, int first) {
+    double area = 0;
+    for (int i = first; i < set.trg_list.GetSize(); ++i) {
+        const PLYDT::TRG& t = set.trg_list[i];
+        area += twice_area<double>(set.pt_list[t.va], set.pt_list[t.vb], set.pt_list[t.vc]);
+    }
+    for (int i = first; area < 0 && i < set.trg_list.GetSize(); ++i) {
+        std::swap(set.trg_list[i].vb, set.trg_list[i].vc);
+    }
+}
+
+} // namespace
+} // namespace korvel::kit

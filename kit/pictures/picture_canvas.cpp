@@ -1,0 +1,182 @@
+#include "kit/pictures/picture_canvas.h"
+
+#include <cairo-pdf.h>
+#include <cairo-svg.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <string>
+#include <system_error>
+
+#include "kit/base/errors.h"
+
+namespace korvel::kit {
+
+PictureFormat picture_format(const std::filesystem::path& file) {
+    std::string ending = file.extension().string();
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    if (ending == ".png") {
+        return PictureFormat::png;
+    }
+    if (ending == ".svg") {
+        return PictureFormat::svg;
+    }
+    if (ending == ".pdf") {
+        return PictureFormat::pdf;
+    }
+    throw InputError(file.string() + ": the name of a picture ends in .png, .svg or .pdf");
+}
+
+PictureCanvas::PictureCanvas(OutputFile& out, PictureFormat format, PictureSize size,
+                             int units_per_pixel)
+    : out_(out), format_(format), units_per_pixel_(units_per_pixel) {
+    switch (format) {
+    case PictureFormat::png:
+        surface_.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.width, size.height));
+        break;
+    case PictureFormat::svg:
+        surface_.reset(cairo_svg_surface_create_for_stream(write, this, size.width, size.height));
+        break;
+    case PictureFormat::pdf:
+        surface_.reset(cairo_pdf_surface_create_for_stream(write, this, size.width, size.height));
+        break;
+    }
+    context_.reset(cairo_create(surface_.get()));
+    check(cairo_status(context_.get()));
+    cairo_set_line_join(context_.get(), CAIRO_LINE_JOIN_ROUND);
+    cairo_set_line_cap(context_.get(), CAIRO_LINE_CAP_ROUND);
+    set_source(background_);
+    cairo_paint(context_.get());
+}
+
+void PictureCanvas::finish() {
+    check(cairo_status(context_.get()));
+    if (format_ == PictureFormat::png) {
+        check(cairo_surface_write_to_png_stream(surface_.get(), write, this));
+    }
+    context_.reset();
+    cairo_surface_finish(surface_.get());
+    check(cairo_surface_status(surface_.get()));
+}
+
+void PictureCanvas::write_text(const std::string& text, double x, double y, double size,
+                               Anchor anchor) {
+    const double width = text_width(text, size);
+    cairo_font_extents_t font = {};
+    cairo_font_extents(context_.get(), &font);
+    const double part = anchor == Anchor::start ? 0 : anchor == Anchor::middle ? 0.5 : 1;
+    set_source(pen_->colour);
+    cairo_move_to(context_.get(), x - part * width, y + (font.ascent - font.descent) / 2);
+    cairo_show_text(context_.get(), text.c_str());
+    cairo_new_path(context_.get());
+}
+
+double PictureCanvas::text_width(const std::string& text, double size) {
+    cairo_select_font_face(context_.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
+                           CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(context_.get(), size);
+    cairo_text_extents_t extents = {};
+    cairo_text_extents(context_.get(), text.c_str(), &extents);
+    return extents.x_advance;
+}
+
+CPen* PictureCanvas::SelectObject(CPen* pen) {
+    CPen* const previous = pen_;
+    pen_ = pen != nullptr ? pen : pen_;
+    return previous;
+}
+
+CBrush* PictureCanvas::SelectObject(CBrush* brush) {
+    CBrush* const previous = brush_;
+    brush_ = brush != nullptr ? brush : brush_;
+    return previous;
+}
+
+int PictureCanvas::SetPolyFillMode(int mode) {
+    const int previous = fill_mode_;
+    fill_mode_ = mode;
+    return previous;
+}
+
+COLORREF PictureCanvas::SetBkColor(COLORREF colour) {
+    const COLORREF previous = background_;
+    background_ = colour;
+    return previous;
+}
+
+POINT PictureCanvas::MoveTo(int x, int y) {
+    const POINT previous = position_;
+    position_ = {x, y};
+    return previous;
+}
+
+BOOL PictureCanvas::LineTo(int x, int y) {
+    cairo_move_to(context_.get(), on_page(position_.x), on_page(position_.y));
+    cairo_line_to(context_.get(), on_page(x), on_page(y));
+    stroke();
+    position_ = {x, y};
+    return 1;
+}
+
+BOOL PictureCanvas::Polygon(const POINT* points, int count) {
+    return PolyPolygon(points, &count, 1);
+}
+
+BOOL PictureCanvas::PolyPolygon(const POINT* points, const int* counts, int polygons) {
+    for (int polygon = 0; polygon < polygons; ++polygon) {
+        cairo_new_sub_path(context_.get());
+        for (int i = 0; i < counts[polygon]; ++i, ++points) {
+            cairo_line_to(context_.get(), on_page(points->x), on_page(points->y));
+        }
+        cairo_close_path(context_.get());
+    }
+    cairo_set_fill_rule(context_.get(), fill_mode_ == ALTERNATE ? CAIRO_FILL_RULE_EVEN_ODD
+                                                                : CAIRO_FILL_RULE_WINDING);
+    set_source(brush_->colour);
+    cairo_fill_preserve(context_.get());
+    stroke();
+    return 1;
+}
+
+// The middle of a pixel stands for it, so that a line of one pixel's width fills exactly that
+// pixel.
+double PictureCanvas::on_page(int device) const {
+    // Farther out Cairo's fixed-point coordinates would wrap around.
+    constexpr double farthest = 1e6;
+    return std::clamp((device + 0.5) / units_per_pixel_, -farthest, farthest);
+}
+
+void PictureCanvas::set_source(COLORREF colour) {
+    cairo_set_source_rgb(context_.get(), GetRValue(colour) / 255.0, GetGValue(colour) / 255.0,
+                         GetBValue(colour) / 255.0);
+}
+
+void PictureCanvas::stroke() {
+    constexpr double thinnest = 0.25;
+    set_source(pen_->colour);
+    cairo_set_line_width(context_.get(),
+                         std::max(thinnest, pen_->width / double(units_per_pixel_)));
+    cairo_stroke(context_.get());
+}
+
+// Cairo tells that a write failed, not why; `write` has kept the system's reason.
+void PictureCanvas::check(cairo_status_t status) const {
+    if (status == CAIRO_STATUS_SUCCESS) {
+        return;
+    }
+    out_.fail(write_error_ != 0 ? std::generic_category().message(write_error_)
+                                : cairo_status_to_string(status));
+}
+
+cairo_status_t PictureCanvas::write(void* canvas, const unsigned char* data, unsigned size) {
+    auto& self = *static_cast<PictureCanvas*>(canvas);
+    if (std::fwrite(data, 1, size, self.out_.stream()) == size) {
+        return CAIRO_STATUS_SUCCESS;
+    }
+    self.write_error_ = self.write_error_ != 0 ? self.write_error_ : errno;
+    return CAIRO_STATUS_WRITE_ERROR;
+}
+
+} // namespace korvel::kit

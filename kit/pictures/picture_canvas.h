@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cairo.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "kit/files/output_file.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+enum class PictureFormat { png, svg, pdf };
+
+/// Width and height in pixels (PNG, SVG) or points (PDF).
+struct PictureSize {
+    int width = 1600;
+    int height = 1000;
+};
+
+/// Where a text stands from its place: to the right of it, around it, to the left of it.
+enum class Anchor { start, middle, end };
+
+/// The format that a file's ending stands for, in capitals or not. Throws InputError for any other.
+PictureFormat picture_format(const std::filesystem::path& file);
+
+/// A device context that paints a picture with Cairo. The page is white at the start; a black pen
+/// of width 1 and a white brush are selected.
+///
+/// With more than one device unit to a pixel the library's integer coordinates place lines between
+/// pixels. Pen widths count in device units too, but no line gets thinner than a quarter of a
+/// pixel, so that width 0 gives the thinnest line that can still be seen.
+class PictureCanvas final : public CDC {
+public:
+    /// The picture goes to `out`, which must outlive the canvas and which the caller closes. Throws
+    /// OutputError when there is not enough memory for the page.
+    PictureCanvas(OutputFile& out, PictureFormat format, PictureSize size, int units_per_pixel = 1);
+
+    /// Completes the picture. Throws OutputError when painting or writing failed. Without this call
+    /// the picture is incomplete.
+    void finish();
+
+    /// Writes a line of text in the pen's colour, its height around `y`. Place and size are in
+    /// pixels.
+    void write_text(const std::string& text, double x, double y, double size, Anchor anchor);
+
+    /// Width of a line of text in pixels.
+    double text_width(const std::string& text, double size);
+
+    CPen* SelectObject(CPen* pen) override;
+    CBrush* SelectObject(CBrush* brush) override;
+    int SetPolyFillMode(int mode) override;
+    COLORREF GetBkColor() const override { return background_; }
+    COLORREF SetBkColor(COLORREF colour) override;
+    POINT MoveTo(int x, int y) override;
+    BOOL LineTo(int x, int y) override;
+    BOOL Polygon(const POINT* points, int count) override;
+    BOOL PolyPolygon(const POINT* points, const int* counts, int polygons) override;
+
+private:
+    struct Destroy {
+        void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+        void operator()(cairo_t* context) const { cairo_destroy(context); }
+    };
+
+    static cairo_status_t write(void* canvas, const unsigned char* data, unsigned size);
+    double on_page(int device) const;
+    void set_source(COLORREF colour);
+    void stroke();
+    void check(cairo_status_t status) const;
+
+    OutputFile& out_;
+    PictureFormat format_;
+    int units_per_pixel_;
+    int write_error_ = 0;
+    std::unique_ptr<cairo_surface_t, Destroy> surface_;
+    std::unique_ptr<cairo_t, Destroy> context_;
+
+    CPen default_pen_{PS_SOLID, 1, RGB(0, 0, 0)};
+    CBrush default_brush_{RGB(255, 255, 255)};
+    CPen* pen_ = &default_pen_;
+    CBrush* brush_ = &default_brush_;
+    int fill_mode_ = ALTERNATE;
+    COLORREF background_ = RGB(255, 255, 255);
+    POINT position_ = {};
+};
+
+} // namespace korvel::kit

@@ -1,0 +1,41 @@
+#include "kit/pictures/picture_fit.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace korvel::kit {
+
+PictureFit::PictureFit(const Box& box, PictureSize size, double stretch)
+    : sx(1 / stretch), page(size) {
+    if (box.is_empty()) {
+        return;
+    }
+    x0 = box.left;
+    y0 = box.top;
+    const double width = (box.right - box.left) / sx;
+    const double height = box.bottom - box.top;
+
+    const double margin = std::max(2.0, 0.02 * std::min(size.width, size.height));
+    const double room_x = (size.width - 2 * margin) * units_per_pixel;
+    const double room_y = (size.height - 2 * margin) * units_per_pixel;
+    // A box without width or height does not limit the scale.
+    const double fit_x = width > 0 ? room_x / width : HUGE_VAL;
+    const double fit_y = height > 0 ? room_y / height : HUGE_VAL;
+    scale = std::min(fit_x, fit_y);
+    scale = std::isfinite(scale) ? scale : 1;
+
+    const double rest_x = size.width * units_per_pixel - width * scale;
+    const double rest_y = size.height * units_per_pixel - height * scale;
+    ox = static_cast<int>(rest_x / 2);
+    oy = static_cast<int>(rest_y / 2);
+}
+
+int PictureFit::outline_width(int shapes) const {
+    const double area = static_cast<double>(page.width) * page.height;
+    const double spacing = std::sqrt(area / std::max(shapes, 1));
+    const double widest = std::max(1.0, page.width / 1600.0);
+    const double pixels = std::clamp(spacing / 60, 0.25, widest);
+    return static_cast<int>(pixels * units_per_pixel);
+}
+
+} // namespace korvel::kit

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "kit/maps/region_sets.h"
+#include "kit/pictures/picture_canvas.h"
+
+namespace korvel::kit {
+
+/// Places a part of the plane in a picture: as large as the margins allow, centred, x to the right
+/// and y downward. The members are the arguments of the library's drawing calls: X = trunc((x − x0)
+/// / sx · scale) + ox, Y alike.
+struct PictureFit {
+    /// Device units per pixel of the pictures that are painted with a fit. Fine enough to hide that
+    /// device coordinates are integers.
+    static constexpr int units_per_pixel = 16;
+
+    int ox = 0;
+    int oy = 0;
+    double x0 = 0;
+    double y0 = 0;
+    double sx = 1;
+    double sy = 1;
+    double scale = 1;
+    PictureSize page;
+
+    /// A unit of x is painted `stretch` times as long as a unit of y.
+    PictureFit(const Box& box, PictureSize size, double stretch);
+
+    /// Width in device units of a pen for the outlines of `shapes` shapes spread over the picture:
+    /// about a pixel for a few large ones, thinner for many small ones.
+    int outline_width(int shapes) const;
+};
+
+} // namespace korvel::kit

@@ -1,0 +1,296 @@
+#include "kit/pictures/screen.h"
+
+#include <EGL/egl.h>
+#include <EGL/eglext.h>
+#include <GL/gl.h>
+#include <GL/glext.h>
+#include <cairo.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <system_error>
+
+#include "kit/base/errors.h"
+
+namespace korvel::kit {
+namespace {
+
+EGLDisplay open_display();
+std::string egl_error();
+void check_size(PictureSize size);
+void forget_errors();
+
+[[noreturn]] void fail(const std::string& reason) {
+    throw OutputError("korvel: there is no OpenGL to draw with: " + reason);
+}
+
+} // namespace
+
+/// The connection to EGL. A member left empty has not been made.
+struct Screen::Context {
+    EGLDisplay display = EGL_NO_DISPLAY;
+    EGLSurface surface = EGL_NO_SURFACE;
+    EGLContext context = EGL_NO_CONTEXT;
+
+    ~Context();
+    void open();
+};
+
+/// What the context draws on: a frame with several samples for each pixel and one that takes their
+/// means. Inside of a face the samples agree, so its colour comes through as it is.
+struct Screen::Page {
+    enum { drawn, shown };
+
+    PFNGLGENFRAMEBUFFERSPROC generate_frames = nullptr;
+    PFNGLDELETEFRAMEBUFFERSPROC delete_frames = nullptr;
+    PFNGLBINDFRAMEBUFFERPROC bind_frame = nullptr;
+    PFNGLCHECKFRAMEBUFFERSTATUSPROC frame_status = nullptr;
+    PFNGLBLITFRAMEBUFFERPROC copy_frame = nullptr;
+    PFNGLFRAMEBUFFERRENDERBUFFERPROC attach_buffer = nullptr;
+    PFNGLGENRENDERBUFFERSPROC generate_buffers = nullptr;
+    PFNGLDELETERENDERBUFFERSPROC delete_buffers = nullptr;
+    PFNGLBINDRENDERBUFFERPROC bind_buffer = nullptr;
+    PFNGLRENDERBUFFERSTORAGEMULTISAMPLEPROC size_buffer = nullptr;
+    GLuint frames[2] = {};
+    GLuint buffers[3] = {}; // colour and depth to draw, colour to show
+
+    Page();
+    ~Page();
+    bool make(PictureSize size, int samples);
+    void add_buffer(GLuint buffer, GLenum part, GLenum format, PictureSize size, int samples);
+    void take_means(PictureSize size) const;
+};
+
+Screen::Screen(PictureSize size) : size_(size), context_(std::make_unique<Context>()) {
+    // Larger pages have pixels enough, and several samples of each would take gigabytes.
+    constexpr long long most_sampled_pixels = 1LL << 24;
+    context_->open();
+    check_size(size);
+    page_ = std::make_unique<Page>();
+    GLint samples = 0;
+    glGetIntegerv(GL_MAX_SAMPLES, &samples);
+    samples = std::min(samples, 4);
+    if (static_cast<long long>(size.width) * size.height > most_sampled_pixels) {
+        samples = 0;
+    }
+    if (!page_->make(size, samples) && !page_->make(size, 0)) {
+        throw OutputError("korvel: OpenGL has no memory for a picture of this size");
+    }
+}
+
+Screen::~Screen() = default;
+
+void Screen::begin(const ViewFrame& frame) {
+    constexpr GLclampf grey = 140 / 255.0F; // white edges and black ones both stand out from it
+    page_->bind_frame(GL_FRAMEBUFFER, page_->frames[Page::drawn]);
+    glViewport(0, 0, size_.width, size_.height);
+    glClearColor(grey, grey, grey, 1);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LESS); // of faces at one depth the first drawn stays
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    // OpenGL looks along −w and counts distances that way.
+    glOrtho(frame.left, frame.right(), frame.bottom, frame.top(), -frame.nearest, -frame.farthest);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glLineWidth(frame.line_width());
+}
+
+void Screen::write_png(OutputFile& out) {
+    page_->take_means(size_);
+    const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> surface(
+        cairo_image_surface_create(CAIRO_FORMAT_RGB24, size_.width, size_.height),
+        cairo_surface_destroy);
+    if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
+        out.fail(cairo_status_to_string(cairo_surface_status(surface.get())));
+    }
+    unsigned char* const first = cairo_image_surface_get_data(surface.get());
+    const int stride = cairo_image_surface_get_stride(surface.get());
+    glPixelStorei(GL_PACK_ROW_LENGTH, stride / 4);
+    glReadPixels(0, 0, size_.width, size_.height, GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV, first);
+    if (const GLenum error = glGetError(); error != GL_NO_ERROR) {
+        char code[40];
+        std::snprintf(code, sizeof code, "OpenGL error 0x%04x", error);
+        out.fail(code);
+    }
+    // OpenGL counts rows from the bottom.
+    for (int row = 0; row < size_.height / 2; ++row) {
+        unsigned char* const upper = first + static_cast<std::ptrdiff_t>(row) * stride;
+        unsigned char* const lower =
+            first + static_cast<std::ptrdiff_t>(size_.height - 1 - row) * stride;
+        std::swap_ranges(upper, upper + stride, lower);
+    }
+    cairo_surface_mark_dirty(surface.get());
+    const auto write = [](void* file, const unsigned char* data, unsigned size) {
+        return std::fwrite(data, 1, size, static_cast<FILE*>(file)) == size
+                   ? CAIRO_STATUS_SUCCESS
+                   : CAIRO_STATUS_WRITE_ERROR;
+    };
+    errno = 0;
+    const cairo_status_t status =
+        cairo_surface_write_to_png_stream(surface.get(), write, out.stream());
+    if (status != CAIRO_STATUS_SUCCESS) {
+        out.fail(errno != 0 ? std::generic_category().message(errno)
+                            : cairo_status_to_string(status));
+    }
+}
+
+void Screen::Context::open() {
+    display = open_display();
+    if (eglBindAPI(EGL_OPENGL_API) == EGL_FALSE) {
+        fail(egl_error());
+    }
+    const EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT,
+                             EGL_NONE};
+    EGLConfig config = nullptr;
+    EGLint found = 0;
+    if (eglChooseConfig(display, wanted, &config, 1, &found) == EGL_FALSE || found == 0) {
+        fail("no configuration draws without a window");
+    }
+    // A context wants a surface to be current. Drawn on is the page, which may be larger than the
+    // surfaces that there are.
+    const EGLint one_pixel[] = {EGL_WIDTH, 1, EGL_HEIGHT, 1, EGL_NONE};
+    surface = eglCreatePbufferSurface(display, config, one_pixel);
+    context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
+    if (surface == EGL_NO_SURFACE || context == EGL_NO_CONTEXT ||
+        eglMakeCurrent(display, surface, surface, context) == EGL_FALSE) {
+        fail(egl_error());
+    }
+}
+
+// The display stays open: it belongs to the process, and others may be using it.
+Screen::Context::~Context() {
+    if (display == EGL_NO_DISPLAY) {
+        return;
+    }
+    eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    if (context != EGL_NO_CONTEXT) {
+        eglDestroyContext(display, context);
+    }
+    if (surface != EGL_NO_SURFACE) {
+        eglDestroySurface(display, surface);
+    }
+    eglReleaseThread();
+}
+
+Screen::Page::Page() {
+    const auto find = [](const char* name, auto& function) {
+        function =
+            reinterpret_cast<std::remove_reference_t<decltype(function)>>(eglGetProcAddress(name));
+        if (function == nullptr) {
+            fail(std::string(name) + " is missing");
+        }
+    };
+    const char* const version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
+    if (version == nullptr || std::atoi(version) < 3) {
+        fail(std::string("version 3 is needed, this is ") +
+             (version != nullptr ? version : "none"));
+    }
+    find("glGenFramebuffers", generate_frames);
+    find("glDeleteFramebuffers", delete_frames);
+    find("glBindFramebuffer", bind_frame);
+    find("glCheckFramebufferStatus", frame_status);
+    find("glBlitFramebuffer", copy_frame);
+    find("glFramebufferRenderbuffer", attach_buffer);
+    find("glGenRenderbuffers", generate_buffers);
+    find("glDeleteRenderbuffers", delete_buffers);
+    find("glBindRenderbuffer", bind_buffer);
+    find("glRenderbufferStorageMultisample", size_buffer);
+    generate_frames(2, frames);
+    generate_buffers(3, buffers);
+}
+
+Screen::Page::~Page() {
+    delete_frames(2, frames);
+    delete_buffers(3, buffers);
+}
+
+/// Whether there is memory enough.
+bool Screen::Page::make(PictureSize size, int samples) {
+    forget_errors();
+    bind_frame(GL_FRAMEBUFFER, frames[shown]);
+    add_buffer(buffers[2], GL_COLOR_ATTACHMENT0, GL_RGBA8, size, 0);
+    bool is_complete = frame_status(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
+    bind_frame(GL_FRAMEBUFFER, frames[drawn]);
+    add_buffer(buffers[0], GL_COLOR_ATTACHMENT0, GL_RGBA8, size, samples);
+    add_buffer(buffers[1], GL_DEPTH_ATTACHMENT, GL_DEPTH_COMPONENT24, size, samples);
+    is_complete = frame_status(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE && is_complete;
+    return glGetError() == GL_NO_ERROR && is_complete;
+}
+
+void Screen::Page::add_buffer(GLuint buffer, GLenum part, GLenum format, PictureSize size,
+                              int samples) {
+    bind_buffer(GL_RENDERBUFFER, buffer);
+    size_buffer(GL_RENDERBUFFER, samples, format, size.width, size.height);
+    attach_buffer(GL_FRAMEBUFFER, part, GL_RENDERBUFFER, buffer);
+}
+
+void Screen::Page::take_means(PictureSize size) const {
+    bind_frame(GL_READ_FRAMEBUFFER, frames[drawn]);
+    bind_frame(GL_DRAW_FRAMEBUFFER, frames[shown]);
+    copy_frame(0, 0, size.width, size.height, 0, 0, size.width, size.height, GL_COLOR_BUFFER_BIT,
+               GL_NEAREST);
+    bind_frame(GL_READ_FRAMEBUFFER, frames[shown]);
+}
+
+namespace {
+
+// Mesa's display without a window system where there is one, since the other needs a running
+// window system on some machines.
+EGLDisplay open_display() {
+    const char* const extensions = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
+    if (extensions != nullptr &&
+        std::strstr(extensions, "EGL_MESA_platform_surfaceless") != nullptr) {
+        const auto platform_display = reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(
+            eglGetProcAddress("eglGetPlatformDisplayEXT"));
+        EGLDisplay display =
+            platform_display == nullptr
+                ? EGL_NO_DISPLAY
+                : platform_display(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+        if (display != EGL_NO_DISPLAY && eglInitialize(display, nullptr, nullptr) == EGL_TRUE) {
+            return display;
+        }
+    }
+    EGLDisplay display = eglGetDisplay(EGL_DEFAULT_DISPLAY);
+    if (display == EGL_NO_DISPLAY) {
+        fail("no display");
+    }
+    if (eglInitialize(display, nullptr, nullptr) == EGL_FALSE) {
+        fail(egl_error());
+    }
+    return display;
+}
+
+std::string egl_error() {
+    char code[24];
+    std::snprintf(code, sizeof code, "EGL error 0x%04x", eglGetError());
+    return code;
+}
+
+void check_size(PictureSize size) {
+    GLint largest[2] = {};
+    GLint buffer = 0;
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, largest);
+    glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &buffer);
+    const int width = std::min(largest[0], buffer);
+    const int height = std::min(largest[1], buffer);
+    if (size.width > width || size.height > height) {
+        throw InputError("korvel: a picture of " + std::to_string(size.width) + "x" +
+                         std::to_string(size.height) + " is larger than the " +
+                         std::to_string(width) + "x" + std::to_string(height) +
+                         " that OpenGL draws here");
+    }
+}
+
+void forget_errors() {
+    constexpr int most_flags = 16; // a context that is lost reports errors for ever
+    for (int i = 0; i < most_flags && glGetError() != GL_NO_ERROR; ++i) {
+    }
+}
+
+} // namespace
+} // namespace korvel::kit

@@ -1,0 +1,299 @@
+#include "kit/pictures/section_picture.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+#include "kit/pictures/picture_fit.h"
+
+namespace korvel::kit {
+namespace {
+
+constexpr COLORREF ink = RGB(50, 50, 50);
+constexpr COLORREF pale = RGB(226, 226, 226);
+
+/// One axis of the picture: a range of the model on a range of pixels.
+struct Scale {
+    double from = 0; ///< in the model
+    double to = 0;
+    double start = 0; ///< in pixels; of a vertical axis the lower end, with the greater y
+    double end = 0;
+    double exaggeration = 1; ///< against the other axis
+    double step = 1;         ///< from tick to tick
+
+    double pixels_per_unit() const { return std::abs(end - start) / (to - from); }
+    double place(double value) const {
+        return start + (value - from) * (end - start) / (to - from);
+    }
+    std::string label(double value) const;
+    std::vector<double> ticks() const;
+};
+
+class SectionPainter {
+public:
+    SectionPainter(PictureCanvas& canvas, PictureSize size, const SectionView& view);
+
+    void paint_grid();
+    void paint_polygons(const Cut& cut);
+    void write_numbers(const Cut& cut);
+    void paint_axes();
+
+private:
+    void set_room(double left_labels);
+    void fit();
+    void set_steps();
+    void line(double x0, double y0, double x1, double y1);
+    std::string axis_name(int axis, const Scale& scale) const;
+
+    PictureCanvas& canvas_;
+    PictureSize size_;
+    const SectionView& view_;
+    double font_;
+    bool has_text_; ///< small pictures show the polygons alone
+    Scale u_;
+    Scale v_;
+};
+
+double round_below(double value);
+
+} // namespace
+
+void paint_section(PictureCanvas& canvas, PictureSize size, const Cut& cut,
+                   const SectionView& view) {
+    SectionPainter painter(canvas, size, view);
+    painter.paint_grid();
+    painter.paint_polygons(cut);
+    painter.write_numbers(cut);
+    painter.paint_axes();
+}
+
+namespace {
+
+SectionPainter::SectionPainter(PictureCanvas& canvas, PictureSize size, const SectionView& view)
+    : canvas_(canvas), size_(size), view_(view) {
+    constexpr double smallest_with_text = 200;
+    const double side = std::min(size.width, size.height);
+    has_text_ = side >= smallest_with_text;
+    font_ = std::max(9.0, side * 0.017);
+    // The width of the labels depends on the steps and these on the room that the labels leave.
+    set_room(font_ * 4);
+    fit();
+    set_steps();
+    double widest = 0;
+    for (const double value : v_.ticks()) {
+        widest = std::max(widest, canvas_.text_width(v_.label(value), font_));
+    }
+    set_room(widest);
+    fit();
+    set_steps();
+}
+
+// The pixels that the plot may take.
+void SectionPainter::set_room(double left_labels) {
+    const double margin = has_text_ ? font_ * 1.8 : std::max(2.0, 0.02 * size_.width);
+    u_.start = has_text_ ? margin + left_labels + font_ * 0.6 : margin;
+    u_.end = size_.width - margin;
+    v_.start = size_.height - (has_text_ ? font_ * 4.2 : margin);
+    v_.end = has_text_ ? font_ * 4.2 : margin;
+}
+
+// Gives both axes the same scale unless that leaves one of them a quarter of its room or less; then
+// narrows the plot to what is in it, with a little air around.
+void SectionPainter::fit() {
+    constexpr double strip = 0.25;
+    constexpr double air = 0.04;
+    const double room_u = u_.end - u_.start;
+    const double room_v = v_.start - v_.end;
+    const double inner_u = room_u - 2 * air * std::min(room_u, room_v);
+    const double inner_v = room_v - 2 * air * std::min(room_u, room_v);
+    double span_u = view_.box.right - view_.box.left;
+    double span_v = view_.box.bottom - view_.box.top;
+    const double least = std::max({span_u, span_v, 1e-9}) * 1e-9;
+    span_u = std::max(span_u, least);
+    span_v = std::max(span_v, least);
+
+    const double scale = std::min(inner_u / span_u, inner_v / span_v);
+    const double part_u = scale * span_u / inner_u;
+    const double part_v = scale * span_v / inner_v;
+    u_.exaggeration = part_u < strip ? round_below(1 / part_u) : 1;
+    v_.exaggeration = part_v < strip ? round_below(1 / part_v) : 1;
+
+    const auto narrow = [](Scale& axis, double least_value, double span, double pixels) {
+        const double towards_end = axis.end > axis.start ? 1 : -1;
+        const double room = std::abs(axis.end - axis.start);
+        const double padded = std::min(room, span * pixels + 2 * air * room);
+        const double spare = (room - padded) / 2;
+        axis.start += towards_end * spare;
+        axis.end -= towards_end * spare;
+        const double middle = least_value + span / 2;
+        axis.from = middle - padded / pixels / 2;
+        axis.to = middle + padded / pixels / 2;
+    };
+    narrow(u_, view_.box.left, span_u, scale * u_.exaggeration);
+    narrow(v_, view_.box.top, span_v, scale * v_.exaggeration);
+}
+
+void SectionPainter::set_steps() {
+    const auto step = [](const Scale& axis, double pixels) {
+        // The next round number above.
+        const double least = pixels / axis.pixels_per_unit();
+        double round = round_below(least);
+        round = round < least ? round_below(round * 2.5) : round;
+        return round;
+    };
+    v_.step = step(v_, font_ * 3);
+    u_.step = step(u_, font_ * 4);
+    // Labels side by side need their widths.
+    const double widest = std::max(canvas_.text_width(u_.label(u_.from), font_),
+                                   canvas_.text_width(u_.label(u_.to), font_));
+    u_.step = step(u_, std::max(font_ * 4, widest + 2 * font_));
+}
+
+void SectionPainter::paint_grid() {
+    if (!has_text_) {
+        return;
+    }
+    CPen pen(PS_SOLID, PictureFit::units_per_pixel, pale);
+    CPen* const previous = canvas_.SelectObject(&pen);
+    for (const double value : u_.ticks()) {
+        line(u_.place(value), v_.start, u_.place(value), v_.end);
+    }
+    for (const double value : v_.ticks()) {
+        line(u_.start, v_.place(value), u_.end, v_.place(value));
+    }
+    canvas_.SelectObject(previous);
+}
+
+// One group for each body, so that its holes stay open.
+void SectionPainter::paint_polygons(const Cut& cut) {
+    TMOD2D picture = cut.section;
+    picture.groups.RemoveAll();
+    for (const BodyCut& body : cut.bodies) {
+        POLY3D_CPLX group;
+        group.rgb = cut.section.groups[body.polygons[0]].rgb;
+        for (const int polygon : body.polygons) {
+            group.polys.Add(polygon);
+        }
+        picture.groups.Add(group);
+    }
+    const int units = PictureFit::units_per_pixel;
+    CPen outline(PS_SOLID, units * 3 / 4, ink);
+    CPen* const previous = canvas_.SelectObject(&outline);
+    // A negative unit of v lets it grow upward.
+    picture.draw_filled_model(view_.axes.u, view_.axes.v, static_cast<int>(u_.start * units),
+                              static_cast<int>(v_.start * units), u_.from, v_.from,
+                              1 / u_.pixels_per_unit(), -1 / v_.pixels_per_unit(), units, &canvas_);
+    canvas_.SelectObject(previous);
+}
+
+// In the middle of each body's largest polygon, if the number is within the body there.
+void SectionPainter::write_numbers(const Cut& cut) {
+    CPen pen(PS_SOLID, 1, ink);
+    CPen* const previous = canvas_.SelectObject(&pen);
+    const double font = font_ * 0.8;
+    for (const BodyCut& body : cut.bodies) {
+        const int polygon =
+            *std::max_element(body.polygons.begin(), body.polygons.end(), [&](int a, int b) {
+                return cut.section.polys[a].area < cut.section.polys[b].area;
+            });
+        Box box;
+        for (const int v : cut.section.polys[polygon].verts) {
+            const double* const point = cut.section.verts[v].model_xyz;
+            box.take_in(point[view_.axes.u], point[view_.axes.v]);
+        }
+        const double u = (box.left + box.right) / 2;
+        const double v = (box.top + box.bottom) / 2;
+        const std::string number = std::to_string(body.body);
+        const double half_u =
+            (canvas_.text_width(number, font) / 2 + font * 0.3) / u_.pixels_per_unit();
+        const double half_v = font * 0.6 / v_.pixels_per_unit();
+        const auto is_inside = [&](double du, double dv) {
+            const auto holding =
+                std::count_if(body.polygons.begin(), body.polygons.end(), [&](int other) {
+                    return holds(cut.section, other, view_.axes, u + du, v + dv);
+                });
+            return holding % 2 != 0;
+        };
+        if (has_text_ && is_inside(half_u, half_v) && is_inside(-half_u, half_v) &&
+            is_inside(half_u, -half_v) && is_inside(-half_u, -half_v)) {
+            canvas_.write_text(number, u_.place(u), v_.place(v), font, Anchor::middle);
+        }
+    }
+    canvas_.SelectObject(previous);
+}
+
+void SectionPainter::paint_axes() {
+    if (!has_text_) {
+        return;
+    }
+    CPen pen(PS_SOLID, PictureFit::units_per_pixel, ink);
+    CPen* const previous = canvas_.SelectObject(&pen);
+    line(u_.start, v_.end, u_.start, v_.start);
+    line(u_.start, v_.start, u_.end, v_.start);
+    line(u_.end, v_.start, u_.end, v_.end);
+    line(u_.end, v_.end, u_.start, v_.end);
+    const double tick = font_ * 0.4;
+    for (const double value : u_.ticks()) {
+        line(u_.place(value), v_.start, u_.place(value), v_.start + tick);
+        canvas_.write_text(u_.label(value), u_.place(value), v_.start + tick + font_ * 0.8, font_,
+                           Anchor::middle);
+    }
+    for (const double value : v_.ticks()) {
+        line(u_.start, v_.place(value), u_.start - tick, v_.place(value));
+        canvas_.write_text(v_.label(value), u_.start - tick - font_ * 0.3, v_.place(value), font_,
+                           Anchor::end);
+    }
+    const double name_size = font_ * 1.15;
+    canvas_.write_text(axis_name(view_.axes.u, u_), (u_.start + u_.end) / 2, v_.start + font_ * 2.9,
+                       name_size, Anchor::middle);
+    canvas_.write_text(axis_name(view_.axes.v, v_), u_.start, v_.end - font_, name_size,
+                       Anchor::middle);
+    canvas_.write_text(view_.title, u_.start, v_.end - font_ * 2.8, name_size, Anchor::start);
+    canvas_.write_text(view_.remark, u_.end, v_.end - font_ * 2.8, name_size, Anchor::end);
+    canvas_.SelectObject(previous);
+}
+
+void SectionPainter::line(double x0, double y0, double x1, double y1) {
+    const auto device = [](double pixel) {
+        return static_cast<int>(pixel * PictureFit::units_per_pixel);
+    };
+    canvas_.MoveTo(device(x0), device(y0));
+    canvas_.LineTo(device(x1), device(y1));
+}
+
+std::string SectionPainter::axis_name(int axis, const Scale& scale) const {
+    std::string name(1, "xyz"[axis]);
+    if (scale.exaggeration > 1) {
+        char factor[32];
+        std::snprintf(factor, sizeof factor, " \u00d7 %.12g", scale.exaggeration);
+        name += factor;
+    }
+    return name;
+}
+
+std::string Scale::label(double value) const {
+    const int decimals = std::clamp(static_cast<int>(-std::floor(std::log10(step) + 1e-9)), 0, 15);
+    char digits[400];
+    std::snprintf(digits, sizeof digits, "%.*f", decimals, value);
+    return digits;
+}
+
+std::vector<double> Scale::ticks() const {
+    std::vector<double> values;
+    for (double n = std::ceil(from / step); n * step <= to && values.size() < 1000; ++n) {
+        values.push_back(n * step + 0.0); // no minus before a 0
+    }
+    return values;
+}
+
+// The largest of 1, 2 and 5 times a power of ten that is not above a value.
+double round_below(double value) {
+    const double power = std::pow(10, std::floor(std::log10(value) + 1e-9));
+    const double part = value / power * (1 + 1e-9);
+    return part >= 5 ? 5 * power : part >= 2 ? 2 * power : power;
+}
+
+} // namespace
+} // namespace korvel::kit

@@ -1,0 +1,25 @@
+#include "kit/solids/pick.h"
+
+#include <algorithm>
+
+namespace korvel::kit {
+
+std::optional<Pick> pick(TMOD3D& model, double u, double v) {
+    double click[3] = {u, v, 0};
+    if (model.get_point_xyz(click) != 0) {
+        return {};
+    }
+    Pick found;
+    found.face = model.edit_state[3];
+    found.vertex = model.edit_state[4];
+    found.edge = model.edit_state[5];
+    found.body = model.edit_state[6];
+    found.u = u;
+    found.v = v;
+    found.depth = click[2];
+    std::copy_n(model.pick_data, 3, found.point.begin());
+    std::copy_n(model.pick_data + 6, 3, found.on_edge.begin());
+    return found;
+}
+
+} // namespace korvel::kit

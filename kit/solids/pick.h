@@ -1,0 +1,27 @@
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+/// What lies under a click.
+struct Pick {
+    int face = 0;
+    int body = 0;
+    int vertex = 0; ///< of the face, nearest to the click as seen
+    int edge = 0;   ///< of the face, nearest to the click as seen
+    double u = 0;   ///< the click …
+    double v = 0;
+    double depth = 0;                   ///< … and its w on the face
+    std::array<double, 3> point = {};   ///< where the click meets the face, in model coordinates
+    std::array<double, 3> on_edge = {}; ///< the point that the library gives for the edge, likewise
+};
+
+/// Picks with `TMOD3D::get_point_xyz` at u,v in view coordinates; empty where nothing is hit. The
+/// view and the relations must be current.
+std::optional<Pick> pick(TMOD3D& model, double u, double v);
+
+} // namespace korvel::kit

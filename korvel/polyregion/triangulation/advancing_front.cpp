@@ -1,0 +1,200 @@
+#include "korvel/polyregion/triangulation/advancing_front.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "korvel/polyregion/side_topology.h"
+
+namespace korvel {
+namespace {
+
+/// Calls `use(from, to)` for each edge of a ring.
+template <class Use>
+void each_edge(const RING& ring, Use use) {
+    for (int k = 0; k < ring.pts.GetSize(); ++k) {
+        use(ring.pts[k], ring.pts[k + 1 < ring.pts.GetSize() ? k + 1 : 0]);
+    }
+}
+
+} // namespace
+
+AdvancingFront::AdvancingFront(PLYDT& set, ListedTriangles& listed)
+    : set_(set), listed_(listed), place_of_(static_cast<std::size_t>(set.pt_list.GetSize()), -1),
+      sides_(region_points_), guide_(region_points_),
+      search_(region_points_, sides_, guide_, indices_, listed) {}
+
+bool AdvancingFront::close(const PLYDT::PyToRg& region) {
+    name_places(region);
+    // A point whose place is not a number turns away from every edge and counts as inside of every
+    // triangle: with one of them there are none.
+    const bool has_triangles = std::none_of(points_.begin(), points_.end(), [](PlanePoint p) {
+        return std::isnan(p.x) || std::isnan(p.y);
+    });
+    const bool can_serve = !has_triangles || is_ordinary(region);
+    if (has_triangles && can_serve) {
+        region_points_.start(points_);
+        sides_.start();
+        guide_.start();
+        hints_.clear();
+        search_.start();
+        close_boundary(region);
+        close_front();
+    }
+    forget_places();
+    return can_serve;
+}
+
+/// Each distinct point is named by its place in the order in which the rings list them, so that the
+/// first of several equals is the one with the smallest name.
+void AdvancingFront::name_places(const PLYDT::PyToRg& region) {
+    for (const int ring : region.rings) {
+        for (const int pt : set_.ring_list[ring].pts) {
+            int& place = place_of_[static_cast<std::size_t>(pt)];
+            if (place < 0) {
+                place = static_cast<int>(indices_.size());
+                indices_.push_back(pt);
+                points_.push_back(plane_point(set_.pt_list[pt]));
+            }
+        }
+    }
+}
+
+void AdvancingFront::forget_places() {
+    for (const int pt : indices_) {
+        place_of_[static_cast<std::size_t>(pt)] = -1;
+    }
+    indices_.clear();
+    points_.clear();
+}
+
+/// Whether magnitudes neither overflow nor vanish in products, and every side has the direction
+/// that its ends give it. One between coincident points has none and is never crossed. How far off
+/// the points lie does not matter: tests and searches work on differences alone, and each of these
+/// is as exact there as anywhere.
+bool AdvancingFront::is_ordinary(const PLYDT::PyToRg& region) const {
+    constexpr double largest = 1e+60;
+    constexpr double shortest = 1e-60;
+    if (points_.empty()) {
+        return false;
+    }
+    PlanePoint low = points_.front();
+    PlanePoint high = low;
+    for (const PlanePoint& p : points_) {
+        if (!(std::fabs(p.x) < largest && std::fabs(p.y) < largest)) {
+            return false;
+        }
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    const double extent = std::max(high.x - low.x, high.y - low.y);
+    if (!(extent > shortest)) {
+        return false;
+    }
+    const auto direction = [&](int from, int to) {
+        return direction_between(plane_point(set_.pt_list[from]), plane_point(set_.pt_list[to]));
+    };
+    const auto is_long_enough = [&](double length) { return length == 0 || length > shortest; };
+    bool is_sound = true;
+    for (const int ring : region.rings) {
+        each_edge(set_.ring_list[ring], [&](int from, int to) {
+            is_sound = is_sound && is_long_enough(direction(from, to).len);
+        });
+        for (const int number : set_.ring_list[ring].sides) {
+            const PLYDT::SIDE& side = set_.side_list[number];
+            const Direction along = direction(side.p0, side.p1);
+            const bool is_derived = along.len == 0 ? std::isnan(side.ux) && std::isnan(side.uy)
+                                                   : along.ux == side.ux && along.uy == side.uy;
+            is_sound = is_sound && place_of(side.p0) >= 0 && place_of(side.p1) >= 0 &&
+                       is_long_enough(along.len) && is_derived && along.len == side.len;
+        }
+    }
+    return is_sound;
+}
+
+/// Closes the edges of the region, holes backwards.
+void AdvancingFront::close_boundary(const PLYDT::PyToRg& region) {
+    for (const int ring : region.rings) {
+        for (const int number : set_.ring_list[ring].sides) {
+            const PLYDT::SIDE& side = set_.side_list[number];
+            const int p0 = place_of(side.p0);
+            const int p1 = place_of(side.p1);
+            if (p0 != p1 && sides_.find(p0, p1, Kind::boundary) == RegionPoints::none) {
+                add_side(p0, p1, {side.ux, side.uy, side.len}, Kind::boundary);
+            }
+        }
+    }
+    first_front_ = sides_.count();
+    is_open_.clear();
+    for (int i = 0; i < region.rings.GetSize(); ++i) {
+        each_edge(set_.ring_list[region.rings[i]], [&](int from, int to) {
+            const int a = place_of(i == 0 ? from : to);
+            const int b = place_of(i == 0 ? to : from);
+            const int side = sides_.find(a, b, Kind::boundary);
+            if (side == RegionPoints::none) {
+                close_edge(a, b, RegionPoints::none, RegionPoints::none);
+            } else {
+                close_edge(a, b, sides_.apex(side, a), hint(side));
+            }
+        });
+    }
+}
+
+/// Closes, pass by pass, the sides that the passes before have opened. A side that is open has no
+/// triangle on its inner side yet.
+void AdvancingFront::close_front() {
+    for (std::size_t next = 0; next < is_open_.size(); ++next) {
+        if (is_open_[next] != 0) {
+            is_open_[next] = 0;
+            const int number = first_front_ + static_cast<int>(next);
+            const SideTree::Side& side = sides_.side(number);
+            close_edge(side.p1, side.p0, RegionPoints::none, hint(number));
+        }
+    }
+}
+
+void AdvancingFront::close_edge(int a, int b, int apex, int hint) {
+    const int c = search_.choose(a, b, apex, hint);
+    if (c == RegionPoints::none) {
+        return;
+    }
+    PLYDT::TRG triangle;
+    triangle.radius = search_.radius(a, b, c);
+    triangle.va = index(a);
+    triangle.vb = index(b);
+    triangle.vc = index(c);
+    set_.trg_list.Add(triangle);
+    listed_.add_new_triangles();
+    const bool is_left =
+        turn_sign(region_points_.at(a), region_points_.at(b), region_points_.at(c)) == 1;
+    const int base = sides_.find(a, b, Kind::boundary);
+    if (is_left && base != RegionPoints::none) {
+        sides_.set_apex(base, a, c);
+    }
+    open_or_close(b, c, a, is_left);
+    open_or_close(c, a, b, is_left);
+}
+
+/// A side of a new triangle opens the front, or closes it where another triangle has opened it.
+void AdvancingFront::open_or_close(int p0, int p1, int opposite, bool is_apex) {
+    const int boundary = sides_.find(p0, p1, Kind::boundary);
+    if (boundary != RegionPoints::none) {
+        if (is_apex) {
+            sides_.set_apex(boundary, p0, opposite);
+        }
+        return;
+    }
+    const int known = sides_.find(p0, p1, Kind::front);
+    if (known != RegionPoints::none) {
+        is_open_[static_cast<std::size_t>(known - first_front_)] = 0;
+        return;
+    }
+    add_side(p0, p1, direction_between(region_points_.at(p0), region_points_.at(p1)), Kind::front);
+    is_open_.push_back(1);
+}
+
+void AdvancingFront::add_side(int p0, int p1, Direction direction, Kind kind) {
+    sides_.add(p0, p1, direction, kind);
+    hints_.push_back(guide_.add_side(p0, p1));
+}
+
+} // namespace korvel

@@ -1,0 +1,138 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "korvel/polyregion/triangulation/region_points.h"
+
+namespace korvel {
+
+/// A triangulation of all points of a region that has the region's sides among its edges, as near
+/// to Delaunay's as rounding leaves it. It covers a wide triangle around the points, so that every
+/// place has all of its neighbours.
+///
+/// Each of its triangles is larger than rounding, and none covers another. So what it says about
+/// points and sides within and around one of its triangles is certain, by the clearance of the
+/// corners, though which triangles it has is a matter of rounding. Where it cannot be kept so it
+/// answers nothing from then on.
+class ConstrainedDelaunay {
+public:
+    static constexpr int none = RegionPoints::none;
+
+    explicit ConstrainedDelaunay(const RegionPoints& points) : points_(points) {}
+
+    /// To be called when the points have started over.
+    void start();
+
+    /// Makes the side between two places an edge, or a chain of edges through the places on it.
+    /// Returns a hint for `apex`.
+    int add_side(int p0, int p1);
+
+    /// The third corner of the triangle on the left of a → b, or `none` where a-b is no edge or the
+    /// triangle is outside of all points. With the hint of its side it is found at once, unless the
+    /// triangles there have changed.
+    int apex(int a, int b, int hint);
+
+    /// The first edge from u to v on the way that is a side or part of one, as its two places.
+    std::optional<std::array<int, 2>> side_across(int u, int v) const;
+
+    /// Whether no place lies near the way from u through v and on, beyond v, but for those behind a
+    /// side that certainly crosses all ways from u to them. Near is within `distance` and `slope`
+    /// times how far the place is from u. The test is one-sided: false may mean that it is not
+    /// known.
+    bool is_free_beyond(int u, int v, double distance, double slope) const;
+
+    /// Whether no other place and no side that ends elsewhere comes within a distance of a place.
+    bool is_clear_place(int p, double distance) const {
+        return is_usable_ && clearance2(p) > distance * distance;
+    }
+
+    /// Whether u-v is an edge and no other place, nor a side that touches neither end, comes within
+    /// a distance of it.
+    ///
+    /// Around a place v there is nothing up to its clearance k(v), the least height over the
+    /// opposite edges of the triangles around it. Beyond that, an edge u-v has nothing nearer than
+    /// k(u) k(v) / |u − v|, since the sines of the angles at its ends are no smaller than the other
+    /// end's clearance over its length.
+    bool is_clear_edge(int u, int v, int hint, double distance) const {
+        return is_usable_ && has_room(u, v, distance) && half_edge(u, v, hint) != none;
+    }
+
+    /// Whether neither crossing tests with the sides of a triangle of these nor the tests of points
+    /// inside it can be misled, unless a side makes an angle of less than `least_angle` with one of
+    /// them on nearly the same line: a crossing test of two sides errs by no more than 3e-15 extent
+    /// over their angle.
+    bool is_clear_triangle(int a, int b, int c) const {
+        return has_room(a, b, clear_) && has_room(b, c, clear_) && has_room(c, a, clear_);
+    }
+    static constexpr double least_angle = 1e-5;
+
+private:
+    /// How far a question that may stay open goes round a place and along a way. There are places
+    /// with very many neighbours.
+    static constexpr int most_turns = 64;
+    static constexpr int most_steps = 32;
+
+    // Three half edges to a triangle, anticlockwise; h runs from `from(h)` to `from(next(h))`, and
+    // the triangle lies on its left.
+    static int next(int h) { return h % 3 == 2 ? h - 2 : h + 1; }
+    static int previous(int h) { return h % 3 == 0 ? h + 2 : h - 1; }
+    int from(int h) const { return from_[static_cast<std::size_t>(h)]; }
+    int to(int h) const { return from(next(h)); }
+    int twin(int h) const { return twin_[static_cast<std::size_t>(h)]; }
+    int next_around(int h) const { return twin(previous(h)); } // anticlockwise
+    bool is_side(int h) const { return is_side_[static_cast<std::size_t>(h)] != 0; }
+    PlanePoint at(int p) const { return at_[static_cast<std::size_t>(p)]; }
+
+    static double squared_length(PlanePoint from, PlanePoint to) {
+        return (to.x - from.x) * (to.x - from.x) + (to.y - from.y) * (to.y - from.y);
+    }
+    double twice_area(int a, int b, int c) const;
+    bool is_sound(int a, int b, int c) const { return twice_area(a, b, c) > margin_; }
+    bool has_room(int u, int v, double distance) const {
+        return clearance2(u) * clearance2(v) > distance * distance * squared_length(at(u), at(v));
+    }
+    double clearance2(int p) const { return clearance2_[static_cast<std::size_t>(p)]; }
+
+    void link(int h, int other);
+    int add_triangle(int a, int b, int c);
+    void insert_in_rounds();
+    void insert(int p, int near);
+    int edge_or_triangle_at(int p, int near, int& on_edge) const;
+    void divide_triangle(int h, int p);
+    void divide_edge(int h, int p);
+    void make_delaunay_around(int p);
+    bool is_in_circle(int a, int b, int c, int p) const;
+    bool may_flip(int h) const;
+    void flip(int h);
+
+    int half_edge(int a, int b) const;
+    int half_edge(int a, int b, int hint) const;
+    std::array<int, 2> add_piece(int u, int v);
+    template <class Visit>
+    int walk(int u, int v, int turns, Visit visit) const;
+    int find_crossed(int u, int v);
+    bool remove_crossed(int u, int v);
+    int mark_side(int h);
+    void limit_clearances(int h); // of the corners of a triangle
+
+    const RegionPoints& points_;
+    double margin_ = 0; ///< twice an area up to this may be rounding
+    double clear_ = 0;  ///< see `is_clear_triangle`
+    bool is_usable_ = false;
+    std::vector<PlanePoint> at_; ///< the corners of the wide triangle last
+    std::vector<int> from_;
+    std::vector<int> twin_;
+    std::vector<char> is_side_;
+    int last_ = 0;                   ///< of the triangle that was asked for last
+    std::vector<int> first_;         ///< for each place a half edge that begins there
+    std::vector<double> clearance2_; ///< for each place, squared
+    std::vector<char> rounds_;       ///< of insertion, for each place
+    std::vector<int> to_check_;
+    std::vector<std::array<int, 2>> crossed_;
+    std::vector<std::array<int, 2>> flipped_;
+};
+
+} // namespace korvel

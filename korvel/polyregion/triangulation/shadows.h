@@ -1,0 +1,119 @@
+#pragma once
+
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "korvel/polyregion/triangulation/point_tree.h"
+#include "korvel/polyregion/triangulation/side_tree.h"
+
+namespace korvel {
+
+/// Where no third corner of an edge's triangle can lie, for what stands before it: whole boxes of
+/// points are passed over by a few signs.
+///
+/// A shadow is left out where rounding could come near: what lies in one would fail the exact tests
+/// for certain. Corners that the boundary joins with the edge are the exception: their new side is
+/// not held against the boundary, so they are to be tested whether they lie in a shadow or not.
+class Shadows {
+public:
+    explicit Shadows(const RegionPoints& points) : points_(points) {}
+
+    /// Starts over for the edge a → b.
+    void start(int a, int b) {
+        a_ = a;
+        b_ = b;
+        count_ = 0;
+    }
+
+    /// What a side of the boundary or the front hides from the ends of the edge.
+    void add_side(const SideTree::Side& side) {
+        add_hidden(a_, side.p0, side.p1);
+        add_hidden(b_, side.p0, side.p1);
+    }
+
+    /// The third corners whose triangles have the point inside.
+    void add_inner_point(int inner) {
+        const PlanePoint a = points_.local(a_);
+        const PlanePoint b = points_.local(b_);
+        const PlanePoint x = points_.local(inner);
+        const double margin = 4 * points_.area_margin();
+        if (left_of(a, b).at(x) > margin) {
+            add({before(left_of(a, x), margin), before(left_of(x, b), margin), {0, 0, 1}});
+        }
+    }
+
+    bool cover(const TurnedBox& box) {
+        return any(
+            [&](const LineForm& bound) { return bound.at(box.centre) >= box.spread(bound); });
+    }
+    bool cover(PlanePoint p) {
+        return any([&](const LineForm& bound) { return bound.at(p) >= 0; });
+    }
+
+private:
+    /// A region where three forms are not negative.
+    using Shadow = std::array<LineForm, 3>;
+
+    template <class Holds>
+    bool any(Holds holds) {
+        for (std::size_t i = 0; i < count_; ++i) {
+            const Shadow& shadow = shadows_[i];
+            if (holds(shadow[0]) && holds(shadow[1]) && holds(shadow[2])) {
+                if (i > 0) { // what covers one covers the next
+                    std::swap(shadows_[i - 1], shadows_[i]);
+                }
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void add(const Shadow& shadow) {
+        if (count_ < shadows_.size()) {
+            shadows_[count_++] = shadow;
+        }
+    }
+
+    static LineForm before(const LineForm& form, double margin) {
+        return {form.nx, form.ny, form.c - margin};
+    }
+    static double size(PlanePoint from, PlanePoint to) {
+        return std::fabs(to.x - from.x) + std::fabs(to.y - from.y);
+    }
+
+    /// What lies beyond the side u-v between the rays from an eye through u and v. With the eye and
+    /// p at distances e and d from the side's line, the crossing test finds the meeting place along
+    /// the side to rounding · extent · |eye − p| / (e + d), while a p at distance m inside of a ray
+    /// puts that place at least m · e / (e + d) off the side's end.
+    void add_hidden(int eye, int from, int to) {
+        if (eye == from || eye == to) {
+            return;
+        }
+        const double extent = points_.extent();
+        const PlanePoint e = points_.local(eye);
+        PlanePoint u = points_.local(from);
+        PlanePoint v = points_.local(to);
+        double area = left_of(u, v).at(e);
+        if (area < 0) {
+            std::swap(u, v);
+            area = -area;
+        }
+        const double length = size(u, v);
+        const double line_margin = 1e-12 * extent * length;
+        if (!(area > line_margin)) {
+            return;
+        }
+        const double ray_margin = points_.area_margin() * length / area;
+        add({before(left_of(v, u), line_margin), before(left_of(e, u), ray_margin * size(e, u)),
+             before(left_of(v, e), ray_margin * size(e, v))});
+    }
+
+    const RegionPoints& points_;
+    int a_ = 0;
+    int b_ = 0;
+    std::array<Shadow, 24> shadows_;
+    std::size_t count_ = 0;
+};
+
+} // namespace korvel

@@ -1,0 +1,377 @@
+#include "korvel/polyregion/triangulation/third_corner.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace korvel {
+
+void ThirdCornerSearch::start() {
+    tree_.start();
+    last_inner_points_.clear();
+    apart_.assign(static_cast<std::size_t>(points_.count()), 0);
+    search_ = 0;
+}
+
+int ThirdCornerSearch::choose(int a, int b, int apex, int hint) {
+    // Down to here the bounds on radii hold in spite of rounding.
+    constexpr double shortest_edge = 1e-7;
+    if (!(direction_between(at(a), at(b)).len >= shortest_edge * points_.extent())) {
+        return choose_exhaustively(a, b);
+    }
+    return apex == none ? choose_in_the_open(a, b, hint) : choose_behind(a, b, apex, hint);
+}
+
+int ThirdCornerSearch::choose_in_the_open(int a, int b, int hint) {
+    shadows_.start(a, b);
+    const EdgeFrame frame(points_, a, b);
+    const FlatSurvivors flat = first_flat_survivors(frame, hint);
+    const int best = flat.below_all != none ? flat.below_all : nearest_survivor(frame, hint);
+    if (flat.undefined == none || (best != none && best < flat.undefined)) {
+        return best;
+    }
+    for (int p = 0; p < flat.undefined; ++p) {
+        if (may_close(a, b, p) && survives(a, b, p)) {
+            return best;
+        }
+    }
+    return flat.undefined;
+}
+
+/// The first survivors whose triangles are so flat that rounding makes Heron's radicand negative or
+/// 0/0, or a zero of either sign. The least factor is more than the square of the height over the
+/// longest side divided by six times the shortest, so only a point near the line of the edge can
+/// have one that drowns in rounding.
+ThirdCornerSearch::FlatSurvivors ThirdCornerSearch::first_flat_survivors(const EdgeFrame& frame,
+                                                                         int hint) {
+    const int a = frame.a;
+    const int b = frame.b;
+    const double slope = 3e-7 * std::sqrt(2 * points_.extent() / frame.length);
+    FlatSurvivors first;
+    if (!tree_.shape().is_undivided() && guide_.is_clear_edge(a, b, hint, 3e-7 * frame.length) &&
+        guide_.is_free_beyond(a, b, frame.margin, slope) &&
+        guide_.is_free_beyond(b, a, frame.margin, slope)) {
+        return first;
+    }
+    suspects_.clear();
+    const double reach = frame.margin + slope * points_.extent();
+    tree_.each_point_near(frame.height, reach, frame.height, frame.margin,
+                          [&](int p) { suspects_.push_back(p); });
+    std::sort(suspects_.begin(), suspects_.end());
+    for (const int p : suspects_) {
+        if (may_close(a, b, p)) {
+            const double r = radius(a, b, p);
+            int* const slot = std::isnan(r) ? &first.undefined : &first.below_all;
+            if ((std::isnan(r) || r < 0) && *slot == none && survives(a, b, p)) {
+                *slot = p;
+            }
+        }
+    }
+    return first;
+}
+
+/// The survivor with the smallest radius from 0 on. Boxes and points wait in the order of the lower
+/// bounds of their radii, and what waits behind the best survivor so far need not be looked at.
+int ThirdCornerSearch::nearest_survivor(const EdgeFrame& frame, int hint) {
+    const int a = frame.a;
+    const int b = frame.b;
+    int best = none;
+    double best_radius = take_guess(a, b, hint, best);
+    waiting_.clear();
+    suspects_.clear(); // with an infinite radius
+    ++search_;
+    for (const int end : {a, b}) {
+        apart_[static_cast<std::size_t>(end)] = search_;
+        sides_.any_side_at(end, SideTree::Kind::boundary, [&](int, int p) {
+            if (std::exchange(apart_[static_cast<std::size_t>(p)], search_) != search_ &&
+                p != best && may_close(a, b, p)) {
+                wait(frame, p, best_radius);
+            }
+            return false;
+        });
+    }
+    const std::size_t joined = waiting_.size();
+    if (best == none || !wait_beside(frame, best, best_radius)) {
+        waiting_.resize(joined);
+        waiting_.push_back({0, SlotTree::root, false});
+    }
+    if (waiting_.empty()) {
+        return best;
+    }
+    if (!tree_.shape().is_undivided()) { // else there are no boxes to pass over
+        cast_first_shadows(a, b);
+    }
+    std::make_heap(waiting_.begin(), waiting_.end());
+    while (!waiting_.empty()) {
+        std::pop_heap(waiting_.begin(), waiting_.end());
+        const Waiting next = waiting_.back();
+        waiting_.pop_back();
+        if (next.bound > best_radius * best_radius) {
+            break;
+        }
+        if (!next.is_place) {
+            if (!shadows_.cover(tree_.box(next.number))) {
+                enter_box(frame, next.number, best_radius * best_radius);
+            }
+            continue;
+        }
+        const int p = next.number;
+        if (apart_[static_cast<std::size_t>(p)] != search_ && shadows_.cover(points_.local(p))) {
+            continue;
+        }
+        const double r = radius(a, b, p);
+        if (r == std::numeric_limits<double>::infinity()) {
+            suspects_.push_back(p);
+        } else if (r >= 0 && (r < best_radius || (r == best_radius && p < best)) &&
+                   survives(a, b, p)) {
+            best_radius = r;
+            best = p;
+        }
+    }
+    if (best == none) {
+        std::sort(suspects_.begin(), suspects_.end());
+        const auto infinite = std::find_if(suspects_.begin(), suspects_.end(),
+                                           [&](int p) { return survives(a, b, p); });
+        return infinite == suspects_.end() ? none : *infinite;
+    }
+    return best;
+}
+
+/// The third corner that the guide has, and its radius, if it survives.
+double ThirdCornerSearch::take_guess(int a, int b, int hint, int& guess) {
+    const int p = guide_.apex(a, b, hint);
+    if (p != none && may_close(a, b, p) && (surely_survives(a, b, p) || survives(a, b, p))) {
+        const double r = radius(a, b, p);
+        if (r >= 0 && r < std::numeric_limits<double>::infinity()) {
+            last_inner_points_.add(p);
+            guess = p;
+            return r;
+        }
+    }
+    return std::numeric_limits<double>::infinity();
+}
+
+void ThirdCornerSearch::wait(const EdgeFrame& frame, int p, double best_radius) {
+    const PlanePoint at = points_.local(p);
+    const double bound = frame.bound(at, frame.height.at(at));
+    if (bound <= best_radius * best_radius) {
+        waiting_.push_back({bound, p, true});
+    }
+}
+
+/// Puts the places among the waiting whose radii may be below that of the guide's triangle. False
+/// where they are so many that boxes serve better.
+bool ThirdCornerSearch::wait_beside(const EdgeFrame& frame, int best, double best_radius) {
+    int room = 8;
+    const auto may_wait = [&](int p) {
+        if (apart_[static_cast<std::size_t>(p)] != search_ && p != best &&
+            may_close(frame.a, frame.b, p)) {
+            wait(frame, p, best_radius);
+            --room;
+        }
+        return room == 0;
+    };
+    tree_.any_point_beside(frame.height, frame.margin, frame.disk(best_radius), may_wait);
+    const Disk flat = frame.flat_disk(best_radius);
+    if (flat.radius > frame.length / 2) {
+        tree_.any_point_beside(frame.height, frame.margin, flat, may_wait);
+    }
+    for (const int end : {frame.a, frame.b}) {
+        const Disk next_to_end = frame.end_disk(end);
+        if (!guide_.is_clear_place(end, next_to_end.radius)) {
+            tree_.any_point_beside(frame.height, frame.margin, next_to_end, may_wait);
+        }
+    }
+    return room > 0;
+}
+
+/// Puts what a box holds among the waiting.
+void ThirdCornerSearch::enter_box(const EdgeFrame& frame, int box, double limit) {
+    const auto before = static_cast<std::ptrdiff_t>(waiting_.size());
+    const auto wait = [&](double bound, int number, bool is_place) {
+        if (bound <= limit) {
+            waiting_.push_back({bound, number, is_place});
+        }
+    };
+    const SlotTree& shape = tree_.shape();
+    if (!shape.is_leaf(box)) {
+        for (const int half : {SlotTree::first_half(box), SlotTree::second_half(box)}) {
+            if (shape.has_slots(half)) {
+                const TurnedBox& around = tree_.box(half);
+                const double height = frame.height.at(around.centre);
+                const double spread = around.spread(frame.height);
+                if (height + spread >= -frame.margin) {
+                    wait(frame.bound(around, height, spread), half, false);
+                }
+            }
+        }
+    } else {
+        const SlotTree::Sorted bits = tree_.sorted(box, frame.height, frame.margin);
+        for (SlotTree::Bits left = shape.all(box) & ~bits.below; left != 0; left &= left - 1) {
+            const int p = tree_.place(shape.first_slot(box) + std::countr_zero(left));
+            if (apart_[static_cast<std::size_t>(p)] != search_ &&
+                ((bits.above & left & (~left + 1)) != 0 || may_close(frame.a, frame.b, p))) {
+                const PlanePoint at = points_.local(p);
+                wait(frame.bound(at, frame.height.at(at)), p, true);
+            }
+        }
+    }
+    if (2 * before < static_cast<std::ptrdiff_t>(waiting_.size())) {
+        std::make_heap(waiting_.begin(), waiting_.end());
+    } else {
+        for (auto end = waiting_.begin() + before; end != waiting_.end();) {
+            std::push_heap(waiting_.begin(), ++end);
+        }
+    }
+}
+
+/// The sides next to the edge hide most of what they can.
+void ThirdCornerSearch::cast_first_shadows(int a, int b) {
+    for (const int end : {a, b}) {
+        for (const auto kind : {SideTree::Kind::boundary, SideTree::Kind::front}) {
+            int most = 2;
+            sides_.any_side_at(end, kind, [&](int side, int other) {
+                if (other != a && other != b) {
+                    shadows_.add_side(sides_.side(side));
+                    shadows_.add_inner_point(other);
+                }
+                return --most == 0;
+            });
+        }
+    }
+}
+
+/// The choice for an edge that has a triangle on its inner side already. Every other point either
+/// has a side across that triangle's or has the apex inside its own triangle, but for those that
+/// lie nearly on one of the triangle's lines (see `Shadows` for how nearly), and those joined to
+/// the edge by the boundary: only these need the tests.
+int ThirdCornerSearch::choose_behind(int a, int b, int apex, int hint) {
+    const double extent = points_.extent();
+    const std::array<PlanePoint, 3> corners{points_.local(a), points_.local(b),
+                                            points_.local(apex)};
+    std::array<LineForm, 3> lines;
+    double size = 0;
+    double length = 0;
+    for (std::size_t i = 0; i < 3; ++i) {
+        const Direction along = direction_between(corners[i], corners[(i + 1) % 3]);
+        lines[i] = distance_left_of(corners[i], along);
+        size = std::max(size, along.len);
+        length = i == 0 ? along.len : length;
+    }
+    const double area = left_of(corners[0], corners[1]).at(corners[2]);
+    if (!(area > 1e-9 * extent * size)) {
+        return choose_exhaustively(a, b);
+    }
+    const double reach = 4 * (points_.area_margin() * size / area + 1e-12 * extent);
+    const double margin = points_.line_margin() + points_.area_margin() / length;
+    suspects_.clear();
+    const auto add_near = [&](std::size_t line, int u, int v) {
+        const bool is_free = !tree_.shape().is_undivided() &&
+                             guide_.is_clear_edge(u, v, line == 0 ? hint : none, reach) &&
+                             guide_.is_free_beyond(u, v, reach, 0) &&
+                             (line != 0 || guide_.is_free_beyond(v, u, reach, 0));
+        if (!is_free) {
+            tree_.each_point_near(lines[line], reach, lines[0], margin,
+                                  [&](int p) { suspects_.push_back(p); });
+        }
+    };
+    add_near(0, a, b);
+    add_near(1, b, apex); // before b it lies on the right of the edge
+    add_near(2, a, apex);
+    for (const int end : {a, b}) {
+        sides_.any_side_at(end, SideTree::Kind::boundary, [&](int, int p) {
+            suspects_.push_back(p);
+            return false;
+        });
+    }
+    std::erase(suspects_, apex); // its triangle is listed
+    last_inner_points_.add(apex);
+    std::sort(suspects_.begin(), suspects_.end());
+    shadows_.start(a, b);
+    return choose_among(a, b, suspects_);
+}
+
+int ThirdCornerSearch::choose_exhaustively(int a, int b) {
+    suspects_.resize(static_cast<std::size_t>(points_.count()));
+    for (int p = 0; p < points_.count(); ++p) {
+        suspects_[static_cast<std::size_t>(p)] = p;
+    }
+    shadows_.start(a, b);
+    return choose_among(a, b, suspects_);
+}
+
+int ThirdCornerSearch::choose_among(int a, int b, const std::vector<int>& ascending) {
+    double best_radius = 0;
+    int best = none;
+    for (const int p : ascending) {
+        if (may_close(a, b, p)) {
+            const double r = radius(a, b, p);
+            if ((best == none || r < best_radius) && survives(a, b, p)) {
+                best_radius = r;
+                best = p;
+            }
+        }
+    }
+    return best;
+}
+
+/// The tests beyond orientation: the triangle is new, its new sides cross nothing, and it holds no
+/// point of the region. Whatever stops one candidate throws a shadow on others; a point in it
+/// mostly stops the next, too.
+bool ThirdCornerSearch::survives(int a, int b, int p) {
+    int inner = last_inner_points_.find([&](int q) { return points_.is_inside(a, b, p, q); });
+    if (inner == none) {
+        const std::array<SideTree::Segment, 2> segments{sides_.segment(b, p), sides_.segment(p, a)};
+        int blocker = side_across(segments);
+        if (blocker == none) {
+            inner = tree_.point_inside(a, b, p);
+            if (inner == none) {
+                blocker = sides_.find_crossed(segments[0]);
+                blocker = blocker == none ? sides_.find_crossed(segments[1]) : blocker;
+            } else {
+                last_inner_points_.add(inner);
+            }
+        }
+        if (blocker != none) {
+            shadows_.add_side(sides_.side(blocker));
+            return false;
+        }
+    }
+    if (inner != none) {
+        shadows_.add_inner_point(inner);
+        return false;
+    }
+    return !is_listed(a, b, p);
+}
+
+/// A side that one of the segments crosses and that the guide finds at once, or `none`.
+int ThirdCornerSearch::side_across(const std::array<SideTree::Segment, 2>& segments) const {
+    for (const SideTree::Segment& segment : segments) {
+        const auto ends = segment.on_boundary || segment.on_front
+                              ? std::nullopt
+                              : guide_.side_across(segment.p0, segment.p1);
+        if (ends.has_value()) {
+            for (const auto kind : {SideTree::Kind::boundary, SideTree::Kind::front}) {
+                const int side = sides_.find((*ends)[0], (*ends)[1], kind);
+                if (side != none && sides_.crosses(segment, side)) {
+                    return side;
+                }
+            }
+        }
+    }
+    return none;
+}
+
+/// Without a look at the sides: the guide's own triangles cross nothing and hold nothing.
+bool ThirdCornerSearch::surely_survives(int a, int b, int p) const {
+    return guide_.is_clear_triangle(a, b, p) && !sides_.may_be_in_line(b, p) &&
+           !sides_.may_be_in_line(p, a) && !is_listed(a, b, p);
+}
+
+bool ThirdCornerSearch::is_listed(int a, int b, int p) const {
+    const auto index = [&](int place) { return indices_[static_cast<std::size_t>(place)]; };
+    return listed_.contains(index(a), index(b), index(p));
+}
+
+} // namespace korvel

@@ -1,0 +1,141 @@
+// Triangulation of regions: the order of the work, and its trace files.
+
+#include <cstdio>
+
+#include "korvel/polyregion/plydt.h"
+#include "korvel/polyregion/side_topology.h"
+#include "korvel/polyregion/triangulation/advancing_front.h"
+#include "korvel/polyregion/triangulation/listed_triangles.h"
+
+namespace {
+
+bool trace_files = true;
+bool trace_is_lost = false;
+
+/// A trace file in the current directory. One that cannot be opened is done without.
+class TraceFile {
+public:
+    explicit TraceFile(const char* name) : file_(trace_files ? std::fopen(name, "w") : nullptr) {
+        if (trace_files && file_ == nullptr) {
+            trace_is_lost = true;
+        }
+    }
+    ~TraceFile() {
+        if (file_ != nullptr) {
+            const bool failed = std::ferror(file_) != 0;
+            if (std::fclose(file_) != 0 || failed) {
+                trace_is_lost = true;
+            }
+        }
+    }
+    TraceFile(const TraceFile&) = delete;
+    TraceFile& operator=(const TraceFile&) = delete;
+    TraceFile(TraceFile&&) = delete;
+    TraceFile& operator=(TraceFile&&) = delete;
+
+    FILE* stream() const { return file_; }
+
+private:
+    FILE* file_;
+};
+
+/// Whether every index that the triangulation of a region follows names a record.
+bool is_sound(const PLYDT& set, const PLYDT::PyToRg& region) {
+    const auto is_sound_side = [&](int side) {
+        return korvel::has_element(set.side_list, side) &&
+               korvel::has_element(set.pt_list, set.side_list[side].p0) &&
+               korvel::has_element(set.pt_list, set.side_list[side].p1);
+    };
+    return std::all_of(region.rings.begin(), region.rings.end(), [&](int ring) {
+        return korvel::has_element(set.ring_list, ring) &&
+               korvel::has_all_points(set.ring_list[ring], set.pt_list) &&
+               std::all_of(set.ring_list[ring].sides.begin(), set.ring_list[ring].sides.end(),
+                           is_sound_side);
+    });
+}
+
+} // namespace
+
+void PLYDT::set_trace_files(bool on) {
+    trace_files = on;
+    trace_is_lost = false;
+}
+
+bool PLYDT::has_lost_trace() {
+    return trace_is_lost;
+}
+
+bool PLYDT::makes_all_tests() {
+    return trace_files;
+}
+
+void PLYDT::region_tranglate() {
+    trg_list.RemoveAll();
+    creat_top_rel();
+    korvel::ListedTriangles listed(trg_list, side_list.GetSize());
+    korvel::AdvancingFront front(*this, listed);
+    for (PyToRg& region : region_list) {
+        triangulate(region, listed, front);
+    }
+    const TraceFile summary("wwwtrg.dat");
+    if (summary.stream() != nullptr) {
+        write_summary(summary.stream());
+    }
+}
+
+void PLYDT::poly_tranglate(PyToRg& rg) {
+    korvel::ListedTriangles listed(trg_list, 64);
+    if (is_sound(*this, rg)) {
+        listed.add_triangles_of(*this, rg);
+    }
+    korvel::AdvancingFront front(*this, listed);
+    triangulate(rg, listed, front);
+}
+
+void PLYDT::triangulate(PyToRg& rg, korvel::ListedTriangles& listed,
+                        korvel::AdvancingFront& front) {
+    const TraceFile trace("trg.dat"); // each region truncates it
+    if (rg.rings.IsEmpty() || !is_sound(*this, rg)) {
+        return;
+    }
+    const RING& outer = ring_list[rg.rings[0]];
+    if (rg.rings.GetSize() == 1 && outer.pts.GetSize() == 3) {
+        TRG whole;
+        whole.va = outer.pts[0];
+        whole.vb = outer.pts[1];
+        whole.vc = outer.pts[2];
+        trg_list.Add(whole); // its radius is not computed
+    } else if (trace_files || !front.close(rg)) {
+        close_front_exhaustively(trace.stream(), rg);
+    }
+    listed.add_new_triangles();
+}
+
+void PLYDT::write_summary(FILE* summary) {
+    const auto write_list = [&](const CArray<int>& list) {
+        for (const int index : list) {
+            std::fprintf(summary, "%d ", index);
+        }
+        std::fprintf(summary, "\n");
+    };
+    std::fprintf(summary, "points=%d\n", pt_list.GetSize());
+    for (const VERT2D& pt : pt_list) {
+        std::fprintf(summary, "%f %f\n", pt.x, pt.y);
+    }
+    for (int side = 0; side < side_list.GetSize(); ++side) {
+        std::fprintf(summary, "side=%d p=%d %d\n", side, side_list[side].p0, side_list[side].p1);
+    }
+    for (int ring = 0; ring < ring_list.GetSize(); ++ring) {
+        std::fprintf(summary, "ring = %d pts = %d\n", ring, ring_list[ring].pts.GetSize());
+        write_list(ring_list[ring].pts);
+    }
+    for (int region = 0; region < region_list.GetSize(); ++region) {
+        std::fprintf(summary, "reg = %d rings = %d \n", region,
+                     region_list[region].rings.GetSize());
+        write_list(region_list[region].rings);
+    }
+    std::fprintf(summary, "trgs = %d\n", trg_list.GetSize());
+    for (const TRG& triangle : trg_list) {
+        std::fprintf(summary, "%d %d %d\n", triangle.va, triangle.vb, triangle.vc);
+    }
+}

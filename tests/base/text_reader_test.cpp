@@ -1,0 +1,132 @@
+// Numbers from text against the C library's own reading: value, success, and how far it reads.
+
+#include <bit>
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+#include <memory>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "korvel/base/text_reader.h"
+
+namespace {
+
+using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
+
+Stream stream_of(const std::string& text) {
+    Stream stream(std::tmpfile(), std::fclose);
+    std::fwrite(text.data(), 1, text.size(), stream.get());
+    std::rewind(stream.get());
+    return stream;
+}
+
+bool scan(FILE* stream, int& value) {
+    return std::fscanf(stream, "%d", &value) == 1;
+}
+
+bool scan(FILE* stream, float& value) {
+    return std::fscanf(stream, "%f", &value) == 1;
+}
+
+/// Reads both ways from copies of a text until nothing is found or the text ends.
+template <class Number>
+void expect_same(const std::string& text) {
+    const Stream ours = stream_of(text);
+    const Stream theirs = stream_of(text);
+    korvel::TextReader reader(ours.get());
+    for (bool found = true; found;) {
+        Number value = 77;
+        Number expected = 77;
+        found = scan(theirs.get(), expected);
+        ASSERT_EQ(reader.read(value), found) << text;
+        ASSERT_EQ(std::bit_cast<std::uint32_t>(value), std::bit_cast<std::uint32_t>(expected))
+            << text;
+        ASSERT_EQ(std::ftell(ours.get()), std::ftell(theirs.get())) << text;
+        ASSERT_EQ(std::feof(ours.get()), std::feof(theirs.get())) << text;
+    }
+}
+
+TEST(TextReader, TakesWhatTheLibraryTakes) {
+    const char* const pieces[] = {
+        "0",          "1",
+        "7",          "42",
+        "9",          "00",
+        "123456",     ".",
+        ".",          "+",
+        "-",          "e",
+        "E",          "e+",
+        "e-",         "x",
+        "0x",         "0X",
+        "p",          "P-",
+        "f",          "a",
+        "inf",        "INFINITY",
+        "infin",      "nan",
+        "nan(",       "(1)",
+        "na",         " ",
+        "\n",         "\t\v\f\r ",
+        ",",          "99999999",
+        "2147483647", "16777217",
+        "4294967296", "9223372036854775808",
+        "3.4028236",  "1e39",
+        "1e-46",      "\xa0",
+    };
+    std::mt19937 random(1);
+    for (int round = 0; round < 20000; ++round) {
+        std::string text;
+        for (auto k = 1 + random() % 7; k > 0; --k) {
+            text += pieces[random() % std::size(pieces)];
+        }
+        if (random() % 16 == 0) {
+            text[random() % text.size()] = '\0';
+        }
+        text += std::string(40 * (random() % 2), ' '); // so that the number stands ready
+        expect_same<int>(text);
+        expect_same<float>(text);
+    }
+    const std::string nines(400, '9');
+    const std::string zeros(4000, '0');
+    std::string texts[] = {nines, "-", "0.", zeros, nines};
+    texts[1] += nines;
+    texts[2] += nines;
+    texts[3] += "1." + zeros + "1";
+    texts[4] += '.' + nines;
+    for (const std::string& text : texts) {
+        expect_same<int>(text);
+        expect_same<float>(text);
+    }
+}
+
+TEST(TextReader, RoundsOnce) {
+    std::mt19937_64 random(2);
+    char text[64];
+    for (int round = 0; round < 20000; ++round) {
+        // Close to the middle between two floats, and on it, as printed to some digits.
+        const auto bits = static_cast<std::uint32_t>(0x3a000000U + random() % 0x10000000U);
+        const double low = std::bit_cast<float>(bits);
+        const double high = std::bit_cast<float>(bits + 1);
+        const double nudge = static_cast<double>(random() % 3) - 1;
+        const double value = (low + high) / 2 + nudge * (high - low) * 1e-6;
+        std::snprintf(text, sizeof text, round % 2 == 0 ? "%.*f" : "-%.*f",
+                      static_cast<int>(random() % 16), value);
+        expect_same<float>(text + std::string(40 * (random() % 2), ' '));
+    }
+}
+
+TEST(TextReader, LeavesAPipeBehindTheNumber) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen("printf ' 12-3.5e1x\\n'", "r"), pclose);
+    {
+        korvel::TextReader reader(pipe.get());
+        int number = 0;
+        double real = 0;
+        EXPECT_TRUE(reader.read(number) && reader.read(real));
+        EXPECT_EQ(number + real, 12 - 35);
+        EXPECT_FALSE(reader.read(number));
+        EXPECT_EQ(number, 12);
+    }
+    EXPECT_EQ(std::fgetc(pipe.get()), 'x');
+}
+
+} // namespace

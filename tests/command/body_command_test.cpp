@@ -1,0 +1,199 @@
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/support/command_scratch.h"
+#include "tests/support/pixels.h"
+
+namespace korvel::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// A plate with two holes, the left one filled by a region of its own.
+const std::string plate = "12\n0.0 0.0\n10.0 0.0\n10.0 8.0\n0.0 8.0\n2.0 2.0\n4.0 2.0\n4.0 6.0\n"
+                          "2.0 6.0\n6.0 2.0\n8.0 2.0\n8.0 6.0\n6.0 6.0\n"
+                          "3\n4 0 1 2 3\n4 4 5 6 7\n4 8 9 10 11\n2\n3 0 1 2\n1 1\n";
+const std::string tetrahedron = "4\n0 0 0\n6 0 0\n0 6 0\n0 0 6\n4\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n"
+                                "1\n4\n120 0.5 0.6\n0 1 2 3\n";
+
+class BodyCommand : public CommandScratch {};
+
+TEST_F(BodyCommand, CutsWhatItRaised) {
+    write("r", plate);
+    const Result solid = run("solid r --levels 0,5 -o m");
+    EXPECT_EQ(solid.status, 0);
+    EXPECT_EQ(solid.err, "");
+    EXPECT_THAT(solid.out, HasSubstr("2 bodies in "));
+    EXPECT_THAT(solid.out, HasSubstr("32 vertices, 96 edges, 64 faces, volume 360\n"));
+    EXPECT_THAT(solid.out, HasSubstr("bounds x 0 to 10, y 0 to 8, z 0 to 5\n"));
+    const std::string info = run("info m").out;
+    EXPECT_THAT(info, StartsWith("m: body model file\n2 bodies, 0 of them open, 32 vertices"));
+    EXPECT_THAT(info, HasSubstr("     0      52      78        24     -2                 320  #"));
+
+    struct Section {
+        const char* plane;
+        const char* shown;
+        const char* figures;
+    };
+    for (const Section& row : std::vector<Section>{
+             {"--x 1", "y = 1\n1 of 2", "1 polygon, area 50\n"},
+             {"--x 4", "y = 4\n2 of 2", "4 polygons, area 40\n"},
+             {"--y 7", "x = 7\n1 of 2", "2 polygons, area 20\n"},
+             {"--y -3", "x = -3\n0 of 2", "0 polygons, area 0\n"},
+             {"--plane 0,0,2,-4", "2z - 4 = 0\n2 of 2", "4 polygons, area 72\n"},
+             {"--plane 0,3,-4,5", "3y - 4z + 5 = 0\n2 of 2", "area 55\n"},
+             {"--x 2", "y = 2, cut beside the corners that lie there: y = 2.0", "area 40\n"},
+         }) {
+        const Result cut = run(std::string("section m ") + row.plane);
+        EXPECT_EQ(cut.err, "") << row.plane;
+        EXPECT_THAT(cut.out, HasSubstr(row.shown)) << row.plane;
+        EXPECT_THAT(cut.out, HasSubstr(row.figures)) << row.plane;
+    }
+
+    ASSERT_EQ(run("section m --plane 0,0,1,-2 --picture p.png --size 500x400 -o s").status, 0);
+    EXPECT_THAT(run("info s").out, HasSubstr("writes it\n32 vertices, 4 faces, 4 groups\n"
+                                             "bounds x 0 to 10, y 0 to 8, z 2 to 2\n"));
+    const Pixels pixels(place("p.png"));
+    const COLORREF plate_colour = pixels.at(120, 120);
+    const COLORREF filling = pixels.at(165, 230);
+    EXPECT_EQ(pixels.at(420, 300), plate_colour);
+    EXPECT_NE(plate_colour, filling);
+    EXPECT_EQ(pixels.at(320, 230), RGB(255, 255, 255)) << "the open hole";
+    EXPECT_EQ(pixels.at(5, 5), RGB(255, 255, 255));
+
+    const Result sweep = run("section m --x 99 --sweep 4 --picture p.svg");
+    EXPECT_EQ(sweep.status, 0);
+    EXPECT_THAT(sweep.out, HasSubstr("    2  y = 3: 2 bodies, 4 polygons, area 40\n"));
+    EXPECT_THAT(sweep.out, HasSubstr("spacing of 2: 360, volume of the bodies: 360\n"
+                                     "wrote p-001.svg to p-004.svg\n"));
+    EXPECT_THAT(read("p-004.svg"), testing::EndsWith("</svg>\n"));
+    EXPECT_EQ(files(), 8);
+}
+
+TEST_F(BodyCommand, FillsAsItIsTold) {
+    // The front leaves a gap in the plate, the small region it covers.
+    write("r", plate);
+    EXPECT_THAT(run("solid r --levels 0,1 -o m").out, HasSubstr("1 by the front, 1 by Delaunay"));
+    EXPECT_THAT(run("solid r --levels 0,1 -o m --fill delaunay").out, HasSubstr(" 0 by the front"));
+    const Result front = run("solid r --levels 0,1 -o m --fill front");
+    EXPECT_EQ(front.status, 0);
+    EXPECT_EQ(front.err, "warning: region 0 (0,0 to 10,8): left out, the front's triangles do not "
+                         "fit its outline\n");
+    EXPECT_THAT(front.out, HasSubstr("1 body in "));
+    // So far from 0,0 the file cannot hold a plate of this size.
+    EXPECT_THAT(run("solid r --levels 0,1 -o m --origin -2000000000,0").err,
+                StartsWith("warning: the file holds six decimals and is read in single precision"));
+}
+
+TEST_F(BodyCommand, StartsShapes) {
+    struct Row {
+        const char* arguments;
+        const char* shown;
+        const char* bounds;
+    };
+    for (const Row& row : std::vector<Row>{
+             {"cube --size 4,2,1 --center 1,2,3",
+              "14 vertices, 36 edges, 24 faces, volume 8, closed\n",
+              "bounds x -1 to 3, y 1 to 3, z 2.5 to 3.5\n"},
+             {"cube --size 2,2,2 --rounds 2",
+              "194 vertices, 576 edges, 384 faces, volume 8, closed",
+              "x -1 to 1, y -1 to 1, z -1 to 1\n"},
+             {"ball --size 2", "12 vertices, 30 edges, 20 faces, volume 20.289", "x -1.70"},
+             {"ball --size 1 --rounds 4", "2562 vertices, 7680 edges, 5120 faces, volume 4.179",
+              "x -1 to 1, y -1 to 1, z -1 to 1\n"},
+         }) {
+        EXPECT_THAT(run(std::string("starter -o m ") + row.arguments).out, HasSubstr(row.shown));
+        const std::string info = run("info m").out;
+        EXPECT_THAT(info, HasSubstr("1 body, 0 of them open"));
+        EXPECT_THAT(info, HasSubstr(row.bounds));
+    }
+}
+
+TEST_F(BodyCommand, TellsFilesApart) {
+    write("c", "2 2 0 0 4 4 3 1 1 2 2 1 1");
+    write("r", plate);
+    write("m", tetrahedron);
+    write("s", "3\n0 2\n0 0  10 0  0 10\n1\n3  0 1 2\n1\n1  0\n");
+    write("damaged", "4\n0.5 0 0\n1 0 0\n0 1 0\n0 0 1\n4\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n1\n4\n0.0 x");
+    ASSERT_EQ(run("section m --x 1 -o w").status, 0);
+    ASSERT_EQ(run("triangles r -o t").status, 0);
+    const std::vector<std::pair<const char*, const char*>> table = {
+        {"c", "c: curve file\n2 curves, 1 of them closed, 5 points\nbounds x 0 to 4, y 0 to 4\n"},
+        {"r", "r: polygon-region file\n2 regions with 2 holes, 3 rings, 12 points, area 72\n"},
+        {"m",
+         "m: body model file\n1 body, 0 of them open, 4 vertices, 6 edges, 4 faces, volume 36"},
+        {"s", "s: section file as readdate reads it\n3 vertices, 1 face, 1 group\n"
+              "bounds x 0 to 10, y 0 to 0, z 0 to 10\n"},
+        {"w", "w: section file as writedate writes it\n3 vertices, 1 face, 1 group\n"},
+        {"t", "t: triangle file\n"},
+    };
+    for (const auto& [file, told] : table) {
+        EXPECT_THAT(run(std::string("info ") + file).out, StartsWith(told));
+        EXPECT_THAT(run(std::string("check ") + file).out, HasSubstr(", nothing wrong\n"));
+    }
+    EXPECT_THAT(run("check damaged").err, StartsWith("damaged: body model file with 2 problems"));
+    EXPECT_THAT(run("check damaged --kind regions").err,
+                StartsWith("damaged: polygon-region file"));
+}
+
+TEST_F(BodyCommand, ChecksTellEverything) {
+    const std::string vertices = "5\n0.0 0 0\n1 0 0\n0 1 0\n0 0 1\n0 0 1\n";
+    const std::vector<std::pair<std::string, std::string>> table = {
+        {vertices + "6\n0 1 2\n0 1 3\n0 2 x\n1 2 9\n1 1 3\n0 2 1\n3\n4\n0 0 0\n0 1 2 3\n0\n0 0 0\n"
+                    "4\n0 0 0\n0 5 1 1\n",
+         "f:10: 'x' stands where the vertex of a face belongs, an integer\n"
+         "f:11: the vertex of a face is 9, out of range: they go from 0 to 4\n"
+         "f:12: face 4 has vertex 1 twice\n"
+         "f:13: face 5 has the vertices of face 0, both of body 2\n"
+         "f:15: body 0 is open at 4 edges\n"
+         "f:18: body 1 has no face\n"
+         "f:20: body 2 lists face 1 twice\n"
+         "f:6: note: vertex 4 belongs to no face\n"
+         "f:12: note: face 4 belongs to no body\n"},
+        {vertices + "8\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n0 1 2\n0 1 4\n0 2 4\n1 2 4\n1\n8\n0 0 0\n"
+                    "0 1 2 3 4 5 6 7\n",
+         "f:12: face 4 has the vertices of face 0, both of body 0\n"
+         "f:6: note: vertex 4 stands where vertex 3 stands, both of body 0\n"
+         "f:17: note: body 0 is closed, more than two faces at 3 edges\n"},
+        {"3\n0.0 0.0\n16777217.0 0.0\n1.0 1.0\n2\n2 0 1\n3 0 1 7\n1\n0\n",
+         "f:6: ring 0 has 2 points, it encloses nothing\n"
+         "f:7: the point of a ring is 7, out of range: they go from 0 to 2\n"
+         "f:9: region 0 has no ring\n"
+         "f:3: note: 16777217 becomes 16777216: coordinates are read in single precision\n"
+         "f:4: note: point 2 belongs to no ring\n"
+         "f:6: note: ring 0 and 1 more belong to no region\n"},
+        {"2\n2 0 0 5\n1 7 7\n", "f:3: the file ends"},
+    };
+    for (const auto& [text, told] : table) {
+        write("f", text);
+        const Result check = run("check f");
+        EXPECT_EQ(check.status, 2);
+        EXPECT_THAT(check.out, StartsWith(told));
+    }
+}
+
+// Others, which are refused before anything is told, stand in bad_inputs/cases.
+TEST_F(BodyCommand, BadInputLeavesWhatThereWas) {
+    write("r", plate);
+    write("m", tetrahedron);
+    write("out", "former");
+    write("crossed", "4\n0.0 0.0\n9.0 9.0\n9.0 0.0\n0.0 8.0\n1\n4 0 1 2 3\n1\n1 0\n");
+    const std::vector<std::pair<std::string, std::string>> table = {
+        {"solid r --levels 0,1 --select 50,50 -o out", "warning: 50,50: no region holds this"},
+        {"solid crossed --levels 0,1 -o out",
+         "crossed: region 0 (0,0 to 9,9): cannot be raised: its rings cross"},
+        {"section m --x 1 --picture out -o out", "out: the name of a picture ends in"},
+    };
+    for (const auto& [arguments, message] : table) {
+        const Result result = run(arguments);
+        EXPECT_EQ(result.status, 2) << arguments;
+        EXPECT_THAT(result.err, StartsWith(message)) << arguments;
+        EXPECT_EQ(read("out"), "former") << arguments;
+        EXPECT_EQ(files(), 4) << arguments;
+    }
+}
+
+} // namespace
+} // namespace korvel::test

@@ -1,0 +1,142 @@
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/support/command_scratch.h"
+
+namespace korvel::test {
+namespace {
+
+using testing::HasSubstr;
+
+const std::string data = KORVEL_DATA_DIR "/";
+
+// A square with a square hole, the hole drawn first.
+const std::string square_in_square = "2\n"
+                                     "5\n40 40\n60 40\n60 60\n40 60\n40 40\n"
+                                     "5\n0 0\n100 0\n100 100\n0 100\n0 0\n";
+// An L of area 12.
+const std::string l_shape = "6\n0.0 0.0\n4.0 0.0\n4.0 2.0\n2.0 2.0\n2.0 4.0\n0.0 4.0\n"
+                            "1\n6\n0 1 2 3 4 5\n1\n1\n0\n";
+
+class Command : public CommandScratch {};
+
+TEST_F(Command, FindsRegionsAndWritesThem) {
+    write("c", square_in_square);
+    const Result all = run("regions c -o r --picture p.svg");
+    EXPECT_EQ(all.status, 0);
+    EXPECT_EQ(all.err, "");
+    EXPECT_THAT(all.out, HasSubstr("c: 2 curves, 10 points\n2 regions with 1 hole, 8 distinct"));
+    EXPECT_THAT(all.out,
+                HasSubstr("area 10000 in all, smallest region 0 with 400, largest region 1 "
+                          "with 9600"));
+    EXPECT_EQ(files(), 3);
+    EXPECT_THAT(read("r"), testing::EndsWith("\n2\n1\n0 \n2\n1 0 \n"));
+
+    const Result one = run("regions c --select -5,-5 --select 50,50 -o r");
+    EXPECT_EQ(one.status, 0);
+    EXPECT_EQ(one.err, "warning: -5,-5: no region holds this point\n");
+    EXPECT_THAT(one.out, HasSubstr("50,50: region 0\nregion 0: 4 points, 0 holes, area 400\n"));
+    EXPECT_THAT(read("r"), testing::AllOf(testing::StartsWith("4\n40.000000 40.000000\n"),
+                                          testing::EndsWith("\n1\n1\n0 \n")));
+
+    const Result seed = run("regions c --seed 10,10 -o r");
+    EXPECT_EQ(seed.status, 0);
+    EXPECT_THAT(seed.out, HasSubstr("ring around the seed: 4 points, area 10000\n"
+                                    "ring inside it: 4 points, area 400\n"
+                                    "2 rings, area between them 9600\n"));
+    EXPECT_EQ(run("locate r 10,10 50,50 -.5,3").out, "10,10 0\n50,50 none\n-0.5,3 none\n");
+}
+
+TEST_F(Command, ClicksAndLookupsAgreeOnAMap) {
+    ASSERT_EQ(run("regions " + data + "world-110m.curves -o r").status, 0);
+    std::string clicks;
+    std::string points;
+    for (int i = 0; i < 40; ++i) {
+        const int x = 100000 * i / 40 + 7;
+        const int y = -95000 + i * 37 % 40 * 2000;
+        const std::string point = std::to_string(x) + "," + std::to_string(y);
+        clicks.append(" --select ").append(point);
+        points.append(" ").append(point);
+    }
+    std::istringstream answers(run("locate r" + points).out);
+    const Result clicked = run("regions " + data + "world-110m.curves" + clicks);
+    int found = 0;
+    std::string point;
+    std::string region;
+    while (answers >> point >> region) {
+        const bool is_inside = region != "none";
+        std::ostringstream expected;
+        expected << point << (is_inside ? ": region " + region + "\n" : ": no region holds");
+        EXPECT_THAT(is_inside ? clicked.out : clicked.err, HasSubstr(expected.str()));
+        found += is_inside ? 1 : 0;
+    }
+    EXPECT_GT(found, 10);
+    EXPECT_LT(found, 40);
+}
+
+TEST_F(Command, TrianglesTellWhatTheyCover) {
+    write("l", l_shape);
+    const Result covered = run("triangles l -o t --picture t.pdf --size 300x200");
+    EXPECT_EQ(covered.status, 0);
+    EXPECT_EQ(covered.err, "");
+    EXPECT_THAT(covered.out,
+                HasSubstr("1 of 1 region covered, area of triangles 12, of regions 12"));
+    EXPECT_THAT(read("t"), testing::StartsWith("6\n0 0\n4 0\n4 2\n2 2\n2 4\n0 4\n1\n4\n"));
+    EXPECT_EQ(files(), 3) << "no trace files unless asked for";
+
+    // The same ring walked the other way round.
+    write("mirrored", "6\n0.0 0.0\n0.0 4.0\n2.0 4.0\n2.0 2.0\n4.0 2.0\n4.0 0.0\n"
+                      "1\n6\n0 1 2 3 4 5\n1\n1\n0\n");
+    EXPECT_THAT(run("triangles mirrored").out, HasSubstr("1 of 1 region covered"));
+
+    write("bow_tie", "7\n0.0 0.0\n9.0 9.0\n9.0 0.0\n0.0 9.0\n20.0 0.0\n30.0 0.0\n30.0 10.5\n"
+                     "2\n3\n4 5 6\n4\n0 1 2 3\n2\n1\n0\n1\n1\n");
+    const Result bow_tie = run("triangles bow_tie --select 29,1 --select 1,4");
+    EXPECT_EQ(bow_tie.status, 0);
+    EXPECT_THAT(bow_tie.out, HasSubstr("1 of 2 regions covered"));
+    EXPECT_THAT(bow_tie.err, HasSubstr("warning: region 1 (0,0 to 9,9): triangles cover"));
+}
+
+TEST_F(Command, TracesGoWhereTheyWereAskedFor) {
+    write("l", l_shape);
+    ASSERT_EQ(run("triangles l -o plain").status, 0);
+    ASSERT_EQ(run("triangles l -o traced --trace some/where").status, 0);
+    EXPECT_EQ(read("plain"), read("traced"));
+    EXPECT_THAT(read("some/where/wwwtrg.dat"), HasSubstr("trgs = 4\n"));
+    EXPECT_GT(read("some/where/trg.dat").size(), 100U);
+    EXPECT_EQ(files(), 4);
+}
+
+TEST_F(Command, WholeMapsGoThrough) {
+    for (const char* map : {"us-states", "world-110m"}) {
+        const std::string curves = data + map + ".curves";
+        ASSERT_EQ(run("regions " + curves + " -o r --picture r.png --size 400x300").status, 0);
+        // By way of the region file or straight from the curves: the same triangles.
+        ASSERT_EQ(run("triangles r -o via-regions").status, 0);
+        ASSERT_EQ(run("triangles " + curves + " -o straight --picture t.svg").status, 0);
+        EXPECT_TRUE(read("via-regions") == read("straight")) << map;
+    }
+    // A county with three corners in line, for which the sum of the ring's angles is not a number.
+    write("county", "1 18 25139 -58610 25125 -58645 25085 -58686 25079 -58730 25078 -58809"
+                    " 25063 -58846 25058 -58803 25038 -58714 25020 -58708 25016 -58634"
+                    " 25029 -58582 25040 -58561 25068 -58539 25083 -58496 25096 -58489"
+                    " 25110 -58463 25145 -58595 25139 -58610");
+    EXPECT_THAT(run("triangles county").out, HasSubstr("1 of 1 region covered"));
+}
+
+TEST_F(Command, OutputsThatCannotBeWrittenEndWithOne) {
+    write("c", square_in_square);
+    EXPECT_THAT(run("regions c -o no/where").err,
+                testing::StartsWith("no/where: cannot be written: No such file"));
+    std::filesystem::create_symlink("/dev/full", place("full.png"));
+    for (const char* arguments : {"regions c -o no/where", "regions c -o .",
+                                  "regions c -o /dev/full", "regions c -o r --picture full.png"}) {
+        EXPECT_EQ(run(arguments).status, 1) << arguments;
+    }
+    EXPECT_EQ(run("--help", "/dev/full").status, 1);
+    EXPECT_EQ(files(), 2) << "neither the complete half of the outputs nor a temporary file";
+}
+
+} // namespace
+} // namespace korvel::test

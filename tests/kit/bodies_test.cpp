@@ -1,0 +1,316 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+#include "kit/files/curve_file.h"
+#include "kit/files/model_file.h"
+#include "kit/files/output_file.h"
+#include "kit/maps/cap.h"
+#include "kit/maps/region_sets.h"
+#include "kit/solids/join.h"
+#include "kit/solids/section_cut.h"
+#include "kit/solids/surface.h"
+#include "tests/support/command_scratch.h"
+
+namespace korvel::test {
+namespace {
+
+constexpr double height = 3000;
+
+/// The states of the sample map, as the command sees them.
+class States : public CommandScratch {
+protected:
+    States() {
+        kit::CurveNetwork curves =
+            kit::read_curves(kit::TextFile(KORVEL_DATA_DIR "/us-states.curves"));
+        CREGION builder;
+        builder.SetTolerance(1);
+        builder.SetPtsInfo(curves.pts, curves.counts);
+        builder.GetAllRegion(set_);
+        kit::turn_rings(set_);
+    }
+
+    const RING& outline(int region) const {
+        return set_.ring_list[set_.region_list[region].rings[0]];
+    }
+
+    /// How long the line y = v runs within a region, from its sides alone. No corner lies on it.
+    double length_within(int region, double v) const {
+        std::vector<double> crossings;
+        const CArray<int>& ring = outline(region).pts;
+        for (int k = 0; k < ring.GetSize(); ++k) {
+            const VERT2D& a = set_.pt_list[ring[k]];
+            const VERT2D& b = set_.pt_list[ring[(k + 1) % ring.GetSize()]];
+            if ((a.y > v) != (b.y > v)) {
+                crossings.push_back(a.x + (v - a.y) / (b.y - a.y) * (b.x - a.x));
+            }
+        }
+        std::sort(crossings.begin(), crossings.end());
+        double length = 0;
+        for (std::size_t i = 1; i < crossings.size(); i += 2) {
+            length += crossings[i] - crossings[i - 1];
+        }
+        return length;
+    }
+
+    PLYDT set_;
+};
+
+TEST_F(States, ComeOutClosedAndCutTrue) {
+    ASSERT_EQ(run("solid " KORVEL_DATA_DIR "/us-states.curves --levels 0,3000 -o m").status, 0);
+    TMOD3D model;
+    ASSERT_FALSE(kit::read_model(kit::TextFile(place("m")), model).has_value());
+    ASSERT_EQ(model.bodies.GetSize(), set_.region_list.GetSize());
+    const std::vector<kit::Surface> surfaces = kit::surfaces(model);
+    std::set<double> hues;
+    for (int b = 0; b < model.bodies.GetSize(); ++b) {
+        const BODY3D& body = model.bodies[b];
+        std::map<std::pair<int, int>, int> faces_at;
+        for (const int f : body.polys) {
+            const CArray<int>& corners = model.polys[f].verts;
+            for (int k = 0; k < 3; ++k) {
+                ++faces_at[std::minmax<int>({corners[k], corners[(k + 1) % 3]})];
+            }
+        }
+        EXPECT_TRUE(std::all_of(faces_at.begin(), faces_at.end(),
+                                [](const auto& edge) { return edge.second == 2; }))
+            << "body " << b;
+        EXPECT_TRUE(surfaces[b].is_closed() && surfaces[b].crowded_edges == 0);
+        EXPECT_EQ(surfaces[b].euler_characteristic(), 2) << "body " << b;
+        const double volume = height * kit::region_area(set_, set_.region_list[b], true);
+        EXPECT_NEAR(body.volume, volume, 1e-9 * volume) << "body " << b;
+        hues.insert(body.hue);
+    }
+    EXPECT_EQ(hues.size(), surfaces.size());
+
+    for (const double v : {-60000.5, -65843.25, -47000.1, -95000.7}) {
+        const kit::Cut cut = kit::cut_model(model, {0, 1, 0, -v});
+        EXPECT_EQ(cut.plane[3], -v);
+        EXPECT_EQ(cut.loose_points, 0);
+        double expected = 0;
+        for (int region = 0; region < set_.region_list.GetSize(); ++region) {
+            const double area = height * length_within(region, v);
+            expected += area;
+            const auto found =
+                std::find_if(cut.bodies.begin(), cut.bodies.end(),
+                             [&](const kit::BodyCut& body) { return body.body == region; });
+            EXPECT_NEAR(found == cut.bodies.end() ? 0 : found->area, area, 1e-9 * area + 1e-6)
+                << "region " << region << " at " << v;
+        }
+        EXPECT_NEAR(cut.area, expected, 1e-9 * expected);
+        EXPECT_GT(cut.bodies.size(), 0U);
+    }
+    // A line that many corners lie on is moved beside them.
+    std::map<double, int> corners_at;
+    for (const VERT2D& point : set_.pt_list) {
+        ++corners_at[point.y];
+    }
+    const double v =
+        std::max_element(corners_at.begin(), corners_at.end(), [](const auto& a, const auto& b) {
+            return a.second < b.second;
+        })->first;
+    ASSERT_GT(corners_at[v], 10);
+    const kit::Cut through = kit::cut_model(model, {0, 1, 0, -v});
+    EXPECT_NE(through.plane[3], -v);
+    EXPECT_NEAR(through.plane[3], -v, 1e-4);
+    EXPECT_EQ(through.loose_points, 0);
+    double expected = 0;
+    for (int region = 0; region < set_.region_list.GetSize(); ++region) {
+        expected += height * length_within(region, -through.plane[3]);
+    }
+    EXPECT_NEAR(through.area, expected, 1e-9 * expected);
+}
+
+/// What a model holds but colours and parameters, every digit of it, as text.
+std::string digits_of(const TMOD3D& model) {
+    std::ostringstream text;
+    text << std::hexfloat;
+    const auto put = [&](const auto&... lists) {
+        ((std::for_each(std::begin(lists), std::end(lists),
+                        [&](const auto& value) { text << value << ' '; }),
+          text << '\n'),
+         ...);
+    };
+    for (const VERT3D& v : model.verts) {
+        put(v.model_xyz, v.view_xyz, v.faces, v.lines, v.neighbours, v.bodies);
+    }
+    for (const LINE3D& e : model.lines) {
+        text << e.start_vert << ' ' << e.end_vert << ' ' << e.length << ' ' << e.main_axis;
+        put(e.direction, e.line_2d_eqt, e.faces, e.bodies);
+    }
+    for (const POLY3D& f : model.polys) {
+        text << f.main_axis << ' ' << (f.state_flags & 16) << ' ';
+        put(f.verts, f.lines, f.neighbour_faces, f.bodies, f.plane, f.rotated_plane);
+    }
+    for (const BODY3D& b : model.bodies) {
+        text << b.volume << ' ';
+        put(b.polys, b.lines, b.verts, b.neighbour_bodies, b.model_min, b.model_max, b.view_min,
+            b.view_max);
+    }
+    put(model.wrap_cuboid, model.view_bounds);
+    text << model.wrap_radius << ' ' << model.mode_ok;
+    return text.str();
+}
+
+/// Keeps the library's notices for the length of a scope.
+class Notices {
+public:
+    Notices()
+        : former_(set_message_box_handler([this](const char* text, unsigned) {
+              shown += text;
+              return IDOK;
+          })) {}
+    ~Notices() { set_message_box_handler(former_); }
+    Notices(const Notices&) = delete;
+    Notices& operator=(const Notices&) = delete;
+
+    std::string shown;
+
+private:
+    message_box_handler former_;
+};
+
+TEST_F(States, JoinedModelsEqualOneThatGrew) {
+    const Notices notices;
+    TMOD3D grown;
+    TMOD3D joined;
+    for (const int region : {3, 140, 146, 147, 148, 258}) {
+        PLYDT cap;
+        ASSERT_NE(kit::make_cap(set_, set_.region_list[region], kit::Fill::automatic, cap),
+                  kit::Filled::not_at_all);
+        cap.CoordinatesTrans(3, 100, -200, 0, 0, 7, -3, -1, 1.5);
+        grown.create3dmode(cap);
+        TMOD3D part;
+        part.create3dmode(cap);
+        kit::append_bodies(part, joined);
+    }
+    kit::derive(joined);
+    EXPECT_EQ(joined.bodies.GetSize(), 6);
+    EXPECT_TRUE(digits_of(joined) == digits_of(grown));
+}
+
+TEST_F(States, CommandRaisesAsTheLibraryDoes) {
+    PLYDT one;
+    kit::copy_regions(set_, one);
+    kit::keep_regions(one, {147});
+    PLYDT::set_trace_files(false);
+    one.region_tranglate();
+    one.CoordinatesTrans(2, 20000, -60000, 0, 0, 10, -10, -1, 2);
+    const Notices notices;
+    TMOD3D model;
+    model.create3dmode(one);
+    {
+        kit::OutputFile out(place("library"));
+        model.write_mode(out.stream());
+        out.replace();
+    }
+    const Result result = run("solid " KORVEL_DATA_DIR
+                              "/us-states.curves --select 20000,-60000 --levels -1,2 --axis 2"
+                              " --unit 10,-10 --origin 20000,-60000 --fill front --verbose -o m");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, notices.shown) << "the library's notice and nothing else";
+    TMOD3D by_library;
+    TMOD3D by_command;
+    kit::read_model(kit::TextFile(place("library")), by_library);
+    kit::read_model(kit::TextFile(place("m")), by_command);
+    EXPECT_TRUE(digits_of(by_library) == digits_of(by_command));
+    EXPECT_EQ(by_library.bodies[0].hue, 80);
+    EXPECT_NE(by_command.bodies[0].hue, 80);
+    EXPECT_EQ(by_command.bodies[0].hue, by_command.bodies[0].param_1);
+}
+
+struct Outline {
+    const char* what;
+    std::vector<std::pair<double, double>> points;
+    std::vector<std::vector<int>> rings;
+    double area;
+    int euler;
+};
+
+TEST(Caps, StandOnRingsThatTouch) {
+    const std::vector<std::pair<double, double>> square = {{0, 0}, {9, 0}, {9, 9}, {0, 9}};
+    const auto with = [&](std::vector<std::pair<double, double>> more) {
+        more.insert(more.begin(), square.begin(), square.end());
+        return more;
+    };
+    const std::vector<int> around = {0, 1, 2, 3};
+    const std::vector<Outline> table = {
+        {"a hole", with({{2, 2}, {4, 2}, {4, 4}}), {around, {4, 5, 6}}, 79, 0},
+        {"two holes",
+         with({{1, 1}, {2, 1}, {2, 2}, {5, 5}, {6, 5}, {6, 6}}),
+         {around, {4, 5, 6}, {7, 8, 9}},
+         80,
+         -2},
+        {"a hole at a corner", with({{4, 1}, {4, 4}}), {around, {0, 4, 5}}, 75, 2},
+        {"a hole at a side", with({{4, 0}, {6, 4}, {2, 4}}), {{0, 4, 1, 2, 3}, {4, 5, 6}}, 73, 2},
+        {"two holes at one point",
+         with({{4, 4}, {7, 4}, {7, 6}, {1, 4}, {1, 2}}),
+         {around, {4, 5, 6}, {4, 7, 8}},
+         75,
+         0},
+        {"two holes at one place",
+         with({{4, 4}, {7, 4}, {7, 6}, {4, 4}, {1, 4}, {1, 2}}),
+         {around, {4, 5, 6}, {7, 8, 9}},
+         75,
+         0},
+        {"a ring that touches itself",
+         with({{5, 5}, {8, 7}, {2, 7}}),
+         {{0, 1, 2, 3, 4, 6, 5, 4}},
+         0,
+         0},
+        {"a hole that cuts a corner off",
+         with({{0, 4}, {4, 4}, {4, 0}}),
+         {{0, 6, 1, 2, 3, 4}, {4, 5, 6}},
+         0,
+         0},
+        {"sides that lead nowhere",
+         with({{5, 5}, {9, 0}, {12, 0}}),
+         {{0, 4, 0, 1, 5, 6, 5, 2, 3, 3}},
+         81,
+         2},
+    };
+    for (const Outline& outline : table) {
+        for (const kit::Fill fill : {kit::Fill::automatic, kit::Fill::delaunay}) {
+            PLYDT set;
+            for (const auto& [x, y] : outline.points) {
+                set.pt_list.SetSize(set.pt_list.GetSize() + 1);
+                set.pt_list[set.pt_list.GetUpperBound()].x = x;
+                set.pt_list[set.pt_list.GetUpperBound()].y = y;
+            }
+            set.region_list.SetSize(1);
+            set.ring_list.SetSize(static_cast<int>(outline.rings.size()));
+            for (int ring = 0; ring < set.ring_list.GetSize(); ++ring) {
+                set.region_list[0].rings.Add(ring);
+                for (const int point : outline.rings[ring]) {
+                    set.ring_list[ring].pts.Add(point);
+                }
+            }
+            kit::turn_rings(set);
+            PLYDT cap;
+            const kit::Filled filled = kit::make_cap(set, set.region_list[0], fill, cap);
+            if (outline.area == 0) {
+                EXPECT_EQ(filled, kit::Filled::not_at_all) << outline.what;
+                continue;
+            }
+            ASSERT_NE(filled, kit::Filled::not_at_all) << outline.what;
+            cap.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, 0, 2);
+            const Notices notices;
+            TMOD3D model;
+            model.create3dmode(cap);
+            const kit::Surface surface = kit::surfaces(model)[0];
+            EXPECT_EQ(kit::state_text(surface), "closed") << outline.what;
+            EXPECT_EQ(surface.euler_characteristic(), outline.euler) << outline.what;
+            EXPECT_NEAR(model.bodies[0].volume, 2 * outline.area, 1e-9) << outline.what;
+        }
+    }
+}
+
+} // namespace
+} // namespace korvel::test

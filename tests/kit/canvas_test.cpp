@@ -1,0 +1,146 @@
+#include "kit/pictures/picture_canvas.h"
+
+#include <set>
+
+#include "kit/base/errors.h"
+#include "kit/maps/region_colours.h"
+#include "kit/pictures/picture_fit.h"
+#include "tests/support/pixels.h"
+#include "tests/support/command_scratch.h"
+
+namespace korvel::test {
+namespace {
+
+using kit::OutputFile;
+using kit::PictureCanvas;
+using kit::PictureFormat;
+
+constexpr COLORREF white = RGB(255, 255, 255);
+constexpr COLORREF black = RGB(0, 0, 0);
+constexpr COLORREF blue = RGB(10, 20, 250);
+
+class Canvas : public CommandScratch {};
+
+TEST_F(Canvas, PaintsWithWhatIsSelected) {
+    OutputFile out(place("p.png"));
+    PictureCanvas canvas(out, PictureFormat::png, {40, 30});
+    CBrush brush(blue);
+    CPen pen(PS_SOLID, 3, RGB(200, 0, 0));
+    CBrush* const first_brush = canvas.SelectObject(&brush);
+    ASSERT_NE(first_brush, nullptr);
+    EXPECT_EQ(first_brush->colour, white);
+    EXPECT_EQ(canvas.SelectObject(first_brush), &brush);
+    canvas.SelectObject(&brush);
+    EXPECT_EQ(canvas.SetBkColor(black), white);
+    EXPECT_EQ(canvas.GetBkColor(), black);
+
+    // Two squares, one in the other, both walked the same way.
+    const POINT squares[] = {{2, 2}, {22, 2}, {22, 22}, {2, 22},
+                             {8, 8}, {16, 8}, {16, 16}, {8, 16}};
+    const int counts[] = {4, 4};
+    EXPECT_EQ(canvas.SetPolyFillMode(ALTERNATE), ALTERNATE);
+    canvas.PolyPolygon(squares, counts, 2);
+
+    CPen* const default_pen = canvas.SelectObject(&pen);
+    EXPECT_EQ(default_pen->colour, black);
+    EXPECT_EQ(default_pen->width, 1);
+    canvas.MoveTo(30, 5);
+    canvas.LineTo(30, 25);
+    const POINT end = canvas.MoveTo(0, 0);
+    EXPECT_EQ(end.y, 25);
+    canvas.finish();
+    out.replace();
+
+    const Pixels pixels(place("p.png"));
+    EXPECT_EQ(pixels.width(), 40);
+    EXPECT_EQ(pixels.height(), 30);
+    EXPECT_EQ(pixels.at(0, 0), white);
+    EXPECT_EQ(pixels.at(5, 5), blue);
+    EXPECT_EQ(pixels.at(12, 12), white) << "the alternate mode leaves the inner square open";
+    EXPECT_EQ(pixels.at(2, 12), black) << "a pen of width 1 fills just its pixel";
+    EXPECT_EQ(pixels.at(1, 12), white);
+    EXPECT_EQ(pixels.at(3, 12), blue);
+    for (const int x : {29, 30, 31}) {
+        EXPECT_EQ(pixels.at(x, 15), pen.colour);
+    }
+    EXPECT_EQ(pixels.at(28, 15), white);
+}
+
+TEST_F(Canvas, TheEndingChoosesTheFormat) {
+    EXPECT_EQ(kit::picture_format("a.b/C.PNG"), PictureFormat::png);
+    EXPECT_THROW(kit::picture_format("png"), kit::InputError);
+    struct Row {
+        const char* file;
+        const char* start;
+        const char* end;
+    };
+    for (const Row& row : {Row{"p.svg", "<?xml", "</svg>\n"}, Row{"p.pdf", "%PDF-", "%%EOF\n"}}) {
+        OutputFile out(place(row.file));
+        PictureCanvas canvas(out, kit::picture_format(row.file), {50, 50}, 16);
+        const POINT triangle[] = {{160, 160}, {480, 160}, {160, 480}};
+        canvas.Polygon(triangle, 3);
+        canvas.finish();
+        out.replace();
+        EXPECT_THAT(read(row.file), testing::StartsWith(row.start));
+        EXPECT_THAT(read(row.file), testing::EndsWith(row.end));
+    }
+    EXPECT_THAT(read("p.svg"), testing::HasSubstr("M 10.03125 10.03125 L 30.03125 10.03125"));
+}
+
+TEST_F(Canvas, OutputFilesReplaceOnlyWhenComplete) {
+    write("target", "former");
+    std::filesystem::create_symlink("target", place("link"));
+    {
+        const OutputFile dropped(place("link"));
+        std::fputs("half", dropped.stream());
+        EXPECT_EQ(files(), 3);
+    }
+    EXPECT_EQ(files(), 2);
+    EXPECT_EQ(read("target"), "former");
+    OutputFile complete(place("link"));
+    std::fputs("new", complete.stream());
+    complete.replace();
+    EXPECT_EQ(read("target"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(place("link")));
+    EXPECT_EQ(files(), 2);
+}
+
+TEST_F(Canvas, CommandPaintsEachRegionInItsOwnColour) {
+    // A frame around a field, and a square beside the frame's corner.
+    write("c", "3 5 40 40 60 40 60 60 40 60 40 40 5 0 0 100 0 100 100 0 100 0 0"
+               " 5 0 100 0 150 50 150 50 100 0 100");
+    ASSERT_EQ(run("regions c --picture p.png --size 104x154").status, 0);
+    const Pixels pixels(place("p.png"));
+    EXPECT_EQ(pixels.height(), 154);
+    // A unit is 150/154 of the room between the margins: about a pixel.
+    const std::set<COLORREF> colours = {white, pixels.at(20, 50), pixels.at(52, 52),
+                                        pixels.at(20, 120)};
+    EXPECT_EQ(colours.size(), 4U);
+    EXPECT_EQ(pixels.at(80, 50), pixels.at(20, 50));
+    EXPECT_EQ(pixels.at(80, 120), white);
+
+    ASSERT_EQ(run("regions c --picture v.png --view 45,45,55,55 --size 50x50").status, 0);
+    const Pixels view(place("v.png"));
+    EXPECT_EQ(view.at(1, 1), view.at(48, 48));
+    EXPECT_NE(view.at(1, 1), white);
+}
+
+TEST(PictureFit, KeepsTheAspectUnlessStretched) {
+    kit::Box box;
+    box.take_in(-10, 5);
+    box.take_in(90, 55);
+    const kit::PictureFit plain(box, {1000, 1000}, 1);
+    EXPECT_DOUBLE_EQ(plain.scale, 9.6 * kit::PictureFit::units_per_pixel);
+    EXPECT_EQ(plain.ox, 20 * kit::PictureFit::units_per_pixel);
+    EXPECT_EQ(plain.oy, 260 * kit::PictureFit::units_per_pixel);
+    const kit::PictureFit narrow(box, {1000, 1000}, 0.5);
+    EXPECT_DOUBLE_EQ(narrow.scale, 2 * plain.scale);
+    EXPECT_EQ(narrow.oy, plain.ox);
+    // A single point has no size to fit.
+    kit::Box point;
+    point.take_in(3, 4);
+    EXPECT_EQ(kit::PictureFit(point, {100, 100}, 1).ox, 50 * kit::PictureFit::units_per_pixel);
+}
+
+} // namespace
+} // namespace korvel::test

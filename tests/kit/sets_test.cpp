@@ -1,0 +1,128 @@
+#include <gtest/gtest.h>
+
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "kit/maps/coverage.h"
+#include "kit/maps/region_sets.h"
+
+namespace korvel::test {
+namespace {
+
+struct Row {
+    const char* what;
+    std::vector<std::pair<double, double>> points; // one ring through all of them
+    std::vector<std::tuple<int, int, int>> triangles;
+    double missing; // area of the region less that of the triangles
+    bool is_tiling;
+};
+
+TEST(Coverage, TellsTilingsFromOtherTriangles) {
+    const std::vector<std::pair<double, double>> square = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
+    // Twice the size of what a double's 53 bits tell apart in products of coordinates.
+    constexpr double far = 2147483647;
+    const std::vector<std::pair<double, double>> cut_corner = {
+        {-far, -far}, {1 - far, -far}, {far, -far}, {far, far}, {-far, far}, {-far, 1 - far}};
+    const std::vector<Row> table = {
+        {"halves", square, {{0, 1, 2}, {0, 2, 3}}, 0, true},
+        {"one half", square, {{0, 1, 2}}, 8, false},
+        {"nothing", square, {}, 16, false},
+        {"one half twice: overlap and gap alike", square, {{0, 1, 2}, {1, 2, 0}}, 0, false},
+        {"both ways across", square, {{0, 1, 2}, {0, 1, 3}}, 0, false},
+        {"a half turned over", square, {{0, 1, 2}, {0, 3, 2}}, 0, false},
+        {"with a flat triangle", square, {{0, 1, 2}, {0, 2, 3}, {0, 2, 0}}, 0, true},
+        {"a long side along two short ones",
+         {{0, 0}, {4, 0}, {4, 4}, {2, 2}},
+         {{0, 1, 2}},
+         0,
+         true},
+        {"far apart", cut_corner, {{5, 0, 1}, {5, 1, 2}, {5, 2, 3}, {5, 3, 4}}, 0, true},
+        {"far apart but for half a unit", cut_corner, {{5, 1, 2}, {5, 2, 3}, {5, 3, 4}}, 0, false},
+        {"off the lattice",
+         {{0, 0}, {0.3, 0}, {0.3, 0.7}, {0, 0.7}},
+         {{0, 1, 2}, {0, 2, 3}},
+         0,
+         true},
+    };
+    for (const Row& row : table) {
+        PLYDT set;
+        set.pt_list.SetSize(static_cast<int>(row.points.size()));
+        set.ring_list.SetSize(1);
+        set.region_list.SetSize(1);
+        set.region_list[0].rings.Add(0);
+        for (int i = 0; i < set.pt_list.GetSize(); ++i) {
+            std::tie(set.pt_list[i].x, set.pt_list[i].y) = row.points[i];
+            set.ring_list[0].pts.Add(i);
+        }
+        for (const auto& corners : row.triangles) {
+            PLYDT::TRG triangle;
+            std::tie(triangle.va, triangle.vb, triangle.vc) = corners;
+            set.trg_list.Add(triangle);
+        }
+        const kit::Coverage coverage =
+            kit::measure_coverage(set, set.region_list[0], 0, set.trg_list.GetSize(),
+                                  kit::are_lattice_points(set.pt_list));
+        EXPECT_EQ(coverage.is_tiling, row.is_tiling) << row.what;
+        EXPECT_NEAR(coverage.region_area - coverage.triangle_area, row.missing, 1e-12) << row.what;
+    }
+}
+
+TEST(Coverage, HolesDoNotCount) {
+    // A square with a square hole; four triangles at the sides would leave the corners.
+    PLYDT set;
+    set.pt_list.SetSize(8);
+    const double places[][2] = {{0, 0}, {6, 0}, {6, 6}, {0, 6}, {2, 2}, {4, 2}, {4, 4}, {2, 4}};
+    set.ring_list.SetSize(2);
+    for (int i = 0; i < 8; ++i) {
+        set.pt_list[i].x = places[i][0];
+        set.pt_list[i].y = places[i][1];
+        set.ring_list[i / 4].pts.Add(i);
+    }
+    set.region_list.SetSize(1);
+    set.region_list[0].rings.Add(0);
+    set.region_list[0].rings.Add(1);
+    for (int k = 0; k < 4; ++k) {
+        PLYDT::TRG outer;
+        std::tie(outer.va, outer.vb, outer.vc) = std::tuple(k, (k + 1) % 4, 4 + k);
+        PLYDT::TRG inner;
+        std::tie(inner.va, inner.vb, inner.vc) = std::tuple((k + 1) % 4, 4 + (k + 1) % 4, 4 + k);
+        set.trg_list.Add(outer);
+        set.trg_list.Add(inner);
+    }
+    const auto covered = [&] {
+        return kit::measure_coverage(set, set.region_list[0], 0, set.trg_list.GetSize(), true);
+    };
+    EXPECT_EQ(covered().region_area, 32);
+    EXPECT_TRUE(covered().is_tiling);
+    set.trg_list.SetSize(7);
+    EXPECT_FALSE(covered().is_tiling);
+}
+
+TEST(RegionSets, KeepOnlyWhatTheRegionsUse) {
+    PLYDT set;
+    set.pt_list.SetSize(9);
+    set.ring_list.SetSize(3);
+    set.region_list.SetSize(3);
+    for (int i = 0; i < 9; ++i) {
+        set.pt_list[i].x = i;
+        set.ring_list[i / 3].pts.Add(8 - i);
+    }
+    for (int i = 0; i < 3; ++i) {
+        set.region_list[i].rings.Add(2 - i);
+    }
+    kit::keep_regions(set, {2, 0});
+    ASSERT_EQ(set.region_list.GetSize(), 2);
+    ASSERT_EQ(set.ring_list.GetSize(), 2);
+    ASSERT_EQ(set.pt_list.GetSize(), 6);
+    // The region that was number 0 still walks through the points 2, 1 and 0.
+    const RING& ring = set.ring_list[set.region_list[0].rings[0]];
+    EXPECT_EQ(set.pt_list[ring.pts[0]].x, 2);
+    EXPECT_EQ(set.pt_list[ring.pts[2]].x, 0);
+    const kit::Box box = kit::box_of_regions(set);
+    EXPECT_EQ(box.left, 0);
+    EXPECT_EQ(box.right, 8);
+}
+
+} // namespace
+} // namespace korvel::test

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace korvel::test {
+
+/// A directory of its own for each test, gone afterwards.
+class Scratch : public testing::Test {
+protected:
+    Scratch() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "korvel-XXXXXX").string();
+        directory_ = mkdtemp(pattern.data());
+    }
+    ~Scratch() override { std::filesystem::remove_all(directory_); }
+
+    std::filesystem::path place(const std::string& name) const { return directory_ / name; }
+
+    void write(const std::string& name, const std::string& text) const {
+        std::ofstream(place(name), std::ios::binary) << text;
+    }
+
+    std::string read(const std::string& name) const {
+        std::ostringstream text;
+        text << std::ifstream(place(name), std::ios::binary).rdbuf();
+        return text.str();
+    }
+
+    int files() const {
+        const std::filesystem::directory_iterator entries(directory_);
+        return static_cast<int>(std::distance(begin(entries), end(entries)));
+    }
+
+    std::filesystem::path directory_;
+};
+
+} // namespace korvel::test
