@@ -60,21 +60,19 @@ inline std::vector<int> first_equal_sides(const std::vector<Side>& sides) {
     std::vector<Upper> placed(count);
     for (std::size_t i = 0; i < count; ++i) {
         int& end = ends[slot(std::min(sides[i].a, sides[i].b))];
-        placed[static_cast<std::size_t>(end++)] = {std::max(sides[i].a, sides[i].b),
-                                                   static_cast<int>(i)};
+        placed[end++] = {std::max(sides[i].a, sides[i].b), static_cast<int>(i)};
     }
     // A mark below the start of a lower point's sides is one that an earlier point has left.
     std::vector<int> marks(spread, -1);
     int at = 0;
     for (std::size_t lower = 0; lower < spread; ++lower) {
         for (const int start = at; at < ends[lower]; ++at) {
-            const Upper& upper = placed[static_cast<std::size_t>(at)];
+            const Upper& upper = placed[at];
             int& mark = marks[slot(upper.point)];
             if (mark < start) {
                 mark = at;
             }
-            first[static_cast<std::size_t>(upper.side)] =
-                placed[static_cast<std::size_t>(mark)].side;
+            first[upper.side] = placed[mark].side;
         }
     }
     return first;

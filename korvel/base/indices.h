@@ -80,13 +80,11 @@ class PackedLists {
 public:
     template <class EachPair>
     PackedLists(int lists, EachPair each_pair) : starts_(static_cast<std::size_t>(lists) + 2, 0) {
-        each_pair([&](int list, int) { ++starts_[static_cast<std::size_t>(list) + 2]; });
+        each_pair([&](int list, int) { ++starts_[list + 2]; });
         std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
         values_.resize(starts_.back());
         // Filling moves the start of each list, which stands one too far, on to its end.
-        each_pair([&](int list, int value) {
-            values_[starts_[static_cast<std::size_t>(list) + 1]++] = value;
-        });
+        each_pair([&](int list, int value) { values_[starts_[list + 1]++] = value; });
     }
 
     std::span<const int> operator[](int list) const {

@@ -69,7 +69,7 @@ public:
         if (are_triples_) {
             return 3 * list;
         }
-        return list == 0 ? 0 : ends_[static_cast<std::size_t>(list) - 1];
+        return list == 0 ? 0 : ends_[list - 1];
     }
 
     /// The list in which an entry stands.
@@ -125,9 +125,7 @@ class FirstTimes {
 public:
     explicit FirstTimes(int size) : last_list_(static_cast<std::size_t>(size), -1) {}
 
-    bool is_first(int index, int list) {
-        return std::exchange(last_list_[static_cast<std::size_t>(index)], list) != list;
-    }
+    bool is_first(int index, int list) { return std::exchange(last_list_[index], list) != list; }
 
 private:
     std::vector<int> last_list_;

@@ -23,7 +23,7 @@ std::vector<int> number_used(int records, EachUse each_use) {
     std::vector<int> numbers(static_cast<std::size_t>(records), -1);
     each_use([&](int index) {
         if (index >= 0 && index < records) {
-            numbers[static_cast<std::size_t>(index)] = 0;
+            numbers[index] = 0;
         }
     });
     int next = 0;
@@ -45,7 +45,7 @@ void keep_numbered(Records& records, const std::vector<int>& numbers) {
 void renumber(CArray<int>& list, const std::vector<int>& numbers) {
     for (int& index : list) {
         if (index >= 0 && static_cast<std::size_t>(index) < numbers.size()) {
-            index = numbers[static_cast<std::size_t>(index)];
+            index = numbers[index];
         }
     }
 }

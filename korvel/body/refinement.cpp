@@ -17,8 +17,7 @@ bool can_be_refined(const TMOD3D& model, const BODY3D& body) {
     return body.polys.GetSize() <= most_faces && model.polys.GetSize() <= most_faces &&
            std::all_of(body.polys.begin(), body.polys.end(), [&](int f) {
                if (!has_element(model.polys, f) || model.polys[f].verts.GetSize() != 3 ||
-                   model.polys[f].lines.GetSize() != 3 ||
-                   std::exchange(seen[static_cast<std::size_t>(f)], 1) != 0) {
+                   model.polys[f].lines.GetSize() != 3 || std::exchange(seen[f], 1) != 0) {
                    return false;
                }
                for (int i = 0; i < 3; ++i) {
@@ -39,7 +38,7 @@ std::vector<int> edges_of(const TMOD3D& model, const BODY3D& body) {
     std::vector<char> seen(static_cast<std::size_t>(model.lines.GetSize()), 0);
     for (const int f : body.polys) {
         for (const int e : model.polys[f].lines) {
-            if (std::exchange(seen[static_cast<std::size_t>(e)], 1) == 0) {
+            if (std::exchange(seen[e], 1) == 0) {
                 edges.push_back(e);
             }
         }
@@ -68,8 +67,7 @@ struct Halves {
 };
 
 int half_at(const TMOD3D& model, const std::vector<Halves>& halves, int edge, int vertex) {
-    return model.lines[edge].start_vert == vertex ? edge
-                                                  : halves[static_cast<std::size_t>(edge)].end_half;
+    return model.lines[edge].start_vert == vertex ? edge : halves[edge].end_half;
 }
 
 void set_triangle(POLY3D& face, const int (&verts)[3], const int (&lines)[3]) {
@@ -103,7 +101,7 @@ void refine_body(TMOD3D& model, int body, bool on_unit_sphere) {
         LINE3D& edge = model.lines[e];
         set_midpoint(model.verts[next_vertex], model.verts[edge.start_vert],
                      model.verts[edge.end_vert], on_unit_sphere);
-        halves[static_cast<std::size_t>(e)] = {next_vertex, next_edge};
+        halves[e] = {next_vertex, next_edge};
         model.lines[next_edge].set_line_point(next_vertex, edge.end_vert);
         edge.set_line_point(edge.start_vert, next_vertex);
         ++next_vertex;
@@ -119,9 +117,9 @@ void refine_body(TMOD3D& model, int body, bool on_unit_sphere) {
         for (int k = 0; k < 3; ++k) {
             const int e = model.polys[f].lines[k];
             corner[k] = model.polys[f].verts[k];
-            middle[k] = halves[static_cast<std::size_t>(e)].middle;
+            middle[k] = halves[e].middle;
             first_half[k] = half_at(model, halves, e, corner[k]);
-            second_half[k] = first_half[k] == e ? halves[static_cast<std::size_t>(e)].end_half : e;
+            second_half[k] = first_half[k] == e ? halves[e].end_half : e;
         }
         // Inner edge k joins the midpoints on both sides of corner k.
         int inner[3];

@@ -35,10 +35,10 @@ public:
     /// The first face at an edge that is not `other_than`, or −1.
     int first(int edge, int other_than) const {
         const int slot = edges_.find(korvel::pair_key(0, edge));
-        int link = slot < 0 ? -1 : heads_[static_cast<std::size_t>(slot)].first;
-        for (; link >= 0; link = links_[static_cast<std::size_t>(link)].next) {
-            if (links_[static_cast<std::size_t>(link)].face != other_than) {
-                return links_[static_cast<std::size_t>(link)].face;
+        int link = slot < 0 ? -1 : heads_[slot].first;
+        for (; link >= 0; link = links_[link].next) {
+            if (links_[link].face != other_than) {
+                return links_[link].face;
             }
         }
         return -1;
@@ -62,8 +62,8 @@ private:
         if (slot == fresh) {
             heads_.push_back({link, link});
         } else {
-            int& last = heads_[static_cast<std::size_t>(slot)].last;
-            links_[static_cast<std::size_t>(last)].next = link;
+            int& last = heads_[slot].last;
+            links_[last].next = link;
             last = link;
         }
     }
@@ -120,7 +120,7 @@ std::vector<int> cut_edges(TMOD3D& model, const double* plane, int cleared, TMOD
         if (has_element(model.verts, edge.start_vert) &&
             korvel::segment_meets_plane(model.verts[edge.start_vert].model_xyz, edge.direction,
                                         edge.length, plane, point)) {
-            vertex_of[static_cast<std::size_t>(e)] = next++;
+            vertex_of[e] = next++;
             points.insert(points.end(), point, point + 3);
         }
     }
@@ -136,7 +136,7 @@ void add_section_face(TMOD2D& out, const std::vector<int>& loop, const std::vect
     POLY3D face;
     face.verts.SetSize(static_cast<int>(loop.size()));
     for (std::size_t i = 0; i < loop.size(); ++i) {
-        face.verts[static_cast<int>(i)] = vertex_of[static_cast<std::size_t>(loop[i])];
+        face.verts[static_cast<int>(i)] = vertex_of[loop[i]];
     }
     POLY3D_CPLX group;
     group.polys.Add(out.polys.GetSize());
@@ -176,7 +176,7 @@ void TMOD3D::get_section(double* plane, TMOD2D& out) {
         }
         body_cuts.clear();
         for (const int e : body.lines) {
-            if (has_element(lines, e) && vertex_of[static_cast<std::size_t>(e)] >= 0) {
+            if (has_element(lines, e) && vertex_of[e] >= 0) {
                 lines[e].state_flags |= cut;
                 body.body_flags |= cut;
                 body_cuts.push_back(e);
@@ -206,7 +206,7 @@ void TMOD3D::get_section(double* plane, TMOD2D& out) {
 
         const FacesAtEdges faces_at(*this, body, [&](int e) {
             // Most edges are told off without a look at the edge.
-            return vertex_of[static_cast<std::size_t>(e)] >= 0 && (lines[e].state_flags & cut) != 0;
+            return vertex_of[e] >= 0 && (lines[e].state_flags & cut) != 0;
         });
         std::sort(body_cuts.begin(), body_cuts.end());
         for (const int e : body_cuts) {

@@ -55,8 +55,8 @@ public:
                 continue;
             }
             for (int place = node.begin; place < node.end; ++place) {
-                const int i = order_[static_cast<std::size_t>(place)];
-                if (boxes_[static_cast<std::size_t>(i)].meets(box)) {
+                const int i = order_[place];
+                if (boxes_[i].meets(box)) {
                     visit(i);
                 }
             }
@@ -79,7 +79,7 @@ private:
         nodes_.emplace_back();
         Box box;
         for (int place = begin; place < end; ++place) {
-            box.include(boxes_[static_cast<std::size_t>(order_[static_cast<std::size_t>(place)])]);
+            box.include(boxes_[order_[place]]);
         }
         nodes_[self].box = box;
         if (end - begin <= leaf_size) {
@@ -94,7 +94,7 @@ private:
             }
             const int middle = begin + (end - begin) / 2;
             const auto doubled_centre = [&](int i) {
-                const Box& of = boxes_[static_cast<std::size_t>(i)];
+                const Box& of = boxes_[i];
                 return of.low[axis] + of.high[axis];
             };
             std::nth_element(order_.begin() + begin, order_.begin() + middle, order_.begin() + end,

@@ -49,12 +49,12 @@ public:
         }
         build(1, 0, leaves_);
         for (std::size_t place = 0; place < places_.size(); ++place) {
-            place_[static_cast<std::size_t>(places_[place].index)] = place;
+            place_[places_[place].index] = place;
         }
     }
 
     void set_alive(int point, bool alive) {
-        const std::size_t place = place_[static_cast<std::size_t>(point)];
+        const std::size_t place = place_[point];
         if (alive_[place] == static_cast<char>(alive)) {
             return;
         }

@@ -121,7 +121,7 @@ void CREGION::FilterRedundantCurve(CArray<tagPOINT>* pts, CArray<int>* counts) {
 
     Compaction kept(*pts, *counts);
     for (int curve = 0; curve < curves.size(); ++curve) {
-        if (is_first[static_cast<std::size_t>(curve)] != 0) {
+        if (is_first[curve] != 0) {
             for (int p = curves.start(curve); p < curves.end(curve); ++p) {
                 kept.keep_point((*pts)[p]);
             }

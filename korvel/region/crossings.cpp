@@ -93,7 +93,7 @@ private:
     /// Adds a crossing; one at an end of its segment, where busy points are, only the first time.
     void add(const Crossing& crossing) {
         if (crossing.ratio == 0 || crossing.ratio == 1) {
-            char& ends_met = ends_met_[static_cast<std::size_t>(crossing.segment)];
+            char& ends_met = ends_met_[crossing.segment];
             const char end = crossing.ratio == 0 ? 1 : 2;
             if ((ends_met & end) != 0) {
                 return;
@@ -108,12 +108,12 @@ private:
         // Laid out by segment first: most segments have a few crossings at most.
         std::vector<std::size_t> ends(ends_met_.size() + 1, 0);
         for (const Crossing& crossing : found_) {
-            ++ends[static_cast<std::size_t>(crossing.segment) + 1];
+            ++ends[crossing.segment + 1];
         }
         std::partial_sum(ends.begin(), ends.end(), ends.begin());
         std::vector<double> ratios(found_.size());
         for (const Crossing& crossing : found_) {
-            ratios[ends[static_cast<std::size_t>(crossing.segment)]++] = crossing.ratio;
+            ratios[ends[crossing.segment]++] = crossing.ratio;
         }
         found_.clear();
         auto ratio = ratios.begin();
@@ -368,7 +368,7 @@ std::optional<std::vector<Crossing>> find_crossings(const CArray<tagPOINT>& pts,
     for (const int a : segments) {
         if (!is_short(a) && !crossings.is_full()) {
             grid.for_each_on_line(a, [&](int b) {
-                const bool is_new = std::exchange(tested_with[static_cast<std::size_t>(b)], a) != a;
+                const bool is_new = std::exchange(tested_with[b], a) != a;
                 if (is_new && (b < a || is_short(b))) {
                     crossings.test(pts, a, b);
                 }

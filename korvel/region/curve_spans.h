@@ -24,8 +24,8 @@ public:
     }
 
     int size() const { return static_cast<int>(starts_.size()) - 1; }
-    int start(int curve) const { return starts_[static_cast<std::size_t>(curve)]; }
-    int end(int curve) const { return starts_[static_cast<std::size_t>(curve) + 1]; }
+    int start(int curve) const { return starts_[curve]; }
+    int end(int curve) const { return starts_[curve + 1]; }
     int count(int curve) const { return end(curve) - start(curve); }
     bool is_empty(int curve) const { return count(curve) == 0; }
 

@@ -20,8 +20,7 @@ void for_each_ring_at_point(const CArray<CREGION::RToPt>& rings, int points, Add
     std::vector<int> last_ring(static_cast<std::size_t>(points), -1);
     for (int ring = 0; ring < rings.GetSize(); ++ring) {
         for (const int pt : rings[ring].pts) {
-            if (pt >= 0 && pt < points &&
-                std::exchange(last_ring[static_cast<std::size_t>(pt)], ring) != ring) {
+            if (pt >= 0 && pt < points && std::exchange(last_ring[pt], ring) != ring) {
                 add(pt, ring);
             }
         }
@@ -39,7 +38,7 @@ public:
 
     bool operator()(const CArray<CREGION::RToPt>& rings, int ring) {
         for (const int pt : rings[ring].pts) {
-            if (std::exchange(last_ring_[static_cast<std::size_t>(pt)], ring) == ring) {
+            if (std::exchange(last_ring_[pt], ring) == ring) {
                 return true;
             }
         }
@@ -65,11 +64,11 @@ public:
         if (std::exchange(last_, ring) != ring) {
             for (const int pt : rings_[ring].pts) {
                 for (const int neighbour : (*at_points_)[pt]) {
-                    touched_by_[static_cast<std::size_t>(neighbour)] = ring;
+                    touched_by_[neighbour] = ring;
                 }
             }
         }
-        return touched_by_[static_cast<std::size_t>(other)] == ring;
+        return touched_by_[other] == ring;
     }
 
 private:
@@ -156,7 +155,7 @@ void CREGION::GetRStoPt() {
     };
     std::vector<korvel::IntBox> boxes(static_cast<std::size_t>(ring_pts.GetSize()));
     const auto box_of = [&](int ring) -> const korvel::IntBox& {
-        korvel::IntBox& box = boxes[static_cast<std::size_t>(ring)];
+        korvel::IntBox& box = boxes[ring];
         if (box.x_min > box.x_max) {
             for (const int pt : ring_pts[ring].pts) {
                 box.include(unique_pts[pt]);
@@ -189,7 +188,7 @@ void CREGION::GetRStoPt() {
             }
         }
         const CArray<int>& through = pt_links[u].rings;
-        if (visited[static_cast<std::size_t>(u)] != 0 || through.GetSize() < 3) {
+        if (visited[u] != 0 || through.GetSize() < 3) {
             continue;
         }
         int largest = through[0];
@@ -206,7 +205,7 @@ void CREGION::GetRStoPt() {
         for (const int ring : through) {
             ring_pts[ring].is_hole = 1;
             for (const int pt : ring_pts[ring].pts) {
-                visited[static_cast<std::size_t>(pt)] = 1;
+                visited[pt] = 1;
             }
         }
     }
@@ -226,8 +225,8 @@ void CREGION::SearchAllRegion() {
         ring.is_hole = 0;
         regions[i].rings.Add(i);
         if (!ring.pts.IsEmpty() && korvel::has_elements(unique_pts, ring.pts)) {
-            has_place[static_cast<std::size_t>(i)] = 1;
-            first_points[static_cast<std::size_t>(i)] = unique_pts[ring.pts[0]];
+            has_place[i] = 1;
+            first_points[i] = unique_pts[ring.pts[0]];
         }
     }
 
@@ -237,7 +236,7 @@ void CREGION::SearchAllRegion() {
     std::vector<POINT> corners;
     TouchingRings touching(ring_pts, unique_pts.GetSize());
     for (int i = 0; i < count; ++i) {
-        if (has_place[static_cast<std::size_t>(i)] == 0) {
+        if (has_place[i] == 0) {
             continue;
         }
         constexpr std::size_t rings_ahead = 2;
@@ -263,8 +262,7 @@ void CREGION::SearchAllRegion() {
                 continue;
             }
             const auto corner = [&](int k) {
-                return korvel::vector_between(first_points[static_cast<std::size_t>(j)],
-                                              corners[static_cast<std::size_t>(k)]);
+                return korvel::vector_between(first_points[j], corners[k]);
             };
             if (korvel::winding_encloses(ring_pts[i].pts.GetSize(), corner) && !touching(i, j)) {
                 regions[i].rings.Add(j);

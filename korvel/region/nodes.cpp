@@ -31,14 +31,14 @@ public:
         }
         const int near = first_near(pt);
         if (near >= 0) {
-            const tagPOINT from = std::exchange(pt, nodes_[static_cast<std::size_t>(near)]);
+            const tagPOINT from = std::exchange(pt, nodes_[near]);
             return !korvel::same_point(pt, from);
         }
         nodes_.push_back(pt);
         next_in_cell_.push_back(-1);
         const int head = cells_.find_or_add(key(cell(pt.x), cell(pt.y)), next);
         if (head != next) {
-            int& after_head = next_in_cell_[static_cast<std::size_t>(head)];
+            int& after_head = next_in_cell_[head];
             next_in_cell_.back() = std::exchange(after_head, next);
         }
         return false;
@@ -54,7 +54,7 @@ private:
         for (std::int64_t x = cell(pt.x) - 1; x <= cell(pt.x) + 1; ++x) {
             for (std::int64_t y = cell(pt.y) - 1; y <= cell(pt.y) + 1; ++y) {
                 int node = cells_.find(key(x, y));
-                for (; node >= 0; node = next_in_cell_[static_cast<std::size_t>(node)]) {
+                for (; node >= 0; node = next_in_cell_[node]) {
                     if ((first < 0 || node < first) && is_near(pt, node)) {
                         first = node;
                     }
@@ -76,7 +76,7 @@ private:
         return korvel::pair_key(static_cast<int>(x), static_cast<int>(y));
     }
     bool is_near(const tagPOINT& pt, int node) const {
-        const tagPOINT& at = nodes_[static_cast<std::size_t>(node)];
+        const tagPOINT& at = nodes_[node];
         const double dx = static_cast<double>(pt.x) - at.x;
         const double dy = static_cast<double>(pt.y) - at.y;
         return std::sqrt(dx * dx + dy * dy) < radius_;

@@ -44,7 +44,7 @@ public:
 
     void use(int index) {
         if (is_record(index)) {
-            new_index_[static_cast<std::size_t>(index)] = 0;
+            new_index_[index] = 0;
         }
     }
     /// Numbers what is used and returns how many there are.
@@ -58,9 +58,7 @@ public:
         return next;
     }
     /// The new number, or −1.
-    int operator[](int index) const {
-        return is_record(index) ? new_index_[static_cast<std::size_t>(index)] : -1;
-    }
+    int operator[](int index) const { return is_record(index) ? new_index_[index] : -1; }
 
 private:
     bool is_record(int index) const {

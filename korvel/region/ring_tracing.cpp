@@ -111,7 +111,7 @@ private:
         bool is_tied = false;
         double smallest = 2 * full_turn;
         for (int seen = 0; seen < count; ++seen, at += turn_sense(turn)) {
-            const Departure& departure = around[static_cast<std::size_t>((at + count) % count)];
+            const Departure& departure = around[(at + count) % count];
             double past_start = turn_sense(turn) * (departure.bearing - start);
             past_start += past_start < 0 ? full_turn : 0;
             if (past_start > smallest + 2 * slack) {
@@ -408,7 +408,7 @@ void CREGION::CalcRingToCurve() {
     rings.SetSize(0, 50);
     rings.SetSize(static_cast<int>(distinct.size()));
     for (int ring = 0; ring < rings.GetSize(); ++ring) {
-        korvel::assign_list(rings[ring].curve_ids, found[distinct[static_cast<std::size_t>(ring)]]);
+        korvel::assign_list(rings[ring].curve_ids, found[distinct[ring]]);
     }
 }
 

@@ -31,9 +31,7 @@ public:
     }
 
     bool encloses(const tagPOINT& pt) const {
-        const auto corner = [&](int k) {
-            return korvel::vector_between(pt, corners_[static_cast<std::size_t>(k)]);
-        };
+        const auto corner = [&](int k) { return korvel::vector_between(pt, corners_[k]); };
         return box_.contains(pt) &&
                korvel::winding_encloses(static_cast<int>(corners_.size()), corner);
     }
@@ -86,15 +84,14 @@ void CREGION::CalcInExRing() {
     for (const tagRToC& ring : in_rings) {
         for (const int id : ring.curve_ids) {
             if (names_curve(id)) {
-                around_seed[static_cast<std::size_t>(korvel::curve_of(id))] = 1;
+                around_seed[korvel::curve_of(id)] = 1;
             }
         }
     }
     const Outline smallest = outline(in_rings[0]);
     korvel::remove_elements(ex_rings, [&](const tagRToC& ring) {
         const auto is_around_seed = [&](int id) {
-            return names_curve(id) &&
-                   around_seed[static_cast<std::size_t>(korvel::curve_of(id))] != 0;
+            return names_curve(id) && around_seed[korvel::curve_of(id)] != 0;
         };
         if (ring.curve_ids.IsEmpty() || !names_curve(ring.curve_ids[0]) ||
             std::any_of(ring.curve_ids.begin(), ring.curve_ids.end(), is_around_seed)) {

@@ -94,7 +94,7 @@ void derive_from(FlatModel flat, TMOD3D& model, Records records) {
     {
         VertexRelations relations(flat, used);
         visit_all(model.verts, flat.points.size(), records, [&](int v, VERT3D& vertex) {
-            const FlatModel::Point& point = flat.points[static_cast<std::size_t>(v)];
+            const FlatModel::Point& point = flat.points[v];
             if (are_new) {
                 std::copy_n(point.model, 3, vertex.model_xyz);
             }

@@ -111,9 +111,9 @@ public:
 
     /// The number of the edge between two different points.
     int number(int a, int b) {
-        int& first = first_[static_cast<std::size_t>(std::min(a, b))];
-        for (int e = first; e >= 0; e = next_[static_cast<std::size_t>(e)]) {
-            const Side& edge = edges_[static_cast<std::size_t>(e)];
+        int& first = first_[std::min(a, b)];
+        for (int e = first; e >= 0; e = next_[e]) {
+            const Side& edge = edges_[e];
             --steps_left_;
             if ((edge.a ^ edge.b) == (a ^ b)) {
                 return e; // the lower ends are one, so the others are
@@ -204,7 +204,7 @@ std::optional<TriangleChains> chain_triangles(const std::vector<int>& corners, i
         const int bc = numbers.number(b, c);
         const int ca = numbers.number(c, a);
         // The rewritten triangle runs against its first edge, from that edge's start.
-        const bool from_a = numbers.edges()[static_cast<std::size_t>(ab)].a == a;
+        const bool from_a = numbers.edges()[ab].a == a;
         const auto put = [=](UnsetVector<int>& list, int first, int second, int third) {
             list[at] = first;
             list[at + 1] = second;

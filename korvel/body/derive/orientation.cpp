@@ -26,7 +26,7 @@ constexpr double one_sixth = 0.16666666666666666;
 
 template <class Elements>
 auto& at(Elements& elements, int index) {
-    return elements[static_cast<std::size_t>(index)];
+    return elements[index];
 }
 
 /// The places of a body's face list, and how far they are oriented.
@@ -118,7 +118,7 @@ public:
     }
 
 private:
-    const double* at(int v) const { return flat_.points[static_cast<std::size_t>(v)].model; }
+    const double* at(int v) const { return flat_.points[v].model; }
 
     korvel::FlatModel& flat_;
 };
@@ -145,16 +145,16 @@ Outcome store(const Places& places, const std::vector<int>& listed, Faces faces)
     double sum = 0;
     double turned_sum = 0;
     for (int place = 0; place < static_cast<int>(listed.size()); ++place) {
-        const int f = listed[static_cast<std::size_t>(place)];
+        const int f = listed[place];
         faces.mark(f, places.is_oriented(place));
         const int next = places.next_place(place);
         if (places.is_turned(place)) {
             // Once for each face, at the first place that names it.
-            if (is_done.empty() || is_done[static_cast<std::size_t>(place)] == 0) {
+            if (is_done.empty() || is_done[place] == 0) {
                 faces.turn(f);
             }
             if (next >= 0) {
-                is_done[static_cast<std::size_t>(next)] = 1;
+                is_done[next] = 1;
             }
         }
         sum += faces.volume(f);
@@ -293,9 +293,9 @@ std::vector<int> next_places_of_same_face(const std::vector<int>& faces) {
     bool any_repeated = false;
     for (std::size_t i = 0; i < faces.size(); ++i) {
         const int place = static_cast<int>(i);
-        const int before = std::exchange(last[static_cast<std::size_t>(first[i])], place);
+        const int before = std::exchange(last[first[i]], place);
         if (before >= 0) {
-            next[static_cast<std::size_t>(before)] = place;
+            next[before] = place;
             any_repeated = true;
         }
     }

@@ -156,7 +156,7 @@ void VertexRelations::store(int v, VERT3D& vertex) {
     set_length(vertex.neighbours, lines_[v].size());
     int* neighbour = vertex.neighbours.begin();
     for (const int e : lines_[v]) {
-        const auto [start, end] = edges_[static_cast<std::size_t>(e)];
+        const auto [start, end] = edges_[e];
         *neighbour++ = start == v ? end : start;
     }
     set_list(vertex.faces, faces_[v]);

@@ -129,18 +129,17 @@ double CrossingFinder::largest_coordinate(const std::vector<int>& edges) const {
 
 int CrossingFinder::first_crossed(int edge) {
     LINE3D& line = model_.lines[edge];
-    for_each_face_at_ends(model_, line,
-                          [&](int f) { last_edge_[static_cast<std::size_t>(f)] = edge; });
+    for_each_face_at_ends(model_, line, [&](int f) { last_edge_[f] = edge; });
     int first = -1;
     const auto test = [&](int f) {
-        if ((first < 0 || f < first) && last_edge_[static_cast<std::size_t>(f)] != edge &&
+        if ((first < 0 || f < first) && last_edge_[f] != edge &&
             line.detect_line_cross_poly(model_.polys[f], model_.verts)) {
             first = f;
         }
     };
     Box box;
     if (boxed_.empty() || box_edge(line, box)) {
-        tree_.for_each_meeting(box, [&](int i) { test(boxed_[static_cast<std::size_t>(i)]); });
+        tree_.for_each_meeting(box, [&](int i) { test(boxed_[i]); });
     } else {
         for (const int f : boxed_) {
             test(f);

@@ -101,7 +101,7 @@ void insert_vertex(TMOD3D& model, const double* point, const std::vector<Fan>& f
         model.polys.SetSize(first_added + added);
         set_triangle(model.polys[fan.face], fan.sides[0].a, fan.sides[0].b, vertex);
         for (int i = 0; i < added; ++i) {
-            const Side& side = fan.sides[static_cast<std::size_t>(i) + 1];
+            const Side& side = fan.sides[i + 1];
             set_triangle(model.polys[first_added + i], side.a, side.b, vertex);
         }
         for (BODY3D& body : model.bodies) {

@@ -49,7 +49,7 @@ bool AdvancingFront::close(const PLYDT::PyToRg& region) {
 void AdvancingFront::name_places(const PLYDT::PyToRg& region) {
     for (const int ring : region.rings) {
         for (const int pt : set_.ring_list[ring].pts) {
-            int& place = place_of_[static_cast<std::size_t>(pt)];
+            int& place = place_of_[pt];
             if (place < 0) {
                 place = static_cast<int>(indices_.size());
                 indices_.push_back(pt);
@@ -61,7 +61,7 @@ void AdvancingFront::name_places(const PLYDT::PyToRg& region) {
 
 void AdvancingFront::forget_places() {
     for (const int pt : indices_) {
-        place_of_[static_cast<std::size_t>(pt)] = -1;
+        place_of_[pt] = -1;
     }
     indices_.clear();
     points_.clear();
@@ -185,7 +185,7 @@ void AdvancingFront::open_or_close(int p0, int p1, int opposite, bool is_apex) {
     }
     const int known = sides_.find(p0, p1, Kind::front);
     if (known != RegionPoints::none) {
-        is_open_[static_cast<std::size_t>(known - first_front_)] = 0;
+        is_open_[known - first_front_] = 0;
         return;
     }
     add_side(p0, p1, direction_between(region_points_.at(p0), region_points_.at(p1)), Kind::front);

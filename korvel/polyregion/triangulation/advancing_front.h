@@ -39,9 +39,9 @@ private:
     void add_side(int p0, int p1, Direction direction, Kind kind);
     void open_or_close(int p0, int p1, int opposite, bool is_apex);
 
-    int place_of(int index) const { return place_of_[static_cast<std::size_t>(index)]; }
-    int hint(int side) const { return hints_[static_cast<std::size_t>(side)]; }
-    int index(int place) const { return indices_[static_cast<std::size_t>(place)]; }
+    int place_of(int index) const { return place_of_[index]; }
+    int hint(int side) const { return hints_[side]; }
+    int index(int place) const { return indices_[place]; }
 
     PLYDT& set_;
     ListedTriangles& listed_;

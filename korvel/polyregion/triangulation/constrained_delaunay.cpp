@@ -58,10 +58,10 @@ void ConstrainedDelaunay::insert_in_rounds() {
     for (int round = 0; round <= rounds; ++round) {
         int near = count; // the last place that is in, or a corner of the wide triangle
         for (int p = 0; p < count && is_usable_; ++p) {
-            if (rounds_[static_cast<std::size_t>(p)] == round) {
+            if (rounds_[p] == round) {
                 insert(p, near);
             }
-            near = rounds_[static_cast<std::size_t>(p)] <= round ? p : near;
+            near = rounds_[p] <= round ? p : near;
         }
     }
 }
@@ -75,15 +75,15 @@ void ConstrainedDelaunay::limit_clearances(int h) {
     const double area = twice_area(corners[0], corners[1], corners[2]);
     for (std::size_t i = 0; i < 3; ++i) {
         const double opposite2 = squared_length(at(corners[(i + 1) % 3]), at(corners[(i + 2) % 3]));
-        double& clearance2 = clearance2_[static_cast<std::size_t>(corners[i])];
+        double& clearance2 = clearance2_[corners[i]];
         clearance2 = std::min(clearance2, area * area / opposite2);
     }
 }
 
 void ConstrainedDelaunay::link(int h, int other) {
-    twin_[static_cast<std::size_t>(h)] = other;
+    twin_[h] = other;
     if (other != none) {
-        twin_[static_cast<std::size_t>(other)] = h;
+        twin_[other] = h;
     }
 }
 
@@ -91,7 +91,7 @@ void ConstrainedDelaunay::link(int h, int other) {
 int ConstrainedDelaunay::add_triangle(int a, int b, int c) {
     const int h = static_cast<int>(from_.size());
     for (const int p : {a, b, c}) {
-        first_[static_cast<std::size_t>(p)] = static_cast<int>(from_.size());
+        first_[p] = static_cast<int>(from_.size());
         from_.push_back(p);
         twin_.push_back(none);
     }
@@ -117,7 +117,7 @@ void ConstrainedDelaunay::insert(int p, int near) {
 /// A half edge of the triangle that holds the point, and the edge of it on which the point lies, if
 /// any; or `none` for a point in a place that is taken.
 int ConstrainedDelaunay::edge_or_triangle_at(int p, int near, int& on_edge) const {
-    int h = first_[static_cast<std::size_t>(near)];
+    int h = first_[near];
     for (std::size_t steps = 0; steps <= from_.size(); ++steps) {
         int beyond = none;
         int on = 0;
@@ -149,14 +149,14 @@ void ConstrainedDelaunay::divide_triangle(int h, int p) {
     const int beyond_c = twin(previous(h));
     const int second = add_triangle(b, c, p);
     const int third = add_triangle(c, a, p);
-    from_[static_cast<std::size_t>(previous(h))] = p;
+    from_[previous(h)] = p;
     link(second, beyond_b);
     link(third, beyond_c);
     link(next(h), previous(second));
     link(next(second), previous(third));
     link(next(third), previous(h));
-    first_[static_cast<std::size_t>(a)] = h;
-    first_[static_cast<std::size_t>(p)] = previous(h);
+    first_[a] = h;
+    first_[p] = previous(h);
     to_check_.assign({h, second, third});
 }
 
@@ -175,15 +175,15 @@ void ConstrainedDelaunay::divide_edge(int h, int p) {
     const int beyond_d = twin(previous(g));
     const int upper = add_triangle(p, b, c);
     const int lower = add_triangle(b, p, d);
-    from_[static_cast<std::size_t>(next(h))] = p;
-    from_[static_cast<std::size_t>(g)] = p;
+    from_[next(h)] = p;
+    from_[g] = p;
     link(upper, lower);
     link(next(upper), beyond_b);
     link(previous(upper), next(h));
     link(previous(lower), beyond_d);
     link(next(lower), previous(g));
-    first_[static_cast<std::size_t>(a)] = h;
-    first_[static_cast<std::size_t>(p)] = g;
+    first_[a] = h;
+    first_[p] = g;
     to_check_.assign({previous(h), next(upper), next(g), previous(lower)});
 }
 
@@ -228,17 +228,17 @@ void ConstrainedDelaunay::flip(int h) {
     const int opposite = from(previous(g));
     const int beyond_h = twin(previous(g));
     const int beyond_g = twin(previous(h));
-    first_[static_cast<std::size_t>(from(h))] = next(g);
-    first_[static_cast<std::size_t>(from(g))] = next(h);
-    first_[static_cast<std::size_t>(apex)] = previous(h);
-    first_[static_cast<std::size_t>(opposite)] = previous(g);
-    from_[static_cast<std::size_t>(h)] = opposite;
-    from_[static_cast<std::size_t>(g)] = apex;
+    first_[from(h)] = next(g);
+    first_[from(g)] = next(h);
+    first_[apex] = previous(h);
+    first_[opposite] = previous(g);
+    from_[h] = opposite;
+    from_[g] = apex;
     if (!is_side_.empty()) {
-        is_side_[static_cast<std::size_t>(h)] = is_side_[static_cast<std::size_t>(previous(g))];
-        is_side_[static_cast<std::size_t>(g)] = is_side_[static_cast<std::size_t>(previous(h))];
-        is_side_[static_cast<std::size_t>(previous(g))] = 0;
-        is_side_[static_cast<std::size_t>(previous(h))] = 0;
+        is_side_[h] = is_side_[previous(g)];
+        is_side_[g] = is_side_[previous(h)];
+        is_side_[previous(g)] = 0;
+        is_side_[previous(h)] = 0;
     }
     link(h, beyond_h);
     link(g, beyond_g);
@@ -250,8 +250,8 @@ void ConstrainedDelaunay::flip(int h) {
 int ConstrainedDelaunay::half_edge(int a, int b) const {
     const bool round_a = a < points_.count();
     const bool round_b = b < points_.count();
-    const int first_a = first_[static_cast<std::size_t>(a)];
-    const int first_b = first_[static_cast<std::size_t>(b)];
+    const int first_a = first_[a];
+    const int first_b = first_[b];
     for (int at_a = first_a, at_b = first_b; round_a || round_b;) {
         if (round_a) {
             if (to(at_a) == b) {
@@ -312,8 +312,8 @@ int ConstrainedDelaunay::add_side(int p0, int p1) {
 }
 
 int ConstrainedDelaunay::mark_side(int h) {
-    is_side_[static_cast<std::size_t>(h)] = 1;
-    is_side_[static_cast<std::size_t>(twin(h))] = 1;
+    is_side_[h] = 1;
+    is_side_[twin(h)] = 1;
     return h;
 }
 
@@ -330,7 +330,7 @@ std::array<int, 2> ConstrainedDelaunay::add_piece(int u, int v) {
         return {v, none};
     }
     if (end != v) {
-        clearance2_[static_cast<std::size_t>(end)] = 0;
+        clearance2_[end] = 0;
     }
     return {end, mark_side(half_edge(u, end))};
 }
@@ -352,7 +352,7 @@ int ConstrainedDelaunay::walk(int u, int v, int turns, Visit visit) const {
     const auto place_before_v = [&](int p) {
         return p == v || squared_length(from_u, at(p)) < squared_length(from_u, at(v)) ? p : none;
     };
-    const int first = first_[static_cast<std::size_t>(u)];
+    const int first = first_[u];
     int h = first;
     while (!is_on_way(to(h)) && !(side_of(to(h)) < 0 && side_of(from(previous(h))) > 0)) {
         h = next_around(h);
@@ -422,7 +422,7 @@ bool ConstrainedDelaunay::is_free_beyond(int u, int v, double distance, double s
                apart * apart >
                    least_sine * least_sine * length2 * squared_length(at(from(h)), at(to(h)));
     };
-    const int first = first_[static_cast<std::size_t>(v)];
+    const int first = first_[v];
     int h = first;
     int turns = most_turns;
     while (!(side_of(to(h)) < 0 && side_of(from(previous(h))) > 0)) {

@@ -79,12 +79,12 @@ private:
     // the triangle lies on its left.
     static int next(int h) { return h % 3 == 2 ? h - 2 : h + 1; }
     static int previous(int h) { return h % 3 == 0 ? h + 2 : h - 1; }
-    int from(int h) const { return from_[static_cast<std::size_t>(h)]; }
+    int from(int h) const { return from_[h]; }
     int to(int h) const { return from(next(h)); }
-    int twin(int h) const { return twin_[static_cast<std::size_t>(h)]; }
+    int twin(int h) const { return twin_[h]; }
     int next_around(int h) const { return twin(previous(h)); } // anticlockwise
-    bool is_side(int h) const { return is_side_[static_cast<std::size_t>(h)] != 0; }
-    PlanePoint at(int p) const { return at_[static_cast<std::size_t>(p)]; }
+    bool is_side(int h) const { return is_side_[h] != 0; }
+    PlanePoint at(int p) const { return at_[p]; }
 
     static double squared_length(PlanePoint from, PlanePoint to) {
         return (to.x - from.x) * (to.x - from.x) + (to.y - from.y) * (to.y - from.y);
@@ -94,7 +94,7 @@ private:
     bool has_room(int u, int v, double distance) const {
         return clearance2(u) * clearance2(v) > distance * distance * squared_length(at(u), at(v));
     }
-    double clearance2(int p) const { return clearance2_[static_cast<std::size_t>(p)]; }
+    double clearance2(int p) const { return clearance2_[p]; }
 
     void link(int h, int other);
     int add_triangle(int a, int b, int c);

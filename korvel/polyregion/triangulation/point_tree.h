@@ -23,7 +23,7 @@ public:
     void start();
 
     const SlotTree& shape() const { return shape_; }
-    int place(int slot) const { return places_[static_cast<std::size_t>(slot)]; }
+    int place(int slot) const { return places_[slot]; }
     TurnedBox box(int number) const { return boxes_[number]; }
     const TurnedBoxes& boxes() const { return boxes_; }
 

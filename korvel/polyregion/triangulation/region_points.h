@@ -55,8 +55,8 @@ public:
     }
 
     int count() const { return static_cast<int>(pts_.size()); }
-    PlanePoint at(int p) const { return pts_[static_cast<std::size_t>(p)]; }
-    PlanePoint local(int p) const { return local_[static_cast<std::size_t>(p)]; }
+    PlanePoint at(int p) const { return pts_[p]; }
+    PlanePoint local(int p) const { return local_[p]; }
 
     /// The larger side of the upright box around the points.
     double extent() const { return extent_; }

@@ -73,7 +73,7 @@ int SideTree::add(int p0, int p1, Direction direction, Kind kind) {
         added.next_at_end[end] = std::exchange(at_end.last, number);
         ++at_end.count;
     }
-    added.next_in_box = std::exchange(in_box_[of(kind)][static_cast<std::size_t>(box)], number);
+    added.next_in_box = std::exchange(in_box_[of(kind)][box], number);
     sides_.push_back(added);
     shares_line_.push_back(0);
     if (has_direction(direction)) {
@@ -85,7 +85,7 @@ int SideTree::add(int p0, int p1, Direction direction, Kind kind) {
         const std::uint64_t key = line_key(line.slope, line.intercept / points_.extent());
         near_lines_.add(mix_bits(key));
         const int first = lines_.find_or_add(key, number);
-        shares_line_[static_cast<std::size_t>(first)] = first != number ? 1 : 0;
+        shares_line_[first] = first != number ? 1 : 0;
     }
     return number;
 }
@@ -98,7 +98,7 @@ int SideTree::smallest_box_with(int p0, int p1) const {
 
 int SideTree::find(int p0, int p1, Kind kind) const {
     const std::vector<Ends>& at = ends(kind);
-    if (at[static_cast<std::size_t>(p1)].count < at[static_cast<std::size_t>(p0)].count) {
+    if (at[p1].count < at[p0].count) {
         std::swap(p0, p1);
     }
     int found = none;
@@ -115,7 +115,7 @@ int SideTree::apex(int number, int from) const {
 }
 
 void SideTree::set_apex(int number, int from, int corner) {
-    Side& of = sides_[static_cast<std::size_t>(number)];
+    Side& of = sides_[number];
     int& apex = of.apex[of.p0 == from ? 0 : 1];
     if (apex == none) {
         apex = corner;
@@ -166,8 +166,7 @@ bool SideTree::may_be_in_line(int p0, int p1) const {
             return false;
         }
         const int first = lines_.find(key);
-        return first >= 0 && (shares_line_[static_cast<std::size_t>(first)] != 0 ||
-                              !shares_end(side(first), p0, p1));
+        return first >= 0 && (shares_line_[first] != 0 || !shares_end(side(first), p0, p1));
     };
     std::uint64_t asked = 0;
     for (const double by_slope : {-around, around}) {
@@ -202,10 +201,10 @@ int SideTree::find_crossed(const Segment& tested) const {
         [&](int box) {
             std::array<int, 2> lists{none, none};
             if (!tested.on_boundary) {
-                lists[0] = in_box_[of(Kind::boundary)][static_cast<std::size_t>(box)];
+                lists[0] = in_box_[of(Kind::boundary)][box];
             }
             if (!tested.on_front) {
-                lists[1] = in_box_[of(Kind::front)][static_cast<std::size_t>(box)];
+                lists[1] = in_box_[of(Kind::front)][box];
             }
             if (lists[0] != none || lists[1] != none) {
                 crossed = tree_.shape().is_leaf(box) ? crossed_in_leaf(tested, off, box, lists)

@@ -38,7 +38,7 @@ public:
 
     int add(int p0, int p1, Direction direction, Kind kind);
     int count() const { return static_cast<int>(sides_.size()); }
-    const Side& side(int number) const { return sides_[static_cast<std::size_t>(number)]; }
+    const Side& side(int number) const { return sides_[number]; }
     /// The side between two places, whichever way it runs, or `none`.
     int find(int p0, int p1, Kind kind) const;
     /// The third corner of the first triangle on the left of a directed side, or `none`.
@@ -49,7 +49,7 @@ public:
     /// returns true.
     template <class Visit>
     void any_side_at(int p, Kind kind, Visit visit) const {
-        for (int number = ends(kind)[static_cast<std::size_t>(p)].last; number != none;) {
+        for (int number = ends(kind)[p].last; number != none;) {
             const Side& at_p = side(number);
             if (visit(number, at_p.p0 == p ? at_p.p1 : at_p.p0)) {
                 return;

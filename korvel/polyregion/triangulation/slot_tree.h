@@ -23,12 +23,10 @@ struct Coordinates {
         y.resize(slots + 1);
     }
     void set(int slot, PlanePoint p) {
-        x[static_cast<std::size_t>(slot)] = p.x;
-        y[static_cast<std::size_t>(slot)] = p.y;
+        x[slot] = p.x;
+        y[slot] = p.y;
     }
-    PlanePoint operator[](int slot) const {
-        return {x[static_cast<std::size_t>(slot)], y[static_cast<std::size_t>(slot)]};
-    }
+    PlanePoint operator[](int slot) const { return {x[slot], y[slot]}; }
 };
 
 /// The shape of a binary tree over the slots of an array. Boxes are numbered from the root, 1,

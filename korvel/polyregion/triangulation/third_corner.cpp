@@ -82,10 +82,9 @@ int ThirdCornerSearch::nearest_survivor(const EdgeFrame& frame, int hint) {
     suspects_.clear(); // with an infinite radius
     ++search_;
     for (const int end : {a, b}) {
-        apart_[static_cast<std::size_t>(end)] = search_;
+        apart_[end] = search_;
         sides_.any_side_at(end, SideTree::Kind::boundary, [&](int, int p) {
-            if (std::exchange(apart_[static_cast<std::size_t>(p)], search_) != search_ &&
-                p != best && may_close(a, b, p)) {
+            if (std::exchange(apart_[p], search_) != search_ && p != best && may_close(a, b, p)) {
                 wait(frame, p, best_radius);
             }
             return false;
@@ -117,7 +116,7 @@ int ThirdCornerSearch::nearest_survivor(const EdgeFrame& frame, int hint) {
             continue;
         }
         const int p = next.number;
-        if (apart_[static_cast<std::size_t>(p)] != search_ && shadows_.cover(points_.local(p))) {
+        if (apart_[p] != search_ && shadows_.cover(points_.local(p))) {
             continue;
         }
         const double r = radius(a, b, p);
@@ -165,8 +164,7 @@ void ThirdCornerSearch::wait(const EdgeFrame& frame, int p, double best_radius) 
 bool ThirdCornerSearch::wait_beside(const EdgeFrame& frame, int best, double best_radius) {
     int room = 8;
     const auto may_wait = [&](int p) {
-        if (apart_[static_cast<std::size_t>(p)] != search_ && p != best &&
-            may_close(frame.a, frame.b, p)) {
+        if (apart_[p] != search_ && p != best && may_close(frame.a, frame.b, p)) {
             wait(frame, p, best_radius);
             --room;
         }
@@ -210,7 +208,7 @@ void ThirdCornerSearch::enter_box(const EdgeFrame& frame, int box, double limit)
         const SlotTree::Sorted bits = tree_.sorted(box, frame.height, frame.margin);
         for (SlotTree::Bits left = shape.all(box) & ~bits.below; left != 0; left &= left - 1) {
             const int p = tree_.place(shape.first_slot(box) + std::countr_zero(left));
-            if (apart_[static_cast<std::size_t>(p)] != search_ &&
+            if (apart_[p] != search_ &&
                 ((bits.above & left & (~left + 1)) != 0 || may_close(frame.a, frame.b, p))) {
                 const PlanePoint at = points_.local(p);
                 wait(frame.bound(at, frame.height.at(at)), p, true);
@@ -295,7 +293,7 @@ int ThirdCornerSearch::choose_behind(int a, int b, int apex, int hint) {
 int ThirdCornerSearch::choose_exhaustively(int a, int b) {
     suspects_.resize(static_cast<std::size_t>(points_.count()));
     for (int p = 0; p < points_.count(); ++p) {
-        suspects_[static_cast<std::size_t>(p)] = p;
+        suspects_[p] = p;
     }
     shadows_.start(a, b);
     return choose_among(a, b, suspects_);
@@ -370,7 +368,7 @@ bool ThirdCornerSearch::surely_survives(int a, int b, int p) const {
 }
 
 bool ThirdCornerSearch::is_listed(int a, int b, int p) const {
-    const auto index = [&](int place) { return indices_[static_cast<std::size_t>(place)]; };
+    const auto index = [&](int place) { return indices_[place]; };
     return listed_.contains(index(a), index(b), index(p));
 }
 
