@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "korvel/body/body3d.h"
+#include "korvel/body/edit/edit_state.h"
 #include "korvel/geometry/line3d.h"
 #include "korvel/geometry/poly3d.h"
 #include "korvel/geometry/vert3d.h"

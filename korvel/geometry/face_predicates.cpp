@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "korvel/base/indices.h"
+#include "korvel/geometry/marks.h"
 #include "korvel/geometry/poly3d.h"
 #include "korvel/geometry/vectors.h"
 #include "korvel/plane/turn.h"
@@ -76,11 +77,10 @@ void POLY3D::get_rotated_poly_eql(CArray<VERT3D, VERT3D&>& verts) {
 }
 
 void POLY3D::detect_rotated_poly_vis(double* /*p*/) {
-    constexpr int faces_viewer = 16;
     if (rotated_plane[2] > 0.0) {
-        state_flags |= faces_viewer;
+        state_flags |= korvel::face_mark::faces_viewer;
     } else {
-        state_flags &= ~faces_viewer;
+        state_flags &= ~korvel::face_mark::faces_viewer;
     }
 }
 

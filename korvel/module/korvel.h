@@ -3,6 +3,7 @@
 // The one header that a host includes.
 
 #include "korvel/body/body3d.h"
+#include "korvel/body/edit/edit_state.h"
 #include "korvel/body/tmod3d.h"
 #include "korvel/geometry/cmycolor.h"
 #include "korvel/geometry/line3d.h"

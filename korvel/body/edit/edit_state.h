@@ -2,19 +2,48 @@
 
 namespace korvel {
 
-// Places in `TMOD3D::edit_state`, shared by picking, insertion and moves.
-constexpr int neighbourhood_depth = 0;
-constexpr int is_picked = 2; ///< 1 from a successful pick until the picked face is replaced
-constexpr int picked_face = 3;
-constexpr int picked_vertex = 4;
-constexpr int picked_edge = 5;
-constexpr int picked_body = 6;
-constexpr int gathered_face_count = 7;
-constexpr int gathered_vertex_count = 8;
-constexpr int gathered_edge_count = 9;
-constexpr int scaled_body = 10;
+/// Elements of `TMOD3D::edit_state`, by which a host and the model's editing operations exchange
+/// what is picked and what is gathered. Element 1, 3 in a new model, has no use.
+enum EditSlot {
+    edit_neighbourhood_depth = 0, ///< read: levels that `set_rel_triangle_vert` gathers
+    edit_is_picked = 2, ///< 1 after a successful pick, until an insertion replaces the picked face
+    edit_picked_face = 3,
+    edit_picked_vertex = 4,  ///< nearest to the click among those of the picked face
+    edit_picked_edge = 5,    ///< nearest to the click among those of the picked face
+    edit_picked_body = 6,    ///< its extents are refreshed after a move
+    edit_gathered_faces = 7, ///< number of entries of `relat_list_1`
+    edit_gathered_vertices = 8,
+    edit_gathered_edges = 9,
+    edit_scaled_body = 10, ///< read by `move_scale_box`
+};
 
-/// Where in `TMOD3D::pick_data` the point on the nearest edge starts; the picked point starts at 0.
-constexpr int picked_on_edge = 6;
+/// Where the points that a pick writes start in `TMOD3D::pick_data`, each three model coordinates.
+enum PickSlot {
+    pick_point = 0,      ///< the hit on the picked face
+    pick_edge_point = 6, ///< the point on the picked edge that is nearest to the hit
+};
+
+/// Modes of `TMOD3D::change_mut_points`; p and q are its arguments, in view coordinates.
+enum MoveKind {
+    move_onto_point = 1,        ///< all vertices onto p; their depths stay
+    move_picked_onto_point = 2, ///< shifts all so that the picked vertex lands on p
+    move_scale_box = 3,         ///< scales a body's view box, whose grabbed corner goes from q to p
+    move_by_weight = 4,         ///< shifts by p − q times each vertex's weight
+    move_in_depth_with_weights = 5, ///< computes the weights, but shifts as `move_in_depth` does
+    move_in_depth = 6,              ///< shifts by p[2] in depth
+};
+
+// Former names of the elements, for the sources that still use them.
+constexpr int neighbourhood_depth = edit_neighbourhood_depth;
+constexpr int is_picked = edit_is_picked;
+constexpr int picked_face = edit_picked_face;
+constexpr int picked_vertex = edit_picked_vertex;
+constexpr int picked_edge = edit_picked_edge;
+constexpr int picked_body = edit_picked_body;
+constexpr int gathered_face_count = edit_gathered_faces;
+constexpr int gathered_vertex_count = edit_gathered_vertices;
+constexpr int gathered_edge_count = edit_gathered_edges;
+constexpr int scaled_body = edit_scaled_body;
+constexpr int picked_on_edge = pick_edge_point;
 
 } // namespace korvel
