@@ -73,6 +73,7 @@ CREGION& CREGION::operator=(const CREGION& src) {
     sides.Copy(src.sides);
     pt_links.Copy(src.pt_links);
     regions.Copy(src.regions);
+    is_over_crossing_limit_ = src.is_over_crossing_limit_;
     return *this;
 }
 
@@ -82,6 +83,7 @@ void CREGION::Copy(const CREGION& src) {
 
 void CREGION::RemoveAll() {
     is_calculated = 0;
+    is_over_crossing_limit_ = false;
     curve_pts.RemoveAll();
     curve_counts.RemoveAll();
     node_pts.RemoveAll();

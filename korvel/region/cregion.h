@@ -1,5 +1,7 @@
 #pragma once
 
+#include <limits>
+
 #include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
 
@@ -91,7 +93,7 @@ public:
 
     /// A region: `rings[0]` is its outer ring, every further one a hole.
     struct KORVEL_API PyToRg {
-        int tag0 = 0;
+        int tag0 = 0; ///< free for the host; an analysis keeps both tags of a region by its index
         int tag1 = 0;
         int is_select = 0; ///< 1 while the region is selected
         CArray<int> rings; ///< indices into `ring_pts`
@@ -143,10 +145,17 @@ public:
     /// one-point curves and duplicate curves are gone. Close to linear in points plus crossings.
     void SetPtsInfo(CArray<tagPOINT>& pts, CArray<int>& counts);
 
-    /// Sets for all objects with how many crossings of a network the analysis gives up and leaves
-    /// empty results; one counts on each of the two segments. Returns the limit before, which is
-    /// 10,000,000 at the start: regions of so many take about 3 GB.
+    /// The crossing limit at the start, with which no network is refused.
+    static constexpr int no_crossing_limit = std::numeric_limits<int>::max();
+
+    /// Sets, for all objects, how many crossings a network may have; one with more gives empty
+    /// results. A crossing counts once on each of its two segments; at 0 or less any crossing is
+    /// too many. Returns the limit before. Regions of 10,000,000 crossings take about 3 GB.
     static int set_crossing_limit(int crossings);
+
+    /// Whether the last analysis was given up because the network had more crossings than the limit
+    /// allowed, or than an `int` can count. False on an object that is new or was emptied.
+    bool has_exceeded_crossing_limit() const;
 
     /// Plain store and fetch; nothing is computed again.
     void SetTolerance(double t);
@@ -208,7 +217,8 @@ public:
     int GetNextCurve(int curve_id, int turn);
     void CalcRingArea();
     /// Gives each ring of `ring_pts` a region, and each region the earlier rings that lie directly
-    /// inside its outer ring as holes.
+    /// inside its outer ring as holes. All regions are deselected; those whose index remains keep
+    /// `tag0` and `tag1`.
     void SearchAllRegion();
 
     /// Sorts `rings` into those around the seed point and those directly inside the smallest of
@@ -234,4 +244,6 @@ private:
     int IsComPointRing(RToPt& a, RToPt& b);
 
     void ClockwiseRing(RToPt& ring, CArray<tagPOINT>& pts);
+
+    bool is_over_crossing_limit_ = false;
 };

@@ -215,7 +215,6 @@ void CREGION::GetRStoPt() {
 
 void CREGION::SearchAllRegion() {
     const int count = ring_pts.GetSize();
-    regions.SetSize(0);
     regions.SetSize(count);
     // A ring that a host has emptied, or given points that do not exist, lies nowhere.
     std::vector<char> has_place(static_cast<std::size_t>(count));
@@ -223,6 +222,8 @@ void CREGION::SearchAllRegion() {
     for (int i = 0; i < count; ++i) {
         RToPt& ring = ring_pts[i];
         ring.is_hole = 0;
+        regions[i].is_select = 0;
+        regions[i].rings.RemoveAll();
         regions[i].rings.Add(i);
         if (!ring.pts.IsEmpty() && korvel::has_elements(unique_pts, ring.pts)) {
             has_place[i] = 1;

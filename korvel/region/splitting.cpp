@@ -12,8 +12,7 @@ using korvel::CurveSpans;
 
 namespace {
 
-// A crossing costs about 300 bytes by the time regions stand.
-int most_crossings = 10'000'000;
+int most_crossings = CREGION::no_crossing_limit;
 
 /// The point at a ratio of a segment, truncated toward zero.
 tagPOINT split_point(const tagPOINT& from, const tagPOINT& to, double ratio) {
@@ -29,9 +28,14 @@ int CREGION::set_crossing_limit(int crossings) {
     return std::exchange(most_crossings, crossings);
 }
 
+bool CREGION::has_exceeded_crossing_limit() const {
+    return is_over_crossing_limit_;
+}
+
 void CREGION::SplitPureCurve() {
     curve_pts.SetSize(0, 50);
     curve_counts.SetSize(0, 50);
+    is_over_crossing_limit_ = false;
     if (input_pts == nullptr || input_counts == nullptr) {
         return;
     }
@@ -44,6 +48,7 @@ void CREGION::SplitPureCurve() {
     const auto crossings =
         korvel::find_crossings(*input_pts, curves, std::min(most_crossings, most_counted));
     if (!crossings) {
+        is_over_crossing_limit_ = true;
         return;
     }
 

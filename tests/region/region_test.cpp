@@ -372,23 +372,87 @@ TEST(Region, TakesInconsistentCountsForWhatThePointsBear) {
     EXPECT_LE(a.region.in_rings.GetSize(), 1);
 }
 
-TEST(Region, GivesUpOnTooManyCrossings) {
-    // A mesh of 3 by 3 lines: 9 crossings, each on two segments.
-    const char* const mesh = "0,1 9,1; 0,4 9,4; 0,7 9,7; 1,0 1,9; 4,0 4,9; 7,0 7,9";
-    const int before = CREGION::set_crossing_limit(18);
-    EXPECT_EQ(before, 10'000'000);
+// A mesh of 3 by 3 lines: 9 crossings, each on two segments.
+const char* const mesh = "0,1 9,1; 0,4 9,4; 0,7 9,7; 1,0 1,9; 4,0 4,9; 7,0 7,9";
+
+/// Sets the crossing limit back at the end of a test.
+struct CrossingLimitGuard {
+    CrossingLimitGuard() = default;
+    CrossingLimitGuard(const CrossingLimitGuard&) = delete;
+    CrossingLimitGuard& operator=(const CrossingLimitGuard&) = delete;
+    ~CrossingLimitGuard() { CREGION::set_crossing_limit(CREGION::no_crossing_limit); }
+};
+
+TEST(CrossingLimit, IsOffUntilAHostSetsOne) {
+    const CrossingLimitGuard guard;
+    EXPECT_EQ(CREGION::set_crossing_limit(18), CREGION::no_crossing_limit);
+    EXPECT_EQ(CREGION::set_crossing_limit(17), 18);
+    EXPECT_FALSE(CREGION().has_exceeded_crossing_limit());
+}
+
+TEST(CrossingLimit, GivesEmptyResultsAndIsReportedAfterTheCall) {
+    const CrossingLimitGuard guard;
+    CREGION::set_crossing_limit(18);
     Analysed a(mesh);
     EXPECT_EQ(a.region.regions.GetSize(), 4);
+    EXPECT_FALSE(a.region.has_exceeded_crossing_limit());
 
-    EXPECT_EQ(CREGION::set_crossing_limit(17), 18);
+    CREGION::set_crossing_limit(17);
     a.region.SetPtsInfo(a.network.pts, a.network.counts);
-    EXPECT_EQ(a.region.curve_pts.GetSize() + a.region.node_pts.GetSize(), 0);
-    EXPECT_EQ(a.region.rings.GetSize() + a.region.regions.GetSize(), 0);
+    EXPECT_TRUE(a.region.has_exceeded_crossing_limit());
+    EXPECT_TRUE(a.region.curve_pts.IsEmpty());
+    EXPECT_TRUE(a.region.node_pts.IsEmpty());
+    EXPECT_TRUE(a.region.rings.IsEmpty());
+    EXPECT_TRUE(a.region.regions.IsEmpty());
     EXPECT_EQ(a.region.is_calculated, 1);
+
     CREGION::set_crossing_limit(-1);
-    EXPECT_EQ(Analysed("0,0 5,0 5,5 0,0").region.regions.GetSize(), 0);
-    CREGION::set_crossing_limit(before);
-    EXPECT_EQ(Analysed(mesh).region.regions.GetSize(), 4);
+    const Analysed closed("0,0 5,0 5,5 0,0"); // its ends meet
+    EXPECT_EQ(closed.region.regions.GetSize(), 0);
+    EXPECT_TRUE(closed.region.has_exceeded_crossing_limit());
+    EXPECT_FALSE(Analysed("0,0 5,0").region.has_exceeded_crossing_limit());
+}
+
+TEST(CrossingLimit, IsForgottenWithTheResults) {
+    const CrossingLimitGuard guard;
+    CREGION::set_crossing_limit(17);
+    Analysed a(mesh);
+    CREGION copy(a.region);
+    EXPECT_TRUE(copy.has_exceeded_crossing_limit());
+    copy.RemoveAll();
+    EXPECT_FALSE(copy.has_exceeded_crossing_limit());
+
+    CREGION::set_crossing_limit(CREGION::no_crossing_limit);
+    a.region.SetPtsInfo(a.network.pts, a.network.counts);
+    EXPECT_FALSE(a.region.has_exceeded_crossing_limit());
+    EXPECT_EQ(a.region.regions.GetSize(), 4);
+}
+
+TEST(Nesting, KeepsTheTagsOfRegionsThatRemain) {
+    Analysed a("2,2 4,2 4,4 2,2; 0,0 9,0 9,9 0,9 0,0; 20,0 29,0 29,9 20,0");
+    ASSERT_EQ(a.regions(), (Lists{{0}, {1, 0}, {2}}));
+    for (int k = 0; k < 3; ++k) {
+        a.region.regions[k].tag0 = 10 + k;
+        a.region.regions[k].tag1 = 20 + k;
+        a.region.regions[k].is_select = 1;
+    }
+    a.region.SearchAllRegion();
+    EXPECT_EQ(a.regions(), (Lists{{0}, {1, 0}, {2}}));
+    EXPECT_EQ(a.region.regions[0].tag0, 10);
+    EXPECT_EQ(a.region.regions[2].tag1, 22);
+    EXPECT_EQ(a.selected(), (Ints{0, 0, 0}));
+
+    Network smaller(curves_from("0,0 7,0 7,7 0,0; 20,0 29,0 29,9 20,0"));
+    a.region.SetPtsInfo(smaller.pts, smaller.counts);
+    ASSERT_EQ(a.regions(), (Lists{{0}, {1}}));
+    EXPECT_EQ(a.region.regions[1].tag0, 11);
+    EXPECT_EQ(a.region.regions[1].tag1, 21);
+
+    Network larger(curves_from("0,0 7,0 7,7 0,0; 20,0 29,0 29,9 20,0; 40,0 49,0 49,9 40,0"));
+    a.region.SetPtsInfo(larger.pts, larger.counts);
+    ASSERT_EQ(a.region.regions.GetSize(), 3);
+    EXPECT_EQ(a.region.regions[2].tag0, 0) << "this record is new";
+    EXPECT_EQ(a.region.regions[2].tag1, 0) << "this record is new";
 }
 
 TEST(Region, PassesOverIndicesThatNameNothing) {
