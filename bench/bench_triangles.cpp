@@ -1,12 +1,12 @@
 // From regions to triangles, without trace files. Times per point tell how the work grows.
 
 #include <cmath>
-#include <random>
 
 #include <benchmark/benchmark.h>
 
 #include "bench/inputs/sample_network.h"
 #include "korvel/polyregion/plydt.h"
+#include "tests/support/dice.h"
 
 namespace {
 
@@ -58,9 +58,8 @@ void triangulate_ring(benchmark::State& state, Offset offset) {
 
 /// Up to two spacings off the circle: few radii differ much.
 void noisy_ring(benchmark::State& state) {
-    std::mt19937 noise(1);
-    triangulate_ring(
-        state, [&](int, double spacing) { return 2 * spacing * noise() / std::mt19937::max(); });
+    korvel::test::Dice dice;
+    triangulate_ring(state, [&](int, double spacing) { return dice.up_to(2 * spacing); });
 }
 
 /// Every other point half way to the centre: long sides close together.
@@ -70,9 +69,9 @@ void spiky_ring(benchmark::State& state) {
 
 /// The same with tips and bases as uneven as the noisy ring.
 void uneven_spiky_ring(benchmark::State& state) {
-    std::mt19937 noise(1);
+    korvel::test::Dice dice;
     triangulate_ring(state, [&](int k, double spacing) {
-        return (k % 2 == 0 ? 0 : -ring_radius / 2) + 2 * spacing * noise() / std::mt19937::max();
+        return (k % 2 == 0 ? 0 : -ring_radius / 2) + dice.up_to(2 * spacing);
     });
 }
 

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "bench/inputs/chance.h"
 #include "bench/inputs/storage.h"
+#include "tests/support/dice.h"
 
 namespace korvel::bench {
 namespace {
@@ -17,12 +17,12 @@ void add_point(Network& network, double x, double y) {
 }
 
 /// A circle of `points` points, their distances from its centre off by up to `noise` either way.
-void add_loop(Network& network, Chance& chance, double x, double y, double radius, double noise,
+void add_loop(Network& network, test::Dice& dice, double x, double y, double radius, double noise,
               int points) {
     const int first = network.pts.GetSize();
     for (int k = 0; k < points; ++k) {
         const double angle = full_turn * k / points;
-        const double distance = radius + chance.between(-noise, noise);
+        const double distance = radius + dice.between(-noise, noise);
         add_point(network, x + distance * std::cos(angle), y + distance * std::sin(angle));
     }
     const tagPOINT start = network.pts[first];
@@ -39,12 +39,12 @@ Network line_grid(int points) {
     Network network;
     expect(network.pts, points);
     expect(network.counts, 2 * lines_each_way);
-    Chance chance;
+    test::Dice dice;
     for (const bool across : {true, false}) {
         for (int line = 0; line < lines_each_way; ++line) {
             for (int k = 0; k < points_per_line; ++k) {
                 const double along = map_size * k / (points_per_line - 1);
-                const double off = (line + chance.between(0.3, 0.7)) * spacing;
+                const double off = (line + dice.between(0.3, 0.7)) * spacing;
                 add_point(network, across ? along : off, across ? off : along);
             }
             network.counts.Add(points_per_line);
@@ -59,11 +59,11 @@ Network random_segments(int points) {
     Network network;
     expect(network.pts, points);
     expect(network.counts, segments);
-    Chance chance;
+    test::Dice dice;
     for (int k = 0; k < segments; ++k) {
-        const double x = chance.up_to(map_size);
-        const double y = chance.up_to(map_size);
-        const double angle = chance.up_to(full_turn);
+        const double x = dice.up_to(map_size);
+        const double y = dice.up_to(map_size);
+        const double angle = dice.up_to(full_turn);
         add_point(network, x, y);
         add_point(network, x + length * std::cos(angle), y + length * std::sin(angle));
         network.counts.Add(2);
@@ -81,12 +81,12 @@ Network nested_loops(int points) {
     Network network;
     expect(network.pts, groups * depth * (points_per_loop + 1));
     expect(network.counts, groups * depth);
-    Chance chance;
+    test::Dice dice;
     for (int group = 0; group < groups; ++group) {
         const double x = (group % groups_per_row + 0.5) * spacing;
         const double y = (static_cast<double>(group / groups_per_row) + 0.5) * spacing;
         for (int loop = 1; loop <= depth; ++loop) {
-            add_loop(network, chance, x, y, loop * step, step / 4, points_per_loop);
+            add_loop(network, dice, x, y, loop * step, step / 4, points_per_loop);
         }
     }
     return network;
@@ -99,10 +99,10 @@ Network noisy_loops(int points) {
     Network network;
     expect(network.pts, 4 * (points_per_loop + 1));
     expect(network.counts, 4);
-    Chance chance;
+    test::Dice dice;
     for (const double x : {0.35, 0.65}) {
         for (const double y : {0.35, 0.65}) {
-            add_loop(network, chance, x * map_size, y * map_size, radius, noise, points_per_loop);
+            add_loop(network, dice, x * map_size, y * map_size, radius, noise, points_per_loop);
         }
     }
     return network;

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "bench/inputs/chance.h"
+#include "tests/support/dice.h"
 
 namespace korvel::bench {
 namespace {
@@ -11,11 +11,11 @@ namespace {
 constexpr double full_turn = 2 * std::numbers::pi;
 constexpr double outer_radius = 1e6;
 
-void add_noisy_ring(PLYDT& set, Chance& chance, double x, double y, double radius, int corners) {
+void add_noisy_ring(PLYDT& set, test::Dice& dice, double x, double y, double radius, int corners) {
     const double spacing = radius * full_turn / corners;
     RING ring;
     for (int k = 0; k < corners; ++k) {
-        const double distance = radius + chance.up_to(2 * spacing);
+        const double distance = radius + dice.up_to(2 * spacing);
         VERT2D pt;
         pt.x = std::round(x + distance * std::cos(full_turn * k / corners));
         pt.y = std::round(y + distance * std::sin(full_turn * k / corners));
@@ -29,9 +29,9 @@ void add_noisy_ring(PLYDT& set, Chance& chance, double x, double y, double radiu
 void add_noisy_region(PLYDT& set, int corners, bool with_holes) {
     constexpr int holes_per_row = 10;
     constexpr int holes = holes_per_row * holes_per_row;
-    Chance chance;
+    test::Dice dice;
     set.region_list.Add({});
-    add_noisy_ring(set, chance, 0, 0, outer_radius, with_holes ? corners / 4 : corners);
+    add_noisy_ring(set, dice, 0, 0, outer_radius, with_holes ? corners / 4 : corners);
     if (!with_holes) {
         return;
     }
@@ -42,7 +42,7 @@ void add_noisy_region(PLYDT& set, int corners, bool with_holes) {
         const double x = (hole % holes_per_row - (holes_per_row - 1) / 2.0) * cell;
         const double y =
             (static_cast<double>(hole / holes_per_row) - (holes_per_row - 1) / 2.0) * cell;
-        add_noisy_ring(set, chance, x, y, 0.25 * cell, (corners - corners / 4) / holes);
+        add_noisy_ring(set, dice, x, y, 0.25 * cell, (corners - corners / 4) / holes);
     }
 }
 

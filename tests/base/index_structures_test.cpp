@@ -1,6 +1,5 @@
 // The tables that stand in for scans, against the scans.
 
-#include <random>
 #include <set>
 #include <vector>
 
@@ -9,10 +8,12 @@
 #include "korvel/base/equal_sides.h"
 #include "korvel/base/index_set.h"
 #include "korvel/geometry/box_tree.h"
+#include "tests/support/dice.h"
 
 namespace {
 
 using korvel::Side;
+using korvel::test::Dice;
 
 TEST(EqualSides, AreTheFirstOfTheirKind) {
     constexpr int most = 2147483647;
@@ -21,13 +22,10 @@ TEST(EqualSides, AreTheFirstOfTheirKind) {
         int step; ///< between neighbouring points; a wide one leaves no room for marks
     };
     for (const Case& c : {Case{0, 1}, {-9, 1}, {most - 12, 1}, {-most - 1, 1 << 27}}) {
-        std::mt19937 random(1);
+        Dice dice;
         for (const int points : {1, 2, 5, 12}) {
             std::vector<Side> sides;
-            const auto point = [&] {
-                return c.lowest +
-                       c.step * static_cast<int>(random() % static_cast<unsigned>(points));
-            };
+            const auto point = [&] { return c.lowest + c.step * dice(0, points - 1); };
             for (int i = 0; i < 60; ++i) {
                 const int a = point();
                 sides.push_back({a, point()});
@@ -48,12 +46,12 @@ TEST(EqualSides, AreTheFirstOfTheirKind) {
 
 TEST(IndexSet, GivesBackTheSmallest) {
     for (const int size : {1, 63, 64, 65, 4096, 5000, 300000}) {
-        std::mt19937 random(1);
+        Dice dice;
         korvel::IndexSet set(size);
         std::set<int> plain;
         for (int step = 0; step < 3000; ++step) {
-            if (random() % 5 < 3) {
-                const auto index = static_cast<int>(random() % static_cast<unsigned>(size));
+            if (dice(0, 4) < 3) {
+                const int index = dice(0, size - 1);
                 set.insert(step % 7 == 0 ? size - 1 : index);
                 plain.insert(step % 7 == 0 ? size - 1 : index);
             } else if (!plain.empty()) {
@@ -66,12 +64,12 @@ TEST(IndexSet, GivesBackTheSmallest) {
 }
 
 TEST(BoxTree, FindsWhatABoxMeets) {
-    std::mt19937 random(1);
+    Dice dice;
     const auto random_box = [&](int largest) {
         korvel::Box box;
         for (int k = 0; k < 3; ++k) {
-            box.low[k] = static_cast<int>(random() % 9);
-            box.high[k] = box.low[k] + static_cast<int>(random() % static_cast<unsigned>(largest));
+            box.low[k] = dice(0, 8);
+            box.high[k] = box.low[k] + dice(0, largest - 1);
         }
         return box;
     };

@@ -5,23 +5,19 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
-#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "korvel/base/text_reader.h"
+#include "tests/support/dice.h"
+#include "tests/support/streams.h"
 
 namespace {
 
-using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
-
-Stream stream_of(const std::string& text) {
-    Stream stream(std::tmpfile(), std::fclose);
-    std::fwrite(text.data(), 1, text.size(), stream.get());
-    std::rewind(stream.get());
-    return stream;
-}
+using korvel::test::Dice;
+using korvel::test::Stream;
+using korvel::test::stream_of;
 
 bool scan(FILE* stream, int& value) {
     return std::fscanf(stream, "%d", &value) == 1;
@@ -73,16 +69,16 @@ TEST(TextReader, TakesWhatTheLibraryTakes) {
         "3.4028236",  "1e39",
         "1e-46",      "\xa0",
     };
-    std::mt19937 random(1);
+    Dice dice(1);
     for (int round = 0; round < 20000; ++round) {
         std::string text;
-        for (auto k = 1 + random() % 7; k > 0; --k) {
-            text += pieces[random() % std::size(pieces)];
+        for (int k = dice(1, 7); k > 0; --k) {
+            text += dice.pick(pieces);
         }
-        if (random() % 16 == 0) {
-            text[random() % text.size()] = '\0';
+        if (dice.one_in(16)) {
+            text[dice(0, static_cast<int>(text.size()) - 1)] = '\0';
         }
-        text += std::string(40 * (random() % 2), ' '); // so that the number stands ready
+        text += std::string(40 * dice(0, 1), ' '); // so that the number stands ready
         expect_same<int>(text);
         expect_same<float>(text);
     }
@@ -100,18 +96,17 @@ TEST(TextReader, TakesWhatTheLibraryTakes) {
 }
 
 TEST(TextReader, RoundsOnce) {
-    std::mt19937_64 random(2);
+    Dice dice(2);
     char text[64];
     for (int round = 0; round < 20000; ++round) {
         // Close to the middle between two floats, and on it, as printed to some digits.
-        const auto bits = static_cast<std::uint32_t>(0x3a000000U + random() % 0x10000000U);
+        const auto bits = static_cast<std::uint32_t>(dice(0x3a000000, 0x49ffffff));
         const double low = std::bit_cast<float>(bits);
         const double high = std::bit_cast<float>(bits + 1);
-        const double nudge = static_cast<double>(random() % 3) - 1;
+        const double nudge = dice(-1, 1);
         const double value = (low + high) / 2 + nudge * (high - low) * 1e-6;
-        std::snprintf(text, sizeof text, round % 2 == 0 ? "%.*f" : "-%.*f",
-                      static_cast<int>(random() % 16), value);
-        expect_same<float>(text + std::string(40 * (random() % 2), ' '));
+        std::snprintf(text, sizeof text, round % 2 == 0 ? "%.*f" : "-%.*f", dice(0, 15), value);
+        expect_same<float>(text + std::string(40 * dice(0, 1), ' '));
     }
 }
 

@@ -1,10 +1,10 @@
 // Vertices inserted at the picked point.
 
 #include <functional>
-#include <random>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/dice.h"
 #include "tests/support/models.h"
 
 using namespace korvel::test;
@@ -55,7 +55,7 @@ void expect_insertion(TMOD3D& model, bool on_face, int cut) {
     EXPECT_EQ(model.edit_state[2], 0); // the pick is used up
     TMOD3D expected = model;
     expected.lines.RemoveAll();
-    EXPECT_EQ(shape_of(model), shape_of(rebuilt(expected, 0, false)));
+    EXPECT_PRED_FORMAT2(same_shape, model, rebuilt(expected, {.chained = false}));
 }
 
 TEST(Insertion, OnFacesAndEdgesOfOneBodyAndOfTwo) {
@@ -74,17 +74,14 @@ TEST(Insertion, OnFacesAndEdgesOfOneBodyAndOfTwo) {
 }
 
 TEST(Insertion, AgainAndAgainWhereThePickFalls) {
-    std::mt19937 engine(3);
-    const auto dice = [&](double low, double high) {
-        return low + (high - low) * engine() / 0x1p32;
-    };
+    Dice dice(3);
     for (TMOD3D model : {starter(0, 0), starter(1, 0), model_of(raised_l)}) {
         for (int done = 0; done < 20;) {
-            model.vis_angle_1 = dice(-180, 180);
-            model.vis_angle_2 = dice(-180, 180);
+            model.vis_angle_1 = dice.between(-180, 180);
+            model.vis_angle_2 = dice.between(-180, 180);
             model.change_vis_parm();
-            double p[3] = {dice(model.view_bounds[0], model.view_bounds[1]),
-                           dice(model.view_bounds[2], model.view_bounds[3]), 0};
+            double p[3] = {dice.between(model.view_bounds[0], model.view_bounds[1]),
+                           dice.between(model.view_bounds[2], model.view_bounds[3]), 0};
             if (model.get_point_xyz(p) == 0) {
                 const bool on_face = done++ % 2 == 0;
                 expect_insertion(model, on_face, on_face ? 1 : 2);
@@ -118,10 +115,10 @@ TEST(Insertion, RefusesAndLeavesTheModel) {
             TMOD3D model = model_of(two_tetrahedra);
             pick(model, 1, 3); // the edge 1-3
             spoil(model);
-            const std::string before = shape_of(model);
+            const TMOD3D before = model;
             const Ints state(model.edit_state, model.edit_state + 11);
             EXPECT_FALSE((model.*insert)()) << name;
-            EXPECT_EQ(shape_of(model), before) << name;
+            EXPECT_PRED_FORMAT2(same_shape, model, before) << name;
             EXPECT_EQ(Ints(model.edit_state, model.edit_state + 11), state) << name;
         }
     }

@@ -11,6 +11,7 @@ namespace {
 TMOD3D joined(TMOD3D model, const TMOD3D& other) {
     const int first_vertex = model.verts.GetSize();
     const int first_face = model.polys.GetSize();
+    const int first_body = model.bodies.GetSize();
     for (VERT3D vertex : other.verts) {
         model.verts.Add(vertex);
     }
@@ -22,7 +23,7 @@ TMOD3D joined(TMOD3D model, const TMOD3D& other) {
         std::for_each(body.polys.begin(), body.polys.end(), [&](int& f) { f += first_face; });
         model.bodies.Add(body);
     }
-    return rebuilt(model, first_face, true);
+    return rebuilt(model, {.first_face = first_face, .first_added_body = first_body});
 }
 
 TEST(Merging, AddsOneModelToAnother) {
@@ -35,13 +36,13 @@ TEST(Merging, AddsOneModelToAnother) {
             TMOD3D model = first;
             TMOD3D other = second;
             model.add_model(other);
-            EXPECT_EQ(shape_of(model), shape_of(joined(first, second)));
-            EXPECT_EQ(shape_of(other), shape_of(second));
+            EXPECT_PRED_FORMAT2(same_shape, model, joined(first, second));
+            EXPECT_PRED_FORMAT2(same_shape, other, second);
             EXPECT_EQ(model.mode_ok, 1);
         }
         TMOD3D doubled = first;
         doubled.add_model(doubled);
-        EXPECT_EQ(shape_of(doubled), shape_of(joined(first, first)));
+        EXPECT_PRED_FORMAT2(same_shape, doubled, joined(first, first));
     }
     TMOD3D model = starter(1, 0);
     TMOD3D other = starter(1, 0);
@@ -65,10 +66,10 @@ TEST(Merging, RemovesABodyAndWhatOnlyItUsed) {
         model.relat_list_4.Add(99);
         model.mut_weights.Add(0.5);
         std::fill(model.edit_state, model.edit_state + 11, 77);
-        const std::string before = shape_of(model);
+        const TMOD3D before = model;
         model.deletet(-1);
         model.deletet(2);
-        EXPECT_EQ(shape_of(model), before);
+        EXPECT_PRED_FORMAT2(same_shape, model, before);
         model.deletet(removed);
         TMOD3D expected = model_of(two_tetrahedra);
         expected.lines.RemoveAll();
@@ -78,7 +79,7 @@ TEST(Merging, RemovesABodyAndWhatOnlyItUsed) {
         for (POLY3D& face : expected.polys) {
             std::replace(face.verts.begin(), face.verts.end(), 4, 3);
         }
-        EXPECT_EQ(shape_of(model), shape_of(rebuilt(expected, 0, true)));
+        EXPECT_PRED_FORMAT2(same_shape, model, rebuilt(expected));
         EXPECT_EQ(model.mode_ok, 1);
         model.deletet(0);
         EXPECT_EQ(model.verts.GetSize() + model.lines.GetSize() + model.polys.GetSize(), 0);
@@ -110,7 +111,7 @@ TEST(Merging, RenumbersWhatIsUsed) {
                           [&](int& w) { w -= w > v ? 1 : 0; });
         }
     }
-    EXPECT_EQ(shape_of(model), shape_of(rebuilt(expected, 0, true)));
+    EXPECT_PRED_FORMAT2(same_shape, model, rebuilt(expected));
 }
 
 } // namespace

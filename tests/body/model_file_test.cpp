@@ -150,10 +150,14 @@ TEST(Model, StartCopiesAndEnd) {
                       model.vis_angle_2, model.mode_ok, model.edit_state, model.orig),
               "1000 1 5 5 0 ( 0 3 0 0 0 0 0 0 0 0 0 ) ( 0 0 0 ) ");
     EXPECT_EQ(text_of("%.4f", model.view_dir), "( -0.0076 0.0868 0.9962 ) ");
-    const CArray<int> none;
-    const double zero[3] = {};
-    EXPECT_EQ(state_of(BODY3D()), text_of("%a", none, none, none, none, 0, 0, 0, 80, 0.5, 0.5, 1, 0,
-                                          0, zero, zero, zero, zero, zero, zero, 0));
+    const BODY3D body_at_start;
+    EXPECT_EQ(body_at_start.hue, 80);
+    EXPECT_EQ(body_at_start.saturation, 0.5);
+    EXPECT_EQ(body_at_start.lightness, 0.5);
+    EXPECT_EQ(body_at_start.alpha, 1);
+    EXPECT_EQ(body_at_start.volume, 0);
+    EXPECT_EQ(body_at_start.body_flags, 0);
+    EXPECT_EQ(body_at_start.change_dirt, 0);
 
     // A model in which no member has the value that it starts with.
     read_file(model, tetrahedron + "2 4 1 2 3 0 1 2 3 4 4 5 6 0 1 2 3");
@@ -187,27 +191,33 @@ TEST(Model, StartCopiesAndEnd) {
     model.mut_weights.Add(0.25);
     model.sect_model_1.intlmode();
     model.sect_model_2.verts.SetSize(2);
-    const std::string before = state_of(model);
     TMOD3D constructed(model);
     TMOD3D assigned;
     read_file(assigned, tetrahedron + "2 1 0 0 0 1 1 0 0 0 2");
     assigned = model;
     assigned = std::as_const(assigned);
+    EXPECT_PRED_FORMAT2(same_state, constructed, model);
+    EXPECT_PRED_FORMAT2(same_state, assigned, model);
+    const POLY3D face = model.polys[0];
     for (VERT3D& v : model.verts) {
         v.RemoveAll();
         EXPECT_EQ(v.faces.GetSize() + v.lines.GetSize() + v.neighbours.GetSize(), 0);
     }
     model.polys[0].invert_poly_range();
-    EXPECT_EQ(state_of(constructed), before);
-    EXPECT_EQ(state_of(assigned), before);
+    for (const TMOD3D* copy : {&constructed, &assigned}) {
+        EXPECT_EQ(copy->verts[0].faces.GetSize(), 3);
+        EXPECT_PRED_FORMAT2(same_state, copy->polys[0], face);
+    }
     model.RemoveAll(); // leaves view, bounds and origin
     constructed.Copy(model);
     assigned.RemoveAll();
-    EXPECT_EQ(state_of(constructed), state_of(model));
-    EXPECT_EQ(state_of(assigned), state_of(model));
-    EXPECT_EQ(states_of(model.verts) + states_of(model.lines) + states_of(model.polys) +
-                  states_of(model.bodies) + state_of(model.sect_model_1),
-              "");
+    EXPECT_PRED_FORMAT2(same_state, constructed, model);
+    EXPECT_PRED_FORMAT2(same_state, assigned, model);
+    EXPECT_EQ(model.verts.GetSize(), 0);
+    EXPECT_EQ(model.lines.GetSize(), 0);
+    EXPECT_EQ(model.polys.GetSize(), 0);
+    EXPECT_EQ(model.bodies.GetSize(), 0);
+    EXPECT_EQ(model.sect_model_1.verts.GetSize(), 0);
     EXPECT_EQ(text_of("%g", model.mode_ok, model.relat_list_2, model.mut_weights, model.orig[0] > 0,
                       model.wrap_radius < 1),
               "0 ( ) ( ) 1 1 ");

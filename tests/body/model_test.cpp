@@ -131,12 +131,12 @@ TEST(View, AnglesVisibilityAndBack) {
 
 TEST(View, WrapCuboidAndMovedOrigin) {
     TMOD3D model;
-    const std::string empty = state_of(model);
+    const TMOD3D empty = model;
     model.model_wrap_cuboid();
     model.rotate_model();
     model.ant_rotate_model();
     model.get_body_span(0);
-    EXPECT_EQ(state_of(model), empty);
+    EXPECT_PRED_FORMAT2(same_state, model, empty);
     set_verts(model.verts, {{7.5, 8, -9}});
     model.model_wrap_cuboid();
     model.change_vis_parm();
@@ -213,8 +213,8 @@ TEST(Neighbourhood, LevelsAndLegalMoves) {
         line.set_line_2d_eqt(cube.verts);
         face.set_poly_eql(cube.verts);
         face.get_rotated_poly_eql(cube.verts);
-        EXPECT_EQ(state_of(line) + state_of(face),
-                  state_of(cube.lines[1]) + state_of(cube.polys[0]));
+        EXPECT_PRED_FORMAT2(same_state, cube.lines[1], line);
+        EXPECT_PRED_FORMAT2(same_state, cube.polys[0], face);
     }
     cube.verts[0].model_xyz[2] = 5;
     cube.back_rel_vert();

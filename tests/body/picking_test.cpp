@@ -1,9 +1,8 @@
 // Picks and points in bodies, against a search over all faces.
 
-#include <random>
-
 #include <gtest/gtest.h>
 
+#include "tests/support/dice.h"
 #include "tests/support/models.h"
 
 using namespace korvel::test;
@@ -150,10 +149,7 @@ TEST(Picking, OfEqualsTheFirstAndOfNothingNothing) {
 }
 
 TEST(PointLocation, AgreesWithTheFacesAbove) {
-    std::mt19937 engine(7);
-    const auto dice = [&](double low, double high) {
-        return low + (high - low) * engine() / 0x1p32;
-    };
+    Dice dice(7);
     for (TMOD3D& model : std::vector<TMOD3D>{starter(0, 1), model_of(raised_l),
                                              two_balls_and_a_cube(), model_of(two_tetrahedra)}) {
         int inside = 0;
@@ -161,8 +157,8 @@ TEST(PointLocation, AgreesWithTheFacesAbove) {
             Point p;
             Point dir;
             for (std::size_t k = 0; k < 3; ++k) { // beyond the bounds, too
-                p[k] = dice(model.cuboid_min[k] - 0.1, model.cuboid_max[k] + 0.1);
-                dir[k] = dice(-5, 5);
+                p[k] = dice.between(model.cuboid_min[k] - 0.1, model.cuboid_max[k] + 0.1);
+                dir[k] = dice.between(-5, 5);
             }
             const auto is_above = [&](int f) {
                 const Triangle face = triangle(model, f, &VERT3D::model_xyz);

@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <random>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "korvel/polyregion/plydt.h"
 #include "tests/body/plain_model.h"
+#include "tests/support/dice.h"
 #include "tests/support/model_state.h"
 
 using namespace korvel::test;
@@ -18,19 +18,6 @@ using namespace korvel::test;
 namespace {
 
 using Ints = CArray<int>;
-
-/// Random numbers that are the same with every standard library.
-class Dice {
-public:
-    explicit Dice(unsigned seed) : engine_(seed) {}
-    int operator()(int from, int to) {
-        return from + static_cast<int>(engine_() % static_cast<unsigned>(to - from + 1));
-    }
-    bool one_in(int n) { return (*this)(1, n) == 1; }
-
-private:
-    std::mt19937 engine_;
-};
 
 void add_face(TMOD3D& model, const std::vector<int>& corners) {
     POLY3D face;
@@ -182,12 +169,12 @@ TEST(PlainModel, OrientationRelationsAndSectionsAgree) {
         TMOD3D plain = model;
         model.comput_mode_aux_parm();
         comput_mode_aux_parm_plainly(plain);
-        ASSERT_EQ(state_of(model), state_of(plain));
+        ASSERT_PRED_FORMAT2(same_state, model, plain);
         negative += std::count_if(model.bodies.begin(), model.bodies.end(),
                                   [](const BODY3D& body) { return body.volume < 0; });
         model.found_top_rel();
         found_top_rel_plainly(plain);
-        ASSERT_EQ(state_of(model), state_of(plain));
+        ASSERT_PRED_FORMAT2(same_state, model, plain);
         for (int cut = 0; cut < 3; ++cut) {
             TMOD2D out;
             TMOD2D plain_out;
@@ -201,8 +188,8 @@ TEST(PlainModel, OrientationRelationsAndSectionsAgree) {
                 model.get_section(plane, out);
             }
             get_section_plainly(plain, plane, plain_out);
-            ASSERT_EQ(state_of(out), state_of(plain_out));
-            ASSERT_EQ(state_of(model), state_of(plain));
+            ASSERT_PRED_FORMAT2(same_state, out, plain_out);
+            ASSERT_PRED_FORMAT2(same_state, model, plain);
             loops += out.polys.GetSize();
         }
         for (LINE3D& line : model.lines) { // walks by marks that no section sets
@@ -217,7 +204,7 @@ TEST(PlainModel, OrientationRelationsAndSectionsAgree) {
             ASSERT_EQ(model.trace_section_poly(b, face, edge, loop),
                       trace_section_poly_plainly(plain, b, face, edge, plain_loop));
             ASSERT_EQ(text_of("%g", loop), text_of("%g", plain_loop));
-            ASSERT_EQ(state_of(model), state_of(plain));
+            ASSERT_PRED_FORMAT2(same_state, model, plain);
         }
     }
     EXPECT_GT(loops, 1500);
@@ -272,7 +259,7 @@ TEST(PlainModel, ReadingAgrees) {
         plain.rotate_model();
         plain.mode_ok = 1;
         found_top_rel_plainly(plain);
-        ASSERT_EQ(state_of(model), state_of(plain));
+        ASSERT_PRED_FORMAT2(same_state, model, plain);
     }
 }
 
@@ -362,7 +349,7 @@ TEST(PlainModel, RaisingDerivesWhatThePassesDo) {
         plain.rotate_model();
         double no_shift[3] = {};
         plain.trans_model_orig(no_shift);
-        ASSERT_EQ(state_of(model), state_of(plain));
+        ASSERT_PRED_FORMAT2(same_state, model, plain);
     }
     korvel::set_message_box_handler(before);
 }

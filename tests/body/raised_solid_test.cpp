@@ -52,7 +52,8 @@ private:
 
 TEST_F(RaisedSolid, TwoTriangularPrisms) {
     model.create3dmode(d);
-    EXPECT_EQ(state_of(model) + notices, state_of(TMOD3D()));
+    EXPECT_PRED_FORMAT2(same_state, model, TMOD3D());
+    EXPECT_EQ(notices, "");
     lift({{0, 0}, {4, 0}, {0, 3}}, {{0, 1, 2}}, -1, 1.5);
     model.create3dmode(d);
     expect_closed(model, 2);

@@ -1,9 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
-#include <memory>
-#include <random>
 #include <set>
 #include <string>
 #include <utility>
@@ -12,6 +9,9 @@
 #include "kit/files/model_file.h"
 #include "kit/solids/inside.h"
 #include "tests/support/command_scratch.h"
+#include "tests/support/dice.h"
+#include "tests/support/lists.h"
+#include "tests/support/streams.h"
 
 namespace korvel::test {
 namespace {
@@ -19,8 +19,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
-
-using Point = std::array<double, 3>;
 
 const std::string tetrahedron = "4\n0 0 0\n6 0 0\n0 6 0\n0 0 6\n4\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n"
                                 "1\n4\n500 -1 2.5\n0 1 2 3\n";
@@ -39,12 +37,7 @@ protected:
     }
 
     static std::string text_of(TMOD3D& model) {
-        const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::tmpfile(), std::fclose);
-        model.write_mode(stream.get());
-        std::string text(static_cast<std::size_t>(std::ftell(stream.get())), '\0');
-        std::rewind(stream.get());
-        EXPECT_EQ(std::fread(text.data(), 1, text.size(), stream.get()), text.size());
-        return text;
+        return written([&](FILE* stream) { model.write_mode(stream); });
     }
 
     static std::vector<Point> points(const TMOD3D& model) {
@@ -141,14 +134,14 @@ TEST_F(EditCommand, InsideAgreesWithThePlan) {
         }
         return lies(0, 10, 0, 8) && !lies(6, 8, 2, 6) ? 0 : -1;
     };
-    std::mt19937 random(5);
-    std::uniform_real_distribution<double> anywhere(-1, 11);
-    std::uniform_int_distribution<int> lattice(-1, 10);
+    Dice dice(5);
+    const auto anywhere = [&] { return dice.between(-1, 11); };
+    const auto lattice = [&] { return dice(-1, 10) + 0.5; };
     for (int i = 0; i < 3000; ++i) {
         // Half of them in line with corners and with the diagonals of walls and caps.
-        Point p = {anywhere(random), anywhere(random), anywhere(random)};
+        Point p = {anywhere(), anywhere(), anywhere()};
         if (i % 2 != 0) {
-            p = {lattice(random) + 0.5, lattice(random) + 0.5, lattice(random) + 0.5};
+            p = {lattice(), lattice(), lattice()};
         }
         EXPECT_EQ(kit::body_at(plate, p.data()), planned(p)) << p[0] << ' ' << p[1] << ' ' << p[2];
     }
@@ -163,11 +156,11 @@ TEST_F(EditCommand, InsideAgreesWithThePlan) {
 TEST_F(EditCommand, InsideAgreesWithSignedVolumes) {
     ASSERT_EQ(run("starter ball --size 2 --center 3,4,5 --rounds 2 -o m").status, 0);
     TMOD3D ball = model("m");
-    std::mt19937 random(6);
-    std::uniform_real_distribution<double> off(-2.2, 2.2);
+    Dice dice(6);
+    const auto off = [&] { return dice.between(-2.2, 2.2); };
     int inside = 0;
     for (int i = 0; i < 1000; ++i) {
-        const Point p = {3 + off(random), 4 + off(random), 5 + off(random)};
+        const Point p = {3 + off(), 4 + off(), 5 + off()};
         // Convex: inside is where every face, seen from p, runs the same way round.
         const bool is_inside =
             std::all_of(ball.polys.begin(), ball.polys.end(), [&](const POLY3D& face) {

@@ -1,32 +1,21 @@
 #pragma once
 
-#include <cstdio>
-#include <memory>
-#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "korvel/module/korvel.h"
+#include "tests/support/streams.h"
 
 // What a host brings along.
 
 namespace korvel::test {
-
-using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
 
 /// The value, whose type has to be the one that hosts count on.
 template <class Type, class Actual>
 Type as(Actual value) {
     static_assert(std::is_same_v<Type, Actual>);
     return value;
-}
-
-inline Stream stream_of(const std::string& text = "") {
-    Stream stream(std::tmpfile(), std::fclose);
-    std::fputs(text.c_str(), stream.get());
-    std::rewind(stream.get());
-    return stream;
 }
 
 /// Counts what is drawn.

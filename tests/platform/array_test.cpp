@@ -1,7 +1,6 @@
 #include <limits>
 #include <memory>
 #include <numeric>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -9,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "korvel/platform/framework.h"
+#include "tests/support/dice.h"
 
 namespace {
 
@@ -245,18 +245,18 @@ TEST(Array, MovesItsStorage) {
 // Few small elements need no storage of their own; arrays change between both forms.
 TEST(Array, KeepsItsElementsThroughEverySizeAndMove) {
     static_assert(sizeof(CArray<int>) == 24 || sizeof(void*) != 8);
-    std::mt19937 random(1);
+    korvel::test::Dice dice;
     CArray<int> lists[2];
     std::vector<int> plain[2];
     for (int step = 0; step < 20000; ++step) {
-        const std::size_t i = random() % 2;
-        const int size = static_cast<int>(random() % 7);
+        const int i = dice(0, 1);
+        const int size = dice(0, 6);
         CArray<int>& list = lists[i];
         CArray<int>& other = lists[1 - i];
         std::vector<int>& expected = plain[i];
-        switch (random() % 9) {
+        switch (dice(0, 8)) {
         case 0:
-            list.SetSize(size, step % 5 == 0 ? static_cast<int>(random() % 5) : -1);
+            list.SetSize(size, step % 5 == 0 ? dice(0, 4) : -1);
             expected.resize(static_cast<std::size_t>(size));
             break;
         case 1:

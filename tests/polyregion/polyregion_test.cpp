@@ -1,7 +1,5 @@
 #include <cmath>
-#include <cstdio>
 #include <limits>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -9,10 +7,14 @@
 
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
+#include "tests/support/dice.h"
 #include "tests/support/recording_dc.h"
 #include "tests/support/shape.h"
+#include "tests/support/streams.h"
 
+using korvel::test::Dice;
 using korvel::test::Ints;
+using korvel::test::ints;
 using korvel::test::RecordingDC;
 using korvel::test::Shape;
 using korvel::test::Xy;
@@ -20,25 +22,12 @@ using Calls = std::vector<std::string>;
 
 namespace {
 
-Ints ints(const CArray<int>& list) {
-    return Ints(list.begin(), list.end());
+std::string file_of(CCPloy2DRg& set) {
+    return korvel::test::written([&](FILE* stream) { set.writepolyrg(stream); });
 }
 
-std::string written(CCPloy2DRg& set) {
-    FILE* file = std::tmpfile();
-    set.writepolyrg(file);
-    std::string text(static_cast<std::size_t>(std::ftell(file)), 0);
-    std::rewind(file);
-    text.resize(std::fread(text.data(), 1, text.size(), file));
-    std::fclose(file);
-    return text;
-}
 void read(CCPloy2DRg& set, const std::string& text) {
-    FILE* file = std::tmpfile();
-    std::fputs(text.c_str(), file);
-    std::rewind(file);
-    set.readpolyrg(file);
-    std::fclose(file);
+    set.readpolyrg(korvel::test::stream_of(text).get());
 }
 
 TEST(RegionFile, IsWrittenAndReadBack) {
@@ -47,7 +36,7 @@ TEST(RegionFile, IsWrittenAndReadBack) {
                              "1\n2\n0 1 \n";
     CCPloy2DRg set;
     Shape{{{0.5, -2}, {16'777'217, 0.1}, {3, 4}}, {{0, 1, 2}, {}}, {{0, 1}}}.add_to(set);
-    EXPECT_EQ(written(set), text);
+    EXPECT_EQ(file_of(set), text);
 
     CCPloy2DRg back;
     read(back, text);
@@ -55,12 +44,12 @@ TEST(RegionFile, IsWrittenAndReadBack) {
     EXPECT_EQ(back.pt_list[1].y, static_cast<double>(0.1F));
     EXPECT_EQ(ints(back.ring_list[0].sides), (Ints{0, 1, 2}));
     back.pt_list[1].x = 16'777'217;
-    EXPECT_EQ(written(back), text);
+    EXPECT_EQ(file_of(back), text);
 
     CCPloy2DRg none;
-    EXPECT_EQ(written(none), "0\n");
+    EXPECT_EQ(file_of(none), "0\n");
     read(back, "0\n1\n0\n");
-    EXPECT_EQ(written(back), text); // nothing behind a 0 is read
+    EXPECT_EQ(file_of(back), text); // nothing behind a 0 is read
 }
 
 TEST(RegionFile, MayBeShortOrGarbled) {
@@ -201,21 +190,19 @@ int plain_answer(const CCPloy2DRg& set, Xy at) {
 }
 
 TEST(Location, AnswersLikeThePlainSumOfAngles) {
-    std::mt19937 engine(7);
+    Dice dice(7);
     int inside = 0;
     constexpr int cases = 40'000;
     for (int i = 0; i < cases; ++i) {
         // Small grids put nearly every point in line with a side; some are stretched until angles
         // and products lose their digits.
         const int reach = 1 + i % 9;
-        const double scale = std::vector{1.0, 1.0, 0.1, 1e-9, 1e150, 1e-150}[engine() % 6];
-        const double shift = std::vector{0.0, 0.0, 1e6, 1e-7}[engine() % 4];
-        const auto coordinate = [&] {
-            return (static_cast<int>(engine() % (2U * reach + 1)) - reach) * scale + shift;
-        };
+        const double scale = dice.pick(std::vector{1.0, 1.0, 0.1, 1e-9, 1e150, 1e-150});
+        const double shift = dice.pick(std::vector{0.0, 0.0, 1e6, 1e-7});
+        const auto coordinate = [&] { return dice(-reach, reach) * scale + shift; };
         CCPloy2DRg set;
         RING ring;
-        for (unsigned k = 3 + engine() % 9; k > 0; --k) {
+        for (int k = dice(3, 11); k > 0; --k) {
             ring.pts.Add(set.pt_list.GetSize());
             const double x = coordinate();
             Shape{{{x, coordinate() * (i % 7 == 0 ? 1e-9 : 1)}}, {}, {}}.add_to(set);

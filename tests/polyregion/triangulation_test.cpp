@@ -1,7 +1,6 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -10,8 +9,11 @@
 #include <gtest/gtest.h>
 
 #include "korvel/polyregion/plydt.h"
+#include "tests/support/dice.h"
+#include "tests/support/scratch.h"
 #include "tests/support/shape.h"
 
+using korvel::test::Dice;
 using korvel::test::Ints;
 using korvel::test::Shape;
 using korvel::test::Xy;
@@ -34,20 +36,11 @@ std::string contents(const char* name) {
     return text.str();
 }
 
-/// Each test works in a folder of its own, since trace files have fixed names.
-class Triangulation : public testing::Test {
+/// Trace files have fixed names in the current directory.
+class Triangulation : public korvel::test::ScratchAsCurrent {
 protected:
-    void SetUp() override {
-        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-        std::filesystem::remove_all(test->name());
-        std::filesystem::create_directory(test->name());
-        std::filesystem::current_path(test->name());
-        PLYDT::set_trace_files(true);
-    }
-    void TearDown() override {
-        std::filesystem::current_path("..");
-        PLYDT::set_trace_files(true);
-    }
+    Triangulation() { PLYDT::set_trace_files(true); }
+    ~Triangulation() override { PLYDT::set_trace_files(true); }
 };
 
 /// A triangle and a rectangle with sides 4 and 3, whose candidates all have radius 2.5.
@@ -214,9 +207,6 @@ public:
     }
 
 private:
-    int dice(int from, int to) {
-        return from + static_cast<int>(engine_() % static_cast<unsigned>(to - from + 1));
-    }
     static void add_ring(Shape& shape, const std::vector<Xy>& ring) {
         Ints& list = shape.rings.emplace_back();
         for (const Xy& at : ring) {
@@ -282,7 +272,7 @@ private:
         }
     }
 
-    std::mt19937 engine_{1};
+    Dice dice;
 };
 
 /// Triangulates a shape in the exhaustive form and in the quick one, which are to give the same
@@ -348,8 +338,8 @@ void add_round(Shape& shape, Xy centre, int corners, Radius radius) {
 }
 
 TEST_F(Triangulation, IsTheSameOnLongRings) {
-    std::mt19937 engine(1);
-    const auto noise = [&](int size) { return static_cast<double>(engine() % unsigned(size)); };
+    Dice dice;
+    const auto noise = [&](int size) { return static_cast<double>(dice(0, size - 1)); };
     const struct {
         const char* name;
         std::vector<Xy> (*outline)(); ///< or none for a round shape

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "korvel/region/cregion.h"
+#include "tests/support/lists.h"
 
 namespace korvel::test {
 
@@ -20,7 +21,6 @@ inline std::ostream& operator<<(std::ostream& out, Pt pt) {
 
 using Pts = std::vector<Pt>;
 using Curves = std::vector<Pts>;
-using Ints = std::vector<int>;
 using Lists = std::vector<Ints>;
 
 /// Reads curves written as "0,0 5,5; 0,5 5,0".

@@ -1,32 +1,23 @@
 // The library's analysis against its plain form, field by field, on random networks.
 
-#include <random>
-
 #include <gtest/gtest.h>
 
 #include "tests/region/plain_region.h"
+#include "tests/support/dice.h"
 
 using korvel::test::Analysis;
 using korvel::test::Curves;
+using korvel::test::Dice;
 using korvel::test::Network;
 using korvel::test::Pt;
 using korvel::test::Pts;
 
 namespace {
 
-/// Random numbers that are the same with every standard library.
-class Dice {
-public:
-    explicit Dice(unsigned seed) : engine_(seed) {}
-    int operator()(int from, int to) {
-        const auto faces = static_cast<unsigned>(to) - static_cast<unsigned>(from) + 1;
-        return static_cast<int>(from + static_cast<long long>(engine_() % faces));
-    }
-    Pt point(int reach) { return {(*this)(-reach, reach), (*this)(-reach, reach)}; }
-
-private:
-    std::mt19937 engine_;
-};
+Pt random_point(Dice& dice, int reach) {
+    const int x = dice(-reach, reach);
+    return {x, dice(-reach, reach)};
+}
 
 /// Curves of random points `step` apart, which cross each other and themselves, overlap, repeat
 /// points and, on a narrow reach, meet in ties nearly everywhere.
@@ -34,7 +25,7 @@ Curves scribbles(Dice& dice, int count, int most_points, int reach, int step = 1
     Curves curves(static_cast<std::size_t>(count));
     for (Pts& curve : curves) {
         for (int k = dice(most_points == 2 ? 2 : 0, most_points); k > 0; --k) {
-            const Pt at = dice.point(reach);
+            const Pt at = random_point(dice, reach);
             curve.push_back({at.x * step, at.y * step});
         }
     }
@@ -78,7 +69,7 @@ Curves loops(Dice& dice, int count, int reach) {
 
 /// Every curve starts and ends in one of three busy points, some in equal directions.
 Curves hubs(Dice& dice, Curves curves) {
-    const Pts centres{dice.point(9), dice.point(9), dice.point(2)};
+    const Pts centres{random_point(dice, 9), random_point(dice, 9), random_point(dice, 2)};
     for (Pts& curve : curves) {
         curve.insert(curve.begin(), centres[static_cast<std::size_t>(dice(0, 2))]);
         curve.push_back(centres[static_cast<std::size_t>(dice(0, 2))]);
@@ -178,7 +169,7 @@ TEST(PlainForm, GivesTheSameAnalysis) {
         Dice dice(seed);
         const Curves curves = random_network(dice);
         const double tolerance = tolerances[dice(0, 5)];
-        const Pt at = dice.point(20);
+        const Pt at = random_point(dice, 20);
         const Analysis plain = korvel::test::analyse_plainly(curves, at, tolerance);
         if (plain.unique_pts.empty()) {
             region.RemoveAll(); // or the distinct points of the network before would stay

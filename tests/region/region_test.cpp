@@ -1,6 +1,5 @@
 // Worked examples, above all those that a tidy mind would mend.
 
-#include <fstream>
 #include <limits>
 #include <numeric>
 #include <sstream>
@@ -8,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "bench/inputs/sample_network.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
 #include "tests/region/plain_region.h"
@@ -524,19 +524,8 @@ TEST(Region, FindsEveryFaceOfTheSampleNetworks) {
         int faces_lost; ///< to the rule that the first ring that touches itself is dropped
     } cases[] = {{"us-states", 0}, {"us-counties", 1}, {"world-110m", 0}};
     for (const auto& c : cases) {
-        std::ifstream in(KORVEL_DATA_DIR "/" + c.name + ".curves");
-        std::size_t count = 0;
-        in >> count;
-        Curves curves(count);
-        for (auto& curve : curves) {
-            in >> count;
-            curve.resize(count);
-            for (auto& pt : curve) {
-                in >> pt.x >> pt.y;
-            }
-        }
-        ASSERT_TRUE(in) << c.name;
-        const Analysed a(curves);
+        const korvel::bench::Network sample = korvel::bench::sample_network(c.name, 4);
+        const Analysed a(curves_in(sample.pts, sample.counts));
         EXPECT_GT(a.region.regions.GetSize(), 200) << c.name;
         EXPECT_EQ(a.region.regions.GetSize() + c.faces_lost, bounded_faces(a.region)) << c.name;
     }

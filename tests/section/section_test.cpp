@@ -1,11 +1,11 @@
 #include <cstdio>
 #include <fstream>
-#include <memory>
 #include <sstream>
 
 #include <gtest/gtest.h>
 
 #include "korvel/section/tmod2d.h"
+#include "tests/support/streams.h"
 
 namespace {
 
@@ -37,22 +37,13 @@ public:
     }
 };
 
-using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
-
 TMOD2D read(const std::string& text, TMOD2D model = {}) {
-    const Stream stream(std::tmpfile(), std::fclose);
-    std::fputs(text.c_str(), stream.get());
-    std::rewind(stream.get());
-    model.readdate(stream.get());
+    model.readdate(korvel::test::stream_of(text).get());
     return model;
 }
 
-std::string written(TMOD2D model) {
-    const Stream stream(std::tmpfile(), std::fclose);
-    model.writedate(stream.get());
-    std::rewind(stream.get());
-    char text[256];
-    return {text, std::fread(text, 1, sizeof text, stream.get())};
+std::string file_of(TMOD2D model) {
+    return korvel::test::written([&](FILE* stream) { model.writedate(stream); });
 }
 
 /// The model in short: vertices / faces / groups.
@@ -106,7 +97,7 @@ TEST(SectionFile, WrittenBytes) {
         {"0 0 1 0 1 1 3", "0\n0\n1\n0\n0\n"},
     };
     for (const auto& [text, bytes] : cases) {
-        EXPECT_EQ(written(read(text)), bytes);
+        EXPECT_EQ(file_of(read(text)), bytes);
     }
 }
 

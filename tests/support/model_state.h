@@ -3,70 +3,71 @@
 #include <algorithm>
 #include <cstdio>
 #include <map>
-#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "korvel/body/tmod3d.h"
 #include "tests/support/record_state.h"
+#include "tests/support/streams.h"
 
 namespace korvel::test {
 
-// Every member of a record or a model, every bit of it, a line for each record.
-
-inline std::string state_of(const BODY3D& b) {
-    return text_of("%a", b.polys, b.lines, b.verts, b.neighbour_bodies, b.volume, b.param_1,
-                   b.body_flags, b.hue, b.saturation, b.lightness, b.alpha, b.param_2, b.param_3,
-                   b.model_min, b.model_max, b.view_mid, b.view_span, b.view_min, b.view_max,
-                   b.change_dirt);
+constexpr auto members_of(EveryBit, const BODY3D*) {
+    return std::tuple(KORVEL_MEMBER(BODY3D, polys), KORVEL_MEMBER(BODY3D, lines),
+                      KORVEL_MEMBER(BODY3D, verts), KORVEL_MEMBER(BODY3D, neighbour_bodies),
+                      KORVEL_MEMBER(BODY3D, volume), KORVEL_MEMBER(BODY3D, param_1),
+                      KORVEL_MEMBER(BODY3D, body_flags), KORVEL_MEMBER(BODY3D, hue),
+                      KORVEL_MEMBER(BODY3D, saturation), KORVEL_MEMBER(BODY3D, lightness),
+                      KORVEL_MEMBER(BODY3D, alpha), KORVEL_MEMBER(BODY3D, param_2),
+                      KORVEL_MEMBER(BODY3D, param_3), KORVEL_MEMBER(BODY3D, model_min),
+                      KORVEL_MEMBER(BODY3D, model_max), KORVEL_MEMBER(BODY3D, view_mid),
+                      KORVEL_MEMBER(BODY3D, view_span), KORVEL_MEMBER(BODY3D, view_min),
+                      KORVEL_MEMBER(BODY3D, view_max), KORVEL_MEMBER(BODY3D, change_dirt));
 }
 
-inline std::string state_of(const POLY3D_CPLX& g) {
-    return text_of("%a", g.polys, g.area, g.rgb, g.hue, g.saturation, g.lightness);
+constexpr auto members_of(EveryBit, const POLY3D_CPLX*) {
+    return std::tuple(KORVEL_MEMBER(POLY3D_CPLX, polys), KORVEL_MEMBER(POLY3D_CPLX, list_2),
+                      KORVEL_MEMBER(POLY3D_CPLX, list_3), KORVEL_MEMBER(POLY3D_CPLX, list_4),
+                      KORVEL_MEMBER(POLY3D_CPLX, area), KORVEL_MEMBER(POLY3D_CPLX, rgb),
+                      KORVEL_MEMBER(POLY3D_CPLX, aux_value), KORVEL_MEMBER(POLY3D_CPLX, aux_int),
+                      KORVEL_MEMBER(POLY3D_CPLX, hue), KORVEL_MEMBER(POLY3D_CPLX, saturation),
+                      KORVEL_MEMBER(POLY3D_CPLX, lightness), KORVEL_MEMBER(POLY3D_CPLX, aux_xyz_1),
+                      KORVEL_MEMBER(POLY3D_CPLX, aux_xyz_2));
 }
 
-template <class Records>
-std::string states_of(const Records& records) {
-    std::string text;
-    for (const auto& record : records) {
-        text += state_of(record) + '\n';
-    }
-    return text;
+constexpr auto members_of(EveryBit, const TMOD2D*) {
+    return std::tuple(KORVEL_MEMBER(TMOD2D, verts), KORVEL_MEMBER(TMOD2D, lines),
+                      KORVEL_MEMBER(TMOD2D, polys), KORVEL_MEMBER(TMOD2D, groups));
 }
 
-inline std::string state_of(const TMOD2D& s) {
-    return states_of(s.verts) + states_of(s.lines) + states_of(s.polys) + states_of(s.groups);
-}
-
-inline std::string state_of(const TMOD3D& m) {
-    return states_of(m.verts) + states_of(m.lines) + states_of(m.polys) + states_of(m.bodies) +
-           text_of("%a", m.orig_shift, m.view_center, m.wrap_cuboid, m.wrap_radius,
-                   m.cuboid_corners, m.rotated_corners, m.cuboid_min, m.cuboid_max, m.model_frame,
-                   m.view_bounds, m.vis_angle_1, m.vis_angle_2, m.view_dir, m.view_scale,
-                   m.ant_matrix, m.rot_matrix, m.pick_data, m.edit_state, m.relat_list_1,
-                   m.relat_list_2, m.relat_list_3, m.relat_list_4, m.mut_weights, m.mode_ok, m.orig,
-                   m.tail_data) +
-           state_of(m.sect_model_1) + state_of(m.sect_model_2);
+constexpr auto members_of(EveryBit, const TMOD3D*) {
+    return std::tuple(KORVEL_MEMBER(TMOD3D, verts), KORVEL_MEMBER(TMOD3D, lines),
+                      KORVEL_MEMBER(TMOD3D, polys), KORVEL_MEMBER(TMOD3D, bodies),
+                      KORVEL_MEMBER(TMOD3D, orig_shift), KORVEL_MEMBER(TMOD3D, view_center),
+                      KORVEL_MEMBER(TMOD3D, wrap_cuboid), KORVEL_MEMBER(TMOD3D, wrap_radius),
+                      KORVEL_MEMBER(TMOD3D, cuboid_corners), KORVEL_MEMBER(TMOD3D, rotated_corners),
+                      KORVEL_MEMBER(TMOD3D, cuboid_min), KORVEL_MEMBER(TMOD3D, cuboid_max),
+                      KORVEL_MEMBER(TMOD3D, model_frame), KORVEL_MEMBER(TMOD3D, view_bounds),
+                      KORVEL_MEMBER(TMOD3D, vis_angle_1), KORVEL_MEMBER(TMOD3D, vis_angle_2),
+                      KORVEL_MEMBER(TMOD3D, view_dir), KORVEL_MEMBER(TMOD3D, view_scale),
+                      KORVEL_MEMBER(TMOD3D, ant_matrix), KORVEL_MEMBER(TMOD3D, rot_matrix),
+                      KORVEL_MEMBER(TMOD3D, pick_data), KORVEL_MEMBER(TMOD3D, edit_state),
+                      KORVEL_MEMBER(TMOD3D, relat_list_1), KORVEL_MEMBER(TMOD3D, relat_list_2),
+                      KORVEL_MEMBER(TMOD3D, relat_list_3), KORVEL_MEMBER(TMOD3D, relat_list_4),
+                      KORVEL_MEMBER(TMOD3D, mut_weights), KORVEL_MEMBER(TMOD3D, sect_model_1),
+                      KORVEL_MEMBER(TMOD3D, sect_model_2), KORVEL_MEMBER(TMOD3D, mode_ok),
+                      KORVEL_MEMBER(TMOD3D, orig), KORVEL_MEMBER(TMOD3D, tail_data));
 }
 
 /// The file that the model writes.
 inline std::string file_of(TMOD3D& model) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::tmpfile(), std::fclose);
-    model.write_mode(stream.get());
-    std::string text(static_cast<std::size_t>(std::ftell(stream.get())), ' ');
-    std::rewind(stream.get());
-    text.resize(std::fread(text.data(), 1, text.size(), stream.get()));
-    return text;
+    return written([&](FILE* stream) { model.write_mode(stream); });
 }
 
-/// Reads a file into the model and returns what that has left of it.
+/// Reads a file into the model and returns the text behind what that consumes.
 inline std::string read_file(TMOD3D& model, const std::string& text) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::tmpfile(), std::fclose);
-    std::fputs(text.c_str(), stream.get());
-    std::rewind(stream.get());
-    model.read_mode(stream.get());
-    return text.substr(static_cast<std::size_t>(std::ftell(stream.get())));
+    return rest_after(text, [&](FILE* stream) { model.read_mode(stream); });
 }
 
 /// Every face is a triangle over three edges, and each of its sides is run along once by one other
@@ -74,9 +75,9 @@ inline std::string read_file(TMOD3D& model, const std::string& text) {
 inline void expect_closed(const TMOD3D& model, int euler_number) {
     std::map<std::pair<int, int>, int> sides;
     for (const POLY3D& face : model.polys) {
-        ASSERT_EQ(text_of("%g", face.verts.GetSize(), face.lines.GetSize(),
-                          face.neighbour_faces.GetSize()),
-                  "3 3 3 ");
+        ASSERT_EQ(face.verts.GetSize(), 3);
+        ASSERT_EQ(face.lines.GetSize(), 3);
+        ASSERT_EQ(face.neighbour_faces.GetSize(), 3);
         for (int k = 0; k < 3; ++k) {
             ++sides[{face.verts[k], face.verts[(k + 1) % 3]}];
             LINE3D line = model.lines[face.lines[k]];

@@ -3,33 +3,20 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "korvel/body/tmod3d.h"
+#include "tests/support/lists.h"
+#include "tests/support/same_state.h"
+#include "tests/support/streams.h"
 
 namespace korvel::test {
 
-using Ints = std::vector<int>;
-using Point = std::array<double, 3>;
-
-inline Ints ints(const CArray<int>& list) {
-    return Ints(list.begin(), list.end());
-}
-
-inline Point point(const double* p) {
-    return {p[0], p[1], p[2]};
-}
-
 /// A model from the text of its file.
 inline TMOD3D model_of(const std::string& text) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::tmpfile(), std::fclose);
-    std::fputs(text.c_str(), stream.get());
-    std::rewind(stream.get());
     TMOD3D model;
-    model.read_mode(stream.get());
+    model.read_mode(stream_of(text).get());
     return model;
 }
 
@@ -53,15 +40,34 @@ inline TMOD3D starter(int kind, int rounds, Point size = {2, 2, 2}, Point centre
     return model;
 }
 
-/// Everything that is derived, from the start: the edges of the faces from `first_face` on and, if
-/// `chained`, their chains of vertices by the faces' own searches, then the passes over the model.
-inline TMOD3D rebuilt(TMOD3D model, int first_face, bool chained) {
-    for (int f = first_face; f < model.polys.GetSize(); ++f) {
+/// Orients the bodies from `first_body` on, as if they were all.
+inline void orient_from(TMOD3D& model, int first_body) {
+    TMOD3D added = model;
+    added.bodies.RemoveAt(0, first_body);
+    added.comput_mode_aux_parm();
+    for (int f = 0; f < model.polys.GetSize(); ++f) {
+        model.polys[f].verts.Copy(added.polys[f].verts);
+    }
+}
+
+/// From where `rebuilt` starts.
+struct Rebuild {
+    int first_face = 0;        ///< edges are found for this face and those behind it
+    bool chained = true;       ///< puts their chains in order by the faces' own searches
+    int first_added_body = -1; ///< bodies from here on are oriented on their own first
+};
+
+/// The model with everything that is derived, from the start.
+inline TMOD3D rebuilt(TMOD3D model, const Rebuild& how = {}) {
+    for (int f = how.first_face; f < model.polys.GetSize(); ++f) {
         model.polys[f].find_side(model.lines);
     }
-    for (int f = first_face; chained && f < model.polys.GetSize(); ++f) {
+    for (int f = how.first_face; how.chained && f < model.polys.GetSize(); ++f) {
         model.polys[f].line_to_vert(model.lines);
         model.polys[f].vert_to_line(model.lines);
+    }
+    if (how.first_added_body >= 0) {
+        orient_from(model, how.first_added_body);
     }
     model.comput_mode_aux_parm();
     model.model_wrap_cuboid();
@@ -70,33 +76,52 @@ inline TMOD3D rebuilt(TMOD3D model, int first_face, bool chained) {
     return model;
 }
 
-/// A model's lists, and its numbers to six decimals.
-inline std::string shape_of(const TMOD3D& model) {
-    std::ostringstream text;
-    const auto add = [&](const auto& numbers) {
-        for (const double x : numbers) {
-            text << std::round(x * 1e6) / 1e6 + 0.0 << ' ';
-        }
-        text << "; ";
-    };
-    for (const VERT3D& v : model.verts) {
-        add(v.model_xyz), add(v.view_xyz);
-        add(v.faces), add(v.lines), add(v.neighbours), add(v.bodies);
+/// Numbers are the same to six decimals, those above 1 to six digits.
+struct SixDecimals {
+    static bool are_same(double a, double b) {
+        return a == b || std::fabs(a - b) <= 1e-6 * std::max(1.0, std::fabs(b)) ||
+               (std::isnan(a) && std::isnan(b));
     }
-    for (const LINE3D& e : model.lines) {
-        add(Point{double(e.start_vert), double(e.end_vert), e.length});
-        add(e.line_2d_eqt), add(e.faces), add(e.bodies);
-    }
-    for (const POLY3D& f : model.polys) {
-        add(f.plane), add(f.rotated_plane), add(Ints{f.state_flags & 16});
-        add(f.verts), add(f.lines), add(f.neighbour_faces), add(f.bodies);
-    }
-    for (const BODY3D& b : model.bodies) {
-        add(Point{b.volume});
-        add(b.polys), add(b.lines), add(b.verts), add(b.neighbour_bodies);
-    }
-    add(model.wrap_cuboid), add(model.view_bounds), add(model.rotated_corners[6]);
-    return text.str();
+};
+
+constexpr auto members_of(SixDecimals, const VERT3D*) {
+    return std::tuple(KORVEL_MEMBER(VERT3D, model_xyz), KORVEL_MEMBER(VERT3D, view_xyz),
+                      KORVEL_MEMBER(VERT3D, faces), KORVEL_MEMBER(VERT3D, lines),
+                      KORVEL_MEMBER(VERT3D, neighbours), KORVEL_MEMBER(VERT3D, bodies));
+}
+
+constexpr auto members_of(SixDecimals, const LINE3D*) {
+    return std::tuple(KORVEL_MEMBER(LINE3D, start_vert), KORVEL_MEMBER(LINE3D, end_vert),
+                      KORVEL_MEMBER(LINE3D, length), KORVEL_MEMBER(LINE3D, line_2d_eqt),
+                      KORVEL_MEMBER(LINE3D, faces), KORVEL_MEMBER(LINE3D, bodies));
+}
+
+constexpr auto members_of(SixDecimals, const POLY3D*) {
+    return std::tuple(
+        KORVEL_MEMBER(POLY3D, plane), KORVEL_MEMBER(POLY3D, rotated_plane),
+        KORVEL_MEMBER(POLY3D, verts), KORVEL_MEMBER(POLY3D, lines),
+        KORVEL_MEMBER(POLY3D, neighbour_faces), KORVEL_MEMBER(POLY3D, bodies),
+        std::pair("faces_viewer", [](const POLY3D& face) { return face.state_flags & 16; }));
+}
+
+constexpr auto members_of(SixDecimals, const BODY3D*) {
+    return std::tuple(KORVEL_MEMBER(BODY3D, volume), KORVEL_MEMBER(BODY3D, polys),
+                      KORVEL_MEMBER(BODY3D, lines), KORVEL_MEMBER(BODY3D, verts),
+                      KORVEL_MEMBER(BODY3D, neighbour_bodies));
+}
+
+constexpr auto members_of(SixDecimals, const TMOD3D*) {
+    return std::tuple(KORVEL_MEMBER(TMOD3D, verts), KORVEL_MEMBER(TMOD3D, lines),
+                      KORVEL_MEMBER(TMOD3D, polys), KORVEL_MEMBER(TMOD3D, bodies),
+                      KORVEL_MEMBER(TMOD3D, wrap_cuboid), KORVEL_MEMBER(TMOD3D, view_bounds),
+                      KORVEL_MEMBER(TMOD3D, rotated_corners));
+}
+
+/// For `EXPECT_PRED_FORMAT2(same_shape, actual, expected)`: a model's lists, and its numbers to six
+/// decimals. A failure names the first member that differs, and both values.
+inline testing::AssertionResult same_shape(const char* actual_name, const char* expected_name,
+                                           const TMOD3D& actual, const TMOD3D& expected) {
+    return same_under(SixDecimals(), actual_name, expected_name, actual, expected);
 }
 
 } // namespace korvel::test

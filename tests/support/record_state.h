@@ -7,6 +7,8 @@
 #include <string>
 
 #include "korvel/geometry/poly3d.h"
+#include "tests/support/lists.h"
+#include "tests/support/same_state.h"
 
 namespace korvel::test {
 
@@ -33,27 +35,29 @@ std::string text_of(const char* real_format, const Values&... values) {
     return text;
 }
 
-// Every member of a record, every bit of it.
-
-inline std::string state_of(const VERT3D& v) {
-    return text_of("%a", v.model_xyz, v.backup_xyz, v.temp_view_xyz, v.view_xyz, v.spare_int_1,
-                   v.spare_int_2, v.state_flags, v.spare_int_3, v.faces, v.lines, v.neighbours,
-                   v.bodies);
-}
-inline std::string state_of(const LINE3D& e) {
-    return text_of("%a", e.start_vert, e.end_vert, e.state_flags, e.direction, e.length,
-                   e.line_2d_eqt, e.main_axis, e.faces, e.bodies);
-}
-inline std::string state_of(const POLY3D& f) {
-    return text_of("%a", f.verts, f.lines, f.neighbour_faces, f.bodies, f.area, f.plane,
-                   f.main_axis, f.rotated_plane, f.state_flags);
+constexpr auto members_of(EveryBit, const VERT3D*) {
+    return std::tuple(KORVEL_MEMBER(VERT3D, model_xyz), KORVEL_MEMBER(VERT3D, backup_xyz),
+                      KORVEL_MEMBER(VERT3D, temp_view_xyz), KORVEL_MEMBER(VERT3D, view_xyz),
+                      KORVEL_MEMBER(VERT3D, spare_int_1), KORVEL_MEMBER(VERT3D, spare_int_2),
+                      KORVEL_MEMBER(VERT3D, state_flags), KORVEL_MEMBER(VERT3D, spare_int_3),
+                      KORVEL_MEMBER(VERT3D, faces), KORVEL_MEMBER(VERT3D, lines),
+                      KORVEL_MEMBER(VERT3D, neighbours), KORVEL_MEMBER(VERT3D, bodies));
 }
 
-inline void set_ints(CArray<int>& list, std::initializer_list<int> values) {
-    list.RemoveAll();
-    for (const int value : values) {
-        list.Add(value);
-    }
+constexpr auto members_of(EveryBit, const LINE3D*) {
+    return std::tuple(KORVEL_MEMBER(LINE3D, start_vert), KORVEL_MEMBER(LINE3D, end_vert),
+                      KORVEL_MEMBER(LINE3D, state_flags), KORVEL_MEMBER(LINE3D, direction),
+                      KORVEL_MEMBER(LINE3D, length), KORVEL_MEMBER(LINE3D, line_2d_eqt),
+                      KORVEL_MEMBER(LINE3D, main_axis), KORVEL_MEMBER(LINE3D, faces),
+                      KORVEL_MEMBER(LINE3D, bodies));
+}
+
+constexpr auto members_of(EveryBit, const POLY3D*) {
+    return std::tuple(KORVEL_MEMBER(POLY3D, verts), KORVEL_MEMBER(POLY3D, lines),
+                      KORVEL_MEMBER(POLY3D, neighbour_faces), KORVEL_MEMBER(POLY3D, bodies),
+                      KORVEL_MEMBER(POLY3D, area), KORVEL_MEMBER(POLY3D, plane),
+                      KORVEL_MEMBER(POLY3D, main_axis), KORVEL_MEMBER(POLY3D, rotated_plane),
+                      KORVEL_MEMBER(POLY3D, state_flags));
 }
 
 /// Vertices with the same model and view coordinates.
@@ -68,7 +72,7 @@ inline void set_verts(CArray<VERT3D, VERT3D&>& verts,
     }
 }
 
-inline POLY3D face_of(std::initializer_list<int> verts, std::initializer_list<int> lines = {}) {
+inline POLY3D face_of(const Ints& verts, const Ints& lines = {}) {
     POLY3D face;
     set_ints(face.verts, verts);
     set_ints(face.lines, lines);

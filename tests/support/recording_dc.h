@@ -9,7 +9,7 @@
 
 namespace korvel::test {
 
-/// A drawing surface that writes down the calls it gets, one line each.
+/// A device context that records each call as a line of text.
 class RecordingDC : public CDC {
 public:
     mutable std::vector<std::string> calls;
@@ -52,13 +52,13 @@ public:
         return 1;
     }
     BOOL Polygon(const POINT* points, int count) override {
-        note("polygon", places(points, count));
+        note("polygon", positions(points, count));
         return 1;
     }
     BOOL PolyPolygon(const POINT* points, const int* counts, int polygons) override {
         note("polygons");
         for (int i = 0; i < polygons; points += counts[i++]) {
-            calls.back() += places(points, counts[i]) + ";";
+            calls.back() += positions(points, counts[i]) + ";";
         }
         return 1;
     }
@@ -77,7 +77,7 @@ private:
     static std::string rgb(COLORREF colour) {
         return text(+GetRValue(colour), "-", +GetGValue(colour), "-", +GetBValue(colour));
     }
-    static std::string places(const POINT* points, int count) {
+    static std::string positions(const POINT* points, int count) {
         std::string all;
         for (int k = 0; k < count; ++k) {
             all += text(" ", points[k].x, ",", points[k].y);

@@ -10,7 +10,7 @@
 
 namespace korvel::test {
 
-/// A directory of its own for each test, gone afterwards.
+/// A temporary directory for each test, removed afterwards.
 class Scratch : public testing::Test {
 protected:
     Scratch() {
@@ -37,6 +37,16 @@ protected:
     }
 
     std::filesystem::path directory_;
+};
+
+/// The same, as the current directory.
+class ScratchAsCurrent : public Scratch {
+protected:
+    ScratchAsCurrent() { std::filesystem::current_path(directory_); }
+    ~ScratchAsCurrent() override { std::filesystem::current_path(before_); }
+
+private:
+    std::filesystem::path before_ = std::filesystem::current_path();
 };
 
 } // namespace korvel::test
