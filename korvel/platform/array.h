@@ -13,19 +13,21 @@
 
 /// A growable array of values with an explicit size, counted in `int`.
 ///
-/// TYPE is the element, ARG_TYPE how an element is handed in (`const TYPE&`, `TYPE&`, `TYPE&&`).
+/// TYPE is the element, ARG_TYPE how an element is passed (`const TYPE&`, `TYPE&`, `TYPE&&`).
 /// New slots are value-initialised: numbers are 0, pointers null, records default-constructed.
 /// The array moves but does not copy; `Copy` and `Append` copy elements explicitly.
 ///
-/// Room for more elements is made in steps: by the growth step if one was set, else by one eighth
-/// of the present size, but at least 4 and at most 1024 elements. An array without storage gets
-/// exactly what is asked for, or one growth step if that is more. An empty array that was never
-/// filled, or that was emptied by `RemoveAll` or `SetSize(0)`, holds no storage.
+/// The storage grows by the growth step (4 elements if none was set) or by one eighth of the size,
+/// from 8192 elements on by half of it, whichever is more: appending one element costs amortised
+/// constant time, and small arrays have little storage that they do not use. An array without
+/// storage gets exactly what is asked for, or one growth step if that is more. An empty array that
+/// was never filled, or that was emptied by `RemoveAll` or `SetSize(0)`, has no storage.
 ///
-/// Pointers and references to elements hold until the array gets new storage. Storage of a few
-/// bytes, which three ints need, stands in the array itself; pointers into it end when the array is
-/// moved. A value handed to `SetAtGrow`, `Add` or `InsertAt` may be an element of the same array. A
-/// call that runs out of memory throws std::bad_alloc and leaves an array that can be used on.
+/// Pointers and references to elements are valid until the array gets new storage. Up to 12 bytes
+/// of plain data, such as three ints, are stored in the array itself; pointers to these are valid
+/// until the array is moved. A value passed to `SetAtGrow`, `Add` or `InsertAt` may be an element
+/// of the same array. A call that runs out of memory throws std::bad_alloc and leaves the array
+/// valid, with the elements it had.
 template <class TYPE, class ARG_TYPE = const TYPE&>
 class CArray {
 public:
@@ -193,7 +195,7 @@ public:
 
 private:
     // Plain data may be moved as bytes: the C heap can then often enlarge a large block without
-    // copying it, which keeps appending one by one cheap in spite of the small fixed steps.
+    // copying it.
     static constexpr bool is_plain() {
         return std::is_trivially_copyable_v<TYPE> && alignof(TYPE) <= alignof(std::max_align_t);
     }
@@ -254,7 +256,9 @@ private:
             set_capacity(std::max(new_size, grow_by_));
             return;
         }
-        const int step = grow_by_ > 0 ? grow_by_ : std::clamp(size_ / 8, 4, 1024);
+        constexpr int large = 8192;
+        const int step =
+            std::max(grow_by_ > 0 ? grow_by_ : 4, size_ < large ? size_ / 8 : size_ / 2);
         const int stepped = step > std::numeric_limits<int>::max() - capacity_
                                 ? std::numeric_limits<int>::max()
                                 : capacity_ + step;
