@@ -87,6 +87,8 @@ bool winding_encloses(int n, Corner corner) {
         }
         const double dot = dot_product(a, b);
         const double cross = cross_product(a, b);
+        bool passes_ahead_upward = cross > 0; // if it passes the line y = 0 at all
+        bool passes_ahead_downward = cross < 0;
         if (!(std::fabs(cross) > nearly_parallel * std::fabs(dot))) {
             if (!(dot > 0)) {
                 return plain_winding_encloses(n, corner);
@@ -94,13 +96,14 @@ bool winding_encloses(int n, Corner corner) {
             if (!(angle_cosine(a, b) <= 1)) {
                 return false;
             }
+            // The cross may underflow here. Ends on both sides of y = 0 have a positive dot only
+            // where both are ahead of the point or both behind it.
+            passes_ahead_upward = passes_ahead_downward = b.x > 0;
         }
-        // Both products of the cross have one sign where a side passes the ray through y = 0, so
-        // its sign is certain there however small it is.
         if (a.y < 0 && b.y >= 0) {
-            turns += cross > 0 ? 1 : 0;
+            turns += passes_ahead_upward ? 1 : 0;
         } else if (a.y >= 0 && b.y < 0) {
-            turns -= cross < 0 ? 1 : 0;
+            turns -= passes_ahead_downward ? 1 : 0;
         }
         a = b;
     }
