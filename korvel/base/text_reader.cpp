@@ -58,6 +58,27 @@ bool TextReader::read(float& target) {
     return take_ready(target) || take(target);
 }
 
+int TextReader::believable_records(long long declared, int least_bytes) {
+    constexpr long long always_believed = 65536;
+    constexpr long long longest = std::numeric_limits<int>::max();
+    if (declared <= always_believed) {
+        return static_cast<int>(std::max<long long>(declared, 0));
+    }
+    const bool fits = declared <= longest && declared <= bytes_left() / least_bytes;
+    return static_cast<int>(fits ? declared : always_believed);
+}
+
+/// From the present position to the end of the stream; 0 where the stream cannot be positioned.
+long long TextReader::bytes_left() {
+    const long here = std::ftell(stream_);
+    if (here < 0 || std::fseek(stream_, 0, SEEK_END) != 0) {
+        return 0;
+    }
+    const long end = std::ftell(stream_);
+    std::fseek(stream_, here, SEEK_SET);
+    return end - here;
+}
+
 bool TextReader::read(long long declared, std::vector<int>& numbers) {
     return read_all(declared, numbers);
 }

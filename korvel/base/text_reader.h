@@ -42,8 +42,14 @@ public:
         return true;
     }
 
-    /// Appends to `numbers` as many as are declared, or as many as stand in the stream; false for
-    /// less. A count is believed only as far as the stream can bear it.
+    /// How many of the declared records a reader makes before it reads them: all, unless that is
+    /// more than 65,536 and more than the rest of the stream can hold. Then, and in a stream that
+    /// cannot be positioned, it is 65,536. A negative count gives 0. `least_bytes` is the length of
+    /// the shortest text of one record, white space included: 2 for a number.
+    int believable_records(long long declared, int least_bytes);
+
+    /// Appends to `numbers` as many as are declared, or as many as the stream contains; false for
+    /// fewer. Memory grows with what is read.
     bool read(long long declared, std::vector<int>& numbers);
     bool read(long long declared, std::vector<float>& numbers);
 
@@ -56,6 +62,7 @@ private:
         bool is_plain = true; ///< digits and a point, nothing else
     };
 
+    long long bytes_left();
     template <class Number>
     bool read_all(long long declared, std::vector<Number>& numbers);
 
@@ -80,6 +87,42 @@ private:
     bool takes_reals_ = false;      ///< the decimal point is a full stop
     std::string text_;              ///< of the number in hand
 };
+
+/// Sizes `list` to the declared count and calls `read_one(record)` for each record. What is not
+/// read keeps its value: that of the record which the list contained before, or zero. `read_one`
+/// returns whether it has read anything; a count beyond `TextReader::believable_records` is reached
+/// only as long as it has.
+template <class List, class ReadOne>
+void read_declared_records(TextReader& reader, int declared, int least_bytes, List& list,
+                           ReadOne read_one) {
+    const int believable = reader.believable_records(declared, least_bytes);
+    list.SetSize(believable);
+    for (int i = 0; i < believable; ++i) {
+        read_one(list[i]);
+    }
+    for (int i = believable; i < declared; ++i) {
+        if (i == list.GetSize()) {
+            list.SetSize(static_cast<int>(std::min<long long>(declared, 2LL * i)));
+        }
+        if (!read_one(list[i])) {
+            list.SetSize(i);
+            return;
+        }
+    }
+}
+
+/// Reads a count, sizes `list` to it and reads that many integers, as far as the stream contains
+/// them. False, with the list as it was, where there is no count.
+inline bool read_declared_ints(TextReader& reader, CArray<int>& list) {
+    constexpr int least_bytes = 2;
+    int count = 0;
+    if (!reader.read(count)) {
+        return false;
+    }
+    read_declared_records(reader, count, least_bytes, list,
+                          [&](int& value) { return reader.read(value); });
+    return true;
+}
 
 /// How much of a record stood in the stream.
 enum class Progress { nothing, part, all };

@@ -1,54 +1,68 @@
-// The section file. What the writer gives and what the reader takes differ, on purpose: the
-// reader's files name two axes and give two coordinates a vertex, the writer's give three.
+// The section file. The writer's format and the reader's differ, on purpose: the reader's files
+// name two axes and contain two coordinates per vertex, the writer's contain three.
 
-#include <algorithm>
 #include <cstdio>
 
 #include "korvel/base/text_reader.h"
 #include "korvel/section/tmod2d.h"
 
-using korvel::Progress;
+using korvel::TextReader;
+
+namespace {
+
+bool read_vertex(TextReader& reader, const int (&axes)[2], VERT3D& vert);
+
+template <class Record>
+void read_lists(TextReader& reader, CArray<Record, Record&>& records, CArray<int> Record::*list);
+
+} // namespace
 
 void TMOD2D::readdate(FILE* stream) {
+    constexpr int least_vertex = 4; // bytes, for two reals
     if (stream == nullptr) {
         return;
     }
-    korvel::TextReader reader(stream);
+    TextReader reader(stream);
     int vertices = 0;
     if (!reader.read(vertices) || vertices < 0) {
         return;
     }
     int axes[2] = {};
-    const bool has_axes = reader.read(axes[0]) && reader.read(axes[1]);
-    // A coordinate along anything but x, y or z is read and dropped.
-    const auto read_coordinate = [&](VERT3D& vert, int axis) {
+    if (reader.read(axes[0])) {
+        reader.read(axes[1]);
+    }
+    korvel::read_declared_records(reader, vertices, least_vertex, verts,
+                                  [&](VERT3D& vert) { return read_vertex(reader, axes, vert); });
+    read_lists(reader, polys, &POLY3D::verts);
+    read_lists(reader, groups, &POLY3D_CPLX::polys);
+}
+
+namespace {
+
+/// Reads two coordinates; one along anything but x, y or z is dropped.
+bool read_vertex(TextReader& reader, const int (&axes)[2], VERT3D& vert) {
+    bool has_read = false;
+    for (const int axis : axes) {
         double dropped = 0;
-        return reader.read(axis >= 0 && axis < 3 ? vert.model_xyz[axis] : dropped);
-    };
-    const auto read_vertex = [&](VERT3D& vert) {
-        if (!has_axes || !read_coordinate(vert, axes[0])) {
-            return Progress::nothing;
-        }
-        return read_coordinate(vert, axes[1]) ? Progress::all : Progress::part;
-    };
-    const auto read_faces = [&] {
-        int faces = 0;
-        return reader.read(faces) &&
-               (faces < 1 || korvel::read_records(faces, polys, [&](POLY3D& face) {
-                    return korvel::read_counted_ints(reader, face.verts);
-                }));
-    };
-    const auto read_groups = [&] {
-        int count = 0;
-        return reader.read(count) &&
-               (count < 1 || korvel::read_records(count, groups, [&](POLY3D_CPLX& group) {
-                    return korvel::read_counted_ints(reader, group.polys);
-                }));
-    };
-    if (korvel::read_records(vertices, verts, read_vertex) && read_faces()) {
-        read_groups();
+        has_read |= reader.read(axis >= 0 && axis < 3 ? vert.model_xyz[axis] : dropped);
+    }
+    return has_read;
+}
+
+/// Reads a count and then one list of integers for each record; a count below 1 leaves the records
+/// as they are.
+template <class Record>
+void read_lists(TextReader& reader, CArray<Record, Record&>& records, CArray<int> Record::*list) {
+    constexpr int least_list = 2; // bytes, for a count
+    int count = 0;
+    if (reader.read(count) && count > 0) {
+        korvel::read_declared_records(reader, count, least_list, records, [&](Record& record) {
+            return korvel::read_declared_ints(reader, record.*list);
+        });
     }
 }
+
+} // namespace
 
 void TMOD2D::writedate(FILE* stream) {
     if (stream == nullptr) {

@@ -110,6 +110,58 @@ TEST(TextReader, RoundsOnce) {
     }
 }
 
+TEST(TextReader, BelievesCountsThatTheStreamCanHold) {
+    const std::string zeros = [] {
+        std::string text;
+        for (int i = 0; i < 100000; ++i) {
+            text += "0 ";
+        }
+        return text;
+    }();
+    const Stream stream = stream_of("7 " + zeros);
+    korvel::TextReader reader(stream.get());
+    int value = 0;
+    ASSERT_TRUE(reader.read(value));
+    struct Case {
+        long long declared;
+        int least_bytes;
+        int believed;
+    };
+    for (const Case& c : {Case{-1, 2, 0},
+                          {0, 2, 0},
+                          {65536, 1 << 20, 65536},
+                          {100000, 2, 100000},
+                          {100001, 2, 65536},
+                          {65537, 4, 65536},
+                          {1LL << 40, 2, 65536}}) {
+        EXPECT_EQ(reader.believable_records(c.declared, c.least_bytes), c.believed) << c.declared;
+    }
+    ASSERT_TRUE(reader.read(value)); // the position is kept
+    EXPECT_EQ(value, 0);
+    EXPECT_EQ(std::ftell(stream.get()), 3);
+}
+
+TEST(TextReader, ReadsLongListsFromPipes) {
+    struct Case {
+        const char* command;
+        int believed;
+        int size;
+    };
+    for (const Case& c : {Case{"echo 100000; seq 100000", 65536, 100000},
+                          {"echo 100000; seq 70000", 65536, 70000},
+                          {"echo 100000; seq 5", 65536, 65536}}) {
+        const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(c.command, "r"), pclose);
+        korvel::TextReader reader(pipe.get());
+        EXPECT_EQ(reader.believable_records(100000, 2), c.believed);
+        CArray<int> list;
+        list.Add(-1);
+        EXPECT_TRUE(korvel::read_declared_ints(reader, list));
+        ASSERT_EQ(list.GetSize(), c.size) << c.command;
+        EXPECT_EQ(list[4], 5);
+        EXPECT_EQ(list[c.size - 1], c.size == 65536 ? 0 : c.size) << c.command;
+    }
+}
+
 TEST(TextReader, LeavesAPipeBehindTheNumber) {
     const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen("printf ' 12-3.5e1x\\n'", "r"), pclose);
     {

@@ -46,45 +46,77 @@ std::string file_of(TMOD2D model) {
     return korvel::test::written([&](FILE* stream) { model.writedate(stream); });
 }
 
-/// The model in short: vertices / faces / groups.
-std::string content(const TMOD2D& model) {
+/// One list of each record, each ended by a semicolon.
+std::string text_of(const auto& records, auto list) {
     std::ostringstream text;
-    const auto add_all = [&](const auto& records, auto list) {
-        for (const auto& record : records) {
-            for (const auto value : record.*list) {
-                text << value << ' ';
-            }
-            text << "; ";
+    for (const auto& record : records) {
+        for (const auto value : record.*list) {
+            text << value << ' ';
         }
-    };
-    add_all(model.verts, &VERT3D::model_xyz);
-    add_all(model.polys, (text << "/ ", &POLY3D::verts));
-    add_all(model.groups, (text << "/ ", &POLY3D_CPLX::polys));
+        text << "; ";
+    }
     return text.str();
 }
 
+struct SectionFile {
+    std::string text;
+    std::string verts; ///< expected, each vertex and list ended by a semicolon
+    std::string faces = "0 ; ";
+    std::string groups = "0 0 ; ";
+};
+
+// Read into a model with the vertex (0, 8, 9), the face 0 and the group 0 0.
 TEST(SectionFile, Reading) {
     const TMOD2D old = read("1 1 2 8 9 1 1 0 1 2 0 0");
-    const std::string kept = "/ 0 ; / 0 0 ; ";
     const std::string triangle = "3 0 1 0 0 10 0 0 10 ";
     const std::string corners = "0 0 9 ; 10 0 0 ; 0 10 0 ; ";
-    const std::pair<std::string, std::string> cases[] = {
-        {triangle + "1 3 0 1 2 1 1 0", corners + "/ 0 1 2 ; / 0 ; "},
-        {"2\n0 2\n1 2 3 4 2 0 1 6 0", "1 8 2 ; 3 0 4 ; / ; 6 ; / 0 0 ; "},
-        {"1 2 2 5 6 0 -1", "0 8 6 ; " + kept}, // the second real overwrites the first
-        {"1 3 -1 5 6 0 0", "0 8 9 ; " + kept}, // there are no such axes
-        {"0 0 1 0 0", kept},
-        {"-1 0 1 5 6 0 0", "0 8 9 ; " + kept},
-        {"3 0 .5 6 7 8", kept}, // what was not read is not there
-        {"3 0 1 5 6 7 x", "5 6 9 ; 7 0 0 ; " + kept},
-        {triangle + "2 -5 2147483647 1", corners + "/ ; 1 ; / 0 0 ; "},
-        {triangle + "0 2147483647 1 4 2 5", corners + "/ 0 ; / 4 ; 5 ; "},
-        {"2147483647 0 1 1 2", "1 2 9 ; " + kept},
+    const SectionFile files[] = {
+        {triangle + "1 3 0 1 2 1 1 0", corners, "0 1 2 ; ", "0 ; "},
+        {"2\n0 2\n1 2 3 4 2 0 1 6 0", "1 8 2 ; 3 0 4 ; ", "; 6 ; "},
+        {"1 2 2 5 6 0 -1", "0 8 6 ; "}, // the second real overwrites the first
+        {"1 3 -1 5 6 0 0", "0 8 9 ; "}, // there are no such axes
+        {"0 0 1 0 0", ""},
+        {"-1 0 1 5 6 0 0", "0 8 9 ; "},
+        {triangle + "2 -5 3 1 4 2", corners, "; 1 4 2 ; "},
     };
-    for (const auto& [text, expected] : cases) {
-        EXPECT_EQ(content(read(text, old)), expected) << text;
+    for (const SectionFile& file : files) {
+        const TMOD2D model = read(file.text, old);
+        EXPECT_EQ(text_of(model.verts, &VERT3D::model_xyz), file.verts) << file.text;
+        EXPECT_EQ(text_of(model.polys, &POLY3D::verts), file.faces) << file.text;
+        EXPECT_EQ(text_of(model.groups, &POLY3D_CPLX::polys), file.groups) << file.text;
     }
     EXPECT_EQ(read("1 0 1 0.1 0").verts[0].model_xyz[0], 0.1F); // single precision
+}
+
+// Lists have the declared size. What is not read keeps its value, or is zero.
+TEST(SectionFile, ReadingOfShortFiles) {
+    const TMOD2D old = read("2 0 1 8 9 6 7 2 3 4 4 4 1 5 1 2 3 3");
+    const std::string kept = "8 9 0 ; 6 7 0 ; ";
+    const SectionFile files[] = {
+        {"", kept, "4 4 4 ; 5 ; ", "3 3 ; "},
+        {"3 0 1 5 x", "5 9 0 ; 6 7 0 ; 0 0 0 ; ", "4 4 4 ; 5 ; ", "3 3 ; "},
+        {"2 0 1 1 2 - 3 4 -1", "1 2 0 ; 6 3 0 ; ", "; 5 ; ; ; ", "3 3 ; "}, // skips the sign
+        {"2 2 .5 1 2 3", "1 9 0.5 ; 3 7 2 ; ", "4 4 4 ; 5 ; ", "3 3 ; "},   // no second axis
+        {"1 0 1 1 2 3 4 0 1", "1 2 0 ; ", "0 1 4 0 ; 5 ; ; ", "3 3 ; "},
+        {"1 0 1 1 2 1 1 0 3 1 7 2", "1 2 0 ; ", "0 ; ", "7 ; 0 0 ; ; "},
+    };
+    for (const SectionFile& file : files) {
+        const TMOD2D model = read(file.text, old);
+        EXPECT_EQ(text_of(model.verts, &VERT3D::model_xyz), file.verts) << file.text;
+        EXPECT_EQ(text_of(model.polys, &POLY3D::verts), file.faces) << file.text;
+        EXPECT_EQ(text_of(model.groups, &POLY3D_CPLX::polys), file.groups) << file.text;
+    }
+}
+
+TEST(SectionFile, CountsBeyondTheFileAreNotBelieved) {
+    TMOD2D model = read("2147483647 0 1 1 2");
+    EXPECT_EQ(model.verts.GetSize(), 65536);
+    EXPECT_EQ(model.verts[0].model_xyz[1], 2);
+    model = read("1 0 1 1 2 65537 2147483647 1 3");
+    EXPECT_EQ(model.polys.GetSize(), 65536);
+    EXPECT_EQ(model.polys[0].verts.GetSize(), 65536);
+    EXPECT_EQ(model.polys[0].verts[1], 3);
+    EXPECT_EQ(model.polys[1].verts.GetSize(), 0);
 }
 
 TEST(SectionFile, WrittenBytes) {
