@@ -18,23 +18,10 @@ struct FaceColour {
     float b;
 };
 
-/// The body's hue and saturation in a lightness that follows the face's turn towards the viewer;
-/// the body's own lightness is not drawn with.
-FaceColour face_colour(const BODY3D& body, const POLY3D& face) {
-    constexpr float per_turn = 0.6F;
-    constexpr float edge_on = 0.2F;
-    // In double from the two single constants, then rounded; there is no upper clamp.
-    auto lightness = static_cast<float>(face.rotated_plane[2] * per_turn + edge_on);
-    if (lightness < 0) {
-        lightness = 0;
-    }
-    FaceColour colour{};
-    CMYColor().HLSToRGBf(static_cast<float>(body.hue), lightness,
-                         static_cast<float>(body.saturation), colour.r, colour.g, colour.b);
-    return colour;
-}
+FaceColour face_colour(const BODY3D& body, const POLY3D& face);
+void draw_corners(TMOD3D& model, GLenum primitive, std::initializer_list<int> corners);
 
-/// Calls `draw(body, face)` for the faces of one body after the other, shared ones once for each.
+/// Calls `draw(body, face)` for the faces of each body; a shared face once for each of its bodies.
 template <class Draw>
 void for_each_body_face(TMOD3D& model, Draw draw) {
     for (const BODY3D& body : model.bodies) {
@@ -44,15 +31,6 @@ void for_each_body_face(TMOD3D& model, Draw draw) {
             }
         }
     }
-}
-
-void draw_corners(TMOD3D& model, GLenum primitive, std::initializer_list<int> corners) {
-    glBegin(primitive);
-    glColor3d(0, 0, 0);
-    for (const int corner : corners) {
-        glVertex3dv(model.rotated_corners[corner]);
-    }
-    glEnd();
 }
 
 } // namespace
@@ -72,7 +50,7 @@ void TMOD3D::gl_draw_orig_mbody() {
         const FaceColour colour = face_colour(body, face);
         glBegin(GL_POLYGON);
         glColor3f(colour.r, colour.g, colour.b);
-        glNormal3dv(face.rotated_plane); // turned, beside vertices that are not
+        glNormal3dv(face.rotated_plane); // in view coordinates, unlike the vertices
         face.gl_draw_orig_poly(&verts);
         glEnd();
     });
@@ -93,7 +71,8 @@ void TMOD3D::gl_draw_cuboid_line() {
 void TMOD3D::gl_draw_cuboid_plan() {}
 
 void TMOD3D::gl_draw_sel_vert() {
-    const int count = edit_state[korvel::gathered_vertex_count]; // it bounds, not the list's length
+    // The number in `edit_state` limits what is drawn, also when the list is longer.
+    const int count = edit_state[korvel::edit_gathered_vertices];
     if (count <= 0) {
         return;
     }
@@ -125,3 +104,32 @@ void TMOD3D::gl_draw_body_outlook() {
     }
     glEnd();
 }
+
+namespace {
+
+/// The body's hue and saturation, with a lightness that follows the angle between face and viewer.
+/// The body's own lightness is not used.
+FaceColour face_colour(const BODY3D& body, const POLY3D& face) {
+    constexpr float per_turn = 0.6F;
+    constexpr float edge_on = 0.2F;
+    // In double from the two single constants, then rounded; there is no upper clamp.
+    auto lightness = static_cast<float>(face.rotated_plane[2] * per_turn + edge_on);
+    if (lightness < 0) {
+        lightness = 0;
+    }
+    FaceColour colour{};
+    CMYColor().HLSToRGBf(static_cast<float>(body.hue), lightness,
+                         static_cast<float>(body.saturation), colour.r, colour.g, colour.b);
+    return colour;
+}
+
+void draw_corners(TMOD3D& model, GLenum primitive, std::initializer_list<int> corners) {
+    glBegin(primitive);
+    glColor3d(0, 0, 0);
+    for (const int corner : corners) {
+        glVertex3dv(model.rotated_corners[corner]);
+    }
+    glEnd();
+}
+
+} // namespace

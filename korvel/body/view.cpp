@@ -2,95 +2,73 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "korvel/base/indices.h"
 #include "korvel/body/derive/flat_model.h"
+#include "korvel/geometry/box_tree.h"
 #include "korvel/geometry/view_transform.h"
 
 using korvel::has_element;
 
 namespace {
 
-/// Widens the pairs (minimum, maximum) of three axes by a point.
-void widen(double* bounds, const double* point) {
-    for (int k = 0; k < 3; ++k) {
-        if (bounds[2 * k] > point[k]) {
-            bounds[2 * k] = point[k];
+/// Bounds of points, included one by one. The first point starts them, so that a coordinate of it
+/// that is not a number stays.
+class Bounds {
+public:
+    void include(const double* point) {
+        if (is_empty_) {
+            std::copy_n(point, 3, box_.low);
+            std::copy_n(point, 3, box_.high);
+            is_empty_ = false;
+        } else {
+            box_.include(point);
         }
-        if (bounds[2 * k + 1] < point[k]) {
-            bounds[2 * k + 1] = point[k];
-        }
     }
-}
+    bool is_empty() const { return is_empty_; }
+    const double* low() const { return box_.low; }
+    const double* high() const { return box_.high; }
 
-void start_bounds(double* bounds, const double* point) {
-    for (int k = 0; k < 3; ++k) {
-        bounds[2 * k] = bounds[2 * k + 1] = point[k];
-    }
-}
-
-/// Minimum, maximum and corners from the bounds; corner numbers count z fastest.
-void set_cuboid_corners(TMOD3D& model) {
-    for (int k = 0; k < 3; ++k) {
-        model.cuboid_min[k] = model.wrap_cuboid[2 * k];
-        model.cuboid_max[k] = model.wrap_cuboid[2 * k + 1];
-    }
-    for (int corner = 0; corner < 8; ++corner) {
-        const bool at_max[3] = {(corner & 4) != 0, (corner & 2) != 0, (corner & 1) != 0};
+    /// Writes minimum and maximum of x, of y and of z.
+    void write_pairs(double* pairs) const {
         for (int k = 0; k < 3; ++k) {
-            model.cuboid_corners[corner][k] = at_max[k] ? model.cuboid_max[k] : model.cuboid_min[k];
+            pairs[2 * k] = box_.low[k];
+            pairs[2 * k + 1] = box_.high[k];
         }
     }
-}
 
-/// Radius and corners from the bounds.
-void finish_wrap_cuboid(TMOD3D& model) {
-    double squares = 0;
-    for (int k = 0; k < 3; ++k) {
-        const double extent = model.wrap_cuboid[2 * k + 1] - model.wrap_cuboid[2 * k];
-        squares += extent * extent;
-    }
-    model.wrap_radius = 0.5 * std::sqrt(squares);
-    set_cuboid_corners(model);
-}
+private:
+    korvel::Box box_;
+    bool is_empty_ = true;
+};
 
-/// Moves the bounds of the turned vertices, and what else stands in the view, to their middle.
-void centre_view(TMOD3D& model) {
-    for (int k = 0; k < 3; ++k) {
-        model.view_center[k] = (model.view_bounds[2 * k] + model.view_bounds[2 * k + 1]) * 0.5;
-    }
-    for (int k = 0; k < 3; ++k) {
-        model.view_bounds[2 * k] -= model.view_center[k];
-        model.view_bounds[2 * k + 1] -= model.view_center[k];
-    }
-    model.roate_wrap_cuboid();
-}
+void centre_view(TMOD3D& model);
+void renew_equations(TMOD3D& model);
+void finish_wrap_cuboid(TMOD3D& model);
+void set_cuboid_corners(TMOD3D& model);
 
 } // namespace
-
-void TMOD3D::inti_vis_plan() {
-    // The second angle is handed in first.
-    rate_xyz_matrix(vis_angle_2, vis_angle_1, ant_matrix, rot_matrix, view_dir);
-}
 
 void TMOD3D::change_vis_parm() {
     inti_vis_plan();
     rotate_model();
 }
 
+void TMOD3D::inti_vis_plan() {
+    // The second angle comes first.
+    rate_xyz_matrix(vis_angle_2, vis_angle_1, ant_matrix, rot_matrix, view_dir);
+}
+
 void TMOD3D::rotate_model() {
     if (verts.IsEmpty()) {
         return;
     }
-    bool is_first = true;
+    Bounds bounds;
     for (VERT3D& vertex : verts) {
         vertex.rotate(rot_matrix);
-        if (std::exchange(is_first, false)) {
-            start_bounds(view_bounds, vertex.view_xyz);
-        }
-        widen(view_bounds, vertex.view_xyz);
+        bounds.include(vertex.view_xyz);
     }
+    bounds.write_pairs(view_bounds);
     centre_view(*this);
     for (VERT3D& vertex : verts) {
         vertex.trans_uvw_org(view_center);
@@ -101,19 +79,6 @@ void TMOD3D::rotate_model() {
     get_vis_poly();
 }
 
-void TMOD3D::ant_rotate_model() {
-    for (VERT3D& vertex : verts) {
-        vertex.ant_rotate(ant_matrix, view_center);
-    }
-    // Bounds, extents and visibility are left to the caller.
-    for (LINE3D& line : lines) {
-        line.set_line_eqt(verts);
-    }
-    for (POLY3D& face : polys) {
-        face.set_poly_eql(verts);
-    }
-}
-
 void TMOD3D::get_vis_poly() {
     for (POLY3D& face : polys) {
         face.get_rotated_poly_eql(verts);
@@ -121,21 +86,24 @@ void TMOD3D::get_vis_poly() {
     }
 }
 
+void TMOD3D::ant_rotate_model() {
+    for (VERT3D& vertex : verts) {
+        vertex.ant_rotate(ant_matrix, view_center);
+    }
+    renew_equations(*this); // bounds, extents and visibility are left to the caller
+}
+
 void TMOD3D::trans_model_orig(double* p) {
     // A copy, since p may be a point of this model.
     const double shift[3] = {p[0], p[1], p[2]};
     std::copy_n(shift, 3, orig); // replaced, not added to
+    std::copy_n(shift, 3, orig_shift);
     for (VERT3D& vertex : verts) {
         for (int k = 0; k < 3; ++k) {
             vertex.model_xyz[k] -= shift[k];
         }
     }
-    for (LINE3D& line : lines) {
-        line.set_line_eqt(verts);
-    }
-    for (POLY3D& face : polys) {
-        face.set_poly_eql(verts);
-    }
+    renew_equations(*this);
     // Before the model is turned, so the extents in the view are those of before the move.
     for (int b = 0; b < bodies.GetSize(); ++b) {
         get_body_span(b);
@@ -143,7 +111,6 @@ void TMOD3D::trans_model_orig(double* p) {
     for (int k = 0; k < 3; ++k) {
         wrap_cuboid[2 * k] -= shift[k];
         wrap_cuboid[2 * k + 1] -= shift[k];
-        orig_shift[k] = shift[k];
     }
     set_cuboid_corners(*this);
     rotate_model();
@@ -153,10 +120,11 @@ void TMOD3D::model_wrap_cuboid() {
     if (verts.IsEmpty()) {
         return;
     }
-    start_bounds(wrap_cuboid, verts[0].model_xyz);
+    Bounds bounds;
     for (const VERT3D& vertex : verts) {
-        widen(wrap_cuboid, vertex.model_xyz);
+        bounds.include(vertex.model_xyz);
     }
+    bounds.write_pairs(wrap_cuboid);
     finish_wrap_cuboid(*this);
 }
 
@@ -174,29 +142,22 @@ void TMOD3D::get_body_span(int i) {
         return;
     }
     BODY3D& body = bodies[i];
-    bool is_first = true;
-    double model_bounds[6] = {};
-    double seen_bounds[6] = {};
+    Bounds in_model;
+    Bounds in_view;
     for (const int v : body.verts) {
-        if (!has_element(verts, v)) {
-            continue;
+        if (has_element(verts, v)) {
+            in_model.include(verts[v].model_xyz);
+            in_view.include(verts[v].view_xyz);
         }
-        if (is_first) {
-            start_bounds(model_bounds, verts[v].model_xyz);
-            start_bounds(seen_bounds, verts[v].view_xyz);
-            is_first = false;
-        }
-        widen(model_bounds, verts[v].model_xyz);
-        widen(seen_bounds, verts[v].view_xyz);
     }
-    if (is_first) {
+    if (in_model.is_empty()) {
         return;
     }
+    std::copy_n(in_model.low(), 3, body.model_min);
+    std::copy_n(in_model.high(), 3, body.model_max);
+    std::copy_n(in_view.low(), 3, body.view_min);
+    std::copy_n(in_view.high(), 3, body.view_max);
     for (int k = 0; k < 3; ++k) {
-        body.model_min[k] = model_bounds[2 * k];
-        body.model_max[k] = model_bounds[2 * k + 1];
-        body.view_min[k] = seen_bounds[2 * k];
-        body.view_max[k] = seen_bounds[2 * k + 1];
         body.view_mid[k] = (body.view_max[k] + body.view_min[k]) * 0.5;
         body.view_span[k] = body.view_max[k] - body.view_min[k];
     }
@@ -222,16 +183,15 @@ void renew_view(TMOD3D& model, UnsetVector<FlatModel::Point>& points) {
     if (points.empty()) {
         return;
     }
-    start_bounds(model.wrap_cuboid, points[0].model);
-    bool is_first = true;
+    Bounds in_model;
+    Bounds in_view;
     for (FlatModel::Point& point : points) {
         rotate_point(model.rot_matrix, point.model, point.view);
-        if (std::exchange(is_first, false)) {
-            start_bounds(model.view_bounds, point.view);
-        }
-        widen(model.view_bounds, point.view);
-        widen(model.wrap_cuboid, point.model);
+        in_model.include(point.model);
+        in_view.include(point.view);
     }
+    in_model.write_pairs(model.wrap_cuboid);
+    in_view.write_pairs(model.view_bounds);
     finish_wrap_cuboid(model);
     centre_view(model);
     for (FlatModel::Point& point : points) {
@@ -242,3 +202,54 @@ void renew_view(TMOD3D& model, UnsetVector<FlatModel::Point>& points) {
 }
 
 } // namespace korvel
+
+namespace {
+
+/// Makes the middle of the turned vertices' bounds the origin of the view, and turns the wrap
+/// cuboid.
+void centre_view(TMOD3D& model) {
+    for (int k = 0; k < 3; ++k) {
+        model.view_center[k] = (model.view_bounds[2 * k] + model.view_bounds[2 * k + 1]) * 0.5;
+    }
+    for (int k = 0; k < 3; ++k) {
+        model.view_bounds[2 * k] -= model.view_center[k];
+        model.view_bounds[2 * k + 1] -= model.view_center[k];
+    }
+    model.roate_wrap_cuboid();
+}
+
+void renew_equations(TMOD3D& model) {
+    for (LINE3D& line : model.lines) {
+        line.set_line_eqt(model.verts);
+    }
+    for (POLY3D& face : model.polys) {
+        face.set_poly_eql(model.verts);
+    }
+}
+
+/// Radius and corners from the bounds.
+void finish_wrap_cuboid(TMOD3D& model) {
+    double squares = 0;
+    for (int k = 0; k < 3; ++k) {
+        const double extent = model.wrap_cuboid[2 * k + 1] - model.wrap_cuboid[2 * k];
+        squares += extent * extent;
+    }
+    model.wrap_radius = 0.5 * std::sqrt(squares);
+    set_cuboid_corners(model);
+}
+
+/// Minimum, maximum and corners from the bounds; corner numbers count z fastest.
+void set_cuboid_corners(TMOD3D& model) {
+    for (int k = 0; k < 3; ++k) {
+        model.cuboid_min[k] = model.wrap_cuboid[2 * k];
+        model.cuboid_max[k] = model.wrap_cuboid[2 * k + 1];
+    }
+    for (int corner = 0; corner < 8; ++corner) {
+        const bool at_max[3] = {(corner & 4) != 0, (corner & 2) != 0, (corner & 1) != 0};
+        for (int k = 0; k < 3; ++k) {
+            model.cuboid_corners[corner][k] = at_max[k] ? model.cuboid_max[k] : model.cuboid_min[k];
+        }
+    }
+}
+
+} // namespace

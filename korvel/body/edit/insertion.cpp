@@ -6,6 +6,7 @@
 
 #include "korvel/base/equal_sides.h"
 #include "korvel/base/indices.h"
+#include "korvel/base/ring_sides.h"
 #include "korvel/body/derive/derivation.h"
 #include "korvel/body/derive/edge_chains.h"
 #include "korvel/body/edit/edit_state.h"
@@ -21,6 +22,101 @@ struct Fan {
     int face;
     std::vector<Side> sides;
 };
+
+bool takes_point(const TMOD3D& model, int face, const double* point);
+Fan whole_fan(const TMOD3D& model, int face);
+Fan fan_without(const TMOD3D& model, int face, const LINE3D& edge);
+bool is_proper(const TMOD3D& model, const Fan& fan, const double* point);
+void insert_vertex(TMOD3D& model, const double* point, const std::vector<Fan>& fans);
+
+} // namespace
+
+bool TMOD3D::insert_point_on_poly() {
+    const int face = edit_state[korvel::edit_picked_face];
+    const double* const point = pick_data + korvel::pick_point;
+    if (edit_state[korvel::edit_is_picked] != 1 || !has_element(polys, face) ||
+        !takes_point(*this, face, point)) {
+        return false;
+    }
+    const Fan fan = whole_fan(*this, face);
+    if (!is_proper(*this, fan, point)) {
+        return false;
+    }
+    insert_vertex(*this, point, {fan});
+    return true;
+}
+
+bool TMOD3D::insert_point_on_side() {
+    const int edge = edit_state[korvel::edit_picked_edge];
+    const double* const point = pick_data + korvel::pick_edge_point;
+    if (edit_state[korvel::edit_is_picked] != 1 || !has_element(lines, edge)) {
+        return false;
+    }
+    std::vector<Fan> fans;
+    for (const int face : lines[edge].faces) {
+        if (!has_element(polys, face) || !takes_point(*this, face, point)) {
+            return false;
+        }
+        fans.push_back(fan_without(*this, face, lines[edge]));
+        // The fan covers only a face that the edge bounds once.
+        const int sides_left = static_cast<int>(fans.back().sides.size());
+        if (sides_left != polys[face].verts.GetSize() - 1 ||
+            !is_proper(*this, fans.back(), point)) {
+            return false;
+        }
+    }
+    if (fans.empty()) {
+        return false;
+    }
+    insert_vertex(*this, point, fans);
+    return true;
+}
+
+namespace {
+
+bool names_vertices(const TMOD3D& model, int face);
+bool lies_on_plane(const TMOD3D& model, int face, const double* point);
+
+/// Whether the face has three corners or more, all of which exist, and a plane through the point.
+bool takes_point(const TMOD3D& model, int face, const double* point) {
+    return names_vertices(model, face) && lies_on_plane(model, face, point);
+}
+
+bool names_vertices(const TMOD3D& model, int face) {
+    const CArray<int>& corners = model.polys[face].verts;
+    return corners.GetSize() >= 3 && std::all_of(corners.begin(), corners.end(), [&](int v) {
+               return has_element(model.verts, v);
+           });
+}
+
+/// Whether a point lies on a face's plane, to the precision that turning it into the view and back
+/// leaves.
+bool lies_on_plane(const TMOD3D& model, int face, const double* point) {
+    constexpr double near = 1e-6; // of the radius of the model's bounds
+    const double* const plane = model.polys[face].plane;
+    const double distance =
+        plane[0] * point[0] + plane[1] * point[1] + plane[2] * point[2] + plane[3];
+    return std::fabs(distance) <= near * model.wrap_radius;
+}
+
+Fan whole_fan(const TMOD3D& model, int face) {
+    Fan fan{face, {}};
+    const CArray<int>& corners = model.polys[face].verts;
+    korvel::for_each_side(corners, corners.GetSize(), [&](int, int a, int b) {
+        fan.sides.push_back({a, b});
+    });
+    return fan;
+}
+
+/// The face's sides except those between the two ends of a cut edge.
+Fan fan_without(const TMOD3D& model, int face, const LINE3D& edge) {
+    Fan fan = whole_fan(model, face);
+    std::erase_if(fan.sides, [&](const Side& side) {
+        return (side.a == edge.start_vert && side.b == edge.end_vert) ||
+               (side.a == edge.end_vert && side.b == edge.start_vert);
+    });
+    return fan;
+}
 
 struct Vector {
     double x;
@@ -50,119 +146,49 @@ bool is_proper(const TMOD3D& model, const Fan& fan, const double* point) {
            });
 }
 
-/// Whether a point lies on a face's plane, to the precision that turning it into the view and back
-/// leaves.
-bool lies_on_plane(const TMOD3D& model, int face, const double* point) {
-    constexpr double near = 1e-6; // of the model's radius
-    const double* const plane = model.polys[face].plane;
-    const double distance =
-        plane[0] * point[0] + plane[1] * point[1] + plane[2] * point[2] + plane[3];
-    return std::fabs(distance) <= near * model.wrap_radius;
-}
+void replace_face(TMOD3D& model, const Fan& fan, int vertex);
 
-bool names_vertices(const TMOD3D& model, int face) {
-    const CArray<int>& corners = model.polys[face].verts;
-    return corners.GetSize() >= 3 && std::all_of(corners.begin(), corners.end(), [&](int v) {
-               return has_element(model.verts, v);
-           });
-}
-
-/// The face's sides but those between the two ends of a cut edge.
-Fan fan_without(const TMOD3D& model, int face, int end_a, int end_b) {
-    Fan fan{face, {}};
-    const CArray<int>& corners = model.polys[face].verts;
-    for (int i = 0; i < corners.GetSize(); ++i) {
-        const int a = corners[i];
-        const int b = corners[i + 1 < corners.GetSize() ? i + 1 : 0];
-        if (!(a == end_a && b == end_b) && !(a == end_b && b == end_a)) {
-            fan.sides.push_back({a, b});
-        }
-    }
-    return fan;
-}
-
-void set_triangle(POLY3D& face, int a, int b, int c) {
-    face.verts.SetSize(3);
-    face.verts[0] = a;
-    face.verts[1] = b;
-    face.verts[2] = c;
-}
-
-/// Puts a vertex at `point` and replaces each fan's face by its triangles, in every body; then
-/// builds edges and everything derived again.
+/// Adds a vertex at `point` and replaces each fan's face by its triangles, in every body; then
+/// derives edges and everything else again.
 void insert_vertex(TMOD3D& model, const double* point, const std::vector<Fan>& fans) {
     const int vertex = model.verts.GetSize();
     model.verts.SetSize(vertex + 1);
     std::copy_n(point, 3, model.verts[vertex].model_xyz);
-
     for (const Fan& fan : fans) {
-        const int first_added = model.polys.GetSize();
-        const int added = static_cast<int>(fan.sides.size()) - 1;
-        model.polys.SetSize(first_added + added);
-        set_triangle(model.polys[fan.face], fan.sides[0].a, fan.sides[0].b, vertex);
-        for (int i = 0; i < added; ++i) {
-            const Side& side = fan.sides[i + 1];
-            set_triangle(model.polys[first_added + i], side.a, side.b, vertex);
-        }
-        for (BODY3D& body : model.bodies) {
-            if (std::find(body.polys.begin(), body.polys.end(), fan.face) != body.polys.end()) {
-                for (int i = 0; i < added; ++i) {
-                    body.polys.Add(first_added + i);
-                }
-            }
-        }
+        replace_face(model, fan, vertex);
     }
-
     model.lines.RemoveAll();
     korvel::find_all_sides(model, 0);
     korvel::derive_all(model);
-    model.edit_state[korvel::picked_vertex] = vertex;
-    model.edit_state[korvel::is_picked] = 0; // its face is no longer what was picked
+    model.edit_state[korvel::edit_picked_vertex] = vertex;
+    model.edit_state[korvel::edit_is_picked] = 0; // the picked face has been replaced
+}
+
+void set_triangle(POLY3D& face, const Side& side, int vertex);
+
+/// The face becomes the fan's first triangle; the others are appended, to its bodies as well.
+void replace_face(TMOD3D& model, const Fan& fan, int vertex) {
+    const int first_added = model.polys.GetSize();
+    const int added = static_cast<int>(fan.sides.size()) - 1;
+    model.polys.SetSize(first_added + added);
+    set_triangle(model.polys[fan.face], fan.sides[0], vertex);
+    for (int i = 0; i < added; ++i) {
+        set_triangle(model.polys[first_added + i], fan.sides[i + 1], vertex);
+    }
+    for (BODY3D& body : model.bodies) {
+        if (std::find(body.polys.begin(), body.polys.end(), fan.face) != body.polys.end()) {
+            for (int i = 0; i < added; ++i) {
+                body.polys.Add(first_added + i);
+            }
+        }
+    }
+}
+
+void set_triangle(POLY3D& face, const Side& side, int vertex) {
+    face.verts.SetSize(3);
+    face.verts[0] = side.a;
+    face.verts[1] = side.b;
+    face.verts[2] = vertex;
 }
 
 } // namespace
-
-bool TMOD3D::insert_point_on_poly() {
-    const int face = edit_state[korvel::picked_face];
-    const double* const point = pick_data;
-    if (edit_state[korvel::is_picked] != 1 || !has_element(polys, face) ||
-        !names_vertices(*this, face) || !lies_on_plane(*this, face, point)) {
-        return false;
-    }
-    const Fan fan = fan_without(*this, face, -1, -1);
-    if (!is_proper(*this, fan, point)) {
-        return false;
-    }
-    const double at[3] = {point[0], point[1], point[2]};
-    insert_vertex(*this, at, {fan});
-    return true;
-}
-
-bool TMOD3D::insert_point_on_side() {
-    const int edge = edit_state[korvel::picked_edge];
-    const double* const point = pick_data + korvel::picked_on_edge;
-    if (edit_state[korvel::is_picked] != 1 || !has_element(lines, edge)) {
-        return false;
-    }
-    const int a = lines[edge].start_vert;
-    const int b = lines[edge].end_vert;
-    std::vector<Fan> fans;
-    for (const int face : lines[edge].faces) {
-        if (!has_element(polys, face) || !names_vertices(*this, face) ||
-            !lies_on_plane(*this, face, point)) {
-            return false;
-        }
-        fans.push_back(fan_without(*this, face, a, b));
-        // A face that the edge does not bound once has no fan that covers it.
-        if (static_cast<int>(fans.back().sides.size()) != polys[face].verts.GetSize() - 1 ||
-            !is_proper(*this, fans.back(), point)) {
-            return false;
-        }
-    }
-    if (fans.empty()) {
-        return false;
-    }
-    const double at[3] = {point[0], point[1], point[2]};
-    insert_vertex(*this, at, fans);
-    return true;
-}
