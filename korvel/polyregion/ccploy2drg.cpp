@@ -61,8 +61,8 @@ void CCPloy2DRg::translate_cood(int ox, int oy, double x0, double y0, double sx,
 
 void CCPloy2DRg::creat_top_rel() {
     korvel::derive_sides(*this, [&](int a, int b) {
-        const korvel::LineEquation line =
-            korvel::line_through(korvel::plane_point(pt_list[a]), korvel::plane_point(pt_list[b]));
+        const korvel::LineEquation line = korvel::side_line_through(
+            korvel::plane_point(pt_list[a]), korvel::plane_point(pt_list[b]));
         LINE2D side;
         side.p0 = a;
         side.p1 = b;

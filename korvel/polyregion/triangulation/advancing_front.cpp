@@ -164,14 +164,18 @@ void AdvancingFront::close_edge(int a, int b, int apex, int hint) {
     triangle.vc = index(c);
     set_.trg_list.Add(triangle);
     listed_.add_new_triangles();
-    const bool is_left =
-        turn_sign(region_points_.at(a), region_points_.at(b), region_points_.at(c)) == 1;
+    // A triangle excludes what lies behind it only where all three of its edges are sides that
+    // nothing may cross. The base is no side where a host has edited `RING::sides`.
     const int base = sides_.find(a, b, Kind::boundary);
-    if (is_left && base != RegionPoints::none) {
+    const bool has_sides =
+        base != RegionPoints::none || sides_.find(a, b, Kind::front) != RegionPoints::none;
+    const bool is_apex = has_sides && turn_sign(region_points_.at(a), region_points_.at(b),
+                                                region_points_.at(c)) == 1;
+    if (is_apex && base != RegionPoints::none) {
         sides_.set_apex(base, a, c);
     }
-    open_or_close(b, c, a, is_left);
-    open_or_close(c, a, b, is_left);
+    open_or_close(b, c, a, is_apex);
+    open_or_close(c, a, b, is_apex);
 }
 
 /// A side of a new triangle opens the front, or closes it where another triangle has opened it.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "korvel/base/bloom_filter.h"
@@ -28,16 +30,9 @@ public:
     /// Takes in those triangles of the list whose corners are all points of the region; no other
     /// can be met while it is triangulated.
     void add_triangles_of(const PLYDT& set, const PLYDT::PyToRg& region) {
-        KeyIndex points(64);
-        for (const int ring : region.rings) {
-            for (const int pt : set.ring_list[ring].pts) {
-                points.find_or_add(pair_key(0, pt), 0);
-            }
-        }
-        const auto is_point = [&](int v) { return points.find(pair_key(0, v)) >= 0; };
+        const PointSet points(set, region);
         for (; taken_ < list_.GetSize(); ++taken_) {
-            const PLYDT::TRG& t = list_[taken_];
-            if (is_point(t.va) && is_point(t.vb) && is_point(t.vc)) {
+            if (points.has_corners_of(list_[taken_])) {
                 add(taken_);
             }
         }
@@ -62,6 +57,43 @@ public:
     }
 
 private:
+    /// The points of a region, as a byte for each index from the smallest to the largest and one
+    /// for all others. It is asked for every listed triangle, and most of these belong to other
+    /// regions: the answer takes no branch.
+    class PointSet {
+    public:
+        PointSet(const PLYDT& set, const PLYDT::PyToRg& region) {
+            std::uint32_t high = 0;
+            const auto each_point = [&](auto use) {
+                for (const int ring : region.rings) {
+                    for (const int pt : set.ring_list[ring].pts) {
+                        use(static_cast<std::uint32_t>(pt));
+                    }
+                }
+            };
+            each_point([&](std::uint32_t pt) {
+                low_ = std::min(low_, pt);
+                high = std::max(high, pt);
+            });
+            others_ = high < low_ ? 0 : high - low_ + 1;
+            has_.assign(std::size_t{others_} + 1, 0);
+            each_point([&](std::uint32_t pt) { has_[pt - low_] = 1; });
+        }
+
+        bool has_corners_of(const PLYDT::TRG& t) const {
+            return (has(t.va) & has(t.vb) & has(t.vc)) != 0;
+        }
+
+    private:
+        unsigned has(int pt) const {
+            return has_[std::min(static_cast<std::uint32_t>(pt) - low_, others_)];
+        }
+
+        std::uint32_t low_ = std::numeric_limits<std::uint32_t>::max();
+        std::uint32_t others_ = 0; ///< where `has_` answers for all other indices
+        std::vector<unsigned char> has_;
+    };
+
     static std::array<int, 3> sorted(int a, int b, int c) {
         const int low = std::min({a, b, c});
         const int high = std::max({a, b, c});

@@ -39,6 +39,16 @@ private:
     FILE* file_;
 };
 
+/// The ring of a region that is a triangle already, or null. Nothing but its three indices counts:
+/// neither where the points lie nor whether they exist.
+const RING* lone_triangle(const PLYDT& set, const PLYDT::PyToRg& region) {
+    if (region.rings.GetSize() != 1 || !korvel::has_element(set.ring_list, region.rings[0])) {
+        return nullptr;
+    }
+    const RING& ring = set.ring_list[region.rings[0]];
+    return ring.pts.GetSize() == 3 ? &ring : nullptr;
+}
+
 /// Whether every index that the triangulation of a region follows names a record.
 bool is_sound(const PLYDT& set, const PLYDT::PyToRg& region) {
     const auto is_sound_side = [&](int side) {
@@ -95,17 +105,13 @@ void PLYDT::poly_tranglate(PyToRg& rg) {
 void PLYDT::triangulate(PyToRg& rg, korvel::ListedTriangles& listed,
                         korvel::AdvancingFront& front) {
     const TraceFile trace("trg.dat"); // each region truncates it
-    if (rg.rings.IsEmpty() || !is_sound(*this, rg)) {
-        return;
-    }
-    const RING& outer = ring_list[rg.rings[0]];
-    if (rg.rings.GetSize() == 1 && outer.pts.GetSize() == 3) {
+    if (const RING* const ring = lone_triangle(*this, rg)) {
         TRG whole;
-        whole.va = outer.pts[0];
-        whole.vb = outer.pts[1];
-        whole.vc = outer.pts[2];
+        whole.va = ring->pts[0];
+        whole.vb = ring->pts[1];
+        whole.vc = ring->pts[2];
         trg_list.Add(whole); // its radius is not computed
-    } else if (trace_files || !front.close(rg)) {
+    } else if (!rg.rings.IsEmpty() && is_sound(*this, rg) && (trace_files || !front.close(rg))) {
         close_front_exhaustively(trace.stream(), rg);
     }
     listed.add_new_triangles();
