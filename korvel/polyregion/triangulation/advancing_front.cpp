@@ -19,13 +19,13 @@ void each_edge(const RING& ring, Use use) {
 } // namespace
 
 AdvancingFront::AdvancingFront(PLYDT& set, ListedTriangles& listed)
-    : set_(set), listed_(listed), place_of_(static_cast<std::size_t>(set.pt_list.GetSize()), -1),
+    : set_(set), listed_(listed), vertex_of_(static_cast<std::size_t>(set.pt_list.GetSize()), -1),
       sides_(region_points_), guide_(region_points_),
       search_(region_points_, sides_, guide_, indices_, listed) {}
 
 bool AdvancingFront::close(const PLYDT::PyToRg& region) {
-    name_places(region);
-    // A point whose place is not a number turns away from every edge and counts as inside of every
+    number_vertices(region);
+    // A point with a coordinate that is not a number turns away from every edge and counts as inside of every
     // triangle: with one of them there are none.
     const bool has_triangles = std::none_of(points_.begin(), points_.end(), [](PlanePoint p) {
         return std::isnan(p.x) || std::isnan(p.y);
@@ -40,18 +40,18 @@ bool AdvancingFront::close(const PLYDT::PyToRg& region) {
         close_boundary(region);
         close_front();
     }
-    forget_places();
+    forget_vertices();
     return can_serve;
 }
 
-/// Each distinct point is named by its place in the order in which the rings list them, so that the
-/// first of several equals is the one with the smallest name.
-void AdvancingFront::name_places(const PLYDT::PyToRg& region) {
+/// Each distinct point gets the number of its position in the order in which the rings list them, so that
+/// the first of several equals is the one with the smallest name.
+void AdvancingFront::number_vertices(const PLYDT::PyToRg& region) {
     for (const int ring : region.rings) {
         for (const int pt : set_.ring_list[ring].pts) {
-            int& place = place_of_[pt];
-            if (place < 0) {
-                place = static_cast<int>(indices_.size());
+            int& vertex = vertex_of_[pt];
+            if (vertex < 0) {
+                vertex = static_cast<int>(indices_.size());
                 indices_.push_back(pt);
                 points_.push_back(plane_point(set_.pt_list[pt]));
             }
@@ -59,9 +59,9 @@ void AdvancingFront::name_places(const PLYDT::PyToRg& region) {
     }
 }
 
-void AdvancingFront::forget_places() {
+void AdvancingFront::forget_vertices() {
     for (const int pt : indices_) {
-        place_of_[pt] = -1;
+        vertex_of_[pt] = -1;
     }
     indices_.clear();
     points_.clear();
@@ -72,28 +72,28 @@ void AdvancingFront::forget_places() {
 /// the points lie does not matter: tests and searches work on differences alone, and each of these
 /// is as exact there as anywhere.
 bool AdvancingFront::is_ordinary(const PLYDT::PyToRg& region) const {
-    constexpr double largest = 1e+60;
-    constexpr double shortest = 1e-60;
     if (points_.empty()) {
         return false;
     }
     PlanePoint low = points_.front();
     PlanePoint high = low;
     for (const PlanePoint& p : points_) {
-        if (!(std::fabs(p.x) < largest && std::fabs(p.y) < largest)) {
+        if (!(std::fabs(p.x) < tolerance::largest && std::fabs(p.y) < tolerance::largest)) {
             return false;
         }
         low = {std::min(low.x, p.x), std::min(low.y, p.y)};
         high = {std::max(high.x, p.x), std::max(high.y, p.y)};
     }
     const double extent = std::max(high.x - low.x, high.y - low.y);
-    if (!(extent > shortest)) {
+    if (!(extent > tolerance::shortest)) {
         return false;
     }
     const auto direction = [&](int from, int to) {
         return direction_between(plane_point(set_.pt_list[from]), plane_point(set_.pt_list[to]));
     };
-    const auto is_long_enough = [&](double length) { return length == 0 || length > shortest; };
+    const auto is_long_enough = [&](double length) {
+        return length == 0 || length > tolerance::shortest;
+    };
     bool is_sound = true;
     for (const int ring : region.rings) {
         each_edge(set_.ring_list[ring], [&](int from, int to) {
@@ -104,7 +104,7 @@ bool AdvancingFront::is_ordinary(const PLYDT::PyToRg& region) const {
             const Direction along = direction(side.p0, side.p1);
             const bool is_derived = along.len == 0 ? std::isnan(side.ux) && std::isnan(side.uy)
                                                    : along.ux == side.ux && along.uy == side.uy;
-            is_sound = is_sound && place_of(side.p0) >= 0 && place_of(side.p1) >= 0 &&
+            is_sound = is_sound && vertex_of(side.p0) >= 0 && vertex_of(side.p1) >= 0 &&
                        is_long_enough(along.len) && is_derived && along.len == side.len;
         }
     }
@@ -116,8 +116,8 @@ void AdvancingFront::close_boundary(const PLYDT::PyToRg& region) {
     for (const int ring : region.rings) {
         for (const int number : set_.ring_list[ring].sides) {
             const PLYDT::SIDE& side = set_.side_list[number];
-            const int p0 = place_of(side.p0);
-            const int p1 = place_of(side.p1);
+            const int p0 = vertex_of(side.p0);
+            const int p1 = vertex_of(side.p1);
             if (p0 != p1 && sides_.find(p0, p1, Kind::boundary) == RegionPoints::none) {
                 add_side(p0, p1, {side.ux, side.uy, side.len}, Kind::boundary);
             }
@@ -127,8 +127,8 @@ void AdvancingFront::close_boundary(const PLYDT::PyToRg& region) {
     is_open_.clear();
     for (int i = 0; i < region.rings.GetSize(); ++i) {
         each_edge(set_.ring_list[region.rings[i]], [&](int from, int to) {
-            const int a = place_of(i == 0 ? from : to);
-            const int b = place_of(i == 0 ? to : from);
+            const int a = vertex_of(i == 0 ? from : to);
+            const int b = vertex_of(i == 0 ? to : from);
             const int side = sides_.find(a, b, Kind::boundary);
             if (side == RegionPoints::none) {
                 close_edge(a, b, RegionPoints::none, RegionPoints::none);
@@ -146,7 +146,7 @@ void AdvancingFront::close_front() {
         if (is_open_[next] != 0) {
             is_open_[next] = 0;
             const int number = first_front_ + static_cast<int>(next);
-            const SideTree::Side& side = sides_.side(number);
+            const SideTree::ListedSide& side = sides_.side(number);
             close_edge(side.p1, side.p0, RegionPoints::none, hint(number));
         }
     }

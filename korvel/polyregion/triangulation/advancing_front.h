@@ -24,14 +24,14 @@ public:
 
     /// Appends the triangles of one region. False, with nothing done, for a region that the indices
     /// cannot serve: one with coordinates that are infinite or whose products overflow, with all
-    /// points in one place, or with sides that are not what `creat_top_rel` derives.
+    /// points at one position, or with sides that are not what `creat_top_rel` derives.
     bool close(const PLYDT::PyToRg& region);
 
 private:
     using Kind = SideTree::Kind;
 
-    void name_places(const PLYDT::PyToRg& region);
-    void forget_places();
+    void number_vertices(const PLYDT::PyToRg& region);
+    void forget_vertices();
     bool is_ordinary(const PLYDT::PyToRg& region) const;
     void close_boundary(const PLYDT::PyToRg& region);
     void close_front();
@@ -39,14 +39,14 @@ private:
     void add_side(int p0, int p1, Direction direction, Kind kind);
     void open_or_close(int p0, int p1, int opposite, bool is_apex);
 
-    int place_of(int index) const { return place_of_[index]; }
+    int vertex_of(int index) const { return vertex_of_[index]; }
     int hint(int side) const { return hints_[side]; }
-    int index(int place) const { return indices_[place]; }
+    int index(int vertex) const { return indices_[vertex]; }
 
     PLYDT& set_;
     ListedTriangles& listed_;
-    std::vector<int> place_of_; ///< of each point of the set, −1 for those of other regions
-    std::vector<int> indices_;  ///< of the point at each place
+    std::vector<int> vertex_of_; ///< number of each point of the set as a vertex, −1 for those of other regions
+    std::vector<int> indices_;   ///< of the point of each vertex
     std::vector<PlanePoint> points_;
     RegionPoints region_points_;
     SideTree sides_;

@@ -12,8 +12,8 @@ namespace korvel {
 void ConstrainedDelaunay::start() {
     const int count = points_.count();
     const double extent = points_.extent();
-    margin_ = 1e-14 * extent * extent;
-    clear_ = 6e-15 / least_angle * extent;
+    margin_ = tolerance::guide_area * extent * extent;
+    clear_ = tolerance::clear * extent;
     at_.clear();
     PlanePoint low = points_.local(0);
     PlanePoint high = low;
@@ -56,7 +56,7 @@ void ConstrainedDelaunay::insert_in_rounds() {
             std::max(rounds - std::countr_zero(mix_bits(static_cast<std::uint64_t>(p))), 0)));
     }
     for (int round = 0; round <= rounds; ++round) {
-        int near = count; // the last place that is in, or a corner of the wide triangle
+        int near = count; // the last vertex inserted, or a corner of the wide triangle
         for (int p = 0; p < count && is_usable_; ++p) {
             if (rounds_[p] == round) {
                 insert(p, near);
@@ -87,7 +87,7 @@ void ConstrainedDelaunay::link(int h, int other) {
     }
 }
 
-/// The first half edge of a new triangle without neighbours.
+/// The first half-edge of a new triangle without neighbours.
 int ConstrainedDelaunay::add_triangle(int a, int b, int c) {
     const int h = static_cast<int>(from_.size());
     for (const int p : {a, b, c}) {
@@ -98,7 +98,7 @@ int ConstrainedDelaunay::add_triangle(int a, int b, int c) {
     return h;
 }
 
-/// Looks for the place of a new point from the triangles around a point that is in.
+/// Locates a new vertex from the triangles around one that has been inserted, and inserts it.
 void ConstrainedDelaunay::insert(int p, int near) {
     int on_edge = none;
     const int h = edge_or_triangle_at(p, near, on_edge);
@@ -114,8 +114,8 @@ void ConstrainedDelaunay::insert(int p, int near) {
     }
 }
 
-/// A half edge of the triangle that holds the point, and the edge of it on which the point lies, if
-/// any; or `none` for a point in a place that is taken.
+/// A half-edge of the triangle that holds the point, and the edge of it on which the point lies, if
+/// any; or `none` for a point where a vertex is.
 int ConstrainedDelaunay::edge_or_triangle_at(int p, int near, int& on_edge) const {
     int h = first_[near];
     for (std::size_t steps = 0; steps <= from_.size(); ++steps) {
@@ -245,7 +245,7 @@ void ConstrainedDelaunay::flip(int h) {
     link(previous(h), previous(g));
 }
 
-/// The half edge from one place to another, or `none`. Looks around both ends in turn, so that one
+/// The half-edge from one vertex to another, or `none`. Looks around both ends in turn, so that one
 /// of few neighbours is enough; there is no way round a corner of the wide triangle.
 int ConstrainedDelaunay::half_edge(int a, int b) const {
     const bool round_a = a < points_.count();
@@ -317,7 +317,7 @@ int ConstrainedDelaunay::mark_side(int h) {
     return h;
 }
 
-/// Makes the part of a side up to the next place on it an edge. Returns that place, and the half
+/// Makes the part of a side up to the next vertex on it an edge. Returns that vertex, and the half
 /// edge to it.
 std::array<int, 2> ConstrainedDelaunay::add_piece(int u, int v) {
     const int known = half_edge(u, v, none);
@@ -336,7 +336,7 @@ std::array<int, 2> ConstrainedDelaunay::add_piece(int u, int v) {
 }
 
 /// Calls `visit(h)` for each edge that the way from u to v crosses, h running from its right to its
-/// left, until a call returns true or there is a place on the way. Returns that place, or `none`.
+/// left, until a call returns true or there is a vertex on the way. Returns that vertex, or `none`.
 /// Looks for the start of the way in so many triangles around u.
 template <class Visit>
 int ConstrainedDelaunay::walk(int u, int v, int turns, Visit visit) const {
@@ -349,7 +349,7 @@ int ConstrainedDelaunay::walk(int u, int v, int turns, Visit visit) const {
         return std::fabs(side_of(p)) <= margin_ &&
                along.x * (at(p).x - from_u.x) + along.y * (at(p).y - from_u.y) > 0;
     };
-    const auto place_before_v = [&](int p) {
+    const auto vertex_before_v = [&](int p) {
         return p == v || squared_length(from_u, at(p)) < squared_length(from_u, at(v)) ? p : none;
     };
     const int first = first_[u];
@@ -361,7 +361,7 @@ int ConstrainedDelaunay::walk(int u, int v, int turns, Visit visit) const {
         }
     }
     if (is_on_way(to(h))) {
-        return place_before_v(to(h));
+        return vertex_before_v(to(h));
     }
     h = next(h);
     for (std::size_t steps = 0; steps < from_.size() && !visit(h); ++steps) {
@@ -369,7 +369,7 @@ int ConstrainedDelaunay::walk(int u, int v, int turns, Visit visit) const {
         const int p = from(previous(g));
         const double side = side_of(p);
         if (p == v || std::fabs(side) <= margin_) {
-            return place_before_v(p);
+            return vertex_before_v(p);
         }
         h = side < 0 ? previous(g) : next(g);
     }
@@ -389,7 +389,7 @@ std::optional<std::array<int, 2>> ConstrainedDelaunay::side_across(int u, int v)
     return across;
 }
 
-/// As long as all places on the left and on the right of the triangles on the way are not near,
+/// As long as all vertices on the left and on the right of the triangles on the way are not near,
 /// whatever is lies in these triangles, so there is nothing; but next to v they are narrower.
 bool ConstrainedDelaunay::is_free_beyond(int u, int v, double distance, double slope) const {
     if (!is_usable_) {
@@ -417,10 +417,9 @@ bool ConstrainedDelaunay::is_free_beyond(int u, int v, double distance, double s
     };
     const auto blocks = [&](int h) {
         const double apart = side_of(to(h)) - side_of(from(h));
-        constexpr double least_sine = 2 * least_angle;
         return is_side(h) && has_room(from(h), to(h), clear_) &&
-               apart * apart >
-                   least_sine * least_sine * length2 * squared_length(at(from(h)), at(to(h)));
+               apart * apart > tolerance::blocking_sine * tolerance::blocking_sine * length2 *
+                                   squared_length(at(from(h)), at(to(h)));
     };
     const int first = first_[v];
     int h = first;
@@ -449,8 +448,8 @@ bool ConstrainedDelaunay::is_free_beyond(int u, int v, double distance, double s
     return false;
 }
 
-/// PackedLists the edges that the side from u to v crosses up to the next place on it, and returns
-/// that place; or `none` where it crosses another side.
+/// Lists the edges that the side from u to v crosses up to the next vertex on it, and returns
+/// that vertex; or `none` where it crosses another side.
 int ConstrainedDelaunay::find_crossed(int u, int v) {
     crossed_.clear();
     return walk(u, v, std::numeric_limits<int>::max(), [&](int h) {

@@ -11,7 +11,7 @@ namespace korvel {
 
 /// A triangulation of all points of a region that has the region's sides among its edges, as near
 /// to Delaunay's as rounding leaves it. It covers a wide triangle around the points, so that every
-/// place has all of its neighbours.
+/// vertex has all of its neighbours.
 ///
 /// Each of its triangles is larger than rounding, and none covers another. So what it says about
 /// points and sides within and around one of its triangles is certain, by the clearance of the
@@ -26,7 +26,7 @@ public:
     /// To be called when the points have started over.
     void start();
 
-    /// Makes the side between two places an edge, or a chain of edges through the places on it.
+    /// Makes the side between two vertices an edge, or a chain of edges through the vertices on it.
     /// Returns a hint for `apex`.
     int add_side(int p0, int p1);
 
@@ -35,24 +35,24 @@ public:
     /// triangles there have changed.
     int apex(int a, int b, int hint);
 
-    /// The first edge from u to v on the way that is a side or part of one, as its two places.
+    /// The first edge from u to v on the way that is a side or part of one, as its two vertices.
     std::optional<std::array<int, 2>> side_across(int u, int v) const;
 
-    /// Whether no place lies near the way from u through v and on, beyond v, but for those behind a
-    /// side that certainly crosses all ways from u to them. Near is within `distance` and `slope`
-    /// times how far the place is from u. The test is one-sided: false may mean that it is not
+    /// Whether no vertex lies near the way from u through v and on, beyond v, but for those behind
+    /// a side that certainly crosses all ways from u to them. Near is within `distance` and `slope`
+    /// times how far the vertex is from u. The test is one-sided: false may mean that it is not
     /// known.
     bool is_free_beyond(int u, int v, double distance, double slope) const;
 
-    /// Whether no other place and no side that ends elsewhere comes within a distance of a place.
-    bool is_clear_place(int p, double distance) const {
+    /// Whether no other vertex and no side that ends elsewhere comes within a distance of a vertex.
+    bool is_clear_vertex(int p, double distance) const {
         return is_usable_ && clearance2(p) > distance * distance;
     }
 
-    /// Whether u-v is an edge and no other place, nor a side that touches neither end, comes within
-    /// a distance of it.
+    /// Whether u-v is an edge and no other vertex, nor a side that touches neither end, comes
+    /// within a distance of it.
     ///
-    /// Around a place v there is nothing up to its clearance k(v), the least height over the
+    /// Around a vertex v there is nothing up to its clearance k(v), the least height over the
     /// opposite edges of the triangles around it. Beyond that, an edge u-v has nothing nearer than
     /// k(u) k(v) / |u − v|, since the sines of the angles at its ends are no smaller than the other
     /// end's clearance over its length.
@@ -61,21 +61,19 @@ public:
     }
 
     /// Whether neither crossing tests with the sides of a triangle of these nor the tests of points
-    /// inside it can be misled, unless a side makes an angle of less than `least_angle` with one of
-    /// them on nearly the same line: a crossing test of two sides errs by no more than 3e-15 extent
-    /// over their angle.
+    /// inside it can be misled, unless a side makes an angle of less than `tolerance::least_angle`
+    /// with one of them on nearly the same line.
     bool is_clear_triangle(int a, int b, int c) const {
         return has_room(a, b, clear_) && has_room(b, c, clear_) && has_room(c, a, clear_);
     }
-    static constexpr double least_angle = 1e-5;
 
 private:
-    /// How far a question that may stay open goes round a place and along a way. There are places
-    /// with very many neighbours.
+    /// The most triangles around a vertex, and along a line, that a test may visit before it
+    /// answers that it does not know: a vertex may have very many neighbours.
     static constexpr int most_turns = 64;
     static constexpr int most_steps = 32;
 
-    // Three half edges to a triangle, anticlockwise; h runs from `from(h)` to `from(next(h))`, and
+    // Three half-edges to a triangle, anticlockwise; h runs from `from(h)` to `from(next(h))`, and
     // the triangle lies on its left.
     static int next(int h) { return h % 3 == 2 ? h - 2 : h + 1; }
     static int previous(int h) { return h % 3 == 0 ? h + 2 : h - 1; }
@@ -127,9 +125,9 @@ private:
     std::vector<int> twin_;
     std::vector<char> is_side_;
     int last_ = 0;                   ///< of the triangle that was asked for last
-    std::vector<int> first_;         ///< for each place a half edge that begins there
-    std::vector<double> clearance2_; ///< for each place, squared
-    std::vector<char> rounds_;       ///< of insertion, for each place
+    std::vector<int> first_;         ///< for each vertex a half-edge that begins there
+    std::vector<double> clearance2_; ///< for each vertex, squared
+    std::vector<char> rounds_;       ///< of insertion, for each vertex
     std::vector<int> to_check_;
     std::vector<std::array<int, 2>> crossed_;
     std::vector<std::array<int, 2>> flipped_;

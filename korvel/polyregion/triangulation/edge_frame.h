@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "korvel/polyregion/triangulation/disk.h"
+#include "korvel/polyregion/triangulation/oriented_box.h"
 #include "korvel/polyregion/triangulation/region_points.h"
-#include "korvel/polyregion/triangulation/turned_box.h"
 
 namespace korvel {
 
@@ -13,12 +13,10 @@ namespace korvel {
 /// centre at the height h = (p − a)·(p − b) / (2 · height of p) over the middle of the edge, and
 /// R² = (edge / 2)² + h².
 ///
-/// Rounding of the three lengths costs each factor of Heron's formula up to 2e-15 of the longest
-/// side t, and in a triangle with the shortest side s the least factor is more than s t² / (96 R²).
-/// So the radius as it is computed is below R by no more than 3e-13 (R² / D²) (extent / s), with D
-/// the distance of p from the edge's middle. Where that reaches a thousandth, triangles that are
-/// flatter still do not come out smaller. Away from the edge s is the edge; next to its ends it may
-/// be as short as rounding is, and no bound holds.
+/// The radius as Heron's formula computes it is smaller than R by a part that grows with R² / D²,
+/// where D is the distance of p from the middle of the edge. From the ratio on at which that part
+/// is `tolerance::flat_radius`, the bound stays that of the ratio. Within `tolerance::near_end` of
+/// an end of the edge there is no bound. README.md derives both.
 class EdgeFrame {
 public:
     EdgeFrame(const RegionPoints& points, int edge_a, int edge_b)
@@ -29,8 +27,9 @@ public:
         length = along.len;
         quarter_ = length * length / 4;
         margin = points.area_margin() / length + points.line_margin();
-        rounding_ = 1e-11 * points.extent() / length;
-        flattest_ = std::clamp(1e-3 / rounding_, 100.0, 1e6);
+        rounding_ = tolerance::radius * points.extent() / length;
+        flattest_ = std::clamp(tolerance::flat_radius / rounding_, tolerance::least_flatness,
+                               tolerance::most_flatness);
     }
 
     /// A lower bound for the square of the computed radius at a point.
@@ -44,7 +43,7 @@ public:
     }
 
     /// The same for every point of a box.
-    double bound(const TurnedBox& box, double height_of_centre, double spread) const {
+    double bound(const OrientedBox& box, double height_of_centre, double spread) const {
         const PlanePoint at = box.within(middle_);
         const double near_x = std::max(std::fabs(at.x) - box.along, 0.0);
         const double near_y = std::max(std::fabs(at.y) - box.across, 0.0);
@@ -66,19 +65,21 @@ public:
         return bound_at(h, nearest2);
     }
 
-    /// The circle over the edge with a radius of at least half of it and the centre on the left. It
-    /// holds all points on the left with a bound of no more than the radius but for those that the
-    /// disks below hold.
+    /// Contains all points on the left whose computed radius is at most `radius`, except those that
+    /// the disks below contain: the disk of the circle through the ends of the edge with this
+    /// radius and its centre on the left, enlarged for rounding.
     Disk disk(double radius) const {
         const double rise = std::sqrt(std::max(radius * radius - quarter_, 0.0));
         return {{middle_.x + rise * height.nx, middle_.y + rise * height.ny},
-                (1 + 4 * (1e-6 + rounding_)) * radius};
+                (1 + tolerance::disk * (tolerance::near_radius + rounding_)) * radius};
     }
-    /// Where there is no bound, next to an end.
-    Disk end_disk(int end) const { return {end == a ? from_ : to_, 1.01e-3 * length}; }
-    /// Where the bound does not follow what is flatter. One of no more than half the edge is held
-    /// by the other disk.
-    Disk flat_disk(double radius) const { return {middle_, 1.01 * radius / std::sqrt(flattest_)}; }
+    /// Where there is no bound: next to an end.
+    Disk end_disk(int end) const { return {end == a ? from_ : to_, tolerance::end_disk * length}; }
+    /// Where the bound is that of a less flat triangle. One with a radius below half the edge
+    /// excludes nothing: no point has so low a bound.
+    Disk flat_disk(double radius) const {
+        return {middle_, tolerance::flat_disk * radius / std::sqrt(flattest_)};
+    }
 
     const int a;
     const int b;
@@ -94,7 +95,8 @@ private:
     double bound_at(double h, double distance2) const {
         const double from_middle2 = std::max(distance2, quarter_);
         const double r2 = std::min(quarter_ + h * h, flattest_ * from_middle2);
-        const double close = distance2 <= 16 * quarter_ ? 1e-6 : 1e-9;
+        const double close =
+            distance2 <= 16 * quarter_ ? tolerance::near_radius : tolerance::far_radius;
         // No division for the usual, rounder triangles.
         const double flatness = r2 <= 4 * from_middle2 ? 4 : r2 / from_middle2;
         return r2 * (1 - close - rounding_ * (1 + flatness));
@@ -104,7 +106,7 @@ private:
     /// extremes for a box that lies along such a circle: with the centre at height h, the power of
     /// p is product − 2 h · height of p, and the circle through p has its centre higher than h by
     /// the power over 2 · height of p.
-    double least_height(const TurnedBox& box, double height_of_centre, double spread) const {
+    double least_height(const OrientedBox& box, double height_of_centre, double spread) const {
         const auto product = [&](PlanePoint p) { return squared_distance(p, middle_) - quarter_; };
         const double h = product(box.centre) / (2 * height_of_centre);
         const PlanePoint nearest =
@@ -115,13 +117,12 @@ private:
     }
 
     bool may_be_near_end(double product) const {
-        constexpr double near = 8.1e-3; // beyond (2 · 1e-3 + 1e-6) · 4
-        return std::fabs(product) <= near * quarter_;
+        return std::fabs(product) <= tolerance::near_end_power * quarter_;
     }
-    /// Within a thousandth of the edge's length.
-    bool is_near_end(const TurnedBox& box) const {
-        return squared_distance(box.nearest_to(from_), from_) <= 4e-6 * quarter_ ||
-               squared_distance(box.nearest_to(to_), to_) <= 4e-6 * quarter_;
+    bool is_near_end(const OrientedBox& box) const {
+        const double near = tolerance::near_end * length;
+        return squared_distance(box.nearest_to(from_), from_) <= near * near ||
+               squared_distance(box.nearest_to(to_), to_) <= near * near;
     }
 
     PlanePoint from_;

@@ -8,9 +8,9 @@ namespace korvel {
 
 void PointTree::start() {
     shape_.start(points_.count());
-    places_.resize(static_cast<std::size_t>(points_.count()));
-    std::iota(places_.begin(), places_.end(), 0);
-    local_.resize(places_.size());
+    vertices_.resize(static_cast<std::size_t>(points_.count()));
+    std::iota(vertices_.begin(), vertices_.end(), 0);
+    local_.resize(vertices_.size());
     boxes_.assign(shape_.boxes());
     for (int number = SlotTree::root; number < shape_.boxes(); ++number) {
         const int first = shape_.first_slot(number);
@@ -19,9 +19,9 @@ void PointTree::start() {
             continue;
         }
         for (int slot = first; slot < end; ++slot) {
-            local_.set(slot, points_.local(place(slot)));
+            local_.set(slot, points_.local(vertex(slot)));
         }
-        const TurnedBox box = box_around(local_, first, end, 1e-14 * points_.extent());
+        const OrientedBox box = box_around(local_, first, end, tolerance::box * points_.extent());
         boxes_.set(number, box);
         if (order_ == Order::by_nearness && !shape_.is_leaf(number)) {
             divide(number, box);
@@ -29,15 +29,15 @@ void PointTree::start() {
     }
 }
 
-/// Sorts the places of a box into its halves.
-void PointTree::divide(int number, const TurnedBox& box) {
+/// Sorts the vertices of a box into its halves.
+void PointTree::divide(int number, const OrientedBox& box) {
     const auto along = [&](int p) {
         return points_.local(p).x * box.ux + points_.local(p).y * box.uy;
     };
-    const auto middle = places_.begin() + shape_.first_slot(SlotTree::second_half(number));
-    const auto end = places_.begin() + shape_.end_slot(number);
+    const auto middle = vertices_.begin() + shape_.first_slot(SlotTree::second_half(number));
+    const auto end = vertices_.begin() + shape_.end_slot(number);
     if (middle != end) {
-        std::nth_element(places_.begin() + shape_.first_slot(number), middle, end,
+        std::nth_element(vertices_.begin() + shape_.first_slot(number), middle, end,
                          [&](int p, int q) { return along(p) < along(q); });
     }
 }
@@ -52,15 +52,15 @@ int PointTree::point_inside(int a, int b, int c) const {
     // of them is surely that of the triangle.
     const double area = sides[0].at(at_c);
     const double margin = points_.area_margin();
-    const bool may_be_right = area < 4 * margin;
-    const bool may_be_left = area > -4 * margin;
+    const bool may_be_right = area < tolerance::triangle_area * margin;
+    const bool may_be_left = area > -tolerance::triangle_area * margin;
     int inner = none;
     any_point(
         [&](int first) {
             unsigned left = may_be_left ? 3U : 0U;
             unsigned right = may_be_right ? 3U : 0U;
             for (const LineForm& side : sides) {
-                const TurnedBoxes::Sorted boxes = boxes_.sorted(first, side, margin);
+                const OrientedBoxes::Signs boxes = boxes_.signs(first, side, margin);
                 left &= ~boxes.below;
                 right &= ~boxes.above;
             }
@@ -70,7 +70,7 @@ int PointTree::point_inside(int a, int b, int c) const {
             SlotTree::Bits left = may_be_left ? shape_.all(leaf) : 0;
             SlotTree::Bits right = may_be_right ? shape_.all(leaf) : 0;
             for (const LineForm& side : sides) {
-                const SlotTree::Sorted bits = shape_.sorted(leaf, local_, side, margin);
+                const SlotTree::Signs bits = shape_.signs(leaf, local_, side, margin);
                 left &= ~bits.below;
                 right &= ~bits.above;
             }

@@ -3,19 +3,19 @@
 #include <cmath>
 #include <vector>
 
+#include "korvel/polyregion/triangulation/oriented_box.h"
 #include "korvel/polyregion/triangulation/region_points.h"
 #include "korvel/polyregion/triangulation/slot_tree.h"
-#include "korvel/polyregion/triangulation/turned_box.h"
 
 namespace korvel {
 
-/// The points of a region in a binary tree of boxes. Either its slots are the places, so that what
-/// follows one another on a ring lies together, or each box is divided across its longer side.
+/// The points of a region in a binary tree of boxes. Either its slots are the vertices, so that
+/// what follows one another on a ring lies together, or each box is divided across its longer side.
 class PointTree {
 public:
     static constexpr int none = RegionPoints::none;
 
-    enum class Order { by_place, by_nearness };
+    enum class Order { by_number, by_nearness };
 
     PointTree(const RegionPoints& points, Order order) : points_(points), order_(order) {}
 
@@ -23,30 +23,30 @@ public:
     void start();
 
     const SlotTree& shape() const { return shape_; }
-    int place(int slot) const { return places_[slot]; }
-    TurnedBox box(int number) const { return boxes_[number]; }
-    const TurnedBoxes& boxes() const { return boxes_; }
+    int vertex(int slot) const { return vertices_[slot]; }
+    OrientedBox box(int number) const { return boxes_[number]; }
+    const OrientedBoxes& boxes() const { return boxes_; }
 
-    SlotTree::Sorted sorted(int leaf, const LineForm& form, double margin) const {
-        return shape_.sorted(leaf, local_, form, margin);
+    SlotTree::Signs signs(int leaf, const LineForm& form, double margin) const {
+        return shape_.signs(leaf, local_, form, margin);
     }
 
-    /// A place strictly inside the triangle, or `none`.
+    /// A vertex strictly inside the triangle, or `none`.
     int point_inside(int a, int b, int c) const;
 
-    /// Calls `visit(place)` for the places within a distance of a line, given by its distances, and
-    /// on the left of another or less than a margin on its right.
+    /// Calls `visit(vertex)` for the vertices within a distance of a line, given by its distances,
+    /// and on the left of another or less than a margin on its right.
     template <class Visit>
     void each_point_near(const LineForm& line, double reach, const LineForm& beside, double margin,
                          Visit visit) const {
         any_point(
             [&](int first) {
-                const TurnedBoxes::Sorted off = boxes_.sorted(first, line, reach);
-                return ~(off.above | off.below | boxes_.sorted(first, beside, margin).below);
+                const OrientedBoxes::Signs off = boxes_.signs(first, line, reach);
+                return ~(off.above | off.below | boxes_.signs(first, beside, margin).below);
             },
             [&](int leaf) {
-                return shape_.sorted(leaf, local_, line, reach).within() &
-                       ~shape_.sorted(leaf, local_, beside, margin).below;
+                return shape_.signs(leaf, local_, line, reach).within() &
+                       ~shape_.signs(leaf, local_, beside, margin).below;
             },
             [&](int p) {
                 visit(p);
@@ -54,17 +54,17 @@ public:
             });
     }
 
-    /// Calls `visit(place)` for the places in a disk, on the left of a line or less than a margin
-    /// on its right, until a call returns true.
+    /// Calls `visit(vertex)` for the vertices in a disk, on the left of a line or less than a
+    /// margin on its right, until a call returns true.
     template <class Visit>
     void any_point_beside(const LineForm& line, double margin, const Disk& disk,
                           Visit visit) const {
         any_point(
             [&](int first) {
-                return ~(boxes_.sorted(first, line, margin).below | boxes_.outside(first, disk));
+                return ~(boxes_.signs(first, line, margin).below | boxes_.outside(first, disk));
             },
             [&](int leaf) {
-                return ~(shape_.sorted(leaf, local_, line, margin).below |
+                return ~(shape_.signs(leaf, local_, line, margin).below |
                          shape_.outside(leaf, local_, disk));
             },
             visit);
@@ -72,7 +72,7 @@ public:
 
 private:
     /// Goes down to the leaves in halves that `pick_boxes(first half)` leaves, and calls
-    /// `visit(place)` for the slots that `pick_slots(leaf)` leaves, until a call returns true.
+    /// `visit(vertex)` for the slots that `pick_slots(leaf)` leaves, until a call returns true.
     template <class PickBoxes, class PickSlots, class Visit>
     void any_point(PickBoxes pick_boxes, PickSlots pick_slots, Visit visit) const {
         shape_.any_box(
@@ -81,7 +81,7 @@ private:
                     const int first = shape_.first_slot(box);
                     for (SlotTree::Bits left = pick_slots(box) & shape_.all(box); left != 0;
                          left &= left - 1) {
-                        if (visit(place(first + std::countr_zero(left)))) {
+                        if (visit(vertex(first + std::countr_zero(left)))) {
                             return true;
                         }
                     }
@@ -91,13 +91,13 @@ private:
             pick_boxes);
     }
 
-    void divide(int number, const TurnedBox& box);
+    void divide(int number, const OrientedBox& box);
 
     const RegionPoints& points_;
     Order order_;
     SlotTree shape_;
-    TurnedBoxes boxes_;
-    std::vector<int> places_; ///< of each slot
+    OrientedBoxes boxes_;
+    std::vector<int> vertices_; ///< of each slot
     Coordinates local_;
 };
 

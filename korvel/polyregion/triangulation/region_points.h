@@ -7,6 +7,7 @@
 
 #include "korvel/plane/plane_point.h"
 #include "korvel/polyregion/triangle_tests.h"
+#include "korvel/polyregion/triangulation/tolerances.h"
 
 namespace korvel {
 
@@ -31,11 +32,12 @@ inline LineForm distance_left_of(PlanePoint on_line, Direction direction) {
     return {-direction.uy, direction.ux, direction.uy * on_line.x - direction.ux * on_line.y};
 }
 
-/// The points of a region, each named by its place in the order in which the rings list them.
+/// The vertices of a region: its distinct points, numbered in the order in which the rings first
+/// list them.
 ///
-/// Search structures use coordinates relative to the first place, so that they are as exact far off
-/// the origin as near it. What they decide has margins well beyond their rounding; what they leave
-/// open is decided by the exact tests on the points as they are given.
+/// Search structures use coordinates relative to vertex 0, so that they are as exact far from the
+/// origin as near it. They decide only what their rounding cannot change; everything else is
+/// decided by the exact tests on the points as given.
 class RegionPoints {
 public:
     static constexpr int none = -1;
@@ -61,9 +63,9 @@ public:
     /// The larger side of the upright box around the points.
     double extent() const { return extent_; }
     /// A distance from a line below this may be rounding.
-    double line_margin() const { return 1e-12 * extent_; }
+    double line_margin() const { return tolerance::line * extent_; }
     /// Twice an area below this may be rounding.
-    double area_margin() const { return 1e-13 * extent_ * extent_; }
+    double area_margin() const { return tolerance::area * extent_ * extent_; }
 
     bool is_inside(int a, int b, int c, int p) const {
         return p != a && p != b && p != c && strictly_inside(at(a), at(b), at(c), at(p));

@@ -3,14 +3,13 @@
 #include <array>
 #include <vector>
 
-#include "korvel/base/bloom_filter.h"
 #include "korvel/base/key_index.h"
 #include "korvel/polyregion/triangulation/point_tree.h"
 #include "korvel/polyregion/triangulation/region_points.h"
 
 namespace korvel {
 
-/// The sides of a region's boundary and front, in the boxes of the places that they join.
+/// The sides of a region's boundary and front, in a tree of boxes over the vertices that they join.
 /// Places that follow one another on a ring lie together, and so do the sides between them, so a
 /// line meets few of the tree's boxes.
 class SideTree {
@@ -19,14 +18,14 @@ public:
     static constexpr int none = RegionPoints::none;
 
     explicit SideTree(const RegionPoints& points)
-        : points_(points), tree_(points, PointTree::Order::by_place) {}
+        : points_(points), tree_(points, PointTree::Order::by_number) {}
 
     /// Forgets all sides; to be called when the points have started over. Their extent must not be
     /// 0.
     void start();
 
-    /// A side between two different places.
-    struct Side {
+    /// A side between two different vertices.
+    struct ListedSide {
         int p0;
         int p1;
         Direction direction;
@@ -38,19 +37,19 @@ public:
 
     int add(int p0, int p1, Direction direction, Kind kind);
     int count() const { return static_cast<int>(sides_.size()); }
-    const Side& side(int number) const { return sides_[number]; }
-    /// The side between two places, whichever way it runs, or `none`.
+    const ListedSide& side(int number) const { return sides_[number]; }
+    /// The side between two vertices, whichever way it runs, or `none`.
     int find(int p0, int p1, Kind kind) const;
     /// The third corner of the first triangle on the left of a directed side, or `none`.
     int apex(int number, int from) const;
     void set_apex(int number, int from, int corner);
 
-    /// Calls `visit(side, other end)` for the sides at a place, the last added first, until a call
+    /// Calls `visit(side, other end)` for the sides at a vertex, the last added first, until a call
     /// returns true.
     template <class Visit>
     void any_side_at(int p, Kind kind, Visit visit) const {
         for (int number = ends(kind)[p].last; number != none;) {
-            const Side& at_p = side(number);
+            const ListedSide& at_p = side(number);
             if (visit(number, at_p.p0 == p ? at_p.p1 : at_p.p0)) {
                 return;
             }
@@ -69,8 +68,8 @@ public:
     };
     Segment segment(int p0, int p1) const;
 
-    /// Whether a side that ends elsewhere may make an angle of less than 1e-5 with the line through
-    /// two places, and lie nearly on it.
+    /// Whether a side that ends elsewhere may make an angle of less than
+    /// `tolerance::least_angle` with the line through two vertices, and lie nearly on it.
     bool may_be_in_line(int p0, int p1) const;
 
     /// Whether a segment crosses a side. One that is part of the boundary is not held against the
@@ -89,20 +88,16 @@ private:
     const std::vector<Ends>& ends(Kind kind) const { return ends_[of(kind)]; }
 
     int smallest_box_with(int p0, int p1) const;
-    int crossed_in_lists(const Segment& tested, const std::array<int, 2>& lists) const;
-    int crossed_in_leaf(const Segment& tested, const LineForm& off, int leaf,
-                        const std::array<int, 2>& lists) const;
+    int crossed_in_list(const Segment& tested, int first) const;
 
     const RegionPoints& points_;
     PointTree tree_;
-    std::vector<Side> sides_;
-    std::array<std::vector<Ends>, 2> ends_; ///< for each kind and place
+    std::vector<ListedSide> sides_;
+    std::array<std::vector<Ends>, 2> ends_; ///< for each kind and vertex
     /// For each kind and box the last of its own sides: those that no smaller box holds.
     std::array<std::vector<int>, 2> in_box_;
     KeyIndex lines_{64};            ///< the first side on roughly each line
-    BloomFilter near_lines_;        ///< which of these there are
     std::vector<char> shares_line_; ///< for each of these: others lie on roughly its line
-    bool has_stray_ = false;        ///< a side so short that it is on no line
 };
 
 } // namespace korvel

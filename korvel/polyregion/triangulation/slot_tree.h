@@ -84,14 +84,14 @@ public:
 
     /// The slots where a form is above a margin, and those where it is below −margin; bits beyond
     /// the leaf's slots mean nothing.
-    struct Sorted {
+    struct Signs {
         Bits above = 0;
         Bits below = 0;
 
         Bits within() const { return ~(above | below); }
     };
-    Sorted sorted(int leaf, const Coordinates& points, const LineForm& form, double margin) const {
-        Sorted bits;
+    Signs signs(int leaf, const Coordinates& points, const LineForm& form, double margin) const {
+        Signs bits;
         const auto nx = TwoDoubles::both(form.nx);
         const auto ny = TwoDoubles::both(form.ny);
         const auto c = TwoDoubles::both(form.c);

@@ -9,22 +9,20 @@ namespace korvel {
 
 void ThirdCornerSearch::start() {
     tree_.start();
-    last_inner_points_.clear();
+    last_inner_ = none;
     apart_.assign(static_cast<std::size_t>(points_.count()), 0);
     search_ = 0;
 }
 
 int ThirdCornerSearch::choose(int a, int b, int apex, int hint) {
-    // Down to here the bounds on radii hold in spite of rounding.
-    constexpr double shortest_edge = 1e-7;
-    if (!(direction_between(at(a), at(b)).len >= shortest_edge * points_.extent())) {
+    if (!(direction_between(at(a), at(b)).len >= tolerance::shortest_edge * points_.extent())) {
         return choose_exhaustively(a, b);
     }
     return apex == none ? choose_in_the_open(a, b, hint) : choose_behind(a, b, apex, hint);
 }
 
 int ThirdCornerSearch::choose_in_the_open(int a, int b, int hint) {
-    shadows_.start(a, b);
+    zones_.start(a, b);
     const EdgeFrame frame(points_, a, b);
     const FlatSurvivors flat = first_flat_survivors(frame, hint);
     const int best = flat.below_all != none ? flat.below_all : nearest_survivor(frame, hint);
@@ -47,9 +45,10 @@ ThirdCornerSearch::FlatSurvivors ThirdCornerSearch::first_flat_survivors(const E
                                                                          int hint) {
     const int a = frame.a;
     const int b = frame.b;
-    const double slope = 3e-7 * std::sqrt(2 * points_.extent() / frame.length);
+    const double slope = tolerance::flat_slope * std::sqrt(2 * points_.extent() / frame.length);
     FlatSurvivors first;
-    if (!tree_.shape().is_undivided() && guide_.is_clear_edge(a, b, hint, 3e-7 * frame.length) &&
+    if (!tree_.shape().is_undivided() &&
+        guide_.is_clear_edge(a, b, hint, tolerance::flat_edge * frame.length) &&
         guide_.is_free_beyond(a, b, frame.margin, slope) &&
         guide_.is_free_beyond(b, a, frame.margin, slope)) {
         return first;
@@ -99,7 +98,7 @@ int ThirdCornerSearch::nearest_survivor(const EdgeFrame& frame, int hint) {
         return best;
     }
     if (!tree_.shape().is_undivided()) { // else there are no boxes to pass over
-        cast_first_shadows(a, b);
+        add_nearest_zones(a, b);
     }
     std::make_heap(waiting_.begin(), waiting_.end());
     while (!waiting_.empty()) {
@@ -109,14 +108,14 @@ int ThirdCornerSearch::nearest_survivor(const EdgeFrame& frame, int hint) {
         if (next.bound > best_radius * best_radius) {
             break;
         }
-        if (!next.is_place) {
-            if (!shadows_.cover(tree_.box(next.number))) {
+        if (!next.is_vertex) {
+            if (!zones_.cover(tree_.box(next.number))) {
                 enter_box(frame, next.number, best_radius * best_radius);
             }
             continue;
         }
         const int p = next.number;
-        if (apart_[p] != search_ && shadows_.cover(points_.local(p))) {
+        if (apart_[p] != search_ && zones_.cover(points_.local(p))) {
             continue;
         }
         const double r = radius(a, b, p);
@@ -143,7 +142,7 @@ double ThirdCornerSearch::take_guess(int a, int b, int hint, int& guess) {
     if (p != none && may_close(a, b, p) && (surely_survives(a, b, p) || survives(a, b, p))) {
         const double r = radius(a, b, p);
         if (r >= 0 && r < std::numeric_limits<double>::infinity()) {
-            last_inner_points_.add(p);
+            last_inner_ = p;
             guess = p;
             return r;
         }
@@ -159,7 +158,7 @@ void ThirdCornerSearch::wait(const EdgeFrame& frame, int p, double best_radius) 
     }
 }
 
-/// Puts the places among the waiting whose radii may be below that of the guide's triangle. False
+/// Puts the vertices among the waiting whose radii may be below that of the guide's triangle. False
 /// where they are so many that boxes serve better.
 bool ThirdCornerSearch::wait_beside(const EdgeFrame& frame, int best, double best_radius) {
     int room = 8;
@@ -177,7 +176,7 @@ bool ThirdCornerSearch::wait_beside(const EdgeFrame& frame, int best, double bes
     }
     for (const int end : {frame.a, frame.b}) {
         const Disk next_to_end = frame.end_disk(end);
-        if (!guide_.is_clear_place(end, next_to_end.radius)) {
+        if (!guide_.is_clear_vertex(end, next_to_end.radius)) {
             tree_.any_point_beside(frame.height, frame.margin, next_to_end, may_wait);
         }
     }
@@ -187,16 +186,16 @@ bool ThirdCornerSearch::wait_beside(const EdgeFrame& frame, int best, double bes
 /// Puts what a box holds among the waiting.
 void ThirdCornerSearch::enter_box(const EdgeFrame& frame, int box, double limit) {
     const auto before = static_cast<std::ptrdiff_t>(waiting_.size());
-    const auto wait = [&](double bound, int number, bool is_place) {
+    const auto wait = [&](double bound, int number, bool is_vertex) {
         if (bound <= limit) {
-            waiting_.push_back({bound, number, is_place});
+            waiting_.push_back({bound, number, is_vertex});
         }
     };
     const SlotTree& shape = tree_.shape();
     if (!shape.is_leaf(box)) {
         for (const int half : {SlotTree::first_half(box), SlotTree::second_half(box)}) {
             if (shape.has_slots(half)) {
-                const TurnedBox& around = tree_.box(half);
+                const OrientedBox& around = tree_.box(half);
                 const double height = frame.height.at(around.centre);
                 const double spread = around.spread(frame.height);
                 if (height + spread >= -frame.margin) {
@@ -205,9 +204,9 @@ void ThirdCornerSearch::enter_box(const EdgeFrame& frame, int box, double limit)
             }
         }
     } else {
-        const SlotTree::Sorted bits = tree_.sorted(box, frame.height, frame.margin);
+        const SlotTree::Signs bits = tree_.signs(box, frame.height, frame.margin);
         for (SlotTree::Bits left = shape.all(box) & ~bits.below; left != 0; left &= left - 1) {
-            const int p = tree_.place(shape.first_slot(box) + std::countr_zero(left));
+            const int p = tree_.vertex(shape.first_slot(box) + std::countr_zero(left));
             if (apart_[p] != search_ &&
                 ((bits.above & left & (~left + 1)) != 0 || may_close(frame.a, frame.b, p))) {
                 const PlanePoint at = points_.local(p);
@@ -225,14 +224,14 @@ void ThirdCornerSearch::enter_box(const EdgeFrame& frame, int box, double limit)
 }
 
 /// The sides next to the edge hide most of what they can.
-void ThirdCornerSearch::cast_first_shadows(int a, int b) {
+void ThirdCornerSearch::add_nearest_zones(int a, int b) {
     for (const int end : {a, b}) {
         for (const auto kind : {SideTree::Kind::boundary, SideTree::Kind::front}) {
             int most = 2;
             sides_.any_side_at(end, kind, [&](int side, int other) {
                 if (other != a && other != b) {
-                    shadows_.add_side(sides_.side(side));
-                    shadows_.add_inner_point(other);
+                    zones_.add_side(sides_.side(side));
+                    zones_.add_inner_point(other);
                 }
                 return --most == 0;
             });
@@ -242,8 +241,8 @@ void ThirdCornerSearch::cast_first_shadows(int a, int b) {
 
 /// The choice for an edge that has a triangle on its inner side already. Every other point either
 /// has a side across that triangle's or has the apex inside its own triangle, but for those that
-/// lie nearly on one of the triangle's lines (see `Shadows` for how nearly), and those joined to
-/// the edge by the boundary: only these need the tests.
+/// lie nearly on one of the triangle's lines (see `ExclusionZones` for how nearly), and those
+/// joined to the edge by the boundary: only these need the tests.
 int ThirdCornerSearch::choose_behind(int a, int b, int apex, int hint) {
     const double extent = points_.extent();
     const std::array<PlanePoint, 3> corners{points_.local(a), points_.local(b),
@@ -258,10 +257,11 @@ int ThirdCornerSearch::choose_behind(int a, int b, int apex, int hint) {
         length = i == 0 ? along.len : length;
     }
     const double area = left_of(corners[0], corners[1]).at(corners[2]);
-    if (!(area > 1e-9 * extent * size)) {
+    if (!(area > tolerance::flat_apex * extent * size)) {
         return choose_exhaustively(a, b);
     }
-    const double reach = 4 * (points_.area_margin() * size / area + 1e-12 * extent);
+    const double reach =
+        tolerance::behind_apex * (points_.area_margin() * size / area + points_.line_margin());
     const double margin = points_.line_margin() + points_.area_margin() / length;
     suspects_.clear();
     const auto add_near = [&](std::size_t line, int u, int v) {
@@ -284,9 +284,9 @@ int ThirdCornerSearch::choose_behind(int a, int b, int apex, int hint) {
         });
     }
     std::erase(suspects_, apex); // its triangle is listed
-    last_inner_points_.add(apex);
+    last_inner_ = apex;
     std::sort(suspects_.begin(), suspects_.end());
-    shadows_.start(a, b);
+    zones_.start(a, b);
     return choose_among(a, b, suspects_);
 }
 
@@ -295,7 +295,7 @@ int ThirdCornerSearch::choose_exhaustively(int a, int b) {
     for (int p = 0; p < points_.count(); ++p) {
         suspects_[p] = p;
     }
-    shadows_.start(a, b);
+    zones_.start(a, b);
     return choose_among(a, b, suspects_);
 }
 
@@ -318,7 +318,7 @@ int ThirdCornerSearch::choose_among(int a, int b, const std::vector<int>& ascend
 /// point of the region. Whatever stops one candidate throws a shadow on others; a point in it
 /// mostly stops the next, too.
 bool ThirdCornerSearch::survives(int a, int b, int p) {
-    int inner = last_inner_points_.find([&](int q) { return points_.is_inside(a, b, p, q); });
+    int inner = last_inner_ != none && points_.is_inside(a, b, p, last_inner_) ? last_inner_ : none;
     if (inner == none) {
         const std::array<SideTree::Segment, 2> segments{sides_.segment(b, p), sides_.segment(p, a)};
         int blocker = side_across(segments);
@@ -328,16 +328,16 @@ bool ThirdCornerSearch::survives(int a, int b, int p) {
                 blocker = sides_.find_crossed(segments[0]);
                 blocker = blocker == none ? sides_.find_crossed(segments[1]) : blocker;
             } else {
-                last_inner_points_.add(inner);
+                last_inner_ = inner;
             }
         }
         if (blocker != none) {
-            shadows_.add_side(sides_.side(blocker));
+            zones_.add_side(sides_.side(blocker));
             return false;
         }
     }
     if (inner != none) {
-        shadows_.add_inner_point(inner);
+        zones_.add_inner_point(inner);
         return false;
     }
     return !is_listed(a, b, p);
@@ -368,7 +368,7 @@ bool ThirdCornerSearch::surely_survives(int a, int b, int p) const {
 }
 
 bool ThirdCornerSearch::is_listed(int a, int b, int p) const {
-    const auto index = [&](int place) { return indices_[place]; };
+    const auto index = [&](int vertex) { return indices_[vertex]; };
     return listed_.contains(index(a), index(b), index(p));
 }
 

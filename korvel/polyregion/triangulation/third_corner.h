@@ -6,9 +6,9 @@
 
 #include "korvel/polyregion/triangulation/constrained_delaunay.h"
 #include "korvel/polyregion/triangulation/edge_frame.h"
+#include "korvel/polyregion/triangulation/exclusion_zones.h"
 #include "korvel/polyregion/triangulation/listed_triangles.h"
 #include "korvel/polyregion/triangulation/point_tree.h"
-#include "korvel/polyregion/triangulation/shadows.h"
 #include "korvel/polyregion/triangulation/side_tree.h"
 
 namespace korvel {
@@ -16,20 +16,20 @@ namespace korvel {
 /// Looks for the third corners of triangles among the points of a region.
 class ThirdCornerSearch {
 public:
-    /// `indices` names the point of each place; all must outlive this object.
+    /// `indices` names the point of each vertex; all must outlive this object.
     ThirdCornerSearch(const RegionPoints& points, const SideTree& sides, ConstrainedDelaunay& guide,
                       const std::vector<int>& indices, const ListedTriangles& listed)
         : points_(points), sides_(sides), guide_(guide), indices_(indices), listed_(listed),
-          tree_(points, PointTree::Order::by_nearness), shadows_(points) {}
+          tree_(points, PointTree::Order::by_nearness), zones_(points) {}
 
     /// To be called when the points have started over.
     void start();
 
-    /// The third corner for the edge a → b, or −1: among the places on its left or on its line that
-    /// survive all tests the first with the smallest radius, unless the very first survivor has a
-    /// radius that is not a number, which nothing beats. `apex` is the third corner of a triangle
-    /// on the left of the edge that has been found already, or −1; `hint` is the guide's for the
-    /// edge.
+    /// The third corner for the edge a → b, or −1: among the vertices on its left or on its line
+    /// that survive all tests the first with the smallest radius, unless the very first survivor
+    /// has a radius that is not a number, which nothing beats. `apex` is the third corner of a
+    /// triangle on the left of the edge that has been found already, or −1; `hint` is the guide's
+    /// for the edge.
     int choose(int a, int b, int apex, int hint);
 
     double radius(int a, int b, int p) const {
@@ -44,40 +44,13 @@ private:
         int below_all = none; ///< with a radius of −∞, from a radicand of −0
     };
 
-    /// A box or a place that waits with a lower bound for the squares of its radii.
+    /// A box or a vertex that waits with a lower bound for the squares of its radii.
     struct Waiting {
         double bound;
         int number;
-        bool is_place;
+        bool is_vertex;
 
         bool operator<(const Waiting& other) const { return bound > other.bound; } // least on top
-    };
-
-    /// The last few finds, the newest first asked.
-    class RecentFinds {
-    public:
-        template <class Test>
-        int find(Test test) const {
-            for (std::size_t i = 0; i < count_; ++i) {
-                const int found = finds_[(next_ + most - 1 - i) % most];
-                if (test(found)) {
-                    return found;
-                }
-            }
-            return none;
-        }
-        void add(int find) {
-            finds_[next_] = find;
-            next_ = (next_ + 1) % most;
-            count_ = std::min(count_ + 1, most);
-        }
-        void clear() { count_ = 0; }
-
-    private:
-        static constexpr std::size_t most = 3;
-        std::array<int, most> finds_{};
-        std::size_t next_ = 0;
-        std::size_t count_ = 0;
     };
 
     PlanePoint at(int p) const { return points_.at(p); }
@@ -92,7 +65,7 @@ private:
     void wait(const EdgeFrame& frame, int p, double best_radius);
     bool wait_beside(const EdgeFrame& frame, int best, double best_radius);
     void enter_box(const EdgeFrame& frame, int box, double limit);
-    void cast_first_shadows(int a, int b);
+    void add_nearest_zones(int a, int b);
 
     bool may_close(int a, int b, int p) const {
         return p != a && p != b && turn_sign(at(a), at(b), at(p)) != -1;
@@ -108,10 +81,10 @@ private:
     const std::vector<int>& indices_;
     const ListedTriangles& listed_;
     PointTree tree_;
-    Shadows shadows_;
-    RecentFinds last_inner_points_; ///< places that stood inside triangles
+    ExclusionZones zones_;
+    int last_inner_ = none; ///< the vertex found inside a triangle last, or the last apex
     std::vector<Waiting> waiting_;
-    std::vector<int> apart_; ///< for each place the last search that takes it apart from the boxes
+    std::vector<int> apart_; ///< for each vertex the last search that takes it apart from the boxes
     int search_ = 0;
     std::vector<int> suspects_;
 };

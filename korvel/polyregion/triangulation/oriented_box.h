@@ -12,7 +12,7 @@
 namespace korvel {
 
 /// A box around points that lies along them: thin for those of an arc or of a spike.
-struct TurnedBox {
+struct OrientedBox {
     PlanePoint centre;
     double ux = 1; ///< the unit vector along the box; the other axis is (−uy, ux)
     double uy = 0;
@@ -39,14 +39,14 @@ struct TurnedBox {
 };
 
 /// Boxes of a tree, two halves of one tested at once.
-class TurnedBoxes {
+class OrientedBoxes {
 public:
     void assign(int count) {
         for (std::vector<double>& values : values_) {
             values.assign(static_cast<std::size_t>(count), 0);
         }
     }
-    void set(int number, const TurnedBox& box) {
+    void set(int number, const OrientedBox& box) {
         const auto at = static_cast<std::size_t>(number);
         values_[x][at] = box.centre.x;
         values_[y][at] = box.centre.y;
@@ -55,7 +55,7 @@ public:
         values_[along][at] = box.along;
         values_[across][at] = box.across;
     }
-    TurnedBox operator[](int number) const {
+    OrientedBox operator[](int number) const {
         const auto at = static_cast<std::size_t>(number);
         return {{values_[x][at], values_[y][at]},
                 values_[ux][at],
@@ -65,11 +65,11 @@ public:
     }
 
     /// Those of two boxes in all of which a form is above a margin, and those where below −margin.
-    struct Sorted {
+    struct Signs {
         unsigned above = 0;
         unsigned below = 0;
     };
-    Sorted sorted(int first, const LineForm& form, double margin) const {
+    Signs signs(int first, const LineForm& form, double margin) const {
         const auto nx = TwoDoubles::both(form.nx);
         const auto ny = TwoDoubles::both(form.ny);
         const TwoDoubles middle =
@@ -104,6 +104,6 @@ private:
 
 /// The box around some slots' points, at least one, turned to their direction of greatest spread
 /// and `rounding` larger on every side.
-TurnedBox box_around(const Coordinates& points, int first, int end, double rounding);
+OrientedBox box_around(const Coordinates& points, int first, int end, double rounding);
 
 } // namespace korvel

@@ -12,12 +12,12 @@ namespace korvel {
 /// Where no third corner of an edge's triangle can lie, for what stands before it: whole boxes of
 /// points are passed over by a few signs.
 ///
-/// A shadow is left out where rounding could come near: what lies in one would fail the exact tests
+/// A zone is left out where rounding could come near: what lies in one would fail the exact tests
 /// for certain. Corners that the boundary joins with the edge are the exception: their new side is
-/// not held against the boundary, so they are to be tested whether they lie in a shadow or not.
-class Shadows {
+/// not held against the boundary, so they are to be tested whether they lie in a zone or not.
+class ExclusionZones {
 public:
-    explicit Shadows(const RegionPoints& points) : points_(points) {}
+    explicit ExclusionZones(const RegionPoints& points) : points_(points) {}
 
     /// Starts over for the edge a → b.
     void start(int a, int b) {
@@ -27,7 +27,7 @@ public:
     }
 
     /// What a side of the boundary or the front hides from the ends of the edge.
-    void add_side(const SideTree::Side& side) {
+    void add_side(const SideTree::ListedSide& side) {
         add_hidden(a_, side.p0, side.p1);
         add_hidden(b_, side.p0, side.p1);
     }
@@ -37,13 +37,13 @@ public:
         const PlanePoint a = points_.local(a_);
         const PlanePoint b = points_.local(b_);
         const PlanePoint x = points_.local(inner);
-        const double margin = 4 * points_.area_margin();
+        const double margin = tolerance::triangle_area * points_.area_margin();
         if (left_of(a, b).at(x) > margin) {
             add({before(left_of(a, x), margin), before(left_of(x, b), margin), {0, 0, 1}});
         }
     }
 
-    bool cover(const TurnedBox& box) {
+    bool cover(const OrientedBox& box) {
         return any(
             [&](const LineForm& bound) { return bound.at(box.centre) >= box.spread(bound); });
     }
@@ -53,15 +53,15 @@ public:
 
 private:
     /// A region where three forms are not negative.
-    using Shadow = std::array<LineForm, 3>;
+    using Zone = std::array<LineForm, 3>;
 
     template <class Holds>
     bool any(Holds holds) {
         for (std::size_t i = 0; i < count_; ++i) {
-            const Shadow& shadow = shadows_[i];
-            if (holds(shadow[0]) && holds(shadow[1]) && holds(shadow[2])) {
+            const Zone& zone = zones_[i];
+            if (holds(zone[0]) && holds(zone[1]) && holds(zone[2])) {
                 if (i > 0) { // what covers one covers the next
-                    std::swap(shadows_[i - 1], shadows_[i]);
+                    std::swap(zones_[i - 1], zones_[i]);
                 }
                 return true;
             }
@@ -69,9 +69,9 @@ private:
         return false;
     }
 
-    void add(const Shadow& shadow) {
-        if (count_ < shadows_.size()) {
-            shadows_[count_++] = shadow;
+    void add(const Zone& zone) {
+        if (count_ < zones_.size()) {
+            zones_[count_++] = zone;
         }
     }
 
@@ -83,14 +83,13 @@ private:
     }
 
     /// What lies beyond the side u-v between the rays from an eye through u and v. With the eye and
-    /// p at distances e and d from the side's line, the crossing test finds the meeting place along
-    /// the side to rounding · extent · |eye − p| / (e + d), while a p at distance m inside of a ray
-    /// puts that place at least m · e / (e + d) off the side's end.
+    /// p at distances e and d from the side's line, the crossing test finds the meeting point
+    /// along the side to rounding · extent · |eye − p| / (e + d), while a p at distance m inside of
+    /// a ray puts that point at least m · e / (e + d) off the side's end.
     void add_hidden(int eye, int from, int to) {
         if (eye == from || eye == to) {
             return;
         }
-        const double extent = points_.extent();
         const PlanePoint e = points_.local(eye);
         PlanePoint u = points_.local(from);
         PlanePoint v = points_.local(to);
@@ -100,7 +99,7 @@ private:
             area = -area;
         }
         const double length = size(u, v);
-        const double line_margin = 1e-12 * extent * length;
+        const double line_margin = points_.line_margin() * length;
         if (!(area > line_margin)) {
             return;
         }
@@ -112,7 +111,7 @@ private:
     const RegionPoints& points_;
     int a_ = 0;
     int b_ = 0;
-    std::array<Shadow, 24> shadows_;
+    std::array<Zone, 24> zones_;
     std::size_t count_ = 0;
 };
 

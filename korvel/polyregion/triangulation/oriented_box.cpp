@@ -1,4 +1,4 @@
-#include "korvel/polyregion/triangulation/turned_box.h"
+#include "korvel/polyregion/triangulation/oriented_box.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,8 +6,8 @@
 
 namespace korvel {
 
-TurnedBox box_around(const Coordinates& points, int first, int end, double rounding) {
-    TurnedBox box;
+OrientedBox box_around(const Coordinates& points, int first, int end, double rounding) {
+    OrientedBox box;
     const auto each = [&](auto use) {
         for (int p = first; p < end; ++p) {
             use(points[p]);
