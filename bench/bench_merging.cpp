@@ -1,4 +1,4 @@
-// What raising, merging and thinning cost in models of many bodies.
+// What one change costs in models of many bodies.
 
 #include <memory>
 #include <vector>
@@ -9,30 +9,9 @@
 
 namespace {
 
-void make_model(TMOD3D& model, int bodies) {
-    TMOD3D made;
-    korvel::bench::prism_field(made, bodies);
-    const korvel::bench::ModelFile file(made);
-    korvel::bench::read_model(file.path(), model);
-}
-
-/// Times `work` on a fresh copy of a field of prisms.
 template <class Work>
-void change(benchmark::State& state, Work work) {
-    TMOD3D model;
-    make_model(model, static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto copy = std::make_unique<TMOD3D>(model);
-        state.ResumeTiming();
-        work(*copy, model);
-        state.PauseTiming();
-        copy.reset();
-        state.ResumeTiming();
-    }
-    state.SetComplexityN(state.range(0));
-    state.counters["faces"] = model.polys.GetSize();
-}
+void change(benchmark::State& state, Work work);
+int body_count(const benchmark::State& state);
 
 void BM_AddModel(benchmark::State& state) {
     change(state, [](TMOD3D& model, TMOD3D& same) { model.add_model(same); });
@@ -46,23 +25,24 @@ void BM_ClearUnused(benchmark::State& state) {
     change(state, [](TMOD3D& model, TMOD3D&) { model.clear_no_use_ele(); });
 }
 
+/// Cuts every body.
 void BM_CutField(benchmark::State& state) {
     TMOD3D model;
-    make_model(model, static_cast<int>(state.range(0)));
+    korvel::bench::read_prism_field(model, body_count(state));
     TMOD2D section;
     for (auto _ : state) {
-        model.get_section(std::vector<double>{0, 0, 1, -25}.data(), section); // every body
+        model.get_section(std::vector<double>{0, 0, 1, -25}.data(), section);
     }
     state.SetComplexityN(state.range(0));
     state.counters["polygons"] = section.polys.GetSize();
 }
 
-/// One more prism on top of as many as there are.
+/// Adds one prism after another to the model.
 void BM_RaisePrism(benchmark::State& state) {
     const korvel::bench::Silence silence;
     TMOD3D model;
-    make_model(model, static_cast<int>(state.range(0)));
-    int cell = static_cast<int>(state.range(0));
+    korvel::bench::read_prism_field(model, body_count(state));
+    int cell = body_count(state);
     for (auto _ : state) {
         state.PauseTiming();
         PLYDT set;
@@ -71,6 +51,28 @@ void BM_RaisePrism(benchmark::State& state) {
         model.create3dmode(set);
     }
     state.SetComplexityN(state.range(0));
+}
+
+/// Times `work` on a fresh copy of a field of prisms; its second argument is the original.
+template <class Work>
+void change(benchmark::State& state, Work work) {
+    TMOD3D model;
+    korvel::bench::read_prism_field(model, body_count(state));
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto copy = std::make_unique<TMOD3D>(model);
+        state.ResumeTiming();
+        work(*copy, model);
+        state.PauseTiming();
+        copy.reset();
+        state.ResumeTiming();
+    }
+    state.SetComplexityN(state.range(0));
+    state.counters["faces"] = model.polys.GetSize();
+}
+
+int body_count(const benchmark::State& state) {
+    return static_cast<int>(state.range(0));
 }
 
 void sizes(benchmark::internal::Benchmark* each) {

@@ -1,13 +1,13 @@
-// What drawing regions, and finding the region that holds a point, cost without a device.
+// Drawing regions, without a device, and finding the region that contains a point.
 
 #include <benchmark/benchmark.h>
 
-#include "bench/inputs/sample_network.h"
+#include "bench/inputs/curve_arrays.h"
 #include "korvel/polyregion/ccploy2drg.h"
 
 namespace {
 
-/// Takes everything and paints nothing.
+/// Accepts every call and paints nothing.
 class NoDevice : public CDC {
 public:
     CPen* SelectObject(CPen*) override { return nullptr; }
@@ -24,21 +24,11 @@ public:
     }
 };
 
-void counties(CCPloy2DRg& set, const benchmark::State& state) {
-    korvel::bench::Network network = korvel::bench::sample_network("us-counties", state.range(0));
-    CREGION region;
-    region.SetPtsInfo(network.pts, network.counts);
-    region.GetAllRegion(set);
-}
-
-void count_points(benchmark::State& state, const CCPloy2DRg& set) {
-    state.SetComplexityN(set.pt_list.GetSize());
-    state.counters["points"] = set.pt_list.GetSize();
-}
+void count_points(benchmark::State& state, const CCPloy2DRg& set);
 
 void BM_DrawRegions(benchmark::State& state) {
     CCPloy2DRg set;
-    counties(set, state);
+    korvel::bench::sample_regions("us-counties", state.range(0), set);
     NoDevice device;
     for (auto _ : state) {
         set.Draw_Regon(0, 0, 0, 0, 1, 1, 0.01, &device);
@@ -46,10 +36,10 @@ void BM_DrawRegions(benchmark::State& state) {
     count_points(state, set);
 }
 
-/// Points over the whole map, many of them in the sea.
+/// Points all over the map, many of them in no region.
 void BM_LocatePoint(benchmark::State& state) {
     CCPloy2DRg set;
-    counties(set, state);
+    korvel::bench::sample_regions("us-counties", state.range(0), set);
     int step = 0;
     for (auto _ : state) {
         double p[2] = {step % 317 * 315.5, step % 313 * -319.5};
@@ -57,6 +47,11 @@ void BM_LocatePoint(benchmark::State& state) {
         ++step;
     }
     count_points(state, set);
+}
+
+void count_points(benchmark::State& state, const CCPloy2DRg& set) {
+    state.SetComplexityN(set.pt_list.GetSize());
+    state.counters["points"] = set.pt_list.GetSize();
 }
 
 BENCHMARK(BM_DrawRegions)->ArgName("quarters")->DenseRange(1, 4)->Unit(benchmark::kMillisecond);

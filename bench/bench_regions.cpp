@@ -1,4 +1,4 @@
-// From a curve network to regions. Times per point tell how the work grows.
+// From a curve network to regions. The times per point show how the work grows.
 
 #include <benchmark/benchmark.h>
 
@@ -6,33 +6,34 @@
 
 namespace {
 
-using korvel::bench::Network;
+using korvel::bench::CurveArrays;
 
-void find_regions(benchmark::State& state, const Network& network) {
+void find_regions(benchmark::State& state, const CurveArrays& curves);
+
+void regions(benchmark::State& state, const char* name) {
+    find_regions(state, korvel::bench::sample_curves(name, state.range(0)));
+}
+
+void made_regions(benchmark::State& state, CurveArrays (*make)(int points)) {
+    find_regions(state, make(static_cast<int>(state.range(0))));
+}
+
+void find_regions(benchmark::State& state, const CurveArrays& curves) {
     CREGION region;
     for (auto _ : state) {
         state.PauseTiming();
-        CArray<tagPOINT> pts; // the analysis cleans the arrays that it is given
-        CArray<int> counts;
-        pts.Copy(network.pts);
-        counts.Copy(network.counts);
+        CurveArrays copy; // the analysis cleans its input in place
+        copy.pts.Copy(curves.pts);
+        copy.counts.Copy(curves.counts);
         state.ResumeTiming();
-        region.SetPtsInfo(pts, counts);
+        region.SetPtsInfo(copy.pts, copy.counts);
     }
-    const double points = network.pts.GetSize();
-    state.SetComplexityN(network.pts.GetSize());
+    const double points = curves.pts.GetSize();
+    state.SetComplexityN(curves.pts.GetSize());
     state.counters["points"] = points;
     state.counters["regions"] = region.regions.GetSize();
     state.counters["per_point"] = benchmark::Counter(
         points, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
-void regions(benchmark::State& state, const char* name) {
-    find_regions(state, korvel::bench::sample_network(name, state.range(0)));
-}
-
-void made_regions(benchmark::State& state, Network (*make)(int points)) {
-    find_regions(state, make(static_cast<int>(state.range(0))));
 }
 
 void sizes(benchmark::internal::Benchmark* each) {

@@ -13,7 +13,7 @@
 namespace korvel::bench {
 namespace {
 
-/// How many rings are crossed on the way from outside to a triangle.
+/// The number of rings between a triangle and the outside.
 struct Depth {
     int rings = -1;
 };
@@ -31,6 +31,27 @@ struct Outline {
     std::vector<Kernel::Point_2> points;
     std::vector<std::pair<std::size_t, std::size_t>> sides;
 };
+
+Outline outline_of(const PLYDT& set, const PLYDT::PyToRg& region);
+double inner_area(Triangulation& triangulation);
+
+} // namespace
+
+Run triangulate_with_cgal(const PLYDT& set) {
+    Run run;
+    for (const PLYDT::PyToRg& region : set.region_list) {
+        const Outline outline = outline_of(set, region);
+        Triangulation triangulation;
+        run.seconds += seconds_of([&] {
+            triangulation.insert_constraints(outline.points.begin(), outline.points.end(),
+                                             outline.sides.begin(), outline.sides.end());
+        });
+        run.found += inner_area(triangulation);
+    }
+    return run;
+}
+
+namespace {
 
 Outline outline_of(const PLYDT& set, const PLYDT::PyToRg& region) {
     Outline outline;
@@ -63,7 +84,7 @@ double inner_area(Triangulation& triangulation) {
             if (next->info().rings < 0) {
                 const bool is_ring = face->is_constrained(side);
                 next->info().rings = depth + (is_ring ? 1 : 0);
-                // Whatever lies on this side of all rings comes first.
+                // Triangles of the same depth come first.
                 is_ring ? open.push_back(next) : open.push_front(next);
             }
         }
@@ -72,19 +93,4 @@ double inner_area(Triangulation& triangulation) {
 }
 
 } // namespace
-
-Run triangulate_with_cgal(const PLYDT& set) {
-    Run run;
-    for (const PLYDT::PyToRg& region : set.region_list) {
-        const Outline outline = outline_of(set, region);
-        Triangulation triangulation;
-        run.seconds += seconds_of([&] {
-            triangulation.insert_constraints(outline.points.begin(), outline.points.end(),
-                                             outline.sides.begin(), outline.sides.end());
-        });
-        run.found += inner_area(triangulation);
-    }
-    return run;
-}
-
 } // namespace korvel::bench

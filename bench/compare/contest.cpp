@@ -14,24 +14,8 @@ constexpr double peer_limit = 5; // seconds of a run after which a peer counts a
 
 using Runs = std::vector<Run>;
 
-/// Whatever slows the machine down for a while meets all of them alike.
-std::vector<Runs> run_in_turn(const std::vector<const Job*>& jobs) {
-    std::vector<Runs> runs(jobs.size());
-    double spent = 0;
-    for (std::size_t round = 0; round < most_rounds && spent < row_limit; ++round) {
-        for (std::size_t k = 0; k < jobs.size(); ++k) {
-            spent += runs[k].emplace_back((*jobs[k])()).seconds;
-        }
-    }
-    return runs;
-}
-
-double median_seconds(Runs runs) {
-    const auto middle = runs.begin() + static_cast<std::ptrdiff_t>(runs.size() / 2);
-    std::nth_element(runs.begin(), middle, runs.end(),
-                     [](const Run& a, const Run& b) { return a.seconds < b.seconds; });
-    return middle->seconds;
-}
+std::vector<Runs> run_in_turn(const std::vector<const Job*>& jobs);
+double median_seconds(Runs runs);
 
 } // namespace
 
@@ -83,7 +67,7 @@ std::vector<Peer> Series::worth_trying(const std::vector<Peer>& peers) const {
     return some;
 }
 
-/// The exponent with which the time has grown since the size before.
+/// The exponent by which the time grew from the previous size.
 std::optional<double> Series::growth_to(int size, double seconds) {
     std::optional<double> growth;
     if (last_size_ > 0 && size > last_size_) {
@@ -95,4 +79,26 @@ std::optional<double> Series::growth_to(int size, double seconds) {
     return growth;
 }
 
+namespace {
+
+/// Interleaved, so that a temporary slowdown of the machine affects all jobs alike.
+std::vector<Runs> run_in_turn(const std::vector<const Job*>& jobs) {
+    std::vector<Runs> runs(jobs.size());
+    double spent = 0;
+    for (std::size_t round = 0; round < most_rounds && spent < row_limit; ++round) {
+        for (std::size_t k = 0; k < jobs.size(); ++k) {
+            spent += runs[k].emplace_back((*jobs[k])()).seconds;
+        }
+    }
+    return runs;
+}
+
+double median_seconds(Runs runs) {
+    const auto middle = runs.begin() + static_cast<std::ptrdiff_t>(runs.size() / 2);
+    std::nth_element(runs.begin(), middle, runs.end(),
+                     [](const Run& a, const Run& b) { return a.seconds < b.seconds; });
+    return middle->seconds;
+}
+
+} // namespace
 } // namespace korvel::bench

@@ -14,18 +14,17 @@ namespace korvel::bench {
 /// One run of a job.
 struct Run {
     double seconds = 0;
-    double found = 0; ///< what tells that two programs did the same: a number, an area, a length
+    double found = 0; ///< a count, area or length that shows whether two programs did the same work
     bool finished = true; ///< false when the job gave up at `run_limit`
 };
 
 using Job = std::function<Run()>;
 
-/// Runs that would take longer are given up by jobs that can, and no larger input of theirs is
-/// tried.
+/// Jobs that can stop early do so after this time, and no larger input of theirs is tried.
 constexpr double run_limit = 10; // seconds
 
-/// Processor time, which other programs on the machine disturb less than they do the wall clock.
-/// Nothing that is compared here has threads.
+/// Processor time, which other programs on the machine disturb less than wall-clock time. All jobs
+/// are single-threaded.
 template <class Work>
 double seconds_of(Work work) {
     const std::clock_t start = std::clock();
@@ -33,28 +32,29 @@ double seconds_of(Work work) {
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-/// Another program's way to do the same job.
+/// Another library's form of the same job.
 struct Peer {
     std::string name;
     Job job;
-    std::optional<double> goal = {}; ///< the most that our time may be of the peer's
+    std::optional<double> goal = {}; ///< highest acceptable ratio of korvel's time to the peer's
 };
 
-/// The most by which the time may grow when the input doubles to a size.
+/// The highest acceptable growth factor of the time when the input doubles to a size.
 struct DoublingGoal {
     int size = 0;
     double factor = 0;
 };
 
-/// One job on inputs of one kind and of growing size; each size gives a row for each peer.
+/// One job on inputs of one kind and of growing size, with a row for each size and peer.
 class Series {
 public:
-    /// `found` names what the runs find. The goal of a series that ends before its size is missed.
+    /// `found` is the unit of `Run::found`. A series that ends before the size of its goal misses
+    /// it.
     Series(Table& table, std::string job, std::string input, std::string found,
            std::optional<DoublingGoal> goal = {});
 
-    /// Lets all run in turn, several times over, and adds what the medians tell to the table. A
-    /// peer that was slow on a smaller input only takes part where a goal asks for it.
+    /// Runs all in turn, several times, and adds the medians to the table. A peer that was slow on
+    /// a smaller input is left out unless it has a goal.
     void race(int size, const Job& korvel, const std::vector<Peer>& peers = {});
 
     /// Whether a larger input is worth trying.

@@ -1,4 +1,4 @@
-// korvel beside its peers, job by job, on the same input in the same run.
+// Compares korvel with its peers, job by job, on the same input in the same run.
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-// Models read and cut.
+// Reading and cutting models.
 
 #include <cmath>
 #include <cstdio>
@@ -20,64 +20,12 @@ namespace {
 constexpr int goal_size = 800'000;
 constexpr double cut_at = 12.3456789;
 
-Run read(const ModelFile& file) {
-    TMOD3D model;
-    Run run;
-    run.seconds = seconds_of([&] { read_model(file.path(), model); });
-    run.found = model.lines.GetSize();
-    return run;
-}
-
-double length(const TMOD2D& section) {
-    double sum = 0;
-    for (const POLY3D& loop : section.polys) {
-        const double* from = section.verts[loop.verts[loop.verts.GetUpperBound()]].model_xyz;
-        for (const int v : loop.verts) {
-            const double* to = section.verts[v].model_xyz;
-            sum += std::hypot(to[0] - from[0], to[1] - from[1], to[2] - from[2]);
-            from = to;
-        }
-    }
-    return sum;
-}
-
-Run cut(TMOD3D& model) {
-    TMOD2D section;
-    Run run;
-    run.seconds = seconds_of([&] { model.get_x_section(cut_at, section); });
-    run.found = length(section);
-    return run;
-}
-
-/// Asks this program anew, in KiB.
-double peak_memory_of(const ModelFile& file) {
-    const std::string command = std::filesystem::read_symlink("/proc/self/exe").string() + " " +
-                                peak_memory_option + " " + file.path().string();
-    const std::unique_ptr<FILE, int (*)(FILE*)> answer(popen(command.c_str(), "r"), pclose);
-    long kibibytes = 0;
-    if (!answer || std::fscanf(answer.get(), "%ld", &kibibytes) != 1) {
-        throw std::runtime_error("no answer from " + command);
-    }
-    return static_cast<double>(kibibytes);
-}
-
-void compare_reading(Series& series, TMOD3D& made, std::optional<double> goal) {
-    const ModelFile file(made);
-    const ModelFile off(made, ModelFile::Form::off);
-    const int faces = made.polys.GetSize();
-    series.race(faces, [&] { return read(file); },
-                {{"CGAL", [&] { return read_with_cgal(off.path()); }, goal},
-                 {"CGAL, fscanf", [&] { return scan_with_cgal(file.path()); }}});
-}
-
-void compare_cutting(Series& series, TMOD3D& made, std::optional<double> goal) {
-    const ModelFile file(made);
-    TMOD3D model;
-    read_model(file.path(), model);
-    const CgalMesh mesh(file.path());
-    series.race(model.polys.GetSize(), [&] { return cut(model); },
-                {{"CGAL", [&] { return mesh.cut(cut_at); }, goal}});
-}
+void compare_reading(Series& series, TMOD3D& made, std::optional<double> goal);
+Run read(const ModelFile& file);
+void compare_cutting(Series& series, TMOD3D& made, std::optional<double> goal);
+Run cut(TMOD3D& model);
+double length(const TMOD2D& section);
+double peak_memory_of(const ModelFile& file);
 
 struct Comparison {
     const char* job;
@@ -131,4 +79,66 @@ long peak_memory_of_reading(const char* file) {
     return kibibytes;
 }
 
+namespace {
+
+void compare_reading(Series& series, TMOD3D& made, std::optional<double> goal) {
+    const ModelFile file(made);
+    const ModelFile off(made, ModelFile::Form::off);
+    const int faces = made.polys.GetSize();
+    series.race(faces, [&] { return read(file); },
+                {{"CGAL", [&] { return read_with_cgal(off.path()); }, goal},
+                 {"CGAL, fscanf", [&] { return scan_with_cgal(file.path()); }}});
+}
+
+Run read(const ModelFile& file) {
+    TMOD3D model;
+    Run run;
+    run.seconds = seconds_of([&] { read_model(file.path(), model); });
+    run.found = model.lines.GetSize();
+    return run;
+}
+
+void compare_cutting(Series& series, TMOD3D& made, std::optional<double> goal) {
+    const ModelFile file(made);
+    TMOD3D model;
+    read_model(file.path(), model);
+    const CgalMesh mesh(file.path());
+    series.race(model.polys.GetSize(), [&] { return cut(model); },
+                {{"CGAL", [&] { return mesh.cut(cut_at); }, goal}});
+}
+
+Run cut(TMOD3D& model) {
+    TMOD2D section;
+    Run run;
+    run.seconds = seconds_of([&] { model.get_x_section(cut_at, section); });
+    run.found = length(section);
+    return run;
+}
+
+double length(const TMOD2D& section) {
+    double sum = 0;
+    for (const POLY3D& loop : section.polys) {
+        const double* from = section.verts[loop.verts[loop.verts.GetUpperBound()]].model_xyz;
+        for (const int v : loop.verts) {
+            const double* to = section.verts[v].model_xyz;
+            sum += std::hypot(to[0] - from[0], to[1] - from[1], to[2] - from[2]);
+            from = to;
+        }
+    }
+    return sum;
+}
+
+/// In KiB, from a new process of this program.
+double peak_memory_of(const ModelFile& file) {
+    const std::string command = std::filesystem::read_symlink("/proc/self/exe").string() + " " +
+                                peak_memory_option + " " + file.path().string();
+    const std::unique_ptr<FILE, int (*)(FILE*)> answer(popen(command.c_str(), "r"), pclose);
+    long kibibytes = 0;
+    if (!answer || std::fscanf(answer.get(), "%ld", &kibibytes) != 1) {
+        throw std::runtime_error("no answer from " + command);
+    }
+    return static_cast<double>(kibibytes);
+}
+
+} // namespace
 } // namespace korvel::bench

@@ -4,20 +4,20 @@
 #include <memory>
 
 #include "bench/compare/contest.h"
-#include "bench/inputs/sample_network.h"
+#include "bench/inputs/curve_arrays.h"
 #include "korvel/polyregion/plydt.h"
 
-// The peers' ways to do korvel's jobs. Input is turned into a peer's own records before its clock
-// starts, and results are counted after it stops. Each library, and each kernel of CGAL, stands in
-// a source file of its own: they compile slowly.
+// korvel's jobs, done by the peers. Input is converted to the peer's own records before the clock
+// starts, and results are counted after it stops. Each library, and each kernel of CGAL, has a
+// source file of its own because they compile slowly.
 
 namespace korvel::bench {
 
 /// CGAL: all segments at once into an Arrangement_2 of exact numbers. Finds its bounded faces.
-Run arrange_with_cgal(const Network& network);
+Run arrange_with_cgal(const CurveArrays& curves);
 
 /// GEOS: the curves noded by a unary union, then polygonized. Finds the polygons.
-Run polygonize_with_geos(const Network& network);
+Run polygonize_with_geos(const CurveArrays& curves);
 
 /// CGAL: a constrained Delaunay triangulation of each region, exact predicates on doubles. Finds
 /// the area of the triangles within the regions.

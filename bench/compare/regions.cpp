@@ -15,7 +15,7 @@ namespace {
 
 struct Kind {
     const char* name;
-    Network (*make)(int points);
+    CurveArrays (*make)(int points);
 };
 
 constexpr Kind kinds[] = {
@@ -25,39 +25,35 @@ constexpr Kind kinds[] = {
     {"noisy loops", noisy_loops},
 };
 
-/// The whole analysis; the network that it cleans is a copy.
-Run find_regions(const Network& network) {
-    CArray<tagPOINT> pts;
-    CArray<int> counts;
-    pts.Copy(network.pts);
-    counts.Copy(network.counts);
-    CREGION region;
-    Run run;
-    run.seconds = seconds_of([&] { region.SetPtsInfo(pts, counts); });
-    run.found = region.regions.GetSize();
-    return run;
-}
-
-void race(Series& series, const Network& network, const std::vector<Peer>& peers) {
-    series.race(
-        network.pts.GetSize(), [&] { return find_regions(network); }, peers);
-}
+void compare_samples(Table& table);
+void compare_made_networks(Table& table, bool is_quick);
+void race(Series& series, const CurveArrays& curves, const std::vector<Peer>& peers);
+Run find_regions(const CurveArrays& curves);
 
 } // namespace
 
 void compare_regions(Table& table, bool is_quick) {
+    compare_samples(table);
+    compare_made_networks(table, is_quick);
+}
+
+namespace {
+
+void compare_samples(Table& table) {
     for (const std::string name : {"us-states", "world-110m", "us-counties"}) {
         const bool has_goals = name == "us-counties";
         const auto goal = [&](double ratio) {
             return has_goals ? std::optional(ratio) : std::nullopt;
         };
-        const Network network = sample_network(name, 4);
+        const CurveArrays curves = sample_curves(name, 4);
         Series series(table, "regions", name, "regions");
-        race(series, network,
-             {{"CGAL", [&] { return arrange_with_cgal(network); }, goal(0.5)},
-              {"GEOS", [&] { return polygonize_with_geos(network); }, goal(0.15)}});
+        race(series, curves,
+             {{"CGAL", [&] { return arrange_with_cgal(curves); }, goal(0.5)},
+              {"GEOS", [&] { return polygonize_with_geos(curves); }, goal(0.15)}});
     }
+}
 
+void compare_made_networks(Table& table, bool is_quick) {
     constexpr int goal_size = 500'000;
     constexpr int most_with_peers = goal_size;
     const std::vector<int> sizes = is_quick ? std::vector{10'000, 20'000}
@@ -65,14 +61,14 @@ void compare_regions(Table& table, bool is_quick) {
     for (const Kind& kind : kinds) {
         Series series(table, "regions", kind.name, "regions");
         for (const int size : sizes) {
-            const Network network = kind.make(size);
+            const CurveArrays curves = kind.make(size);
             std::vector<Peer> peers;
             if (size <= most_with_peers) {
-                peers.push_back({"CGAL", [&] { return arrange_with_cgal(network); },
+                peers.push_back({"CGAL", [&] { return arrange_with_cgal(curves); },
                                  size == goal_size ? std::optional(0.5) : std::nullopt});
-                peers.push_back({"GEOS", [&] { return polygonize_with_geos(network); }});
+                peers.push_back({"GEOS", [&] { return polygonize_with_geos(curves); }});
             }
-            race(series, network, peers);
+            race(series, curves, peers);
             if (!series.goes_on()) {
                 break;
             }
@@ -80,4 +76,22 @@ void compare_regions(Table& table, bool is_quick) {
     }
 }
 
+void race(Series& series, const CurveArrays& curves, const std::vector<Peer>& peers) {
+    series.race(
+        curves.pts.GetSize(), [&] { return find_regions(curves); }, peers);
+}
+
+/// The whole analysis; the curves that it cleans is a copy.
+Run find_regions(const CurveArrays& curves) {
+    CurveArrays copy;
+    copy.pts.Copy(curves.pts);
+    copy.counts.Copy(curves.counts);
+    CREGION region;
+    Run run;
+    run.seconds = seconds_of([&] { region.SetPtsInfo(copy.pts, copy.counts); });
+    run.found = region.regions.GetSize();
+    return run;
+}
+
+} // namespace
 } // namespace korvel::bench

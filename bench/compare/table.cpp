@@ -10,67 +10,14 @@ namespace {
 
 using Cells = std::array<std::string, 9>;
 
-constexpr std::array<int, 9> widths = {-16, -17, 9, 9, -18, 6, 6, -14, -33};
+constexpr std::array<int, 9> widths = {-16, -17, 9, 9, -20, 6, 6, -14, -34};
 
-/// Columns by their widths, negative ones flush left. Widths are counted in bytes: no cell may hold
-/// anything but ASCII.
-void print_row(const Cells& cells) {
-    for (std::size_t k = 0; k < cells.size(); ++k) {
-        std::printf("| %*s ", widths[k], cells[k].c_str());
-    }
-    std::printf("|\n");
-    std::fflush(stdout);
-}
-
-void print_rule() {
-    for (const int width : widths) {
-        std::printf("|%s%s",
-                    std::string(static_cast<std::size_t>(std::abs(width)) + 1, '-').c_str(),
-                    width > 0 ? ":" : "-");
-    }
-    std::printf("|\n");
-}
-
-/// Three digits.
-std::string rounded(double value) {
-    char text[32];
-    const int digits_before = value < 1 ? 1 : static_cast<int>(std::log10(value)) + 1;
-    std::snprintf(text, sizeof text, "%.*f", std::max(0, 3 - digits_before), value);
-    return text;
-}
-
-std::string duration(double seconds) {
-    if (seconds < 1e-3) {
-        return rounded(seconds * 1e6) + " us";
-    }
-    return seconds < 1 ? rounded(seconds * 1e3) + " ms" : rounded(seconds) + " s";
-}
-
-std::string grouped(int number) {
-    std::string text = std::to_string(number);
-    for (int k = static_cast<int>(text.size()) - 3; k > 0; k -= 3) {
-        text.insert(static_cast<std::size_t>(k), 1, ',');
-    }
-    return text;
-}
-
-std::string number(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.8g", value);
-    return text;
-}
-
-/// Areas and lengths are summed up in different orders, and korvel reads vertices in single
-/// precision.
-bool are_same(double a, double b) {
-    return std::abs(a - b) <= 1e-7 * std::abs(a);
-}
-
-std::string findings(const Row& row) {
-    const std::string ours = number(row.found);
-    const bool both = row.peer.empty() || are_same(row.found, row.peer_found);
-    return (both ? ours : ours + " / " + number(row.peer_found)) + " " + row.found_name;
-}
+void print_row(const Cells& cells);
+void print_rule();
+std::string grouped(int number);
+std::string duration(double seconds);
+std::string rounded(double value);
+std::string findings(const Row& row);
 
 } // namespace
 
@@ -121,4 +68,65 @@ std::string Table::verdict(bool is_met) {
     return is_met ? "met" : "MISSED";
 }
 
+namespace {
+
+/// A negative width aligns left. Widths count bytes, so cells are ASCII only.
+void print_row(const Cells& cells) {
+    for (std::size_t k = 0; k < cells.size(); ++k) {
+        std::printf("| %*s ", widths[k], cells[k].c_str());
+    }
+    std::printf("|\n");
+    std::fflush(stdout);
+}
+
+void print_rule() {
+    for (const int width : widths) {
+        std::printf("|%s%s",
+                    std::string(static_cast<std::size_t>(std::abs(width)) + 1, '-').c_str(),
+                    width > 0 ? ":" : "-");
+    }
+    std::printf("|\n");
+}
+
+/// To three significant digits.
+std::string rounded(double value) {
+    char text[32];
+    const int digits_before = value < 1 ? 1 : static_cast<int>(std::log10(value)) + 1;
+    std::snprintf(text, sizeof text, "%.*f", std::max(0, 3 - digits_before), value);
+    return text;
+}
+
+std::string duration(double seconds) {
+    if (seconds < 1e-3) {
+        return rounded(seconds * 1e6) + " us";
+    }
+    return seconds < 1 ? rounded(seconds * 1e3) + " ms" : rounded(seconds) + " s";
+}
+
+std::string grouped(int number) {
+    std::string text = std::to_string(number);
+    for (int k = static_cast<int>(text.size()) - 3; k > 0; k -= 3) {
+        text.insert(static_cast<std::size_t>(k), 1, ',');
+    }
+    return text;
+}
+
+std::string number(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.8g", value);
+    return text;
+}
+
+/// The tolerance covers sums in different orders and korvel's single precision for vertices read.
+bool are_same(double a, double b) {
+    return std::abs(a - b) <= 1e-7 * std::abs(a);
+}
+
+std::string findings(const Row& row) {
+    const std::string ours = number(row.found);
+    const bool both = row.peer.empty() || are_same(row.found, row.peer_found);
+    return (both ? ours : ours + " / " + number(row.peer_found)) + " " + row.found_name;
+}
+
+} // namespace
 } // namespace korvel::bench

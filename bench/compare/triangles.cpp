@@ -7,44 +7,35 @@
 #include "bench/compare/contest.h"
 #include "bench/compare/jobs.h"
 #include "bench/compare/peers.h"
+#include "bench/inputs/curve_arrays.h"
 #include "bench/inputs/rings.h"
-#include "korvel/region/cregion.h"
 
 namespace korvel::bench {
 namespace {
 
-double area(const PLYDT& set) {
-    double twice = 0;
-    for (const PLYDT::TRG& t : set.trg_list) {
-        const VERT2D& a = set.pt_list[t.va];
-        const VERT2D& b = set.pt_list[t.vb];
-        const VERT2D& c = set.pt_list[t.vc];
-        twice += std::abs((b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y));
+void compare_map(Table& table, const char* name, std::optional<double> goal);
+void compare_rings(Table& table, bool with_holes, const std::vector<int>& sizes, int goal_size);
+void race(Series& series, PLYDT& set, int size, std::optional<double> goal);
+Run triangulate(PLYDT& set);
+double area(const PLYDT& set);
+
+} // namespace
+
+void compare_triangles(Table& table, bool is_quick) {
+    compare_map(table, "us-states", {});
+    compare_map(table, "us-counties", 1.5);
+    const std::vector<int> sizes =
+        is_quick ? std::vector{2'000, 4'000} : std::vector{5'000, 10'000, 20'000, 50'000};
+    for (const bool with_holes : {false, true}) {
+        compare_rings(table, with_holes, sizes, 20'000);
     }
-    return twice / 2;
 }
 
-/// Topology and triangles of all regions, without trace files.
-Run triangulate(PLYDT& set) {
-    PLYDT::set_trace_files(false);
-    set.side_list.RemoveAll(); // it would keep the sides of the run before
-    Run run;
-    run.seconds = seconds_of([&] { set.region_tranglate(); });
-    run.found = area(set);
-    return run;
-}
-
-void race(Series& series, PLYDT& set, int size, std::optional<double> goal) {
-    series.race(size, [&] { return triangulate(set); },
-                {{"CGAL", [&] { return triangulate_with_cgal(set); }, goal}});
-}
+namespace {
 
 void compare_map(Table& table, const char* name, std::optional<double> goal) {
-    Network network = sample_network(name, 4);
-    CREGION region;
-    region.SetPtsInfo(network.pts, network.counts);
     PLYDT set;
-    region.GetAllRegion(set);
+    sample_regions(name, 4, set);
     Series series(table, "triangles", name, "area");
     race(series, set, set.pt_list.GetSize(), goal);
 }
@@ -62,16 +53,31 @@ void compare_rings(Table& table, bool with_holes, const std::vector<int>& sizes,
     }
 }
 
-} // namespace
-
-void compare_triangles(Table& table, bool is_quick) {
-    compare_map(table, "us-states", {});
-    compare_map(table, "us-counties", 1.5);
-    const std::vector<int> sizes =
-        is_quick ? std::vector{2'000, 4'000} : std::vector{5'000, 10'000, 20'000, 50'000};
-    for (const bool with_holes : {false, true}) {
-        compare_rings(table, with_holes, sizes, 20'000);
-    }
+void race(Series& series, PLYDT& set, int size, std::optional<double> goal) {
+    series.race(size, [&] { return triangulate(set); },
+                {{"CGAL", [&] { return triangulate_with_cgal(set); }, goal}});
 }
 
+/// Topology and triangles of all regions, without trace files.
+Run triangulate(PLYDT& set) {
+    PLYDT::set_trace_files(false);
+    set.side_list.RemoveAll(); // each run would add to the sides of the run before
+    Run run;
+    run.seconds = seconds_of([&] { set.region_tranglate(); });
+    run.found = area(set);
+    return run;
+}
+
+double area(const PLYDT& set) {
+    double twice = 0;
+    for (const PLYDT::TRG& t : set.trg_list) {
+        const VERT2D& a = set.pt_list[t.va];
+        const VERT2D& b = set.pt_list[t.vb];
+        const VERT2D& c = set.pt_list[t.vc];
+        twice += std::abs((b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y));
+    }
+    return twice / 2;
+}
+
+} // namespace
 } // namespace korvel::bench

@@ -15,77 +15,19 @@ namespace {
 
 using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-File open_file(const std::filesystem::path& path, const char* mode) {
-    File file(std::fopen(path.c_str(), mode), std::fclose);
-    if (!file) {
-        throw std::runtime_error("cannot open " + path.string());
-    }
-    return file;
-}
-
-void write_off(FILE* file, const TMOD3D& model) {
-    std::fprintf(file, "OFF\n%d %d 0\n", model.verts.GetSize(), model.polys.GetSize());
-    for (const VERT3D& vertex : model.verts) {
-        const double* const at = vertex.model_xyz;
-        std::fprintf(file, "%f %f %f\n", at[0], at[1], at[2]);
-    }
-    for (const POLY3D& face : model.polys) {
-        std::fprintf(file, "3 %d %d %d\n", face.verts[0], face.verts[1], face.verts[2]);
-    }
-}
-
 struct Direction {
     double x;
     double y;
     double z;
 };
 
-void add_bumpy_point(TMOD3D& model, Direction d) {
-    const double radius =
-        100 * (1 + 0.1 * std::sin(7 * d.x + 1) * std::cos(5 * d.y) * std::sin(6 * d.z + 2));
-    VERT3D vertex;
-    vertex.model_xyz[0] = radius * d.x;
-    vertex.model_xyz[1] = radius * d.y;
-    vertex.model_xyz[2] = radius * d.z;
-    model.verts.Add(vertex);
-}
-
-void add_triangle(TMOD3D& model, int a, int b, int c) {
-    POLY3D face;
-    for (const int v : {a, b, c}) {
-        face.add_a_vert(v);
-    }
-    model.bodies[model.bodies.GetUpperBound()].polys.Add(model.polys.Add(face));
-}
-
-void add_body(TMOD3D& model, int faces) {
-    BODY3D body;
-    expect(model.bodies[model.bodies.Add(body)].polys, faces);
-}
-
-/// Appends the vertices and faces of a model of one body, moved by (dx, dy).
-void add_moved(TMOD3D& model, TMOD3D& one, double dx, double dy) {
-    const int first_vertex = model.verts.GetSize();
-    for (const VERT3D& from : one.verts) {
-        VERT3D vertex;
-        vertex.model_xyz[0] = from.model_xyz[0] + dx;
-        vertex.model_xyz[1] = from.model_xyz[1] + dy;
-        vertex.model_xyz[2] = from.model_xyz[2];
-        model.verts.Add(vertex);
-    }
-    add_body(model, one.polys.GetSize());
-    for (const POLY3D& face : one.polys) {
-        add_triangle(model, first_vertex + face.verts[0], first_vertex + face.verts[1],
-                     first_vertex + face.verts[2]);
-    }
-}
-
-/// The corner of a cell of the chequerboard that prisms stand on.
-tagPOINT cell_origin(int cell) {
-    constexpr int cells_per_row = 128;
-    constexpr int spacing = 100;
-    return {cell % cells_per_row * spacing, cell / cells_per_row * spacing};
-}
+File open_file(const std::filesystem::path& path, const char* mode);
+void write_off(FILE* file, const TMOD3D& model);
+void add_bumpy_point(TMOD3D& model, Direction d);
+void add_body(TMOD3D& model, int faces);
+void add_triangle(TMOD3D& model, int a, int b, int c);
+tagPOINT cell_origin(int cell);
+void add_moved(TMOD3D& model, TMOD3D& one, double dx, double dy);
 
 } // namespace
 
@@ -122,8 +64,8 @@ void bumpy_ball(TMOD3D& model, int faces) {
     const auto at = [&](int parallel, int meridian) {
         return 2 + parallel * meridians + meridian % meridians;
     };
-    expect(model.verts, 2 + parallels * meridians);
-    expect(model.polys, faces);
+    reserve(model.verts, 2 + parallels * meridians);
+    reserve(model.polys, faces);
     add_bumpy_point(model, {0, 0, 1});
     add_bumpy_point(model, {0, 0, -1});
     for (int p = 0; p < parallels; ++p) {
@@ -150,8 +92,8 @@ void bumpy_refined_ball(TMOD3D& model, int rounds) {
     double centre[3] = {0, 0, 0};
     double radius[3] = {1, 1, 1};
     ball.inti_mode(centre, radius, 0, rounds);
-    expect(model.verts, ball.verts.GetSize());
-    expect(model.polys, ball.polys.GetSize());
+    reserve(model.verts, ball.verts.GetSize());
+    reserve(model.polys, ball.polys.GetSize());
     for (const VERT3D& vertex : ball.verts) {
         add_bumpy_point(model, {vertex.model_xyz[0], vertex.model_xyz[1], vertex.model_xyz[2]});
     }
@@ -185,13 +127,20 @@ void prism_field(TMOD3D& model, int bodies) {
     prism_set(set, 0);
     TMOD3D prism;
     prism.create3dmode(set);
-    expect(model.verts, bodies * prism.verts.GetSize());
-    expect(model.polys, bodies * prism.polys.GetSize());
-    expect(model.bodies, bodies);
+    reserve(model.verts, bodies * prism.verts.GetSize());
+    reserve(model.polys, bodies * prism.polys.GetSize());
+    reserve(model.bodies, bodies);
     for (int cell = 0; cell < bodies; ++cell) {
         const auto [x, y] = cell_origin(cell);
         add_moved(model, prism, x, y);
     }
+}
+
+void read_prism_field(TMOD3D& model, int bodies) {
+    TMOD3D field;
+    prism_field(field, bodies);
+    const ModelFile file(field);
+    read_model(file.path(), model);
 }
 
 Silence::Silence() : former_(set_message_box_handler([](const char*, unsigned) { return IDOK; })) {}
@@ -200,4 +149,73 @@ Silence::~Silence() {
     set_message_box_handler(former_);
 }
 
+namespace {
+
+File open_file(const std::filesystem::path& path, const char* mode) {
+    File file(std::fopen(path.c_str(), mode), std::fclose);
+    if (!file) {
+        throw std::runtime_error("cannot open " + path.string());
+    }
+    return file;
+}
+
+void write_off(FILE* file, const TMOD3D& model) {
+    std::fprintf(file, "OFF\n%d %d 0\n", model.verts.GetSize(), model.polys.GetSize());
+    for (const VERT3D& vertex : model.verts) {
+        const double* const at = vertex.model_xyz;
+        std::fprintf(file, "%f %f %f\n", at[0], at[1], at[2]);
+    }
+    for (const POLY3D& face : model.polys) {
+        std::fprintf(file, "3 %d %d %d\n", face.verts[0], face.verts[1], face.verts[2]);
+    }
+}
+
+void add_bumpy_point(TMOD3D& model, Direction d) {
+    const double radius =
+        100 * (1 + 0.1 * std::sin(7 * d.x + 1) * std::cos(5 * d.y) * std::sin(6 * d.z + 2));
+    VERT3D vertex;
+    vertex.model_xyz[0] = radius * d.x;
+    vertex.model_xyz[1] = radius * d.y;
+    vertex.model_xyz[2] = radius * d.z;
+    model.verts.Add(vertex);
+}
+
+void add_body(TMOD3D& model, int faces) {
+    BODY3D body;
+    reserve(model.bodies[model.bodies.Add(body)].polys, faces);
+}
+
+void add_triangle(TMOD3D& model, int a, int b, int c) {
+    POLY3D face;
+    for (const int v : {a, b, c}) {
+        face.add_a_vert(v);
+    }
+    model.bodies[model.bodies.GetUpperBound()].polys.Add(model.polys.Add(face));
+}
+
+/// The corner of a cell of the chequerboard.
+tagPOINT cell_origin(int cell) {
+    constexpr int cells_per_row = 128;
+    constexpr int spacing = 100;
+    return {cell % cells_per_row * spacing, cell / cells_per_row * spacing};
+}
+
+/// Appends the vertices and faces of a model of one body, moved by (dx, dy).
+void add_moved(TMOD3D& model, TMOD3D& one, double dx, double dy) {
+    const int first_vertex = model.verts.GetSize();
+    for (const VERT3D& from : one.verts) {
+        VERT3D vertex;
+        vertex.model_xyz[0] = from.model_xyz[0] + dx;
+        vertex.model_xyz[1] = from.model_xyz[1] + dy;
+        vertex.model_xyz[2] = from.model_xyz[2];
+        model.verts.Add(vertex);
+    }
+    add_body(model, one.polys.GetSize());
+    for (const POLY3D& face : one.polys) {
+        add_triangle(model, first_vertex + face.verts[0], first_vertex + face.verts[1],
+                     first_vertex + face.verts[2]);
+    }
+}
+
+} // namespace
 } // namespace korvel::bench

@@ -8,10 +8,10 @@
 
 namespace korvel::bench {
 
-/// A model file that goes away with its object.
+/// A temporary model file, removed with its object.
 class ModelFile {
 public:
-    /// What stands in it: the library's own form, or the vertices and triangles as OFF.
+    /// The library's own form, or vertices and triangles in the Object File Format.
     enum class Form { own, off };
 
     explicit ModelFile(TMOD3D& model, Form form = Form::own);
@@ -25,23 +25,26 @@ private:
     std::filesystem::path path_;
 };
 
+/// Throws when the library does not read the file.
 void read_model(const std::filesystem::path& path, TMOD3D& model);
 
-/// One body's vertices and faces, nothing derived: a ball of meridians and parallels with smooth
-/// bumps, of `faces` triangles. An even number with a divisor near its root gives a well-shaped
-/// ball.
+/// Vertices and faces of one body, nothing derived: a ball of meridians and parallels with smooth
+/// bumps. The triangles are well shaped when the even number `faces` has a divisor near its root.
 void bumpy_ball(TMOD3D& model, int faces);
 
 /// The same bumps on a refined icosahedron of 20 · 4^rounds triangles.
 void bumpy_refined_ball(TMOD3D& model, int rounds);
 
-/// The six-sided prism of one cell of a wide chequerboard, as a set to be raised.
+/// The six-sided prism of one cell of a chequerboard, as a set to be raised.
 void prism_set(PLYDT& set, int cell);
 
-/// Vertices and faces of `bodies` prisms side by side, nothing derived.
+/// Vertices and faces of the prisms of the first `bodies` cells, nothing derived.
 void prism_field(TMOD3D& model, int bodies);
 
-/// For as long as it lives, the notices that `create3dmode` shows go nowhere.
+/// The same field, written to a file and read into an empty model: everything is derived.
+void read_prism_field(TMOD3D& model, int bodies);
+
+/// Suppresses the notices of `create3dmode` during its lifetime.
 class Silence {
 public:
     Silence();

@@ -1,0 +1,29 @@
+#include "bench/inputs/curve_arrays.h"
+
+#include <fstream>
+#include <stdexcept>
+
+namespace korvel::bench {
+
+CurveArrays sample_curves(const std::string& name, long long quarters) {
+    std::ifstream in(KORVEL_DATA_DIR "/" + name + ".curves");
+    int curve_count = 0;
+    in >> curve_count;
+    CurveArrays curves;
+    for (int i = 0; i < curve_count * quarters / 4; ++i) {
+        int count = 0;
+        in >> count;
+        curves.counts.Add(count);
+        for (int k = 0; k < count; ++k) {
+            tagPOINT pt{};
+            in >> pt.x >> pt.y;
+            curves.pts.Add(pt);
+        }
+    }
+    if (!in || curves.pts.IsEmpty()) {
+        throw std::runtime_error("cannot read the sample " + name);
+    }
+    return curves;
+}
+
+} // namespace korvel::bench
