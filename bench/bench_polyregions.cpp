@@ -2,7 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/inputs/curve_arrays.h"
+#include "bench/inputs/samples.h"
 #include "korvel/polyregion/ccploy2drg.h"
 
 namespace {

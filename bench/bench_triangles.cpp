@@ -2,8 +2,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/inputs/curve_arrays.h"
 #include "bench/inputs/rings.h"
+#include "bench/inputs/samples.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "bench/compare/contest.h"
-#include "bench/inputs/curve_arrays.h"
+#include "bench/inputs/samples.h"
 #include "korvel/polyregion/plydt.h"
 
 // korvel's jobs, done by the peers. Input is converted to the peer's own records before the clock

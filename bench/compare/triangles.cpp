@@ -7,8 +7,8 @@
 #include "bench/compare/contest.h"
 #include "bench/compare/jobs.h"
 #include "bench/compare/peers.h"
-#include "bench/inputs/curve_arrays.h"
 #include "bench/inputs/rings.h"
+#include "bench/inputs/samples.h"
 
 namespace korvel::bench {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bench/inputs/curve_arrays.h"
+#include "bench/inputs/samples.h"
 
 namespace korvel::bench {
 

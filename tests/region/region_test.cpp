@@ -7,11 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include "bench/inputs/sample_network.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
 #include "tests/region/plain_region.h"
 #include "tests/support/recording_dc.h"
+#include "tests/support/sample_curves.h"
 
 using korvel::test::Curves;
 using korvel::test::curves_from;
@@ -524,7 +524,7 @@ TEST(Region, FindsEveryFaceOfTheSampleNetworks) {
         int faces_lost; ///< to the rule that the first ring that touches itself is dropped
     } cases[] = {{"us-states", 0}, {"us-counties", 1}, {"world-110m", 0}};
     for (const auto& c : cases) {
-        const korvel::bench::Network sample = korvel::bench::sample_network(c.name, 4);
+        const korvel::test::CurveArrays sample = korvel::test::sample_curves(c.name);
         const Analysed a(curves_in(sample.pts, sample.counts));
         EXPECT_GT(a.region.regions.GetSize(), 200) << c.name;
         EXPECT_EQ(a.region.regions.GetSize() + c.faces_lost, bounded_faces(a.region)) << c.name;

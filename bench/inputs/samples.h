@@ -3,19 +3,14 @@
 #include <string>
 
 #include "korvel/region/cregion.h"
+#include "tests/support/sample_curves.h"
 
 namespace korvel::bench {
 
-/// A curve network as the two arrays that `CREGION::SetPtsInfo` takes.
-struct CurveArrays {
-    CArray<tagPOINT> pts;
-    CArray<int> counts;
-};
+using test::CurveArrays;
+using test::sample_curves;
 
-/// The first `quarters` quarters of the curves of a file in data/.
-CurveArrays sample_curves(const std::string& name, long long quarters);
-
-/// The regions of these curves, appended to a set.
+/// The regions of the first `quarters` quarters of the curves of a file in data/.
 template <class RegionSet>
 void sample_regions(const std::string& name, long long quarters, RegionSet& set) {
     CurveArrays curves = sample_curves(name, quarters);

@@ -1,11 +1,21 @@
-#include "bench/inputs/curve_arrays.h"
+#pragma once
 
 #include <fstream>
 #include <stdexcept>
+#include <string>
 
-namespace korvel::bench {
+#include "korvel/platform/framework.h"
 
-CurveArrays sample_curves(const std::string& name, long long quarters) {
+namespace korvel::test {
+
+/// A curve network as the two arrays that `CREGION::SetPtsInfo` takes.
+struct CurveArrays {
+    CArray<tagPOINT> pts;
+    CArray<int> counts;
+};
+
+/// The first `quarters` quarters of the curves of a file in data/.
+inline CurveArrays sample_curves(const std::string& name, long long quarters = 4) {
     std::ifstream in(KORVEL_DATA_DIR "/" + name + ".curves");
     int curve_count = 0;
     in >> curve_count;
@@ -26,4 +36,4 @@ CurveArrays sample_curves(const std::string& name, long long quarters) {
     return curves;
 }
 
-} // namespace korvel::bench
+} // namespace korvel::test
