@@ -10,8 +10,9 @@
 
 namespace korvel {
 
-/// Where each curve of a network stands in its point array. A count that is negative, or larger
-/// than the points that are left, is cut to what is there, so that no stage leaves the array.
+/// The range of each curve of a network in its point array. A count that is negative, or larger
+/// than the number of points that are left, is cut to what is there, so that no step leaves the
+/// array.
 class CurveSpans {
 public:
     CurveSpans(const CArray<tagPOINT>& pts, const CArray<int>& counts) : pts_(&pts) {
@@ -29,11 +30,14 @@ public:
     int count(int curve) const { return end(curve) - start(curve); }
     bool is_empty(int curve) const { return count(curve) == 0; }
 
+    /// Whether the index, which may be any number, names a curve with points.
+    bool has_points(int curve) const { return curve >= 0 && curve < size() && !is_empty(curve); }
+
     /// Point k of the curve, counted from its last point when `backwards`.
     const tagPOINT& point(int curve, int k, bool backwards = false) const {
         return (*pts_)[index(curve, k, backwards)];
     }
-    /// Its place in the point array.
+    /// Its index in the point array.
     int index(int curve, int k, bool backwards = false) const {
         return backwards ? end(curve) - 1 - k : start(curve) + k;
     }
@@ -51,29 +55,29 @@ inline bool walked_backwards(int curve_id) {
     return curve_id < 0;
 }
 
-/// Fills `places` with where the points of a ring of signed curve ids stand in the point array, in
-/// walking order. Each curve starts at the last point of the one before it, and the last curve ends
-/// at the ring's first point; such points are taken once.
-inline void find_ring_places(const CurveSpans& curves, const CArray<int>& curve_ids,
-                             std::vector<int>& places) {
-    places.clear();
+/// Fills `points` with the indices in the point array of the points of a ring of signed curve ids,
+/// in walking order. Each curve starts at the last point of the one before it, and the last curve
+/// ends at the ring's first point; such points are taken once. Ids without a curve are passed over.
+inline void collect_ring_points(const CurveSpans& curves, const CArray<int>& curve_ids,
+                                std::vector<int>& points) {
+    points.clear();
     for (const int id : curve_ids) {
         const int curve = curve_of(id);
-        if (curve < 0 || curve >= curves.size()) {
+        if (!curves.has_points(curve)) {
             continue;
         }
-        for (int k = places.empty() ? 0 : 1; k < curves.count(curve); ++k) {
-            places.push_back(curves.index(curve, k, walked_backwards(id)));
+        for (int k = points.empty() ? 0 : 1; k < curves.count(curve); ++k) {
+            points.push_back(curves.index(curve, k, walked_backwards(id)));
         }
     }
-    if (!places.empty()) {
-        places.pop_back();
+    if (!points.empty()) {
+        points.pop_back();
     }
 }
-inline std::vector<int> ring_places(const CurveSpans& curves, const CArray<int>& curve_ids) {
-    std::vector<int> places;
-    find_ring_places(curves, curve_ids, places);
-    return places;
+inline std::vector<int> ring_points(const CurveSpans& curves, const CArray<int>& curve_ids) {
+    std::vector<int> points;
+    collect_ring_points(curves, curve_ids, points);
+    return points;
 }
 
 inline PlanePoint vector_between(const tagPOINT& from, const tagPOINT& to) {
@@ -88,6 +92,12 @@ inline PlanePoint vector_to(const CArray<tagPOINT>& pts, int index, const tagPOI
         return {nowhere, nowhere};
     }
     return vector_between(from, pts[index]);
+}
+
+/// From an end of a curve of two points or more, its last when `backwards`, to the point next to
+/// it.
+inline PlanePoint departure(const CurveSpans& curves, int curve, bool backwards) {
+    return vector_between(curves.point(curve, 0, backwards), curves.point(curve, 1, backwards));
 }
 
 inline bool same_point(const tagPOINT& a, const tagPOINT& b) {

@@ -1,6 +1,7 @@
 // The ring around the seed point and the rings directly inside it.
 
-#include <cstdlib>
+#include <algorithm>
+#include <vector>
 
 #include "korvel/base/indices.h"
 #include "korvel/base/key_index.h"
@@ -10,6 +11,7 @@
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
 
+using korvel::curve_of;
 using korvel::CurveSpans;
 
 namespace {
@@ -17,44 +19,23 @@ namespace {
 /// The points of a ring, with what it takes to ask for points on and in it.
 class Outline {
 public:
-    Outline(const CArray<tagPOINT>& pts, const CurveSpans& curves, const CREGION::tagRToC& ring)
-        : corners_at_(0) {
-        for (const int place : korvel::ring_places(curves, ring.curve_ids)) {
-            corners_.push_back(pts[place]);
-            box_.include(pts[place]);
-            corners_at_.find_or_add(korvel::point_key(pts[place]), 0);
-        }
-    }
+    Outline(const CArray<tagPOINT>& pts, const CurveSpans& curves, const CREGION::tagRToC& ring);
 
-    bool has_corner(const tagPOINT& pt) const {
-        return corners_at_.find(korvel::point_key(pt)) >= 0;
-    }
-
-    bool encloses(const tagPOINT& pt) const {
-        const auto corner = [&](int k) { return korvel::vector_between(pt, corners_[k]); };
-        return box_.contains(pt) &&
-               korvel::winding_encloses(static_cast<int>(corners_.size()), corner);
-    }
-
-    /// Whether a ring no larger than this one lies inside: its first point off this ring decides,
-    /// and a ring with no such point is taken to lie inside.
-    bool encloses(const Outline& other) const {
-        if (!box_.meets(other.box_)) {
-            return false;
-        }
-        for (const tagPOINT& pt : other.corners_) {
-            if (!has_corner(pt)) {
-                return encloses(pt);
-            }
-        }
-        return true;
-    }
+    bool has_corner(const tagPOINT& pt) const;
+    bool encloses(const tagPOINT& pt) const;
+    bool encloses(const Outline& smaller) const;
 
 private:
     std::vector<tagPOINT> corners_;
     korvel::IntBox box_;
     korvel::KeyIndex corners_at_;
 };
+
+using Rings = CArray<CREGION::tagRToC>;
+
+std::vector<char> mark_curves_of(const Rings& rings, const CurveSpans& curves);
+bool has_marked_curve(const CREGION::tagRToC& ring, const CurveSpans& curves,
+                      const std::vector<char>& marks);
 
 } // namespace
 
@@ -76,29 +57,13 @@ void CREGION::CalcInExRing() {
     }
 
     // Inside the smallest ring around the seed, without a curve of any ring around it.
-    const auto names_curve = [&](int id) {
-        const int curve = korvel::curve_of(id);
-        return curve >= 0 && curve < curves.size() && !curves.is_empty(curve);
-    };
-    std::vector<char> around_seed(static_cast<std::size_t>(curves.size()), 0);
-    for (const tagRToC& ring : in_rings) {
-        for (const int id : ring.curve_ids) {
-            if (names_curve(id)) {
-                around_seed[korvel::curve_of(id)] = 1;
-            }
-        }
-    }
+    const std::vector<char> is_around_seed = mark_curves_of(in_rings, curves);
     const Outline smallest = outline(in_rings[0]);
     korvel::remove_elements(ex_rings, [&](const tagRToC& ring) {
-        const auto is_around_seed = [&](int id) {
-            return names_curve(id) && around_seed[korvel::curve_of(id)] != 0;
-        };
-        if (ring.curve_ids.IsEmpty() || !names_curve(ring.curve_ids[0]) ||
-            std::any_of(ring.curve_ids.begin(), ring.curve_ids.end(), is_around_seed)) {
-            return true;
-        }
-        // The curve's stored first point, whatever the sense in which the ring walks it.
-        return !smallest.encloses(curves.point(korvel::curve_of(ring.curve_ids[0]), 0));
+        const int first = ring.curve_ids.IsEmpty() ? -1 : curve_of(ring.curve_ids[0]);
+        // The curve's stored first point decides, whatever the sense in which the ring walks it.
+        return !curves.has_points(first) || has_marked_curve(ring, curves, is_around_seed) ||
+               !smallest.encloses(curves.point(first, 0));
     });
     in_rings.SetSize(1);
 
@@ -118,6 +83,59 @@ void CREGION::CalcInExRing() {
     });
 }
 
+namespace {
+
+Outline::Outline(const CArray<tagPOINT>& pts, const CurveSpans& curves,
+                 const CREGION::tagRToC& ring)
+    : corners_at_(0) {
+    for (const int point : korvel::ring_points(curves, ring.curve_ids)) {
+        corners_.push_back(pts[point]);
+        box_.include(pts[point]);
+        corners_at_.find_or_add(korvel::point_key(pts[point]), 0);
+    }
+}
+
+bool Outline::has_corner(const tagPOINT& pt) const {
+    return corners_at_.find(korvel::point_key(pt)) >= 0;
+}
+
+bool Outline::encloses(const tagPOINT& pt) const {
+    const auto corner = [&](int k) { return korvel::vector_between(pt, corners_[k]); };
+    return box_.contains(pt) && korvel::winding_encloses(static_cast<int>(corners_.size()), corner);
+}
+
+/// Whether a ring no larger than this one lies inside: its first point off this ring decides, and a
+/// ring with no such point counts as inside.
+bool Outline::encloses(const Outline& smaller) const {
+    if (!box_.meets(smaller.box_)) {
+        return false;
+    }
+    const auto off = std::find_if(smaller.corners_.begin(), smaller.corners_.end(),
+                                  [&](const tagPOINT& pt) { return !has_corner(pt); });
+    return off == smaller.corners_.end() || encloses(*off);
+}
+
+std::vector<char> mark_curves_of(const Rings& rings, const CurveSpans& curves) {
+    std::vector<char> marks(static_cast<std::size_t>(curves.size()), 0);
+    for (const CREGION::tagRToC& ring : rings) {
+        for (const int id : ring.curve_ids) {
+            if (curves.has_points(curve_of(id))) {
+                marks[curve_of(id)] = 1;
+            }
+        }
+    }
+    return marks;
+}
+
+bool has_marked_curve(const CREGION::tagRToC& ring, const CurveSpans& curves,
+                      const std::vector<char>& marks) {
+    return std::any_of(ring.curve_ids.begin(), ring.curve_ids.end(), [&](int id) {
+        return curves.has_points(curve_of(id)) && marks[curve_of(id)] != 0;
+    });
+}
+
+} // namespace
+
 int CREGION::IsPtInRing(tagPOINT pt, const tagRToC& ring) {
     return Outline(curve_pts, CurveSpans(curve_pts, curve_counts), ring).encloses(pt) ? 1 : 0;
 }
@@ -135,11 +153,11 @@ int CREGION::GetRegionPts(CArray<int>& pts, CArray<int>& counts) {
     std::vector<int> all_points;
     std::vector<int> all_counts;
     const auto add_ring = [&](const tagRToC& ring) {
-        const std::vector<int> places = korvel::ring_places(curves, ring.curve_ids);
-        for (const int place : places) {
-            all_points.push_back(pt_index[place]);
+        const std::vector<int> points = korvel::ring_points(curves, ring.curve_ids);
+        for (const int point : points) {
+            all_points.push_back(pt_index[point]);
         }
-        all_counts.push_back(static_cast<int>(places.size()));
+        all_counts.push_back(static_cast<int>(points.size()));
     };
     std::for_each(in_rings.begin(), in_rings.end(), add_ring);
     std::for_each(ex_rings.begin(), ex_rings.end(), add_ring);
