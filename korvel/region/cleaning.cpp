@@ -9,35 +9,6 @@ using korvel::CurveSpans;
 
 namespace {
 
-bool same_in_order(const CurveSpans& curves, int a, int b, bool b_backwards) {
-    for (int k = 0; k < curves.count(a); ++k) {
-        if (!korvel::same_point(curves.point(a, k), curves.point(b, k, b_backwards))) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool same_curve(const CurveSpans& curves, int a, int b) {
-    return curves.count(a) == curves.count(b) &&
-           (same_in_order(curves, a, b, false) || same_in_order(curves, a, b, true));
-}
-
-/// A key that a curve shares with its reverse: two polynomials in the points, one for each sense.
-std::uint64_t curve_key(const CurveSpans& curves, int curve) {
-    constexpr std::uint64_t factor = 0x9e3779b97f4a7c15U;
-    std::uint64_t forwards = 0;
-    std::uint64_t backwards = 0;
-    std::uint64_t power = 1;
-    for (int k = 0; k < curves.count(curve); ++k) {
-        const std::uint64_t point = korvel::mix_bits(korvel::point_key(curves.point(curve, k)));
-        forwards = forwards * factor + point;
-        backwards += point * power;
-        power *= factor;
-    }
-    return korvel::mix_bits(forwards) + korvel::mix_bits(backwards);
-}
-
 /// Moves the points of a network down over removed ones, curve by curve.
 class Compaction {
 public:
@@ -64,6 +35,9 @@ private:
     int points_ = 0;
     int curves_ = 0;
 };
+
+bool same_curve(const CurveSpans& curves, int a, int b);
+std::vector<char> mark_first_of_same(const CurveSpans& curves);
 
 } // namespace
 
@@ -101,24 +75,9 @@ void CREGION::FilterRedundantCurve(CArray<tagPOINT>* pts, CArray<int>* counts) {
         return;
     }
     const CurveSpans curves(*pts, *counts);
-    // Found before anything moves: sameness is transitive, so the earlier one may itself go.
-    std::vector<char> is_first(static_cast<std::size_t>(curves.size()));
-    std::vector<std::uint64_t> keys;
-    keys.reserve(static_cast<std::size_t>(curves.size()));
-    for (int curve = 0; curve < curves.size(); ++curve) {
-        keys.push_back(curve_key(curves, curve));
-    }
-    korvel::KeyIndex seen(curves.size());
-    for (int curve = 0; curve < curves.size(); ++curve) {
-        const auto at = static_cast<std::size_t>(curve);
-        if (at + korvel::KeyIndex::prefetch_distance < keys.size()) {
-            seen.prefetch(keys[at + korvel::KeyIndex::prefetch_distance]);
-        }
-        const int first = korvel::first_equal(
-            seen, keys[at], curve, [&](int a, int b) { return same_curve(curves, a, b); });
-        is_first[at] = static_cast<char>(first == curve);
-    }
-
+    // Found before anything moves: sameness is transitive, so the earlier one may itself be
+    // removed.
+    const std::vector<char> is_first = mark_first_of_same(curves);
     Compaction kept(*pts, *counts);
     for (int curve = 0; curve < curves.size(); ++curve) {
         if (is_first[curve] != 0) {
@@ -131,6 +90,55 @@ void CREGION::FilterRedundantCurve(CArray<tagPOINT>* pts, CArray<int>* counts) {
     kept.finish(curves.end(curves.size() - 1));
 }
 
+namespace {
+
+std::uint64_t curve_key(const CurveSpans& curves, int curve);
+bool same_in_order(const CurveSpans& curves, int a, int b, bool b_backwards);
+
+/// Marks the curves that are not the same as an earlier one.
+std::vector<char> mark_first_of_same(const CurveSpans& curves) {
+    std::vector<char> is_first;
+    is_first.reserve(static_cast<std::size_t>(curves.size()));
+    korvel::KeyIndex seen(curves.size());
+    const auto same = [&](int a, int b) { return same_curve(curves, a, b); };
+    for (int curve = 0; curve < curves.size(); ++curve) {
+        const int first = korvel::first_equal(seen, curve_key(curves, curve), curve, same);
+        is_first.push_back(static_cast<char>(first == curve));
+    }
+    return is_first;
+}
+
+/// A key that a curve shares with its reverse: two polynomials in the points, one for each sense.
+std::uint64_t curve_key(const CurveSpans& curves, int curve) {
+    constexpr std::uint64_t factor = 0x9e3779b97f4a7c15U;
+    std::uint64_t forwards = 0;
+    std::uint64_t backwards = 0;
+    std::uint64_t power = 1;
+    for (int k = 0; k < curves.count(curve); ++k) {
+        const std::uint64_t point = korvel::mix_bits(korvel::point_key(curves.point(curve, k)));
+        forwards = forwards * factor + point;
+        backwards += point * power;
+        power *= factor;
+    }
+    return korvel::mix_bits(forwards) + korvel::mix_bits(backwards);
+}
+
+bool same_curve(const CurveSpans& curves, int a, int b) {
+    return curves.count(a) == curves.count(b) &&
+           (same_in_order(curves, a, b, false) || same_in_order(curves, a, b, true));
+}
+
+bool same_in_order(const CurveSpans& curves, int a, int b, bool b_backwards) {
+    for (int k = 0; k < curves.count(a); ++k) {
+        if (!korvel::same_point(curves.point(a, k), curves.point(b, k, b_backwards))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
 int CREGION::IsCurveSame(CArray<tagPOINT>* pts, CArray<int>* counts, int a, int b) {
     if (pts == nullptr || counts == nullptr || !korvel::has_element(*counts, a) ||
         !korvel::has_element(*counts, b)) {
@@ -140,21 +148,17 @@ int CREGION::IsCurveSame(CArray<tagPOINT>* pts, CArray<int>* counts, int a, int 
 }
 
 /// Fills `unique_pts` with the distinct points of the split curves, in the order in which they are
-/// met, and `pt_index` with the place of each point among them.
+/// met, and `pt_index` with the index of each point among them.
 void CREGION::FilterSmaePoint() {
     pt_index.SetSize(curve_pts.GetSize());
     if (curve_pts.IsEmpty()) {
-        // `unique_pts` stays as it was.
+        // A quirk: `unique_pts` keeps the points of the network before.
         return;
     }
     std::vector<tagPOINT> distinct;
     // Both ends of a curve usually meet another curve.
     korvel::KeyIndex seen(curve_pts.GetSize() - curve_counts.GetSize());
     for (int p = 0; p < curve_pts.GetSize(); ++p) {
-        const int ahead = p + korvel::KeyIndex::prefetch_distance;
-        if (ahead < curve_pts.GetSize()) {
-            seen.prefetch(korvel::point_key(curve_pts[ahead]));
-        }
         const int next = static_cast<int>(distinct.size());
         pt_index[p] = seen.find_or_add(korvel::point_key(curve_pts[p]), next);
         if (pt_index[p] == next) {

@@ -1,5 +1,7 @@
 #include "korvel/region/cregion.h"
 
+#include "korvel/base/members.h"
+
 // The life of the object and the order of the analysis; each step has a file of its own.
 
 void CREGION::SetPtsInfo(CArray<tagPOINT>& pts, CArray<int>& counts) {
@@ -50,30 +52,17 @@ CREGION::~CREGION() {
 }
 
 CREGION& CREGION::operator=(const CREGION& src) {
-    if (this == &src) {
+    if (this == &src) { // emptying it first would lose everything
         return *this;
     }
     RemoveAll();
-    input_pts = src.input_pts;
-    input_counts = src.input_counts;
-    seed_pt = src.seed_pt;
-    tolerance = src.tolerance;
-    is_calculated = src.is_calculated;
-    curve_pts.Copy(src.curve_pts);
-    curve_counts.Copy(src.curve_counts);
-    node_pts.Copy(src.node_pts);
-    curve_to_node.Copy(src.curve_to_node);
-    node_to_curve.Copy(src.node_to_curve);
-    rings.Copy(src.rings);
-    ex_rings.Copy(src.ex_rings);
-    in_rings.Copy(src.in_rings);
-    unique_pts.Copy(src.unique_pts);
-    pt_index.Copy(src.pt_index);
-    ring_pts.Copy(src.ring_pts);
-    sides.Copy(src.sides);
-    pt_links.Copy(src.pt_links);
-    regions.Copy(src.regions);
-    is_over_crossing_limit_ = src.is_over_crossing_limit_;
+    korvel::copy_members(*this, src, &CREGION::input_pts, &CREGION::input_counts, &CREGION::seed_pt,
+                         &CREGION::tolerance, &CREGION::is_calculated, &CREGION::curve_pts,
+                         &CREGION::curve_counts, &CREGION::node_pts, &CREGION::curve_to_node,
+                         &CREGION::node_to_curve, &CREGION::rings, &CREGION::ex_rings,
+                         &CREGION::in_rings, &CREGION::unique_pts, &CREGION::pt_index,
+                         &CREGION::ring_pts, &CREGION::sides, &CREGION::pt_links, &CREGION::regions,
+                         &CREGION::is_over_crossing_limit_);
     return *this;
 }
 
@@ -84,20 +73,11 @@ void CREGION::Copy(const CREGION& src) {
 void CREGION::RemoveAll() {
     is_calculated = 0;
     is_over_crossing_limit_ = false;
-    curve_pts.RemoveAll();
-    curve_counts.RemoveAll();
-    node_pts.RemoveAll();
-    curve_to_node.RemoveAll();
-    node_to_curve.RemoveAll();
-    rings.RemoveAll();
-    ex_rings.RemoveAll();
-    in_rings.RemoveAll();
-    unique_pts.RemoveAll();
-    pt_index.RemoveAll();
-    ring_pts.RemoveAll();
-    sides.RemoveAll();
-    pt_links.RemoveAll();
-    regions.RemoveAll();
+    korvel::remove_lists(*this, &CREGION::curve_pts, &CREGION::curve_counts, &CREGION::node_pts,
+                         &CREGION::curve_to_node, &CREGION::node_to_curve, &CREGION::rings,
+                         &CREGION::ex_rings, &CREGION::in_rings, &CREGION::unique_pts,
+                         &CREGION::pt_index, &CREGION::ring_pts, &CREGION::sides,
+                         &CREGION::pt_links, &CREGION::regions);
 }
 
 void CREGION::SetTolerance(double t) {
@@ -118,44 +98,37 @@ void CREGION::GetSeedPt(tagPOINT& pt) {
 
 CREGION::NODE_CURVE& CREGION::NODE_CURVE::operator=(const NODE_CURVE& src) {
     if (this != &src) {
-        curve_num = src.curve_num;
-        curve_ids.Copy(src.curve_ids);
+        korvel::copy_members(*this, src, &NODE_CURVE::curve_num, &NODE_CURVE::curve_ids);
     }
     return *this;
 }
 
 CREGION::tagRToC& CREGION::tagRToC::operator=(const tagRToC& src) {
     if (this != &src) {
-        ring_area = src.ring_area;
-        curve_ids.Copy(src.curve_ids);
+        korvel::copy_members(*this, src, &tagRToC::ring_area, &tagRToC::curve_ids);
     }
     return *this;
 }
 
 CREGION::RToPt& CREGION::RToPt::operator=(const RToPt& src) {
     if (this != &src) {
-        ring_area = src.ring_area;
-        is_hole = src.is_hole;
-        is_removed = src.is_removed;
-        pts.Copy(src.pts);
+        korvel::copy_members(*this, src, &RToPt::ring_area, &RToPt::is_hole, &RToPt::is_removed,
+                             &RToPt::pts);
     }
     return *this;
 }
 
 CREGION::PT_LINK& CREGION::PT_LINK::operator=(const PT_LINK& src) {
     if (this != &src) {
-        rings.Copy(src.rings);
-        sides.Copy(src.sides);
+        korvel::copy_members(*this, src, &PT_LINK::rings, &PT_LINK::sides);
     }
     return *this;
 }
 
 CREGION::PyToRg& CREGION::PyToRg::operator=(const PyToRg& src) {
     if (this != &src) {
-        tag0 = src.tag0;
-        tag1 = src.tag1;
-        is_select = src.is_select;
-        rings.Copy(src.rings);
+        korvel::copy_members(*this, src, &PyToRg::tag0, &PyToRg::tag1, &PyToRg::is_select,
+                             &PyToRg::rings);
     }
     return *this;
 }

@@ -9,7 +9,7 @@ namespace korvel {
 
 /// A point at which a segment meets another one.
 struct Crossing {
-    int segment = 0;  ///< place of the segment's first point in the point array
+    int segment = 0;  ///< index of the segment's first point in the point array
     double ratio = 0; ///< position on the segment: 0 at its first point, 1 at its second
 };
 
