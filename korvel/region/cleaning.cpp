@@ -97,12 +97,21 @@ bool same_in_order(const CurveSpans& curves, int a, int b, bool b_backwards);
 
 /// Marks the curves that are not the same as an earlier one.
 std::vector<char> mark_first_of_same(const CurveSpans& curves) {
+    std::vector<std::uint64_t> keys;
+    keys.reserve(static_cast<std::size_t>(curves.size()));
+    for (int curve = 0; curve < curves.size(); ++curve) {
+        keys.push_back(curve_key(curves, curve));
+    }
     std::vector<char> is_first;
-    is_first.reserve(static_cast<std::size_t>(curves.size()));
+    is_first.reserve(keys.size());
     korvel::KeyIndex seen(curves.size());
     const auto same = [&](int a, int b) { return same_curve(curves, a, b); };
     for (int curve = 0; curve < curves.size(); ++curve) {
-        const int first = korvel::first_equal(seen, curve_key(curves, curve), curve, same);
+        const int ahead = curve + korvel::KeyIndex::prefetch_distance;
+        if (ahead < curves.size()) {
+            seen.prefetch(keys[ahead]);
+        }
+        const int first = korvel::first_equal(seen, keys[curve], curve, same);
         is_first.push_back(static_cast<char>(first == curve));
     }
     return is_first;
@@ -159,6 +168,10 @@ void CREGION::FilterSmaePoint() {
     // Both ends of a curve usually meet another curve.
     korvel::KeyIndex seen(curve_pts.GetSize() - curve_counts.GetSize());
     for (int p = 0; p < curve_pts.GetSize(); ++p) {
+        const int ahead = p + korvel::KeyIndex::prefetch_distance;
+        if (ahead < curve_pts.GetSize()) {
+            seen.prefetch(korvel::point_key(curve_pts[ahead]));
+        }
         const int next = static_cast<int>(distinct.size());
         pt_index[p] = seen.find_or_add(korvel::point_key(curve_pts[p]), next);
         if (pt_index[p] == next) {

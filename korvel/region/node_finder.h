@@ -42,6 +42,9 @@ public:
         return false;
     }
 
+    /// Has the cell of a point fetched that is snapped soon after.
+    void prefetch(const tagPOINT& pt) const { cells_.prefetch(key(cell(pt.x), cell(pt.y))); }
+
     const std::vector<tagPOINT>& nodes() const { return nodes_; }
 
 private:

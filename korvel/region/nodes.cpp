@@ -24,6 +24,11 @@ void CREGION::CalcNodePts() {
     korvel::NodeFinder finder(radius, curves.size());
     bool has_moved = false;
     for (int curve = 0; curve < curves.size(); ++curve) {
+        const int ahead = curve + korvel::KeyIndex::prefetch_distance / 2;
+        if (ahead < curves.size() && !curves.is_empty(ahead)) {
+            finder.prefetch(curves.point(ahead, 0));
+            finder.prefetch(curves.point(ahead, 0, true));
+        }
         if (!curves.is_empty(curve)) {
             has_moved |= finder.snap(curve_pts[curves.start(curve)]);
             has_moved |= finder.snap(curve_pts[curves.end(curve) - 1]);
@@ -43,12 +48,21 @@ void CREGION::CalcNodePts() {
 void CREGION::CalcCurveToNode() {
     korvel::KeyIndex node_at(node_pts.GetSize());
     for (int node = 0; node < node_pts.GetSize(); ++node) {
+        const int ahead = node + korvel::KeyIndex::prefetch_distance;
+        if (ahead < node_pts.GetSize()) {
+            node_at.prefetch(korvel::point_key(node_pts[ahead]));
+        }
         node_at.find_or_add(korvel::point_key(node_pts[node]), node);
     }
     const CurveSpans curves(curve_pts, curve_counts);
     curve_to_node.SetSize(0, 50);
     curve_to_node.SetSize(curves.size());
     for (int curve = 0; curve < curves.size(); ++curve) {
+        const int ahead = curve + korvel::KeyIndex::prefetch_distance / 2;
+        if (ahead < curves.size() && !curves.is_empty(ahead)) {
+            node_at.prefetch(korvel::point_key(curves.point(ahead, 0)));
+            node_at.prefetch(korvel::point_key(curves.point(ahead, 0, true)));
+        }
         CURVE_NODE record{-1, -1, 1, 0, 0};
         if (!curves.is_empty(curve)) {
             record.start_node = node_at.find(korvel::point_key(curves.point(curve, 0)));

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "korvel/platform/prefetch.h"
+
 namespace korvel {
 namespace {
 
@@ -14,7 +16,20 @@ Successors::Successors(const CREGION& region, const CurveSpans& curves)
     : ends_(2 * static_cast<std::size_t>(region.curve_to_node.GetSize())) {
     list_live_ends(region, curves);
     for (int node = 0; node < region.node_to_curve.GetSize(); ++node) {
+        constexpr int nodes_ahead = 8;
+        if (node + nodes_ahead < region.node_to_curve.GetSize()) {
+            prefetch_ends(region.node_to_curve[node + nodes_ahead].curve_ids);
+        }
         choose_at(node, region.node_to_curve[node].curve_ids);
+    }
+}
+
+/// The ends around a node lie far apart in the table.
+void Successors::prefetch_ends(const CArray<int>& ids) const {
+    for (const int id : ids) {
+        if (is_known(id)) {
+            prefetch(&ends_[end_of(id)]);
+        }
     }
 }
 

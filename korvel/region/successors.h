@@ -39,6 +39,7 @@ private:
         int id;
     };
 
+    void prefetch_ends(const CArray<int>& ids) const;
     void list_live_ends(const CREGION& region, const CurveSpans& curves);
     void choose_at(int node, const CArray<int>& ids);
     void list_departures(const CArray<int>& ids);
