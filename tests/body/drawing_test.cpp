@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "korvel/body/edit/edit_state.h"
 #include "korvel/geometry/cmycolor.h"
 #include "korvel/platform/opengl.h"
 #include "tests/support/gl_recorder.h"
@@ -38,10 +39,15 @@ TMOD3D two_colours() {
     return model;
 }
 
-TEST(Drawing, FillsTheFacesOfEachBody) {
-    TMOD3D model = two_colours();
+/// What fills the faces of each body, by coordinates of the view and of the model.
+struct Filled {
     GlCalls in_view;
     GlCalls in_model;
+};
+
+Filled filled_faces(const TMOD3D& model) {
+    Filled filled;
+    auto& [in_view, in_model] = filled;
     for (const BODY3D& body : model.bodies) {
         for (const int f : body.polys) {
             const POLY3D& face = model.polys[f];
@@ -60,6 +66,12 @@ TEST(Drawing, FillsTheFacesOfEachBody) {
             in_model.push_back({"end", {}});
         }
     }
+    return filled;
+}
+
+TEST(Drawing, FillsTheFacesOfEachBody) {
+    TMOD3D model = two_colours();
+    const auto [in_view, in_model] = filled_faces(model);
     ASSERT_EQ(in_view.size(), 8u * 6); // the shared face twice
 
     model.gl_draw_mbody();
@@ -112,7 +124,7 @@ TEST(Drawing, LightensWhatFacesTheViewer) {
     EXPECT_GT(differ, 10);
 
     model.bodies[0].lightness = 0.9;
-    expect_rgb(1, 0.7 + 0.2 * 2 / 3, 0.9, 0.7); // not drawn with
+    expect_rgb(1, 0.7 + 0.2 * 2 / 3, 0.9, 0.7); // not used
 }
 
 TEST(Drawing, LinesThatLieInFront) {
@@ -152,7 +164,7 @@ TEST(Drawing, PointsAsManyAsCounted) {
     TMOD3D model = starter(0, 0);
     model.set_all_body_as_relat();
     ASSERT_EQ(model.relat_list_2.GetSize(), 12);
-    model.edit_state[8] = 3;
+    model.edit_state[korvel::edit_gathered_vertices] = 3;
     GlCalls expected{{"point size", {5}}, {"begin", {GL_POINTS}}, {"colour 3d", {1, 1, 0}}};
     for (int i = 0; i < 3; ++i) {
         expected.push_back(call("vertex of", model.verts[model.relat_list_2[i]].view_xyz));
@@ -162,7 +174,7 @@ TEST(Drawing, PointsAsManyAsCounted) {
     EXPECT_EQ(take_gl_calls(), expected);
 
     for (const int none : {0, -1}) {
-        model.edit_state[8] = none;
+        model.edit_state[korvel::edit_gathered_vertices] = none;
         model.gl_draw_sel_vert();
         EXPECT_EQ(take_gl_calls(), GlCalls());
     }
@@ -181,7 +193,7 @@ TEST(Drawing, WhatCannotBeDrawnIsPassedOver) {
 
     TMOD3D model = starter(0, 0);
     model.set_all_body_as_relat();
-    model.edit_state[8] = model.relat_list_2.GetSize();
+    model.edit_state[korvel::edit_gathered_vertices] = model.relat_list_2.GetSize();
     const auto all_calls = [&] {
         model.gl_draw_mbody();
         model.gl_draw_orig_mbody();
@@ -195,7 +207,7 @@ TEST(Drawing, WhatCannotBeDrawnIsPassedOver) {
     model.bodies[0].polys[19] = -1;
     model.lines[0].end_vert = 99;
     model.relat_list_2[0] = -7;
-    model.edit_state[8] = 1000;
+    model.edit_state[korvel::edit_gathered_vertices] = 1000;
     // Three times a vertex, a face of 6 and of 7 calls, an edge, a point.
     EXPECT_EQ(sound - all_calls(), 3u + 6 + 7 + 2 + 1);
 }

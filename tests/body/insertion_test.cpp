@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "korvel/body/edit/edit_state.h"
 #include "tests/support/dice.h"
 #include "tests/support/models.h"
 
@@ -20,9 +21,34 @@ void pick(TMOD3D& model, int face, int edge) {
         model.pick_data[k] = (at(corners[0], k) + at(corners[1], k) + at(corners[2], k)) / 3;
         model.pick_data[6 + k] = 0.25 * at(line.start_vert, k) + 0.75 * at(line.end_vert, k);
     }
-    model.edit_state[2] = 1;
-    model.edit_state[3] = face;
-    model.edit_state[5] = edge;
+    model.edit_state[korvel::edit_is_picked] = 1;
+    model.edit_state[korvel::edit_picked_face] = face;
+    model.edit_state[korvel::edit_picked_edge] = edge;
+}
+
+/// `cut` of the former faces have the new vertex, the others have the corners that they had.
+void expect_cut_faces(TMOD3D& model, const TMOD3D& before, int cut) {
+    const int vertex = before.verts.GetSize();
+    for (int f = 0; f < before.polys.GetSize(); ++f) {
+        const CArray<int>& verts = model.polys[f].verts;
+        if (model.polys[f].is_composed_vert(vertex)) {
+            --cut;
+        } else {
+            EXPECT_TRUE(
+                std::is_permutation(verts.begin(), verts.end(), before.polys[f].verts.begin()))
+                << "face " << f;
+        }
+    }
+    EXPECT_EQ(cut, 0);
+}
+
+void expect_closed_bodies(const TMOD3D& model, const TMOD3D& before) {
+    for (int b = 0; b < model.bodies.GetSize(); ++b) {
+        const int sides = model.bodies[b].lines.GetSize();
+        EXPECT_EQ(2 * sides, 3 * model.bodies[b].polys.GetSize());
+        EXPECT_EQ(model.bodies[b].verts.GetSize() - sides + model.bodies[b].polys.GetSize(), 2);
+        EXPECT_NEAR(std::fabs(model.bodies[b].volume), std::fabs(before.bodies[b].volume), 1e-9);
+    }
 }
 
 /// Inserts and compares: `cut` faces give one more each, the rest stays, everything is derived.
@@ -34,25 +60,15 @@ void expect_insertion(TMOD3D& model, bool on_face, int cut) {
     ASSERT_EQ(model.verts.GetSize(), vertex + 1);
     EXPECT_EQ(model.lines.GetSize() - before.lines.GetSize(), on_face ? 3 : cut + 1);
     EXPECT_EQ(model.polys.GetSize() - before.polys.GetSize(), on_face ? 2 : cut);
-    EXPECT_EQ(point(model.verts[vertex].model_xyz), point(before.pick_data + (on_face ? 0 : 6)));
+    const int picked = on_face ? korvel::pick_point : korvel::pick_edge_point;
+    EXPECT_EQ(point(model.verts[vertex].model_xyz), point(before.pick_data + picked));
     for (int v = 0; v < vertex; ++v) {
         EXPECT_EQ(point(model.verts[v].model_xyz), point(before.verts[v].model_xyz));
     }
-    for (int f = 0; f < before.polys.GetSize(); ++f) {
-        const CArray<int>& verts = model.polys[f].verts;
-        cut -= model.polys[f].is_composed_vert(vertex) ? 1 : 0;
-        EXPECT_TRUE(model.polys[f].is_composed_vert(vertex) ||
-                    std::is_permutation(verts.begin(), verts.end(), before.polys[f].verts.begin()));
-    }
-    EXPECT_EQ(cut, 0);
-    for (int b = 0; b < model.bodies.GetSize(); ++b) { // closed, with the same volume
-        const int sides = model.bodies[b].lines.GetSize();
-        EXPECT_EQ(2 * sides, 3 * model.bodies[b].polys.GetSize());
-        EXPECT_EQ(model.bodies[b].verts.GetSize() - sides + model.bodies[b].polys.GetSize(), 2);
-        EXPECT_NEAR(std::fabs(model.bodies[b].volume), std::fabs(before.bodies[b].volume), 1e-9);
-    }
-    EXPECT_EQ(model.edit_state[4], vertex);
-    EXPECT_EQ(model.edit_state[2], 0); // the pick is used up
+    expect_cut_faces(model, before, cut);
+    expect_closed_bodies(model, before);
+    EXPECT_EQ(model.edit_state[korvel::edit_picked_vertex], vertex);
+    EXPECT_EQ(model.edit_state[korvel::edit_is_picked], 0);
     TMOD3D expected = model;
     expected.lines.RemoveAll();
     EXPECT_PRED_FORMAT2(same_shape, model, rebuilt(expected, {.chained = false}));
@@ -96,10 +112,14 @@ TEST(Insertion, RefusesAndLeavesTheModel) {
     };
     const std::pair<const char*, std::function<void(TMOD3D&)>> cases[] = {
         {"nothing picked", [](TMOD3D& model) { model = model_of(two_tetrahedra); }},
-        {"used up", [](TMOD3D& model) { model.edit_state[2] = 0; }},
+        {"used up", [](TMOD3D& model) { model.edit_state[korvel::edit_is_picked] = 0; }},
         {"no number", [&](TMOD3D& model) { put(model, 0, NAN); }},
         {"off the face", [&](TMOD3D& model) { put(model, 2, 40); }},
-        {"no face or edge", [](TMOD3D& model) { model.edit_state[3] = model.edit_state[5] = 99; }},
+        {"no face or edge",
+         [](TMOD3D& model) {
+             model.edit_state[korvel::edit_picked_face] =
+                 model.edit_state[korvel::edit_picked_edge] = 99;
+         }},
         {"removed", [](TMOD3D& model) { model.deletet(0); }},
         {"moved",
          [](TMOD3D& model) { ++model.verts[1].model_xyz[2], model.comput_mode_aux_parm(); }},

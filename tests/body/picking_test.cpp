@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "korvel/body/edit/edit_state.h"
 #include "tests/support/dice.h"
 #include "tests/support/models.h"
 
@@ -57,9 +58,9 @@ int checked_pick(TMOD3D& model, Point p) {
         }
     }
     EXPECT_EQ(model.get_point_xyz(p.data()), 0);
-    EXPECT_EQ(model.edit_state[2], 1);
-    EXPECT_EQ(model.edit_state[3], face);
-    EXPECT_EQ(model.edit_state[6], body);
+    EXPECT_EQ(model.edit_state[korvel::edit_is_picked], 1);
+    EXPECT_EQ(model.edit_state[korvel::edit_picked_face], face);
+    EXPECT_EQ(model.edit_state[korvel::edit_picked_body], body);
     EXPECT_NEAR(p[2], depth, 1e-9);
     const Triangle seen = triangle(model, face, &VERT3D::view_xyz);
     const Triangle at = triangle(model, face, &VERT3D::model_xyz);
@@ -68,8 +69,9 @@ int checked_pick(TMOD3D& model, Point p) {
     }
     double on_edge[3];
     POLY3D& picked = model.polys[face];
-    EXPECT_EQ(model.edit_state[4], picked.get_uvw_near_point(model.verts, p.data()));
-    EXPECT_EQ(model.edit_state[5],
+    EXPECT_EQ(model.edit_state[korvel::edit_picked_vertex],
+              picked.get_uvw_near_point(model.verts, p.data()));
+    EXPECT_EQ(model.edit_state[korvel::edit_picked_edge],
               picked.get_uvw_near_side(model.verts, model.lines, p.data(), on_edge));
     EXPECT_EQ(point(model.pick_data + 6), point(on_edge));
     return face;
@@ -121,7 +123,8 @@ TEST(Picking, OfEqualsTheFirstAndOfNothingNothing) {
         std::fill(model.edit_state, model.edit_state + 11, 43);
         double p[] = {u, v, 44};
         if (model.get_point_xyz(p) == 0) {
-            return std::make_pair(model.edit_state[3], model.edit_state[6]);
+            return std::make_pair(model.edit_state[korvel::edit_picked_face],
+                                  model.edit_state[korvel::edit_picked_body]);
         }
         EXPECT_EQ(p[2], 44);
         EXPECT_EQ(std::count(model.pick_data, model.pick_data + 9, 42), 9);

@@ -9,6 +9,7 @@
 
 #include "korvel/module/korvel.h"
 #include "tests/module/host.h"
+#include "tests/support/scratch.h"
 
 namespace korvel::test {
 namespace {
@@ -204,9 +205,9 @@ TEST(Interface, RaisesTrianglesIntoASolid) {
     PLYDT::set_trace_files(true);
 }
 
-TEST(Interface, TracesTheTriangulationIntoTwoFiles) {
-    std::remove("trg.dat");
-    std::remove("wwwtrg.dat");
+class InterfaceTraces : public ScratchAsCurrent {};
+
+TEST_F(InterfaceTraces, AreTwoFiles) {
     PLYDT set;
     set.pt_list.SetSize(3);
     set.pt_list[1].x = 10;
@@ -219,7 +220,8 @@ TEST(Interface, TracesTheTriangulationIntoTwoFiles) {
     }
     set.region_tranglate();
     EXPECT_EQ(set.trg_list.GetSize(), 1);
-    EXPECT_EQ(std::remove("trg.dat") + std::remove("wwwtrg.dat"), 0);
+    EXPECT_TRUE(std::filesystem::exists("trg.dat"));
+    EXPECT_TRUE(std::filesystem::exists("wwwtrg.dat"));
 }
 
 } // namespace

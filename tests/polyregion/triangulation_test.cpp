@@ -13,6 +13,7 @@
 #include "tests/support/scratch.h"
 #include "tests/support/shape.h"
 
+using korvel::test::contents;
 using korvel::test::Dice;
 using korvel::test::Ints;
 using korvel::test::Shape;
@@ -28,12 +29,6 @@ std::vector<Corners> triangles(const PLYDT& set) {
         list.emplace_back(t.va, t.vb, t.vc);
     }
     return list;
-}
-
-std::string contents(const char* name) {
-    std::ostringstream text;
-    text << std::ifstream(name).rdbuf();
-    return text.str();
 }
 
 /// Trace files have fixed names in the current directory.

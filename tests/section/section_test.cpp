@@ -1,41 +1,17 @@
 #include <cstdio>
-#include <fstream>
 #include <sstream>
 
 #include <gtest/gtest.h>
 
 #include "korvel/section/tmod2d.h"
+#include "tests/support/recording_dc.h"
+#include "tests/support/scratch.h"
 #include "tests/support/streams.h"
 
 namespace {
 
-/// Writes down what is filled. Its own brush has colour 7.
-class Recorder : public CDC {
-public:
-    std::ostringstream log;
-    CBrush own{7};
-    CBrush* selected = &own;
-    CPen* SelectObject(CPen* pen) override { return log << "pen ", pen; }
-    CBrush* SelectObject(CBrush* brush) override {
-        log << "brush " << brush->colour << ' ';
-        return std::exchange(selected, brush);
-    }
-    int SetPolyFillMode(int mode) override { return log << "mode " << mode << ' ', mode; }
-    COLORREF GetBkColor() const override { return 0; }
-    COLORREF SetBkColor(COLORREF colour) override { return colour; }
-    POINT MoveTo(int x, int y) override { return {x, y}; }
-    BOOL LineTo(int, int) override { return log << "line ", 1; }
-    BOOL Polygon(const POINT*, int) override { return log << "polygon ", 1; }
-    BOOL PolyPolygon(const POINT* points, const int* counts, int polygons) override {
-        for (log << "fill "; polygons > 0; --polygons, ++counts) {
-            log << *counts << ": ";
-            for (const POINT* end = points + *counts; points != end; ++points) {
-                log << points->x << ',' << points->y << ' ';
-            }
-        }
-        return 1;
-    }
-};
+using korvel::test::RecordingDC;
+using Calls = std::vector<std::string>;
 
 TMOD2D read(const std::string& text, TMOD2D model = {}) {
     model.readdate(korvel::test::stream_of(text).get());
@@ -138,24 +114,28 @@ TEST(FilledGroup, ColourAreaAndDrawing) {
     TMOD2D model = read("2 0 2 1.25 -0.5 -1.29 3 4 2 0 1 0 2 0 2 1 -1 1 8 1 0 0 4 5 -1 2 3");
     POLY3D_CPLX& group = model.groups[0];
     const auto drawn = [&](int u, int v) {
-        Recorder dc;
+        RecordingDC dc;
         group.draw_a_fill_poly(u, v, model.polys, model.verts, 100, 50, 0, 0, 1, 1, 10, &dc);
-        return dc.log.str();
+        return dc.calls;
     };
-    EXPECT_EQ(drawn(0, 2), "mode 1 brush 0 fill 0: 2: 112,45 88,80 2: 112,45 88,80 brush 7 ");
-    EXPECT_EQ(drawn(3, 0) + drawn(0, -1), "");
+    EXPECT_EQ(drawn(0, 2), (Calls{"fill mode 1", "brush 0-0-0",
+                                  "polygons; 112,45 88,80; 112,45 88,80;", "brush back"}));
+    EXPECT_EQ(drawn(3, 0), Calls{});
+    EXPECT_EQ(drawn(0, -1), Calls{});
     group.polys.RemoveAll();
     group.lightness = 0.1; // never used
     group.rgb_color();
     EXPECT_EQ(group.lightness, 0.60000002384185791015625);
-    EXPECT_EQ(drawn(2, 0), "mode 1 brush 6737066 fill brush 7 "); // 170, 204, 102
+    EXPECT_EQ(drawn(2, 0), (Calls{"fill mode 1", "brush 170-204-102", "polygons", "brush back"}));
     group.area = 100;
     model.polys[3].area = 4; // all faces count, listed or not
     group.cpgn_area(model.polys);
     EXPECT_EQ(group.area, 4);
 }
 
-TEST(SectionModel, DefaultContentAndCopies) {
+class SectionModel : public korvel::test::ScratchAsCurrent {};
+
+TEST_F(SectionModel, DefaultContentAndCopies) {
     TMOD2D model;
     model.set_poly_at_grow(); // no faces to dump
     model.intlmode();
@@ -164,18 +144,16 @@ TEST(SectionModel, DefaultContentAndCopies) {
     model.groups.SetSize(2);
     model.groups[1].polys.Add(1);
     model.groups[1].rgb_color();
-    Recorder dc;
+    RecordingDC dc;
     model.draw_filled_model(0, 1, 1, 2, 1000, 0, 50, 100, 0.1, &dc);
-    EXPECT_EQ(dc.log.str(),
-              "mode 1 mode 1 brush 0 fill 4: -5,0 3,0 3,4 -5,4 4: -3,1 1,1 1,3 -3,3 brush 7 "
-              "mode 1 brush 6737066 fill 4: -3,1 1,1 1,3 -3,3 brush 7 ");
+    EXPECT_EQ(dc.calls,
+              (Calls{"fill mode 1", "fill mode 1", "brush 0-0-0",
+                     "polygons -5,0 3,0 3,4 -5,4; -3,1 1,1 1,3 -3,3;", "brush back", "fill mode 1",
+                     "brush 170-204-102", "polygons -3,1 1,1 1,3 -3,3;", "brush back"}));
     const TMOD2D copy(model);
     model.polys[1].lines.SetSize(3); // a missing edge is left out of the dump
     model.set_poly_at_grow();
-    std::ostringstream dump;
-    dump << std::ifstream("ttty").rdbuf();
-    EXPECT_EQ(dump.str(), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
-    EXPECT_EQ(std::remove("ttty"), 0);
+    EXPECT_EQ(korvel::test::contents("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
     model.intlmode();
     EXPECT_EQ(model.polys[3].verts[3], 7); // counts from 0 on a filled model, too
     EXPECT_EQ(copy.verts.GetSize() + copy.lines.GetSize(), 16);

@@ -10,6 +10,13 @@
 
 namespace korvel::test {
 
+/// All of a file, byte by byte.
+inline std::string contents(const std::filesystem::path& file) {
+    std::ostringstream text;
+    text << std::ifstream(file, std::ios::binary).rdbuf();
+    return text.str();
+}
+
 /// A temporary directory for each test, removed afterwards.
 class Scratch : public testing::Test {
 protected:
@@ -25,11 +32,7 @@ protected:
         std::ofstream(place(name), std::ios::binary) << text;
     }
 
-    std::string read(const std::string& name) const {
-        std::ostringstream text;
-        text << std::ifstream(place(name), std::ios::binary).rdbuf();
-        return text.str();
-    }
+    std::string read(const std::string& name) const { return contents(place(name)); }
 
     int files() const {
         const std::filesystem::directory_iterator entries(directory_);

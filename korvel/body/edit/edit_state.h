@@ -33,17 +33,4 @@ enum MoveKind {
     move_in_depth = 6,              ///< shifts by p[2] in depth
 };
 
-// Former names of the elements, for the sources that still use them.
-constexpr int neighbourhood_depth = edit_neighbourhood_depth;
-constexpr int is_picked = edit_is_picked;
-constexpr int picked_face = edit_picked_face;
-constexpr int picked_vertex = edit_picked_vertex;
-constexpr int picked_edge = edit_picked_edge;
-constexpr int picked_body = edit_picked_body;
-constexpr int gathered_face_count = edit_gathered_faces;
-constexpr int gathered_vertex_count = edit_gathered_vertices;
-constexpr int gathered_edge_count = edit_gathered_edges;
-constexpr int scaled_body = edit_scaled_body;
-constexpr int picked_on_edge = pick_edge_point;
-
 } // namespace korvel
