@@ -21,7 +21,7 @@ double twice_area(const Point& a, const Point& b, const Point& c) {
     return (b[0] - a[0]) * (c[1] - a[1]) - (b[1] - a[1]) * (c[0] - a[0]);
 }
 
-/// What each corner has in the point at p's place along the third axis; all positive inside.
+/// Barycentric coordinates of p, seen along the third axis; all positive inside.
 Point weights_at(const Triangle& t, const Point& p) {
     const double area = twice_area(t[0], t[1], t[2]);
     return {twice_area(p, t[1], t[2]) / area, twice_area(t[0], p, t[2]) / area,

@@ -16,7 +16,7 @@ using GlCalls = std::vector<GlCall>;
 
 void PrintTo(const GlCall& call, std::ostream* out);
 
-/// The calls since the last time, in place of drawing: this program defines OpenGL's names.
+/// The calls since the last time. Nothing is drawn: the recorder defines OpenGL's names itself.
 GlCalls take_gl_calls();
 
 } // namespace korvel::test
