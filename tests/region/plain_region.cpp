@@ -13,6 +13,7 @@ void split(Analysis& a);
 void snap_ends(Analysis& a, double tolerance);
 void build_graph(Analysis& a);
 void trace_rings(Analysis& a, Pt seed);
+void find_seed_rings(Analysis& a, Pt seed);
 void list_ring_points(Analysis& a);
 void list_sides(Analysis& a);
 void drop_envelopes(Analysis& a);
@@ -27,6 +28,7 @@ Analysis analyse_plainly(const Curves& curves, Pt seed, double tolerance) {
     snap_ends(a, tolerance);
     build_graph(a);
     trace_rings(a, seed);
+    find_seed_rings(a, seed);
     list_ring_points(a);
     list_sides(a);
     drop_envelopes(a);
@@ -202,6 +204,17 @@ double angle_between(Vec u, Vec v) {
     return 2 * std::asin(1.0) + (b >= 0 ? -std::asin(b / len) : std::asin(-b / len));
 }
 
+template <class List, class GoesAfter>
+void shell_sort_plainly(List& list, GoesAfter goes_after) {
+    for (std::size_t gap = list.size() / 2; gap > 0; gap /= 2) {
+        for (std::size_t i = gap; i < list.size(); ++i) {
+            for (std::size_t k = i; k >= gap && goes_after(list[k - gap], list[k]); k -= gap) {
+                std::swap(list[k - gap], list[k]);
+            }
+        }
+    }
+}
+
 int next_curve(const Analysis& a, int c, int turn) {
     const Pts back = walked(a, -c);
     Vec u = from_to(back[0], back[1]);
@@ -213,13 +226,7 @@ int next_curve(const Analysis& a, int c, int turn) {
             found.emplace_back(angle_between(u, from_to(leaving[0], leaving[1])), id);
         }
     }
-    for (std::size_t gap = found.size() / 2; gap > 0; gap /= 2) {
-        for (std::size_t i = gap; i < found.size(); ++i) {
-            for (std::size_t k = i; k >= gap && found[k - gap].first > found[k].first; k -= gap) {
-                std::swap(found[k - gap], found[k]);
-            }
-        }
-    }
+    shell_sort_plainly(found, [](const auto& x, const auto& key) { return x.first > key.first; });
     return turn == -1 ? found.front().second : found.back().second;
 }
 
@@ -279,6 +286,68 @@ void trace_rings(Analysis& a, Pt seed) {
     }
 }
 
+bool winds_around(const Pts& ring, Pt pt) {
+    double sum = 0;
+    for (int k = 0; k < count_of(ring); ++k) {
+        const Vec p = from_to(pt, at(ring, k));
+        const Vec q = from_to(pt, at(ring, (k + 1) % count_of(ring)));
+        const double angle = std::acos(dot(p, q) / (length(p) * length(q)));
+        sum += cross(p, q) >= 0 ? angle : -angle;
+    }
+    return std::fabs(sum) > 1.0;
+}
+
+Pts outline_of(const Analysis& a, const Ints& ring) {
+    Pts outline;
+    for (const int id : ring) {
+        const Pts pts = walked(a, id);
+        outline.insert(outline.end(), pts.begin(), pts.end() - 1);
+    }
+    return outline;
+}
+
+/// The first corner off the larger ring decides; without one the smaller ring counts as inside.
+bool lies_inside(const Pts& smaller, const Pts& larger) {
+    const auto off =
+        std::find_if(smaller.begin(), smaller.end(), [&](Pt pt) { return !holds(larger, pt); });
+    return off == smaller.end() || winds_around(larger, *off);
+}
+
+bool shares_curve(const Ints& ring, const Ints& other) {
+    return std::any_of(ring.begin(), ring.end(),
+                       [&](int id) { return holds(other, id) || holds(other, -id); });
+}
+
+void find_seed_rings(Analysis& a, Pt seed) {
+    std::vector<std::pair<double, Ints>> around;
+    std::vector<std::pair<double, Ints>> others;
+    for (int k = 0; k < count_of(a.rings); ++k) {
+        const Ints& ring = at(a.rings, k);
+        (winds_around(outline_of(a, ring), seed) ? around : others)
+            .emplace_back(at(a.areas, k), ring);
+    }
+    if (around.empty()) {
+        return;
+    }
+    shell_sort_plainly(around, [](const auto& x, const auto& key) { return x.first > key.first; });
+    const Pts smallest = outline_of(a, around[0].second);
+    std::erase_if(others, [&](const auto& other) {
+        const auto shares = [&](const auto& one) { return shares_curve(other.second, one.second); };
+        return std::any_of(around.begin(), around.end(), shares) ||
+               !winds_around(smallest, named(a.split, other.second[0])[0]);
+    });
+    shell_sort_plainly(others, [](const auto& x, const auto& key) { return x.first < key.first; });
+    a.in_rings = {around[0].second};
+    for (const auto& [area, ring] : others) {
+        const Pts outline = outline_of(a, ring);
+        if (std::none_of(a.ex_rings.begin(), a.ex_rings.end(), [&](const Ints& kept) {
+                return lies_inside(outline, outline_of(a, kept));
+            })) {
+            a.ex_rings.push_back(ring);
+        }
+    }
+}
+
 void list_ring_points(Analysis& a) {
     for (const Pts& curve : a.split) {
         for (const Pt pt : curve) {
@@ -325,15 +394,11 @@ void list_sides(Analysis& a) {
 }
 
 bool encloses(const Analysis& a, const Ints& ring, int point) {
-    const Pt pt = at(a.unique_pts, point);
-    double sum = 0;
-    for (int k = 0; k < count_of(ring); ++k) {
-        const Vec p = from_to(pt, at(a.unique_pts, at(ring, k)));
-        const Vec q = from_to(pt, at(a.unique_pts, at(ring, (k + 1) % count_of(ring))));
-        const double angle = std::acos(dot(p, q) / (length(p) * length(q)));
-        sum += cross(p, q) >= 0 ? angle : -angle;
+    Pts corners;
+    for (const int corner : ring) {
+        corners.push_back(at(a.unique_pts, corner));
     }
-    return std::fabs(sum) > 1.0;
+    return winds_around(corners, at(a.unique_pts, point));
 }
 
 void drop_envelopes(Analysis& a) {
@@ -441,6 +506,8 @@ Analysis analysis_of(const CREGION& r) {
     a.curve_ids = field(r.node_to_curve, &CREGION::NODE_CURVE::curve_ids);
     a.rings = field(r.rings, &CREGION::tagRToC::curve_ids);
     a.areas = field(r.rings, &CREGION::tagRToC::ring_area);
+    a.in_rings = field(r.in_rings, &CREGION::tagRToC::curve_ids);
+    a.ex_rings = field(r.ex_rings, &CREGION::tagRToC::curve_ids);
     a.unique_pts = points_in(r.unique_pts);
     a.pt_index.assign(r.pt_index.begin(), r.pt_index.end());
     a.ring_pts = field(r.ring_pts, &CREGION::RToPt::pts);

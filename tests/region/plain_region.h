@@ -37,7 +37,7 @@ struct Network {
 /// The curves that stand one after another in two arrays whose counts fit the points.
 Curves curves_in(const CArray<tagPOINT>& pts, const CArray<int>& counts);
 
-/// Everything that `CREGION::SetPtsInfo` finds out, field by field.
+/// Everything that `CREGION::SetPtsInfo` and `CalcInExRing` find, field by field.
 struct Analysis {
     Curves cleaned; ///< the caller's curves afterwards
     Curves split;
@@ -47,6 +47,8 @@ struct Analysis {
     Lists curve_ids;
     Lists rings;
     std::vector<double> areas;
+    Lists in_rings; ///< the ring around the seed point, if there is one
+    Lists ex_rings; ///< the rings directly inside it
     Pts unique_pts;
     Ints pt_index;
     Lists ring_pts;

@@ -147,6 +147,8 @@ void expect_equal(const Analysis& found, const Analysis& plain) {
     EXPECT_EQ(found.curve_ids, plain.curve_ids);
     EXPECT_EQ(found.rings, plain.rings);
     EXPECT_EQ(found.areas, plain.areas);
+    EXPECT_EQ(found.in_rings, plain.in_rings);
+    EXPECT_EQ(found.ex_rings, plain.ex_rings);
     EXPECT_EQ(found.unique_pts, plain.unique_pts);
     EXPECT_EQ(found.pt_index, plain.pt_index);
     EXPECT_EQ(found.ring_pts, plain.ring_pts);
@@ -163,6 +165,8 @@ TEST(PlainForm, GivesTheSameAnalysis) {
     std::size_t rings = 0;
     std::size_t holes = 0;
     std::size_t envelopes = 0;
+    std::size_t around_seeds = 0;
+    std::size_t inside_them = 0;
     CREGION region; // used again and again, as hosts do
     for (unsigned seed = 0; seed < 4000 && !HasFailure(); ++seed) {
         SCOPED_TRACE(seed);
@@ -178,8 +182,11 @@ TEST(PlainForm, GivesTheSameAnalysis) {
         region.SetTolerance(tolerance);
         region.SetSeedPt({at.x, at.y});
         region.SetPtsInfo(network.pts, network.counts);
+        region.CalcInExRing();
         expect_equal(korvel::test::analysis_of(region), plain);
         rings += plain.ring_pts.size();
+        around_seeds += plain.in_rings.size();
+        inside_them += plain.ex_rings.size();
         envelopes += plain.rings.size() - plain.ring_pts.size();
         holes +=
             static_cast<std::size_t>(std::count(plain.is_hole.begin(), plain.is_hole.end(), 1));
@@ -188,6 +195,8 @@ TEST(PlainForm, GivesTheSameAnalysis) {
     EXPECT_GT(rings, 40'000U);
     EXPECT_GT(holes, 200U);
     EXPECT_GT(envelopes, 2'000U);
+    EXPECT_GT(around_seeds, 500U);
+    EXPECT_GT(inside_them, 100U);
 }
 
 } // namespace

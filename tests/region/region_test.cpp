@@ -306,6 +306,29 @@ TEST(Output, TurnsAllRingsTheSameWay) {
     EXPECT_EQ(text_of(triangles), "");
 }
 
+TEST(Output, TurnsRingsWithCornersInLineWithTheLastOne) {
+    // Seen from the last corner the first ones lie in line behind and before it: the half turn
+    // between them counts as positive, although the cross product is 0.
+    const struct {
+        const char* name;
+        const char* curves;
+        Ints ring;
+    } cases[] = {
+        {"in line on one side, clockwise", "4,0 2,0 0,0 0,4 6,4 6,0 4,0", {5, 4, 3, 2, 1, 0}},
+        {"the same, counter-clockwise", "6,0 6,4 0,4 0,0 2,0 4,0 6,0", {0, 1, 2, 3, 4, 5}},
+        {"in line with the last side, clockwise", "9,0 0,0 0,4 9,4 9,2 9,0", {4, 3, 2, 1, 0}},
+        {"all in line, which is not turned", "0,0 4,0 9,0; 0,0 9,0", {0, 1, 2}},
+        {"in line before it, clockwise", "0,0 0,2 0,4 4,4 4,0 0,0", {4, 3, 2, 1, 0}},
+    };
+    for (const auto& c : cases) {
+        Analysed a(c.curves);
+        PLYDT out;
+        a.region.GetAllRegion(out);
+        ASSERT_EQ(out.ring_list.GetSize(), 1) << c.name;
+        EXPECT_EQ(ints(out.ring_list[0].pts), c.ring) << c.name;
+    }
+}
+
 TEST(Region, KeepsNothingOfTheNetworkBefore) {
     Analysed a("0,0 10,0 10,10 0,10 0,0; 2,2 4,2 4,4 2,2");
     a.region.SetSeedPt({3, 3});
