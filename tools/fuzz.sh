@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Builds the fuzzing programs and lets each look for inputs that harm, starting from its corpus.
-# What harms is kept in build/fuzz/found/, and the exit status is then not 0.
+# Builds and runs the fuzzing programs, each starting from its corpus. Inputs that make one fail are
+# kept in build/fuzz/found/, and the exit status is then not 0.
 #
-#   tools/fuzz.sh [SECONDS] [TARGET…]     20 seconds for each of all targets if not given
-#   tools/fuzz.sh 0                       replays the corpora and what was found in runs before
+#   tools/fuzz.sh [SECONDS] [TARGET…]     20 seconds for each target, all targets by default
+#   tools/fuzz.sh 0                       replays the corpora and the inputs found in previous runs
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -31,9 +31,9 @@ failed=()
 for target in "${targets[@]}"; do
     seeds=$root/tests/fuzz/corpus/$target
     found=$root/build/fuzz/found/$target
-    grown=$root/build/fuzz/grown/$target # what runs before found to reach more code
+    grown=$root/build/fuzz/grown/$target # inputs from previous runs that reach more code
     mkdir -p "$found" "$grown"
-    # Files that the library itself writes stay in a directory of their own.
+    # The library writes files into the current directory.
     run=$(mktemp -d)
     log=$run/log
     program=$root/build/fuzz/tests/fuzz/fuzz_$target
@@ -58,6 +58,6 @@ for target in "${targets[@]}"; do
 done
 
 if ((${#failed[@]})); then
-    echo "found something: ${failed[*]}" >&2
+    echo "failed: ${failed[*]}" >&2
     exit 1
 fi

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the test programs, and the commands that they start, under valgrind's memcheck. What it
-# reports is printed, and the exit status is then not 0.
+# Runs the test programs, and the commands that they start, under valgrind's memcheck. Prints its
+# reports; the exit status is 0 when there are none.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -17,8 +17,8 @@ trap 'rm -rf "$scratch"' EXIT
 failed=()
 for program in build/release/tests/*_tests build/shared/tests/module_tests; do
     name=$(basename "$program")
-    # Each process reports into a file of its own, because tests read what commands print. Shells
-    # are followed too: what they start would not be otherwise.
+    # Each process has a report file of its own, because tests read the output of commands. Shells
+    # are traced too, because the commands are their child processes.
     run=$scratch/$name
     reports=$scratch/$name.reports
     mkdir "$run" "$reports"

@@ -1,5 +1,5 @@
-// The command's arguments, one to a line: parsed, with everything after the parsing left undone,
-// and each taken for every kind of number list that an option can be.
+// The command's arguments, one to a line: parsed without running the command, and each also parsed
+// as every kind of number list that an option accepts.
 
 #include <CLI/CLI.hpp>
 

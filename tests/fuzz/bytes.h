@@ -9,13 +9,13 @@
 
 namespace korvel::test {
 
-/// Takes a fuzzer's bytes apart into choices and numbers. Behind the last byte everything is 0.
+/// Decodes a fuzzer's bytes into choices and numbers. After the last byte every value is 0.
 class Bytes {
 public:
     Bytes(const std::uint8_t* data, std::size_t size) : next_(data), end_(data + size) {}
 
-    /// As many bytes as are asked for, mixed from a text, for a target whose input is the text
-    /// alone.
+    /// An endless sequence of bytes derived from a text, for a target whose whole input is the
+    /// text.
     explicit Bytes(const std::string& text) : is_endless_(true) {
         for (const char c : text) {
             state_ = (state_ ^ static_cast<std::uint8_t>(c)) * 0x100000001b3U;
@@ -32,7 +32,7 @@ public:
         return next_ == end_ ? std::uint8_t{0} : *next_++;
     }
 
-    /// From 0 to `count` − 1; 0 where there is nothing to choose from.
+    /// From 0 to `count` − 1; 0 when `count` is not positive.
     int choice(int count) { return count > 0 ? byte() % count : 0; }
 
     bool chance(int of) { return choice(of) == of - 1; }
@@ -45,7 +45,7 @@ public:
         return static_cast<int>(bits);
     }
 
-    /// Small most of the time, else an end of the range or anything at all.
+    /// Usually small, otherwise an end of the range or any value.
     int integer() {
         const int kind = byte();
         switch (kind) {
@@ -60,7 +60,7 @@ public:
         }
     }
 
-    /// An index into a list of `size` entries; seldom one outside of it.
+    /// An index into a list of `size` entries, rarely one outside of it.
     int index(int size) {
         const int kind = byte();
         if (kind >= 248) {
@@ -70,7 +70,7 @@ public:
         return size > 0 ? (kind << 8U | byte()) % size : 0;
     }
 
-    /// A small number with a fraction most of the time, else one that arithmetic trips over.
+    /// Usually a small multiple of a quarter, otherwise a value that is difficult for arithmetic.
     double real() {
         const int kind = byte();
         if (kind < 240) {

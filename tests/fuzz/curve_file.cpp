@@ -1,4 +1,4 @@
-// The command's own readers: every kind of file, checked, read through the library, or refused.
+// The kit's readers: a file of any kind is checked, read through the library, or refused.
 
 #include <cstdlib>
 #include <cstring>
@@ -29,7 +29,7 @@ void read_all(const TextFile& file) {
     }
 }
 
-// What the checks let pass the library must read.
+// The library must read what passes the checks.
 void read_through_library(const TextFile& file) {
     try {
         TMOD3D model;

@@ -1,4 +1,4 @@
-// The world around the library in a fuzzing program: no drawing, no notices, no trace files.
+// The environment of the library in a fuzzing program: no drawing, no notices, no trace files.
 
 #include <cstdio>
 
@@ -13,7 +13,7 @@ FILE* nowhere() {
 }
 
 FILE* stream_over(const char* text, std::size_t size) {
-    // A stream over nothing is refused.
+    // fmemopen refuses an empty buffer.
     return size > 0 ? fmemopen(const_cast<char*>(text), size, "r") : std::fopen("/dev/null", "r");
 }
 

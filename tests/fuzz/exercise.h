@@ -5,32 +5,32 @@
 #include "korvel/module/korvel.h"
 #include "tests/fuzz/bytes.h"
 
-// What hosts can ask of the library's objects, for objects in any state. `bytes` chooses the
-// arguments, which are seldom sensible.
+// Calls of the library's objects, in any state. `bytes` chooses the arguments, which are rarely
+// sensible.
 
 namespace korvel::test {
 
-/// Where written files go: nowhere.
+/// A stream that discards its output.
 FILE* nowhere();
 
 /// A readable stream over a text.
 FILE* stream_over(const char* text, std::size_t size);
 
-/// Everything that can be asked of a section model, a set of regions and a set of triangles.
+/// Every call of a section model, a set of regions and a set of triangles.
 void exercise(TMOD2D& section, Bytes& bytes);
 void exercise(CCPloy2DRg& set, Bytes& bytes);
 void exercise(PLYDT& set, Bytes& bytes);
 
-/// Everything that can be asked of a body model, in a fixed order.
+/// Every call of a body model, in a fixed order.
 void exercise(TMOD3D& model, Bytes& bytes);
 
 /// One call of the model, chosen by the bytes.
 void exercise_once(TMOD3D& model, Bytes& bytes);
 
-/// What a host can write into the model's public members, in one place.
+/// One change of the model's public members.
 void edit(TMOD3D& model, Bytes& bytes);
 
-/// What a host can write into an index list, in one place.
+/// One change of an index list.
 void edit(CArray<int>& list, int size, Bytes& bytes);
 
 /// A set of points, rings, regions and triangles, any of them degenerate.

@@ -1,4 +1,4 @@
-// Body models: everything that can be asked of them, and everything that hosts can write into them.
+// Body models: every call, and every change that hosts can make to the public members.
 
 #include <iterator>
 
@@ -18,9 +18,9 @@ bool is_large(const TMOD3D& model) {
            model.polys.GetSize() > most_records || model.bodies.GetSize() > most_records;
 }
 
-/// A place that lies on the model as often as not.
-struct Place {
-    Place(const TMOD3D& model, Bytes& bytes) {
+/// Half of the time a point near the model, otherwise any point.
+struct TargetPoint {
+    TargetPoint(const TMOD3D& model, Bytes& bytes) {
         const int vertex = bytes.index(model.verts.GetSize());
         const bool is_on_model = vertex >= 0 && vertex < model.verts.GetSize() && bytes.chance(2);
         for (int k = 0; k < 3; ++k) {
@@ -35,8 +35,8 @@ int body_of(const TMOD3D& model, Bytes& bytes) {
 }
 
 void pick(TMOD3D& model, Bytes& bytes) {
-    Place place(model, bytes);
-    model.get_point_xyz(place.at);
+    TargetPoint target(model, bytes);
+    model.get_point_xyz(target.at);
 }
 
 void cut(TMOD3D& model, Bytes& bytes) {
@@ -65,8 +65,8 @@ void gather(TMOD3D& model, Bytes& bytes) {
 }
 
 void move(TMOD3D& model, Bytes& bytes) {
-    Place p(model, bytes);
-    Place q(model, bytes);
+    TargetPoint p(model, bytes);
+    TargetPoint q(model, bytes);
     const int body = body_of(model, bytes);
     model.edit_state[10] = body;
     model.get_body_change_dirt(body, p.at);
@@ -77,7 +77,7 @@ void ask_faces(TMOD3D& model, Bytes& bytes) {
     if (is_large(model)) {
         return;
     }
-    Place place(model, bytes);
+    TargetPoint target(model, bytes);
     for (POLY3D& face : model.polys) {
         int side[2] = {bytes.index(model.verts.GetSize()), bytes.index(model.verts.GetSize())};
         double nearest[3] = {};
@@ -85,11 +85,11 @@ void ask_faces(TMOD3D& model, Bytes& bytes) {
         face.point_range_in_poly(side[0]);
         face.is_composed_vert(side[1]);
         face.detect_line_in(side[0]);
-        face.det_point_in_con_poly(place.at, &model.verts);
-        face.det_3dpoint_in_con_poly(place.at, model.verts);
+        face.det_point_in_con_poly(target.at, &model.verts);
+        face.det_3dpoint_in_con_poly(target.at, model.verts);
         face.poly_volume(model.verts);
-        face.get_uvw_near_point(model.verts, place.at);
-        face.get_uvw_near_side(model.verts, model.lines, place.at, nearest);
+        face.get_uvw_near_point(model.verts, target.at);
+        face.get_uvw_near_side(model.verts, model.lines, target.at, nearest);
         if (bytes.chance(16)) {
             face.find_side(model.lines);
             face.vert_to_line(model.lines);
@@ -171,13 +171,18 @@ void move_origin(TMOD3D& model, Bytes& bytes) {
 }
 
 void locate(TMOD3D& model, Bytes& bytes) {
-    Place place(model, bytes);
+    TargetPoint target(model, bytes);
     double along[3] = {bytes.real(), bytes.real(), bytes.real()};
-    model.detect_a_point_in_body(place.at, along);
+    model.detect_a_point_in_body(target.at, along);
     model.get_pt_bady_v(body_of(model, bytes));
 }
 
-// In an order in which each finds something to work on in a sound model.
+void edit_vertex_or_edge(TMOD3D& model, Bytes& bytes);
+void edit_face_or_body(TMOD3D& model, Bytes& bytes);
+void edit_state_or_relations(TMOD3D& model, Bytes& bytes);
+void resize_lists(TMOD3D& model, Bytes& bytes);
+
+// In this order each step has something to work on in a sound model.
 constexpr Step steps[] = {
     [](TMOD3D& m, Bytes&) { m.write_mode(nowhere()); },
     draw,
@@ -215,7 +220,7 @@ constexpr Step steps[] = {
     cut,
 };
 
-// These lay a body over what is there.
+// These add a body to the model.
 constexpr Step beginnings[] = {start, raise};
 
 } // namespace
@@ -233,21 +238,43 @@ void exercise_once(TMOD3D& model, Bytes& bytes) {
 }
 
 void edit(TMOD3D& model, Bytes& bytes) {
+    switch (bytes.choice(4)) {
+    case 0:
+        edit_vertex_or_edge(model, bytes);
+        break;
+    case 1:
+        edit_face_or_body(model, bytes);
+        break;
+    case 2:
+        edit_state_or_relations(model, bytes);
+        break;
+    default:
+        resize_lists(model, bytes);
+        break;
+    }
+}
+
+namespace {
+
+template <class Records, class Change>
+void change_one(Records& records, Bytes& bytes, Change change) {
+    if (!records.IsEmpty()) {
+        change(records[bytes.choice(records.GetSize())]);
+    }
+}
+
+void edit_vertex_or_edge(TMOD3D& model, Bytes& bytes) {
     const int verts = model.verts.GetSize();
     const int lines = model.lines.GetSize();
     const int polys = model.polys.GetSize();
     const int bodies = model.bodies.GetSize();
-    const auto any = [&](auto& records, auto change) {
-        if (!records.IsEmpty()) {
-            change(records[bytes.choice(records.GetSize())]);
-        }
-    };
-    switch (bytes.choice(12)) {
+    switch (bytes.choice(4)) {
     case 0:
-        any(model.verts, [&](VERT3D& vertex) { vertex.model_xyz[bytes.choice(3)] = bytes.real(); });
+        change_one(model.verts, bytes,
+                   [&](VERT3D& vertex) { vertex.model_xyz[bytes.choice(3)] = bytes.real(); });
         break;
     case 1:
-        any(model.verts, [&](VERT3D& vertex) {
+        change_one(model.verts, bytes, [&](VERT3D& vertex) {
             edit(vertex.faces, polys, bytes);
             edit(vertex.lines, lines, bytes);
             edit(vertex.neighbours, verts, bytes);
@@ -255,58 +282,72 @@ void edit(TMOD3D& model, Bytes& bytes) {
         });
         break;
     case 2:
-        any(model.lines, [&](LINE3D& line) {
+        change_one(model.lines, bytes, [&](LINE3D& line) {
             line.start_vert = bytes.index(verts);
             line.end_vert = bytes.index(verts);
         });
         break;
-    case 3:
-        any(model.lines, [&](LINE3D& line) {
+    default:
+        change_one(model.lines, bytes, [&](LINE3D& line) {
             edit(line.faces, polys, bytes);
             edit(line.bodies, bodies, bytes);
         });
         break;
-    case 4:
-        any(model.polys, [&](POLY3D& face) { edit(face.verts, verts, bytes); });
+    }
+}
+
+void edit_face_or_body(TMOD3D& model, Bytes& bytes) {
+    const int verts = model.verts.GetSize();
+    const int lines = model.lines.GetSize();
+    const int polys = model.polys.GetSize();
+    const int bodies = model.bodies.GetSize();
+    switch (bytes.choice(4)) {
+    case 0:
+        change_one(model.polys, bytes, [&](POLY3D& face) { edit(face.verts, verts, bytes); });
         break;
-    case 5:
-        any(model.polys, [&](POLY3D& face) { edit(face.lines, lines, bytes); });
+    case 1:
+        change_one(model.polys, bytes, [&](POLY3D& face) { edit(face.lines, lines, bytes); });
         break;
-    case 6:
-        any(model.polys, [&](POLY3D& face) {
+    case 2:
+        change_one(model.polys, bytes, [&](POLY3D& face) {
             face.verts.SetSize(bytes.choice(4));
             face.main_axis = bytes.integer();
             face.state_flags = bytes.integer();
             edit(face.bodies, bodies, bytes);
         });
         break;
-    case 7:
-        any(model.bodies, [&](BODY3D& body) {
+    default:
+        change_one(model.bodies, bytes, [&](BODY3D& body) {
             edit(body.polys, polys, bytes);
             edit(body.lines, lines, bytes);
             edit(body.verts, verts, bytes);
         });
         break;
-    case 8:
-        model.edit_state[bytes.choice(11)] = bytes.integer();
-        model.pick_data[bytes.choice(9)] = bytes.real();
-        break;
-    case 9:
-        edit(model.relat_list_1, polys, bytes);
-        edit(model.relat_list_2, verts, bytes);
-        edit(model.relat_list_3, lines, bytes);
-        edit(model.relat_list_4, 9, bytes);
-        model.mut_weights.SetSize(bytes.choice(6));
-        break;
-    case 10:
-        model.verts.SetSize(bytes.choice(verts + 2));
-        break;
-    default:
-        model.polys.SetSize(bytes.choice(polys + 2));
-        model.lines.SetSize(bytes.choice(lines + 2));
-        model.bodies.SetSize(bytes.choice(bodies + 2));
-        break;
     }
 }
 
+void edit_state_or_relations(TMOD3D& model, Bytes& bytes) {
+    if (bytes.chance(2)) {
+        model.edit_state[bytes.choice(11)] = bytes.integer();
+        model.pick_data[bytes.choice(9)] = bytes.real();
+        return;
+    }
+    edit(model.relat_list_1, model.polys.GetSize(), bytes);
+    edit(model.relat_list_2, model.verts.GetSize(), bytes);
+    edit(model.relat_list_3, model.lines.GetSize(), bytes);
+    edit(model.relat_list_4, 9, bytes);
+    model.mut_weights.SetSize(bytes.choice(6));
+}
+
+void resize_lists(TMOD3D& model, Bytes& bytes) {
+    if (bytes.chance(2)) {
+        model.verts.SetSize(bytes.choice(model.verts.GetSize() + 2));
+        return;
+    }
+    model.polys.SetSize(bytes.choice(model.polys.GetSize() + 2));
+    model.lines.SetSize(bytes.choice(model.lines.GetSize() + 2));
+    model.bodies.SetSize(bytes.choice(model.bodies.GetSize() + 2));
+}
+
+} // namespace
 } // namespace korvel::test

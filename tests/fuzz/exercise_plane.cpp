@@ -1,4 +1,4 @@
-// Plane sets and section models: everything that can be asked of them.
+// Plane sets and section models: every call.
 
 #include <cstdint>
 
@@ -7,8 +7,8 @@
 namespace korvel::test {
 namespace {
 
-/// A device that looks at every point it is given and draws nothing.
-class SeeingDc final : public CDC {
+/// A device that reads every point and draws nothing.
+class ReadingDc final : public CDC {
 public:
     CPen* SelectObject(CPen* pen) override {
         seen_ += pen != nullptr ? pen->colour : 0;
@@ -63,7 +63,7 @@ struct View {
 } // namespace
 
 void exercise(TMOD2D& section, Bytes& bytes) {
-    SeeingDc dc;
+    ReadingDc dc;
     section.writedate(nowhere());
     for (int round = 0; round < 2; ++round) {
         const View view(bytes);
@@ -90,15 +90,15 @@ void exercise(TMOD2D& section, Bytes& bytes) {
 }
 
 void exercise(CCPloy2DRg& set, Bytes& bytes) {
-    SeeingDc dc;
+    ReadingDc dc;
     for (int round = 0; round < 2; ++round) {
         const View view(bytes);
         set.Draw_Poly_Line(view.ox, view.oy, view.x0, view.y0, view.sx, view.sy, view.s, &dc);
         set.Draw_Regon(view.ox, view.oy, view.x0, view.y0, view.sx, view.sy, view.s, &dc);
-        double place[2] = {bytes.real(), bytes.real()};
-        set.search_pt_polyrg(place);
+        double point[2] = {bytes.real(), bytes.real()};
+        set.search_pt_polyrg(point);
         for (RING& ring : set.ring_list) {
-            set.PtInRing(place, ring);
+            set.PtInRing(point, ring);
         }
         set.writepolyrg(nowhere());
         CCPloy2DRg copy(set);
@@ -110,16 +110,16 @@ void exercise(CCPloy2DRg& set, Bytes& bytes) {
         if (!set.region_list.IsEmpty()) {
             CCPloy2DRg::PyToRg region(set.region_list[0]);
             edit(region.rings, set.ring_list.GetSize(), bytes);
-            copy.ptInPlyRegen(place, region);
+            copy.ptInPlyRegen(point, region);
             copy.Draw_Poly(0, 0, 0, 0, 1, 1, 1, region, &dc);
         }
         copy.RemoveAll();
-        copy.search_pt_polyrg(place);
+        copy.search_pt_polyrg(point);
     }
 }
 
 void exercise(PLYDT& set, Bytes& bytes) {
-    SeeingDc dc;
+    ReadingDc dc;
     set.creat_top_rel();
     for (PLYDT::PyToRg& region : set.region_list) {
         set.poly_tranglate(region); // sides are current
@@ -149,7 +149,7 @@ void take_set(PLYDT& set, Bytes& bytes) {
     set.ring_list.SetSize(bytes.choice(5));
     for (RING& ring : set.ring_list) {
         ring.pts.SetSize(bytes.choice(16));
-        // In a row for the most part, so that rings enclose something.
+        // Usually consecutive points, so that rings enclose an area.
         int next = bytes.choice(points);
         for (int& point : ring.pts) {
             point = bytes.chance(8) ? bytes.index(points) : next;

@@ -1,5 +1,5 @@
-// A network of curves of any 32-bit integers, then everything that can be asked of its regions; and
-// the steps of the analysis one by one on what a host has written into the region builder.
+// A network of curves with any 32-bit coordinates and every call on its regions; then single steps
+// of the analysis after changes to the region builder's public members.
 
 #include <algorithm>
 #include <cstdlib>
@@ -55,7 +55,7 @@ bool is_sound(const CREGION& region) {
                        });
 }
 
-void ask(CREGION& region, Bytes& bytes) {
+void call_all(CREGION& region, Bytes& bytes) {
     PLYDT triangles;
     CCPloy2DRg polygons;
     region.GetAllRegion(triangles);
@@ -84,70 +84,89 @@ void ask(CREGION& region, Bytes& bytes) {
     copy.GetRegionPts(pts, counts);
 }
 
-void edit(CREGION& region, Bytes& bytes) {
-    const int curves = region.curve_counts.GetSize();
-    const int points = region.unique_pts.GetSize();
-    const int rings = region.ring_pts.GetSize();
-    const auto any = [&](auto& records, auto change) {
-        if (!records.IsEmpty()) {
-            change(records[bytes.choice(records.GetSize())]);
-        }
-    };
+template <class Records, class Change>
+void change_one(Records& records, Bytes& bytes, Change change) {
+    if (!records.IsEmpty()) {
+        change(records[bytes.choice(records.GetSize())]);
+    }
+}
+
+void edit_graph(CREGION& region, Bytes& bytes) {
+    const int nodes = region.node_pts.GetSize();
     const auto id = [&] {
-        const int curve = bytes.index(curves + 1);
+        const int curve = bytes.index(region.curve_counts.GetSize() + 1);
         return bytes.chance(2) ? curve : ~curve;
     };
-    switch (bytes.choice(12)) {
+    switch (bytes.choice(4)) {
     case 0:
-        any(region.curve_counts, [&](int& count) { count = bytes.integer(); });
+        change_one(region.curve_counts, bytes, [&](int& count) { count = bytes.integer(); });
         break;
     case 1:
-        any(region.curve_to_node, [&](CREGION::CURVE_NODE& ends) {
-            ends.start_node = bytes.index(region.node_pts.GetSize());
-            ends.end_node = bytes.index(region.node_pts.GetSize());
+        change_one(region.curve_to_node, bytes, [&](CREGION::CURVE_NODE& ends) {
+            ends.start_node = bytes.index(nodes);
+            ends.end_node = bytes.index(nodes);
             ends.oc_flag = bytes.choice(3);
             ends.ring_dir = bytes.integer();
         });
         break;
     case 2:
-        any(region.node_to_curve, [&](CREGION::NODE_CURVE& node) {
+        change_one(region.node_to_curve, bytes, [&](CREGION::NODE_CURVE& node) {
             node.curve_num = bytes.integer();
             node.curve_ids.Add(bytes.chance(8) ? bytes.integer() : id());
         });
         break;
-    case 3:
-        any(region.rings,
-            [&](auto& ring) { ring.curve_ids.Add(bytes.chance(8) ? bytes.integer() : id()); });
+    default:
+        change_one(region.rings, bytes, [&](CREGION::tagRToC& ring) {
+            ring.curve_ids.Add(bytes.chance(8) ? bytes.integer() : id());
+        });
         break;
-    case 4:
-        any(region.pt_index, [&](int& index) { index = bytes.index(points); });
+    }
+}
+
+void edit_rings(CREGION& region, Bytes& bytes) {
+    const int points = region.unique_pts.GetSize();
+    const int rings = region.ring_pts.GetSize();
+    switch (bytes.choice(4)) {
+    case 0:
+        change_one(region.pt_index, bytes, [&](int& index) { index = bytes.index(points); });
         break;
-    case 5:
-        any(region.ring_pts, [&](auto& ring) { edit(ring.pts, points, bytes); });
+    case 1:
+        change_one(region.ring_pts, bytes, [&](auto& ring) { edit(ring.pts, points, bytes); });
         break;
-    case 6:
-        any(region.ring_pts, [&](auto& ring) { ring.pts.SetSize(bytes.choice(4)); });
-        break;
-    case 7:
-        any(region.regions, [&](auto& one) { edit(one.rings, rings, bytes); });
-        break;
-    case 8:
-        region.unique_pts.SetSize(bytes.choice(points + 2));
-        break;
-    case 9:
-        region.curve_pts.SetSize(bytes.choice(region.curve_pts.GetSize() + 2));
-        break;
-    case 10:
-        region.node_pts.SetSize(bytes.choice(region.node_pts.GetSize() + 2));
-        region.curve_to_node.SetSize(bytes.choice(curves + 2));
-        region.node_to_curve.SetSize(bytes.choice(region.node_to_curve.GetSize() + 2));
+    case 2:
+        change_one(region.ring_pts, bytes, [&](auto& ring) { ring.pts.SetSize(bytes.choice(4)); });
         break;
     default:
-        region.ring_pts.SetSize(bytes.choice(rings + 2));
-        region.regions.SetSize(bytes.choice(region.regions.GetSize() + 2));
+        change_one(region.regions, bytes, [&](auto& one) { edit(one.rings, rings, bytes); });
+        break;
+    }
+}
+
+void resize_lists(CREGION& region, Bytes& bytes) {
+    const auto resize = [&](auto& list) { list.SetSize(bytes.choice(list.GetSize() + 2)); };
+    switch (bytes.choice(4)) {
+    case 0:
+        resize(region.unique_pts);
+        break;
+    case 1:
+        resize(region.curve_pts);
+        break;
+    case 2:
+        resize(region.node_pts);
+        resize(region.curve_to_node);
+        resize(region.node_to_curve);
+        break;
+    default:
+        resize(region.ring_pts);
+        resize(region.regions);
         region.is_calculated = bytes.choice(2);
         break;
     }
+}
+
+void edit(CREGION& region, Bytes& bytes) {
+    constexpr void (*kinds[])(CREGION&, Bytes&) = {edit_graph, edit_rings, resize_lists};
+    kinds[bytes.choice(3)](region, bytes);
 }
 
 void take_step(CREGION& region, Bytes& bytes) {
@@ -175,12 +194,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!is_sound(region)) {
         std::abort();
     }
-    ask(region, bytes);
+    call_all(region, bytes);
     for (int step = 0; step < 16 && !bytes.is_empty(); ++step) {
         edit(region, bytes);
         take_step(region, bytes);
         if (bytes.chance(4)) {
-            ask(region, bytes);
+            call_all(region, bytes);
         }
     }
     return 0;

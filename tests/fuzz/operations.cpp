@@ -1,4 +1,4 @@
-// A starter model, and any sequence of calls and of edits by the host.
+// A starter model, and any sequence of calls and changes by the host.
 
 #include "tests/fuzz/exercise.h"
 

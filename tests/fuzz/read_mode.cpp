@@ -1,4 +1,4 @@
-// The body model file, then everything that can be asked of what was read.
+// Reads a body model file, then makes every call on the result.
 
 #include <cstdlib>
 #include <string>
@@ -12,11 +12,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FILE* const stream = korvel::test::stream_over(text.data(), text.size());
     model.read_mode(stream);
     if (model.mode_ok == 0 && !model.lines.IsEmpty()) {
-        std::abort(); // derived from what was not read whole
+        std::abort(); // derived from an incomplete file
     }
     korvel::test::exercise(model, bytes);
     std::rewind(stream);
-    model.read_mode(stream); // into a model that holds something
+    model.read_mode(stream); // into a model that is not empty
     korvel::test::exercise_once(model, bytes);
     std::fclose(stream);
     return 0;

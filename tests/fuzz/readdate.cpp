@@ -1,4 +1,4 @@
-// The section file, then everything that can be asked of what was read.
+// Reads a section file, then makes every call on the result.
 
 #include <string>
 
@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     section.readdate(stream);
     korvel::test::exercise(section, bytes);
     std::rewind(stream);
-    section.readdate(stream); // into a model that holds something
+    section.readdate(stream); // into a model that is not empty
     korvel::test::exercise(section, bytes);
     std::fclose(stream);
     return 0;

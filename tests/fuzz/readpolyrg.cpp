@@ -1,4 +1,4 @@
-// The polygon-region file, then everything that can be asked of what was read.
+// Reads a polygon-region file, then makes every call on the result.
 
 #include <string>
 
@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     set.readpolyrg(stream);
     korvel::test::exercise(set, bytes);
     std::rewind(stream);
-    set.readpolyrg(stream); // into a set that holds something
+    set.readpolyrg(stream); // into a set that is not empty
     korvel::test::exercise(set, bytes);
     std::fclose(stream);
     return 0;

@@ -1,5 +1,5 @@
-// A polygon-region file, treated as the command treats it: triangulated and measured, and each
-// region raised to a body.
+// A polygon-region file, processed as by the command: triangulated and measured, and each region
+// raised to a body.
 
 #include "kit/base/errors.h"
 #include "kit/files/region_file.h"
