@@ -106,6 +106,8 @@ private:
     bool may_flip(int h) const;
     void flip(int h);
 
+    struct RayBeyond;
+    bool blocks(int h, const RayBeyond& ray) const;
     int half_edge(int a, int b) const;
     int half_edge(int a, int b, int hint) const;
     std::array<int, 2> add_piece(int u, int v);
