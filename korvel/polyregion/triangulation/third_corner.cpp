@@ -70,84 +70,69 @@ ThirdCornerSearch::FlatSurvivors ThirdCornerSearch::first_flat_survivors(const E
     return first;
 }
 
-/// The survivor with the smallest radius from 0 on. Boxes and points wait in the order of the lower
-/// bounds of their radii, and what waits behind the best survivor so far need not be looked at.
+/// The survivor with the smallest radius from 0 on. Boxes and vertices wait in the order of the
+/// lower bounds of their radii, and what waits behind the best survivor so far need not be
+/// examined.
 int ThirdCornerSearch::nearest_survivor(const EdgeFrame& frame, int hint) {
-    const int a = frame.a;
-    const int b = frame.b;
-    int best = none;
-    double best_radius = take_guess(a, b, hint, best);
-    waiting_.clear();
-    suspects_.clear(); // with an infinite radius
-    ++search_;
-    for (const int end : {a, b}) {
-        apart_[end] = search_;
-        sides_.any_side_at(end, SideTree::Kind::boundary, [&](int, int p) {
-            if (std::exchange(apart_[p], search_) != search_ && p != best && may_close(a, b, p)) {
-                wait(frame, p, best_radius);
-            }
-            return false;
-        });
-    }
-    const std::size_t joined = waiting_.size();
-    if (best == none || !wait_beside(frame, best, best_radius)) {
-        waiting_.resize(joined);
-        waiting_.push_back({0, SlotTree::root, false});
-    }
+    Nearest best = survivor_of_guide(frame.a, frame.b, hint);
+    suspects_.clear(); // those with an infinite radius
+    gather_waiting(frame, best);
     if (waiting_.empty()) {
-        return best;
+        return best.vertex;
     }
-    if (!tree_.shape().is_undivided()) { // else there are no boxes to pass over
-        add_nearest_zones(a, b);
+    if (!tree_.shape().is_undivided()) { // else there are no boxes to exclude
+        add_nearest_zones(frame.a, frame.b);
     }
     std::make_heap(waiting_.begin(), waiting_.end());
     while (!waiting_.empty()) {
         std::pop_heap(waiting_.begin(), waiting_.end());
         const Waiting next = waiting_.back();
         waiting_.pop_back();
-        if (next.bound > best_radius * best_radius) {
+        if (next.bound > best.radius * best.radius) {
             break;
         }
-        if (!next.is_vertex) {
-            if (!zones_.cover(tree_.box(next.number))) {
-                enter_box(frame, next.number, best_radius * best_radius);
-            }
-            continue;
-        }
-        const int p = next.number;
-        if (apart_[p] != search_ && zones_.cover(points_.local(p))) {
-            continue;
-        }
-        const double r = radius(a, b, p);
-        if (r == std::numeric_limits<double>::infinity()) {
-            suspects_.push_back(p);
-        } else if (r >= 0 && (r < best_radius || (r == best_radius && p < best)) &&
-                   survives(a, b, p)) {
-            best_radius = r;
-            best = p;
+        if (next.is_vertex) {
+            examine(frame.a, frame.b, next.number, best);
+        } else if (!zones_.cover(tree_.box(next.number))) {
+            enter_box(frame, next.number, best.radius * best.radius);
         }
     }
-    if (best == none) {
-        std::sort(suspects_.begin(), suspects_.end());
-        const auto infinite = std::find_if(suspects_.begin(), suspects_.end(),
-                                           [&](int p) { return survives(a, b, p); });
-        return infinite == suspects_.end() ? none : *infinite;
-    }
-    return best;
+    return best.vertex == none ? first_infinite_survivor(frame.a, frame.b) : best.vertex;
 }
 
-/// The third corner that the guide has, and its radius, if it survives.
-double ThirdCornerSearch::take_guess(int a, int b, int hint, int& guess) {
+/// The third corner of the guide's triangle and its radius, if it survives.
+ThirdCornerSearch::Nearest ThirdCornerSearch::survivor_of_guide(int a, int b, int hint) {
     const int p = guide_.apex(a, b, hint);
     if (p != none && may_close(a, b, p) && (surely_survives(a, b, p) || survives(a, b, p))) {
         const double r = radius(a, b, p);
         if (r >= 0 && r < std::numeric_limits<double>::infinity()) {
             last_inner_ = p;
-            guess = p;
-            return r;
+            return {p, r};
         }
     }
-    return std::numeric_limits<double>::infinity();
+    return {};
+}
+
+/// The vertices that the boundary joins with the edge, which no zone excludes, and either the few
+/// others that may have a smaller radius or the root of the tree.
+void ThirdCornerSearch::gather_waiting(const EdgeFrame& frame, const Nearest& best) {
+    waiting_.clear();
+    ++search_;
+    for (const int end : {frame.a, frame.b}) {
+        apart_[end] = search_;
+        sides_.any_side_at(end, SideTree::Kind::boundary, [&](int, int p) {
+            if (std::exchange(apart_[p], search_) != search_ && p != best.vertex &&
+                may_close(frame.a, frame.b, p)) {
+                wait(frame, p, best.radius);
+            }
+            return false;
+        });
+    }
+    const std::size_t joined = waiting_.size();
+    if (best.vertex == none || !wait_beside(frame, best.vertex, best.radius)) {
+        waiting_.resize(joined);
+        waiting_.push_back({0, SlotTree::root, false});
+    }
 }
 
 void ThirdCornerSearch::wait(const EdgeFrame& frame, int p, double best_radius) {
@@ -159,15 +144,15 @@ void ThirdCornerSearch::wait(const EdgeFrame& frame, int p, double best_radius) 
 }
 
 /// Puts the vertices among the waiting whose radii may be below that of the guide's triangle. False
-/// where they are so many that boxes serve better.
+/// where they are so many that the tree is faster.
 bool ThirdCornerSearch::wait_beside(const EdgeFrame& frame, int best, double best_radius) {
-    int room = 8;
+    int may_follow = 8;
     const auto may_wait = [&](int p) {
         if (apart_[p] != search_ && p != best && may_close(frame.a, frame.b, p)) {
             wait(frame, p, best_radius);
-            --room;
+            --may_follow;
         }
-        return room == 0;
+        return may_follow == 0;
     };
     tree_.any_point_beside(frame.height, frame.margin, frame.disk(best_radius), may_wait);
     const Disk flat = frame.flat_disk(best_radius);
@@ -180,7 +165,7 @@ bool ThirdCornerSearch::wait_beside(const EdgeFrame& frame, int best, double bes
             tree_.any_point_beside(frame.height, frame.margin, next_to_end, may_wait);
         }
     }
-    return room > 0;
+    return may_follow > 0;
 }
 
 /// Puts what a box holds among the waiting.
@@ -237,6 +222,27 @@ void ThirdCornerSearch::add_nearest_zones(int a, int b) {
             });
         }
     }
+}
+
+/// Makes a vertex the best one if it survives with a smaller radius, or as the first of equals.
+void ThirdCornerSearch::examine(int a, int b, int p, Nearest& best) {
+    if (apart_[p] != search_ && zones_.cover(points_.local(p))) {
+        return;
+    }
+    const double r = radius(a, b, p);
+    if (r == std::numeric_limits<double>::infinity()) {
+        suspects_.push_back(p);
+    } else if (r >= 0 && (r < best.radius || (r == best.radius && p < best.vertex)) &&
+               survives(a, b, p)) {
+        best = {p, r};
+    }
+}
+
+int ThirdCornerSearch::first_infinite_survivor(int a, int b) {
+    std::sort(suspects_.begin(), suspects_.end());
+    const auto found =
+        std::find_if(suspects_.begin(), suspects_.end(), [&](int p) { return survives(a, b, p); });
+    return found == suspects_.end() ? none : *found;
 }
 
 /// The choice for an edge that has a triangle on its inner side already. Every other point either

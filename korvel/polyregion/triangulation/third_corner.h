@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 #include "korvel/polyregion/triangulation/constrained_delaunay.h"
@@ -44,6 +45,12 @@ private:
         int below_all = none; ///< with a radius of −∞, from a radicand of −0
     };
 
+    /// The best survivor so far and its radius.
+    struct Nearest {
+        int vertex = none;
+        double radius = std::numeric_limits<double>::infinity();
+    };
+
     /// A box or a vertex that waits with a lower bound for the squares of its radii.
     struct Waiting {
         double bound;
@@ -61,7 +68,10 @@ private:
     int choose_exhaustively(int a, int b);
     int choose_among(int a, int b, const std::vector<int>& ascending);
     int nearest_survivor(const EdgeFrame& frame, int hint);
-    double take_guess(int a, int b, int hint, int& guess);
+    Nearest survivor_of_guide(int a, int b, int hint);
+    void gather_waiting(const EdgeFrame& frame, const Nearest& best);
+    void examine(int a, int b, int p, Nearest& best);
+    int first_infinite_survivor(int a, int b);
     void wait(const EdgeFrame& frame, int p, double best_radius);
     bool wait_beside(const EdgeFrame& frame, int best, double best_radius);
     void enter_box(const EdgeFrame& frame, int box, double limit);
