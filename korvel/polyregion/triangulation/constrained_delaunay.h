@@ -9,14 +9,13 @@
 
 namespace korvel {
 
-/// A triangulation of all points of a region that has the region's sides among its edges, as near
-/// to Delaunay's as rounding leaves it. It covers a wide triangle around the points, so that every
-/// vertex has all of its neighbours.
+/// A triangulation of all points of a region that has the region's sides among its edges, and
+/// is otherwise Delaunay up to rounding. It covers a wide triangle around the points, so that every
+/// vertex has a closed ring of neighbours.
 ///
-/// Each of its triangles is larger than rounding, and none covers another. So what it says about
-/// points and sides within and around one of its triangles is certain, by the clearance of the
-/// corners, though which triangles it has is a matter of rounding. Where it cannot be kept so it
-/// answers nothing from then on.
+/// Each of its triangles is larger than rounding, and no two overlap. So its answers about points
+/// and sides in and around a triangle are certain, although rounding may decide which triangles it
+/// has. Where this cannot be kept, for points too close together, it answers nothing from then on.
 class ConstrainedDelaunay {
 public:
     static constexpr int none = RegionPoints::none;

@@ -9,12 +9,13 @@
 
 namespace korvel {
 
-/// Where no third corner of an edge's triangle can lie, for what stands before it: whole boxes of
-/// points are passed over by a few signs.
+/// Convex zones in which no third corner of an edge's triangle can lie: behind a side, as seen from
+/// an end of the edge, or where the triangle would contain a known point. A few signs exclude a
+/// whole box of points.
 ///
-/// A zone is left out where rounding could come near: what lies in one would fail the exact tests
-/// for certain. Corners that the boundary joins with the edge are the exception: their new side is
-/// not held against the boundary, so they are to be tested whether they lie in a zone or not.
+/// Zones are narrowed by what rounding can reach: a corner in one certainly fails the exact tests.
+/// Corners that the boundary joins with the edge are the exception: their new side is not held
+/// against the boundary, so they are to be tested whether they lie in a zone or not.
 class ExclusionZones {
 public:
     explicit ExclusionZones(const RegionPoints& points) : points_(points) {}

@@ -56,7 +56,7 @@ public:
     static int second_half(int box) { return 2 * box + 1; }
 
     /// Goes down from the root. `visit(box)` is called for each box on the way until a call returns
-    /// true; `pick(first half)` tells by its lowest two bits which of two halves are on the way.
+    /// true; the lowest two bits of `pick(first half)` are set for the halves to visit.
     template <class Visit, class Pick>
     void any_box(Visit visit, Pick pick) const {
         std::array<int, 64> waiting; // one to a level and one more
@@ -83,7 +83,7 @@ public:
     using Bits = std::uint64_t;
 
     /// The slots where a form is above a margin, and those where it is below −margin; bits beyond
-    /// the leaf's slots mean nothing.
+    /// the leaf's slots are unspecified.
     struct Signs {
         Bits above = 0;
         Bits below = 0;

@@ -8,7 +8,7 @@
 
 namespace korvel {
 
-/// Two doubles that are worked on at once where the processor can; each comes out as it would
+/// Two doubles in one register where the processor has SSE2; each result is rounded as it would be
 /// alone.
 class TwoDoubles {
 public:
