@@ -9,7 +9,7 @@
 #include "korvel/polyregion/vert2d.h"
 
 /// A set of plane polygonal regions over one list of points: drawn, stored in a text file, and
-/// asked which region holds a point. `CREGION::GetAllRegion` or `readpolyrg` fills it; sides are
+/// asked which region contains a point. `CREGION::GetAllRegion` or `readpolyrg` fills it; sides are
 /// derived.
 ///
 /// Indices are 0-based and belong to the array that is named. Index lists that point outside their
@@ -66,9 +66,12 @@ public:
     void creat_top_rel();
 
     /// Reads a polygon-region file from an open text stream and derives the sides. Coordinates pass
-    /// through single precision. The set is not emptied first: call `RemoveAll` on a used one. A
-    /// file that ends early, or holds something else than a number, leaves what was read up to
-    /// there.
+    /// through single precision. The set is not emptied first: call `RemoveAll` on a used one.
+    ///
+    /// Each list is sized to the count in the file. In a file that ends early, or contains
+    /// something else than a number, what cannot be read keeps its previous value, or is zero. A
+    /// count of more than 65,536 is believed only as far as the file has records. A point count
+    /// that is missing or below 1 changes nothing.
     void readpolyrg(FILE* stream);
 
     /// Writes points ("%f %f", six decimals), rings and regions to an open text stream. A set
@@ -90,7 +93,7 @@ public:
     /// Sets the alternate fill mode, then fills every region; later ones paint over earlier ones.
     void Draw_Regon(int ox, int oy, double x0, double y0, double sx, double sy, double s, CDC* dc);
 
-    /// Index of the first region that holds the point p = (x, y), or −1. Linear in ring entries.
+    /// Index of the first region that contains the point p = (x, y), or −1. Linear in ring entries.
     int search_pt_polyrg(double* p);
 
     /// 1 when p lies inside the region's outer ring and in none of its holes, else 0; 0 for a
@@ -98,6 +101,6 @@ public:
     int ptInPlyRegen(double* p, PyToRg& rg);
 
     /// 1 when the ring winds around p by more than one radian, else 0. Rings of fewer than three
-    /// points hold nothing, and a point on a corner is outside.
+    /// points contain nothing, and a point on a corner is outside.
     int PtInRing(double* p, RING& ring);
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "korvel/base/members.h"
 #include "korvel/platform/framework.h"
 
 /// A side of a `CCPloy2DRg`: two points that follow one another on a ring, stored once however many
@@ -22,14 +23,9 @@ struct LINE2D {
 
     LINE2D& operator=(const LINE2D& src) {
         if (this != &src) {
-            p0 = src.p0;
-            p1 = src.p1;
-            list_a.Copy(src.list_a);
-            list_b.Copy(src.list_b);
-            flags = src.flags;
-            a = src.a;
-            b = src.b;
-            c = src.c;
+            korvel::copy_members(*this, src, &LINE2D::p0, &LINE2D::p1, &LINE2D::list_a,
+                                 &LINE2D::list_b, &LINE2D::flags, &LINE2D::a, &LINE2D::b,
+                                 &LINE2D::c);
         }
         return *this;
     }

@@ -2,6 +2,9 @@
 
 #include "korvel/polyregion/plydt.h"
 
+#include <limits>
+
+#include "korvel/base/members.h"
 #include "korvel/plane/device_point.h"
 #include "korvel/plane/fill.h"
 #include "korvel/polyregion/side_topology.h"
@@ -20,33 +23,18 @@ PLYDT& PLYDT::operator=(const PLYDT& src) {
         return *this;
     }
     RemoveAll();
-    pt_list.SetSize(src.pt_list.GetSize());
-    for (int i = 0; i < pt_list.GetSize(); ++i) {
-        pt_list[i] = src.pt_list[i];
-    }
+    korvel::copy_members(*this, src, &PLYDT::pt_list, &PLYDT::region_list, &PLYDT::trg_list);
     side_list.SetSize(src.side_list.GetSize());
     for (int i = 0; i < side_list.GetSize(); ++i) {
-        SIDE& side = side_list[i];
-        const SIDE& from = src.side_list[i];
-        side.p0 = from.p0;
-        side.p1 = from.p1;
-        side.flags = from.flags;
-        side.ux = from.ux;
-        side.uy = from.uy;
-        side.len = from.len;
+        korvel::copy_members(side_list[i], src.side_list[i], &SIDE::p0, &SIDE::p1, &SIDE::flags,
+                             &SIDE::ux, &SIDE::uy, &SIDE::len);
     }
     ring_list.SetSize(src.ring_list.GetSize());
     for (int i = 0; i < ring_list.GetSize(); ++i) {
-        // A copied ring has its sides but, on purpose, no points.
-        ring_list[i].tag0 = src.ring_list[i].tag0;
-        ring_list[i].tag1 = src.ring_list[i].tag1;
-        ring_list[i].sides.Copy(src.ring_list[i].sides);
+        // A copied ring has its sides but no points.
+        korvel::copy_members(ring_list[i], src.ring_list[i], &RING::tag0, &RING::tag1,
+                             &RING::sides);
     }
-    region_list.SetSize(src.region_list.GetSize());
-    for (int i = 0; i < region_list.GetSize(); ++i) {
-        region_list[i] = src.region_list[i];
-    }
-    trg_list.Copy(src.trg_list);
     return *this;
 }
 
@@ -56,33 +44,23 @@ void PLYDT::Copy(const PLYDT& src) {
 
 PLYDT::SIDE& PLYDT::SIDE::operator=(const SIDE& src) {
     if (this != &src) {
-        p0 = src.p0;
-        p1 = src.p1;
-        list_a.Copy(src.list_a);
-        list_b.Copy(src.list_b);
-        flags = src.flags;
-        ux = src.ux;
-        uy = src.uy;
-        len = src.len;
+        korvel::copy_members(*this, src, &SIDE::p0, &SIDE::p1, &SIDE::list_a, &SIDE::list_b,
+                             &SIDE::flags, &SIDE::ux, &SIDE::uy, &SIDE::len);
     }
     return *this;
 }
 
 PLYDT::PyToRg& PLYDT::PyToRg::operator=(const PyToRg& src) {
     if (this != &src) {
-        tag0 = src.tag0;
-        tag1 = src.tag1;
-        rings.Copy(src.rings); // `spare` is not copied
+        // `spare` is not copied.
+        korvel::copy_members(*this, src, &PyToRg::tag0, &PyToRg::tag1, &PyToRg::rings);
     }
     return *this;
 }
 
 void PLYDT::RemoveAll() {
-    pt_list.RemoveAll();
-    side_list.RemoveAll();
-    ring_list.RemoveAll();
-    region_list.RemoveAll();
-    trg_list.RemoveAll();
+    korvel::remove_lists(*this, &PLYDT::pt_list, &PLYDT::side_list, &PLYDT::ring_list,
+                         &PLYDT::region_list, &PLYDT::trg_list);
 }
 
 void PLYDT::creat_top_rel() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "korvel/base/members.h"
 #include "korvel/platform/framework.h"
 
 /// A closed sequence of points; the last point is joined to the first.
@@ -17,10 +18,7 @@ struct RING {
 
     RING& operator=(const RING& src) {
         if (this != &src) {
-            tag0 = src.tag0;
-            tag1 = src.tag1;
-            pts.Copy(src.pts);
-            sides.Copy(src.sides);
+            korvel::copy_members(*this, src, &RING::tag0, &RING::tag1, &RING::pts, &RING::sides);
         }
         return *this;
     }

@@ -6,6 +6,7 @@
 
 #include "korvel/base/indices.h"
 #include "korvel/base/key_index.h"
+#include "korvel/base/ring_sides.h"
 #include "korvel/plane/plane_point.h"
 #include "korvel/polyregion/ring.h"
 #include "korvel/polyregion/vert2d.h"
@@ -23,8 +24,8 @@ inline bool has_all_points(const RING& ring, const CArray<VERT2D>& points) {
 }
 
 /// Derives the sides of the rings of a `CCPloy2DRg` or a `PLYDT`, the sides of each ring and the
-/// sides at each point. `make_side(a, b)` makes the side from point a to point b. Rings with an
-/// index outside the points leave everything as it is.
+/// sides at each point. `make_side(a, b)` returns the side from point a to point b. Where a ring
+/// has an index outside the points, nothing changes.
 template <class RegionSet, class MakeSide>
 void derive_sides(RegionSet& set, MakeSide make_side) {
     const auto is_sound = [&](const RING& ring) { return has_all_points(ring, set.pt_list); };
@@ -50,14 +51,12 @@ void derive_sides(RegionSet& set, MakeSide make_side) {
     for (RING& ring : set.ring_list) {
         const int n = ring.pts.GetSize();
         ring.sides.SetSize(n);
-        for (int k = 0; k < n; ++k) {
-            const int a = ring.pts[k];
-            const int b = ring.pts[k + 1 < n ? k + 1 : 0];
+        for_each_side(ring.pts, n, [&](int k, int a, int b) {
             ring.sides[k] = known.find_or_add(side_key(a, b), next_side());
             if (ring.sides[k] == next_side()) {
                 added.emplace_back(a, b);
             }
-        }
+        });
     }
     int slot = set.side_list.GetSize();
     set.side_list.SetSize(next_side());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "korvel/base/members.h"
 #include "korvel/platform/framework.h"
 
 /// A point of a polygon-region set.
@@ -18,11 +19,8 @@ struct VERT2D {
 
     VERT2D& operator=(const VERT2D& src) {
         if (this != &src) {
-            x = src.x;
-            y = src.y;
-            ring_refs.Copy(src.ring_refs);
-            side_refs.Copy(src.side_refs);
-            mark = src.mark;
+            korvel::copy_members(*this, src, &VERT2D::x, &VERT2D::y, &VERT2D::ring_refs,
+                                 &VERT2D::side_refs, &VERT2D::mark);
         }
         return *this;
     }

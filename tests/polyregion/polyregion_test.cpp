@@ -60,9 +60,12 @@ TEST(RegionFile, MayBeShortOrGarbled) {
         {"", 0, 0, 0},
         {"many", 0, 0, 0},
         {"-7 1 2", 0, 0, 0},
-        {"2000000000 1 2 3 4", 2, 0, 0},
+        {"2000000000 1 2 3 4", 65'536, 0, 0},
+        {"70000 1 2 3 4", 65'536, 0, 0},
+        {"65536 1 2", 65'536, 0, 0},
         {"2 1 2 3", 2, 0, 0},
-        {"1 1 2 2000000000 1 0", 1, 1, 0},
+        {"1 1 2 2000000000 1 0", 1, 65'536, 0},
+        {"1 1 2 3 1 0", 1, 3, 0},
         {"1 1 2 1 2000000000 0 0", 1, 1, 0},
         {"1 1 2 1 -4 1 2000000000 0 0", 1, 1, 1},
         {"1 1 2 1 3 0 999 -5 1 2 -1 77", 1, 1, 1},
@@ -108,6 +111,67 @@ TEST(Sides, AreSharedAndKeepTheirFirstDirection) {
     Shape{{{1, 1}}, {{0}, {}}, {}}.add_to(lone_point_first);
     lone_point_first.creat_top_rel();
     EXPECT_EQ(lone_point_first.side_list.GetSize(), 1);
+}
+
+TEST(RegionFile, KeepsWhatIsNotRead) {
+    CCPloy2DRg set;
+    Shape{{{1, 2}, {3, 4}, {5, 6}}, {{2, 1, 0}}, {{0, 7}}}.add_to(set);
+    read(set, "3 11 12 13"); // ends within the second point
+    EXPECT_EQ(set.pt_list[0].y, 12);
+    EXPECT_EQ(set.pt_list[1].x, 13);
+    EXPECT_EQ(set.pt_list[1].y, 4);
+    EXPECT_EQ(set.pt_list[2].x, 5);
+    EXPECT_EQ(ints(set.ring_list[0].pts), (Ints{2, 1, 0}));
+    EXPECT_EQ(ints(set.ring_list[0].sides), (Ints{0, 1, 2}));
+    read(set, "3 1 1 2 2 3 3 2 4 1"); // ends within the first of two rings
+    EXPECT_EQ(set.ring_list.GetSize(), 2);
+    EXPECT_EQ(ints(set.ring_list[0].pts), (Ints{1, 1, 0, 0}));
+    EXPECT_TRUE(set.ring_list[1].pts.IsEmpty());
+    EXPECT_EQ(ints(set.region_list[0].rings), (Ints{0, 7}));
+    read(set, "1 4 4 0 1 3 5"); // ends within a region
+    EXPECT_EQ(set.pt_list.GetSize(), 1);
+    EXPECT_EQ(set.ring_list.GetSize(), 2);
+    EXPECT_EQ(ints(set.region_list[0].rings), (Ints{5, 7, 0}));
+}
+
+TEST(RegionFile, GetsSidesWithoutRegions) {
+    CCPloy2DRg set;
+    read(set, "3\n0 0\n1 0\n0 1\n1\n3\n0 1 2\n0\n");
+    EXPECT_EQ(set.region_list.GetSize(), 0);
+    EXPECT_EQ(set.side_list.GetSize(), 3);
+    EXPECT_EQ(ints(set.ring_list[0].sides), (Ints{0, 1, 2}));
+    EXPECT_EQ(ints(set.pt_list[0].side_refs), (Ints{0, 2}));
+}
+
+TEST(Sides, AreConstantForASmallNormButNotForOneThatIsNoNumber) {
+    CCPloy2DRg set;
+    Shape{{{0, 0}, {1e-8, 0}, {2e-8, 0}, {std::nan(""), 0}}, {{0, 1, 0, 2, 3}}, {}}.add_to(set);
+    set.creat_top_rel();
+    EXPECT_EQ(set.side_list[0].a, 0.701); // the norm is 1e-8
+    EXPECT_EQ(set.side_list[0].b, 0.701);
+    EXPECT_EQ(set.side_list[0].c, 0);
+    EXPECT_EQ(set.side_list[1].a, 0);
+    EXPECT_EQ(set.side_list[1].b, -1);
+    EXPECT_TRUE(std::isnan(set.side_list[2].a));
+    EXPECT_TRUE(std::isnan(set.side_list[2].b));
+    EXPECT_TRUE(std::isnan(set.side_list[2].c));
+}
+
+TEST(Drawing, DividesBeforeItMultiplies) {
+    // 1 / 49 · 49 is below 1 and truncated to 0; 1 · 49 / 49 is 1.
+    CCPloy2DRg set;
+    Shape{{{1, 2}, {2, 1}}, {{0, 1}}, {{0}}}.add_to(set);
+    set.creat_top_rel();
+    RecordingDC dc;
+    set.Draw_Poly_Line(0, 0, 0, 0, 49, 49, 49, &dc);
+    EXPECT_EQ(dc.calls, (Calls{"pen 0 1 255-0-0", "move 0,1", "line 1,0", "pen back"}));
+    dc.calls.clear();
+    set.Draw_Poly(0, 0, 0, 0, 49, 49, 49, set.region_list[0], &dc);
+    EXPECT_EQ(dc.calls[2], "polygons 0,1 1,0;");
+    // The inverse multiplies first.
+    set.translate_cood(0, 0, 0, 0, 49, 49, 49);
+    EXPECT_EQ(set.pt_list[0].x, 1);
+    EXPECT_EQ(set.pt_list[1].y, 1);
 }
 
 TEST(Drawing, TruncatesBeforeTheOffsetAndSaturates) {

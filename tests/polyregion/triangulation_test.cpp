@@ -10,12 +10,14 @@
 
 #include "korvel/polyregion/plydt.h"
 #include "tests/support/dice.h"
+#include "tests/support/lists.h"
 #include "tests/support/scratch.h"
 #include "tests/support/shape.h"
 
 using korvel::test::contents;
 using korvel::test::Dice;
 using korvel::test::Ints;
+using korvel::test::set_ints;
 using korvel::test::Shape;
 using korvel::test::Xy;
 
@@ -155,6 +157,98 @@ TEST_F(Triangulation, ClosesEdgesAndThenTheFront) {
     }
 }
 
+/// Triangulates one region without and with trace files, as a host has edited it.
+template <class Edit>
+void expect_in_both_forms(const Shape& shape, Edit edit, const std::vector<Corners>& first,
+                          const std::string& name) {
+    for (const bool traces : {true, false}) {
+        PLYDT::set_trace_files(traces);
+        PLYDT set;
+        shape.add_to(set);
+        set.creat_top_rel();
+        edit(set);
+        set.poly_tranglate(set.region_list[0]);
+        std::vector<Corners> found = triangles(set);
+        found.resize(std::min(found.size(), first.size()));
+        EXPECT_EQ(found, first) << name << (traces ? ", with traces" : ", without traces");
+    }
+}
+
+TEST_F(Triangulation, HoldsTouchingForNoCrossing) {
+    // The corner 3 has the smallest circle (radius 2.5) for the edge 0-1; the side 1-3 runs from
+    // (0, 0) to (0, 4). The side 4-5 touches it, or not.
+    const struct {
+        const char* name;
+        Xy from, to;
+        int third;
+    } cases[] = {
+        {"side 4-5 starts on side 1-3", {0, 2}, {2, 2}, 3},
+        {"side 4-5 ends on side 1-3", {2, 2}, {0, 2}, 3},
+        {"side 1-3 starts on side 4-5", {-2, 0}, {2, 0}, 3},
+        {"side 1-3 ends on side 4-5", {-4, 4}, {2, 4}, 3},
+        {"the sides cross: point 5 is next, with radius 2.72", {-4, 2}, {2, 2}, 5},
+    };
+    for (const auto& c : cases) {
+        expect_in_both_forms(
+            {{{-3, 4}, {0, 0}, {3, 2}, {0, 4}, c.from, c.to}, {{0, 1, 2, 3}, {4, 5}}, {{0, 1}}},
+            [](PLYDT&) {}, {{0, 1, c.third}}, c.name);
+    }
+}
+
+TEST_F(Triangulation, UsesTheSidesAsAHostHasEditedThem) {
+    // The sides 1-4 and 4-0 would cross the side 2-3 at 5/3 and at 13/3 from its start.
+    const Shape below_a_side{{{0, 0}, {4, 0}, {5, 1}, {-2, 1}, {2, 3}, {9, 9}, {-9, 9}},
+                             {{0, 1, 2, 3}, {4, 5, 6}},
+                             {{0, 1}}};
+    for (const auto& [length, third] : {std::pair{7.0, 2}, {4.0, 2}, {2.0, 2}, {1.0, 4}}) {
+        expect_in_both_forms(
+            below_a_side, [&](PLYDT& set) { set.side_list[2].len = length; }, {{0, 1, third}},
+            "length " + std::to_string(length));
+    }
+
+    // Only the side 1-2 is left. The base 0-1 of the first triangle may be crossed, so the edge 1-2
+    // gets a second one.
+    const Shape crossing{{{41, 382}, {-268, 679}, {-525, 453}, {248, 369}}, {{0, 1, 2, 3}}, {{0}}};
+    const auto keep_one_side = [](PLYDT& set) { set_ints(set.ring_list[0].sides, {1}); };
+    expect_in_both_forms(crossing, keep_one_side, {{0, 1, 2}, {1, 2, 3}, {3, 2, 0}}, "one side");
+}
+
+TEST_F(Triangulation, TakesThreeIndicesForATriangleWithoutTheirPoints) {
+    for (const bool traces : {true, false}) {
+        PLYDT::set_trace_files(traces);
+        PLYDT set;
+        Shape{{}, {{7, -2, 7}}, {{0}}}.add_to(set);
+        set.region_tranglate();
+        EXPECT_EQ(triangles(set), (std::vector<Corners>{{7, -2, 7}})) << traces;
+        set.poly_tranglate(set.region_list[0]);
+        EXPECT_EQ(set.trg_list.GetSize(), 2) << traces;
+    }
+}
+
+// Explicit instantiation may name private members.
+using ThreePoints = bool (PLYDT::*)(double*, double*, double*);
+template <ThreePoints member>
+struct Opened {
+    friend ThreePoints opened_coline() { return member; }
+};
+ThreePoints opened_coline();
+template struct Opened<&PLYDT::coline>;
+
+TEST(Coline, HoldsForMirroredSlopesToo) {
+    const struct {
+        double c[2];
+        bool is_in_line;
+    } cases[] = {{{6, 3}, true}, {{-2, -1}, true},  {{6, -3}, true}, {{-2, 1}, true},
+                 {{0, 0}, true}, {{6, 3.5}, false}, {{3, 6}, false}};
+    PLYDT set;
+    double a[] = {0, 0};
+    double b[] = {2, 1};
+    for (const auto& c : cases) {
+        double third[] = {c.c[0], c.c[1]};
+        EXPECT_EQ((set.*opened_coline())(a, b, third), c.is_in_line) << c.c[0] << ' ' << c.c[1];
+    }
+}
+
 /// Random small regions, most of them full of ties.
 class RandomShapes {
 public:
@@ -275,7 +369,7 @@ private:
 class BothForms {
 public:
     BothForms() {
-        // Folders in the place of the trace files: the exhaustive form runs and writes nothing.
+        // Directories named like the trace files: the exhaustive form runs and writes nothing.
         std::filesystem::create_directory("trg.dat");
         std::filesystem::create_directory("wwwtrg.dat");
     }

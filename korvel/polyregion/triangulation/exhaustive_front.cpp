@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <vector>
 
+#include "korvel/base/ring_sides.h"
 #include "korvel/polyregion/plydt.h"
 #include "korvel/polyregion/side_topology.h"
 #include "korvel/polyregion/triangle_tests.h"
@@ -68,17 +69,14 @@ void PLYDT::close_front_exhaustively(FILE* trace, PyToRg& rg) {
 
     for (int i = 0; i < rg.rings.GetSize(); ++i) {
         const CArray<int>& pts = ring_list[rg.rings[i]].pts;
-        for (int k = 0; k < pts.GetSize(); ++k) {
+        korvel::for_each_side(pts, pts.GetSize(), [&](int, int from, int to) {
             // Holes run backwards, so that the region lies on the same hand of every edge.
-            int a = pts[k];
-            int b = pts[k + 1 < pts.GetSize() ? k + 1 : 0];
-            if (i > 0) {
-                std::swap(a, b);
-            }
+            const int a = i == 0 ? from : to;
+            const int b = i == 0 ? to : from;
             write(trace, "%d %d\n", a, b);
             gather_candidates(trace, rg, a, b, candidates);
             select_trangle(trace, rg, candidates, bund, front);
-        }
+        });
     }
 
     // Each pass closes what the one before has opened.
@@ -140,7 +138,7 @@ void PLYDT::select_trangle(FILE* trace, PyToRg& rg, CArray<TRG>& candidates, CAr
     }
 }
 
-/// Puts every candidate to every test. The best of those that are left, or −1.
+/// Makes every test on every candidate and returns the best of those that are left, or −1.
 int PLYDT::choose_by_all_tests(FILE* trace, PyToRg& rg, CArray<TRG>& candidates, CArray<SIDE>& bund,
                                CArray<SIDE>& front) {
     const auto remove_where = [&](auto goes) {
@@ -204,7 +202,7 @@ int PLYDT::choose_by_radius(PyToRg& rg, CArray<TRG>& candidates, CArray<SIDE>& b
     }
     const int best = heap.empty() ? -1 : heap.front();
 
-    // A radius that is not a number wins when no other survivor stands before it.
+    // A radius that is not a number wins when no other survivor comes before it.
     const auto first = std::find_if(undefined.begin(), undefined.end(),
                                     [&](int i) { return (best < 0 || i < best) && survives(i); });
     if (first == undefined.end()) {

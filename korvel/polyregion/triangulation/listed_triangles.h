@@ -12,7 +12,7 @@
 
 namespace korvel {
 
-/// Answers whether a triangle stands in a triangle list already, with its corners in any order.
+/// Answers whether a triangle list contains a triangle already, with its corners in any order.
 class ListedTriangles {
 public:
     /// Knows of no triangle yet; `list` must outlive this object.
@@ -110,7 +110,7 @@ private:
     void add(int triangle) {
         const std::array<int, 3> corners = corners_of(triangle);
         if (corners[0] == corners[1] || corners[1] == corners[2]) {
-            // Two corners in one: it is the same as every triangle that has both of its points.
+            // With two equal corners it is the same as every triangle that has both of its points.
             degenerate_.push_back(triangle);
         } else {
             filter_.add(mix_bits(key_of(corners)));

@@ -12,7 +12,7 @@ namespace {
 bool trace_files = true;
 bool trace_is_lost = false;
 
-/// A trace file in the current directory. One that cannot be opened is done without.
+/// A trace file in the current directory. The work goes on without one that cannot be opened.
 class TraceFile {
 public:
     explicit TraceFile(const char* name) : file_(trace_files ? std::fopen(name, "w") : nullptr) {
