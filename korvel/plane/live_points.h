@@ -31,9 +31,9 @@ struct IntBox {
     }
 };
 
-/// Points that come alive and die, asked for those alive in a box: a balanced k-d tree (J. L.
-/// Bentley, 1975) whose nodes know whether anything below them is alive. Switching a point costs
-/// the logarithm at most, a query about the square root of all points plus its answer.
+/// Points that are switched on and off, with queries for those alive in a box: a balanced k-d tree
+/// (J. L. Bentley, 1975) whose nodes count what is alive below them. Switching a point costs the
+/// logarithm at most, a query about the square root of all points plus its answer.
 class LivePoints {
 public:
     explicit LivePoints(const std::vector<POINT>& points)

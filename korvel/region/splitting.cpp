@@ -14,23 +14,9 @@ namespace {
 
 int most_crossings = CREGION::no_crossing_limit;
 
-/// The point at a ratio of a segment, truncated toward zero.
-tagPOINT split_point(const tagPOINT& from, const tagPOINT& to, double ratio) {
-    tagPOINT pt{};
-    pt.x = korvel::device_coordinate((static_cast<double>(to.x) - from.x) * ratio + from.x);
-    pt.y = korvel::device_coordinate((static_cast<double>(to.y) - from.y) * ratio + from.y);
-    return pt;
-}
+tagPOINT split_point(const tagPOINT& from, const tagPOINT& to, double ratio);
 
 } // namespace
-
-int CREGION::set_crossing_limit(int crossings) {
-    return std::exchange(most_crossings, crossings);
-}
-
-bool CREGION::has_exceeded_crossing_limit() const {
-    return is_over_crossing_limit_;
-}
 
 void CREGION::SplitPureCurve() {
     curve_pts.SetSize(0, 50);
@@ -78,6 +64,26 @@ void CREGION::SplitPureCurve() {
         }
         close_piece();
     }
+}
+
+namespace {
+
+/// The point at a ratio of a segment, truncated toward zero.
+tagPOINT split_point(const tagPOINT& from, const tagPOINT& to, double ratio) {
+    tagPOINT pt{};
+    pt.x = korvel::device_coordinate((static_cast<double>(to.x) - from.x) * ratio + from.x);
+    pt.y = korvel::device_coordinate((static_cast<double>(to.y) - from.y) * ratio + from.y);
+    return pt;
+}
+
+} // namespace
+
+int CREGION::set_crossing_limit(int crossings) {
+    return std::exchange(most_crossings, crossings);
+}
+
+bool CREGION::has_exceeded_crossing_limit() const {
+    return is_over_crossing_limit_;
 }
 
 int CREGION::CalcSegmentIntersectRatio(tagPOINT p1, tagPOINT p2, double& r1, tagPOINT p3,
