@@ -20,7 +20,7 @@ class PLYDT;
 /// curves. Nothing reports an error: an empty or inconsistent network gives empty results.
 class KORVEL_API CREGION {
 public:
-    /// How one split curve hangs in the graph.
+    /// The nodes of one split curve, and the state of its pruning and tracing.
     struct CURVE_NODE {
         int start_node = 0; ///< node at the curve's first point, or −1
         int end_node = 0;   ///< node at the curve's last point, or −1
@@ -29,8 +29,8 @@ public:
         int ring_turn = 0;  ///< ring tracing: turn rule of the walk that set `ring_dir` to ±1
     };
 
-    /// The curve ends at one node. A curve id is 1-based and signed: `+(i + 1)` leaves the node at
-    /// the first point of curve i, `-(i + 1)` leaves it at the last point.
+    /// The curve ends that meet at one node. A curve id is 1-based and signed: `+(i + 1)` leaves
+    /// the node at the first point of curve i, `-(i + 1)` leaves it at the last point.
     struct KORVEL_API NODE_CURVE {
         int curve_num = 0; ///< live curve ends at the node
         CArray<int> curve_ids;
@@ -121,7 +121,7 @@ public:
     CArray<tagRToC> ex_rings;    ///< rings directly inside the seed point's ring
     CArray<tagRToC> in_rings;    ///< the ring around the seed point
     CArray<tagPOINT> unique_pts; ///< the distinct points of the split curves
-    CArray<int> pt_index;        ///< for each entry of `curve_pts` its place in `unique_pts`
+    CArray<int> pt_index;        ///< for each entry of `curve_pts` its index in `unique_pts`
     CArray<RToPt> ring_pts;
     CArray<RING_SIDE> sides;
     CArray<PT_LINK> pt_links; ///< one record per distinct point
@@ -157,7 +157,7 @@ public:
     /// allowed, or than an `int` can count. False on an object that is new or was emptied.
     bool has_exceeded_crossing_limit() const;
 
-    /// Plain store and fetch; nothing is computed again.
+    /// These set and get the value only; nothing is computed again.
     void SetTolerance(double t);
     void GetTolerance(double& t);
     void SetSeedPt(tagPOINT pt);
@@ -165,7 +165,7 @@ public:
 
     /// Finds the rings around the seed point and those directly inside it (`in_rings`, `ex_rings`),
     /// computing graph and rings first if that has not been done. Returns 0 and never touches its
-    /// arguments; `GetRegionPts` hands out what was found.
+    /// arguments; `GetRegionPts` returns the points of what was found.
     int GetRegion(CArray<tagPOINT>& pts, CArray<int>& counts, CArray<int>& holes);
 
     /// Fills the points (indices into `unique_pts`) of the ring around the seed point and then of
@@ -183,9 +183,10 @@ public:
     /// With rings but no selection the target ends empty; without rings it keeps its contents.
     void GetSelectRegion(PLYDT& out);
 
-    /// Selects the first region whose outer ring holds the point; holes are not looked at.
+    /// Selects the first region whose outer ring encloses the point, whether or not it lies in a
+    /// hole.
     void AddSelectRegion(tagPOINT pt);
-    /// The same, with every region deselected first.
+    /// Deselects every region, then selects as `AddSelectRegion` does.
     void SetSelectRegion(tagPOINT pt);
 
     /// Fills each selected region, from green (first) to red (last), holes left open.
@@ -208,12 +209,13 @@ public:
     void CalcNodePts();
     void CalcCurveToNode();
     void CalcNodeToCurve();
-    /// Marks every curve that hangs loose, or hangs on a loose curve, with `oc_flag` 0.
+    /// Sets `oc_flag` to 0 for every curve that lies on no closed loop: a curve with a loose end,
+    /// and what becomes loose without it.
     void MarkCurveOCFlag();
     /// Traces the rings on both sides of every live curve; a ring found twice is kept once.
     void CalcRingToCurve();
-    /// The id by which a walk that arrives over `curve_id` goes on: the sharpest turn to the right
-    /// (y axis up) for turn −1, to the left for turn 1. 0 when the walk cannot go on.
+    /// Returns the id by which a walk that arrives over `curve_id` goes on: the sharpest turn to
+    /// the right (y axis up) for turn −1, to the left for turn 1. 0 when the walk cannot go on.
     int GetNextCurve(int curve_id, int turn);
     void CalcRingArea();
     /// Gives each ring of `ring_pts` a region, and each region the earlier rings that lie directly
