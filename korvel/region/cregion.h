@@ -209,8 +209,7 @@ public:
     void CalcNodePts();
     void CalcCurveToNode();
     void CalcNodeToCurve();
-    /// Sets `oc_flag` to 0 for every curve that lies on no closed loop: a curve with a loose end,
-    /// and what becomes loose without it.
+    /// Sets `oc_flag` to 0 for every curve with a loose end, and for what becomes loose without it.
     void MarkCurveOCFlag();
     /// Traces the rings on both sides of every live curve; a ring found twice is kept once.
     void CalcRingToCurve();
