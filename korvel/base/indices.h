@@ -2,10 +2,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <numeric>
-#include <span>
 #include <utility>
-#include <vector>
 
 #include "korvel/platform/framework.h"
 
@@ -32,8 +29,8 @@ inline int shifted_index(int index, int by) {
                                                   std::numeric_limits<int>::max()));
 }
 
-/// Makes `target`, which may hold anything, `count` elements long, whose values are not told. It is
-/// sized once, and not at all where it had that many before.
+/// Makes `target`, which may hold anything, `count` elements long; their values are unspecified. It
+/// is sized once, and not at all where it had that many before.
 template <class Target>
 void set_length(Target& target, int count) {
     if (target.GetSize() == count) {
@@ -72,40 +69,6 @@ void remove_elements(List& list, Predicate goes) {
         }
     }
     list.SetSize(kept);
-}
-
-/// Many lists of ints in one array. `each_pair(add)` calls `add(list, value)` for every entry,
-/// twice over: first to count, then to fill. Entries keep the order of the calls.
-class PackedLists {
-public:
-    template <class EachPair>
-    PackedLists(int lists, EachPair each_pair) : starts_(static_cast<std::size_t>(lists) + 2, 0) {
-        each_pair([&](int list, int) { ++starts_[list + 2]; });
-        std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
-        values_.resize(starts_.back());
-        // Filling moves the start of each list, which stands one too far, on to its end.
-        each_pair([&](int list, int value) { values_[starts_[list + 1]++] = value; });
-    }
-
-    std::span<const int> operator[](int list) const {
-        const auto at = static_cast<std::size_t>(list);
-        return {values_.data() + starts_[at], starts_[at + 1] - starts_[at]};
-    }
-
-private:
-    std::vector<std::size_t> starts_;
-    std::vector<int> values_;
-};
-
-/// Fills `lists` lists at once with the entries of `each_pair` as above, each sized once.
-/// `list_of(i)` gives list i; all are emptied first. By way of one array, which is written in any
-/// order sooner than many small ones.
-template <class EachPair, class ListOf>
-void distribute(int lists, EachPair each_pair, ListOf list_of) {
-    const PackedLists packed(lists, each_pair);
-    for (int i = 0; i < lists; ++i) {
-        assign_list(list_of(i), packed[i]);
-    }
 }
 
 } // namespace korvel

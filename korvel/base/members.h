@@ -1,6 +1,6 @@
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <type_traits>
 
@@ -11,7 +11,9 @@ namespace korvel {
 template <class Member>
 void copy_member(Member& to, const Member& from) {
     if constexpr (std::is_array_v<Member>) {
-        std::copy(std::begin(from), std::end(from), std::begin(to));
+        for (std::size_t i = 0; i < std::size(from); ++i) {
+            copy_member(to[i], from[i]);
+        }
     } else if constexpr (requires { to.Copy(from); }) {
         to.Copy(from);
     } else {

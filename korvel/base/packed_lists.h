@@ -2,93 +2,67 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
-#include <new>
+#include <numeric>
+#include <span>
 #include <utility>
 #include <vector>
 
+#include "korvel/base/indices.h"
+
 namespace korvel {
 
-/// Leaves the elements of a vector unset that are all going to be written before they are read.
-template <class Number>
-struct Unset : std::allocator<Number> {
-    template <class Other>
-    struct rebind {
-        using other = Unset<Other>;
-    };
-
-    template <class Other, class... Values>
-    void construct(Other* at, Values&&... values) {
-        if constexpr (sizeof...(Values) == 0) {
-            ::new (static_cast<void*>(at)) Other;
-        } else {
-            std::construct_at(at, std::forward<Values>(values)...);
-        }
-    }
-};
-
-template <class Number>
-using UnsetVector = std::vector<Number, Unset<Number>>;
-
-/// Lists of indices, one after the other: what passes over all records read and write instead of
-/// the records.
-class IndexLists {
+/// Many lists of ints in one array, where a pass over all of them reads memory in order.
+class PackedLists {
 public:
-    IndexLists(int lists, std::size_t entries) {
-        ends_.reserve(static_cast<std::size_t>(lists));
+    /// No lists, to be filled list after list by `add` and `end_list`.
+    PackedLists() : starts_(1, 0) {}
+
+    /// `lists` lists. `each_pair(add)` calls `add(list, entry)` for every entry, twice over: first
+    /// to count, then to fill. Entries keep the order of the calls.
+    template <class EachPair>
+    PackedLists(int lists, EachPair each_pair);
+
+    /// Lists of three, one after the other.
+    explicit PackedLists(std::vector<int> triples)
+        : entries_(std::move(triples)), are_triples_(true) {}
+
+    void reserve(int lists, std::size_t entries) {
+        starts_.reserve(static_cast<std::size_t>(lists) + 1);
         entries_.reserve(entries);
     }
-
-    /// Lists of three.
-    explicit IndexLists(UnsetVector<int> entries)
-        : entries_(std::move(entries)), are_triples_(true) {}
-
     void add(int entry) { entries_.push_back(entry); }
-    void end_list() { ends_.push_back(static_cast<int>(entries_.size())); }
+    void end_list() { starts_.push_back(entries_.size()); }
 
-    int size() const { return static_cast<int>(are_triples_ ? entries_.size() / 3 : ends_.size()); }
-    std::size_t entries() const { return entries_.size(); }
-
-    struct Range {
-        const int* first;
-        const int* last;
-        const int* begin() const { return first; }
-        const int* end() const { return last; }
-        int size() const { return static_cast<int>(last - first); }
-    };
-    Range operator[](int list) const {
-        const int* const data = entries_.data();
-        return {data + start(list), data + start(list + 1)};
+    int size() const {
+        return static_cast<int>(are_triples_ ? entries_.size() / 3 : starts_.size() - 1);
     }
 
-    /// The first entry of a list, to change it.
-    int* first_of(int list) { return entries_.data() + start(list); }
+    std::span<const int> operator[](int list) const {
+        return {entries_.data() + start(list), entries_.data() + start(list + 1)};
+    }
+    std::span<int> operator[](int list) {
+        return {entries_.data() + start(list), entries_.data() + start(list + 1)};
+    }
 
-    /// Where list `list` starts among all entries; for one past the last list their end.
-    int start(int list) const {
+    /// The position of a list's first entry among all entries; for `size()` the number of entries.
+    std::size_t start(int list) const {
+        return are_triples_ ? 3 * static_cast<std::size_t>(list) : starts_[list];
+    }
+
+    /// The list that contains the entry at a position among all entries. Constant time for lists of
+    /// three, otherwise a binary search.
+    int list_at(int position) const {
         if (are_triples_) {
-            return 3 * list;
+            return position / 3;
         }
-        return list == 0 ? 0 : ends_[list - 1];
+        const auto end =
+            std::upper_bound(starts_.begin(), starts_.end(), static_cast<std::size_t>(position));
+        return static_cast<int>(end - starts_.begin()) - 1;
     }
 
-    /// The list in which an entry stands.
-    int list_at(int entry) const {
-        if (are_triples_) {
-            return entry / 3;
-        }
-        return static_cast<int>(std::upper_bound(ends_.begin(), ends_.end(), entry) -
-                                ends_.begin());
-    }
-
-    /// One list for each of `listed` indices: `each_pair(add)` calls `add(index, entry)` for every
-    /// entry, twice over, first to count, then to fill. Entries keep the order of the calls.
-    template <class EachPair>
-    static IndexLists by_index(int listed, EachPair each_pair);
-
-    /// For each of `listed` indices the lists that name it, ascending.
-    IndexLists turned_round(int listed) const {
-        return by_index(listed, [&](auto add) {
+    /// For each of `indices` indices the lists that contain it, ascending.
+    PackedLists inverted(int indices) const {
+        return PackedLists(indices, [&](auto add) {
             for (int list = 0; list < size(); ++list) {
                 for (const int index : (*this)[list]) {
                     add(index, list);
@@ -98,32 +72,38 @@ public:
     }
 
 private:
-    std::vector<int> ends_;
-    UnsetVector<int> entries_;
+    std::vector<std::size_t> starts_; ///< of each list and, last, the end of the last list
+    std::vector<int> entries_;
     bool are_triples_ = false;
 };
 
 template <class EachPair>
-IndexLists IndexLists::by_index(int listed, EachPair each_pair) {
-    IndexLists lists(0, 0);
-    // The end of a list is one further on than the start of the next while they are filled.
-    lists.ends_.assign(static_cast<std::size_t>(listed) + 1, 0);
-    int* const ends = lists.ends_.data();
-    each_pair([=](int index, int) { ++ends[index + 1]; });
-    for (int i = 0; i < listed; ++i) {
-        ends[i + 1] += ends[i];
-    }
-    lists.entries_.resize(static_cast<std::size_t>(ends[listed]));
-    int* const entries = lists.entries_.data();
-    each_pair([=](int index, int entry) { entries[ends[index]++] = entry; });
-    lists.ends_.pop_back();
-    return lists;
+PackedLists::PackedLists(int lists, EachPair each_pair)
+    : starts_(static_cast<std::size_t>(lists) + 2, 0) {
+    std::size_t* const starts = starts_.data();
+    each_pair([=](int list, int) { ++starts[list + 2]; });
+    std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
+    entries_.resize(starts_.back());
+    // Filling list i moves element i + 1, which starts as the start of list i, to its end.
+    int* const entries = entries_.data();
+    each_pair([=](int list, int entry) { entries[starts[list + 1]++] = entry; });
+    starts_.pop_back();
 }
 
-/// Tells whether an index comes up for the first time within a list.
+/// Replaces `lists` separate lists by the entries of `each_pair` as above; `list_of(i)` returns
+/// list i. Each is sized once, and one array is written at random in place of many small ones.
+template <class EachPair, class ListOf>
+void distribute(int lists, EachPair each_pair, ListOf list_of) {
+    const PackedLists packed(lists, each_pair);
+    for (int i = 0; i < lists; ++i) {
+        assign_list(list_of(i), packed[i]);
+    }
+}
+
+/// Whether an index comes up for the first time within a list. Lists are visited one at a time.
 class FirstTimes {
 public:
-    explicit FirstTimes(int size) : last_list_(static_cast<std::size_t>(size), -1) {}
+    explicit FirstTimes(int indices) : last_list_(static_cast<std::size_t>(indices), -1) {}
 
     bool is_first(int index, int list) { return std::exchange(last_list_[index], list) != list; }
 

@@ -1,6 +1,6 @@
 #include "korvel/body/body3d.h"
 
-#include <algorithm>
+#include "korvel/base/members.h"
 
 BODY3D::BODY3D(const BODY3D& src) {
     *this = src;
@@ -8,28 +8,14 @@ BODY3D::BODY3D(const BODY3D& src) {
 
 BODY3D& BODY3D::operator=(const BODY3D& src) {
     if (this == &src) {
-        return *this;
+        return *this; // self-assignment keeps the object
     }
-    polys.Copy(src.polys);
-    lines.Copy(src.lines);
-    verts.Copy(src.verts);
-    neighbour_bodies.Copy(src.neighbour_bodies);
-    volume = src.volume;
-    param_1 = src.param_1;
-    body_flags = src.body_flags;
-    hue = src.hue;
-    saturation = src.saturation;
-    lightness = src.lightness;
-    alpha = src.alpha;
-    param_2 = src.param_2;
-    param_3 = src.param_3;
-    std::copy_n(src.model_min, 3, model_min);
-    std::copy_n(src.model_max, 3, model_max);
-    std::copy_n(src.view_mid, 3, view_mid);
-    std::copy_n(src.view_span, 3, view_span);
-    std::copy_n(src.view_min, 3, view_min);
-    std::copy_n(src.view_max, 3, view_max);
-    change_dirt = src.change_dirt;
+    korvel::copy_members(*this, src, &BODY3D::polys, &BODY3D::lines, &BODY3D::verts,
+                         &BODY3D::neighbour_bodies, &BODY3D::volume, &BODY3D::param_1,
+                         &BODY3D::body_flags, &BODY3D::hue, &BODY3D::saturation, &BODY3D::lightness,
+                         &BODY3D::alpha, &BODY3D::param_2, &BODY3D::param_3, &BODY3D::model_min,
+                         &BODY3D::model_max, &BODY3D::view_mid, &BODY3D::view_span,
+                         &BODY3D::view_min, &BODY3D::view_max, &BODY3D::change_dirt);
     return *this;
 }
 
@@ -38,8 +24,6 @@ void BODY3D::Copy(const BODY3D& src) {
 }
 
 void BODY3D::RemoveAll() {
-    polys.RemoveAll();
-    lines.RemoveAll();
-    verts.RemoveAll();
-    neighbour_bodies.RemoveAll();
+    korvel::remove_lists(*this, &BODY3D::polys, &BODY3D::lines, &BODY3D::verts,
+                         &BODY3D::neighbour_bodies);
 }

@@ -11,15 +11,15 @@ public:
     CArray<int> verts;            ///< vertices of those faces, in order of first appearance
     CArray<int> neighbour_bodies; ///< bodies that share a face with this one
     double volume = 0;
-    double param_1 = 0; ///< three parameters that the file carries and nothing computes with
-    int body_flags = 0; ///< 16 is a mark of the model's walks
+    double param_1 = 0; ///< with param_2 and param_3: stored in the file, read by no operation
+    int body_flags = 0; ///< marks of the model's walks, see `korvel/geometry/marks.h`
     double hue = 80.0;  ///< degrees
     double saturation = 0.5;
     double lightness = 0.5;
     double alpha = 1.0; ///< opacity when drawn
     double param_2 = 0;
     double param_3 = 0;
-    double model_min[3] = {}; ///< extents in model coordinates
+    double model_min[3] = {}; ///< extents in model coordinates, see `TMOD3D::get_body_span`
     double model_max[3] = {};
     double view_mid[3] = {}; ///< extents in view coordinates
     double view_span[3] = {};
@@ -33,6 +33,7 @@ public:
     BODY3D& operator=(BODY3D&&) noexcept = default;
     virtual ~BODY3D() = default;
 
+    /// Copies every member. Self-assignment keeps the object.
     BODY3D& operator=(const BODY3D& src);
     void Copy(const BODY3D& src);
 

@@ -1,54 +1,18 @@
 // Merging of models, removal of bodies, and of what no body uses.
 
-#include <vector>
+#include <algorithm>
 
 #include "korvel/base/indices.h"
-#include "korvel/body/derive/derivation.h"
+#include "korvel/base/renumbering.h"
+#include "korvel/body/derive/derive_all.h"
 #include "korvel/body/derive/edge_chains.h"
+#include "korvel/body/derive/orientation.h"
 
 using korvel::has_element;
 
 namespace {
 
-void shift_indices(CArray<int>& list, int by) {
-    for (int& index : list) {
-        index = korvel::shifted_index(index, by);
-    }
-}
-
-/// The new number of each record that is used, in the old order, and −1 for the others.
-/// `each_use(use)` calls `use(index)` for whatever is used.
-template <class EachUse>
-std::vector<int> number_used(int records, EachUse each_use) {
-    std::vector<int> numbers(static_cast<std::size_t>(records), -1);
-    each_use([&](int index) {
-        if (index >= 0 && index < records) {
-            numbers[index] = 0;
-        }
-    });
-    int next = 0;
-    for (int& number : numbers) {
-        if (number >= 0) {
-            number = next++;
-        }
-    }
-    return numbers;
-}
-
-/// Removes the records without a number.
-template <class Records>
-void keep_numbered(Records& records, const std::vector<int>& numbers) {
-    std::size_t index = 0;
-    korvel::remove_elements(records, [&](const auto&) { return numbers[index++] < 0; });
-}
-
-void renumber(CArray<int>& list, const std::vector<int>& numbers) {
-    for (int& index : list) {
-        if (index >= 0 && static_cast<std::size_t>(index) < numbers.size()) {
-            index = numbers[index];
-        }
-    }
-}
+void shift_indices(CArray<int>& list, int by);
 
 } // namespace
 
@@ -76,7 +40,7 @@ void TMOD3D::add_model(TMOD3D& m) {
     }
 
     korvel::find_all_sides(*this, first_face, korvel::Chains::of_both);
-    // On their own first, which decides how faces are turned that bodies share.
+    // The added bodies alone first: it decides how faces end up that several bodies share.
     for (int b = first_body; b < bodies.GetSize(); ++b) {
         korvel::orient_body(*this, b);
     }
@@ -96,27 +60,37 @@ void TMOD3D::deletet(int i) {
 }
 
 void TMOD3D::clear_no_use_ele() {
-    const std::vector<int> face_numbers = number_used(polys.GetSize(), [&](auto use) {
-        for (const BODY3D& body : bodies) {
-            std::for_each(body.polys.begin(), body.polys.end(), use);
-        }
-    });
-    keep_numbered(polys, face_numbers);
+    korvel::Renumbering face_numbers(polys.GetSize());
+    for (const BODY3D& body : bodies) {
+        face_numbers.use_all(body.polys);
+    }
+    face_numbers.number();
+    face_numbers.keep_used(polys);
     for (BODY3D& body : bodies) {
-        renumber(body.polys, face_numbers);
+        face_numbers.renumber(body.polys);
     }
 
-    const std::vector<int> vertex_numbers = number_used(verts.GetSize(), [&](auto use) {
-        for (const POLY3D& face : polys) {
-            std::for_each(face.verts.begin(), face.verts.end(), use);
-        }
-    });
-    keep_numbered(verts, vertex_numbers);
+    korvel::Renumbering vertex_numbers(verts.GetSize());
+    for (const POLY3D& face : polys) {
+        vertex_numbers.use_all(face.verts);
+    }
+    vertex_numbers.number();
+    vertex_numbers.keep_used(verts);
     for (POLY3D& face : polys) {
-        renumber(face.verts, vertex_numbers);
+        vertex_numbers.renumber(face.verts);
     }
 
     lines.RemoveAll();
     korvel::find_all_sides(*this, 0, korvel::Chains::of_both);
     korvel::derive_all(*this);
 }
+
+namespace {
+
+void shift_indices(CArray<int>& list, int by) {
+    for (int& index : list) {
+        index = korvel::shifted_index(index, by);
+    }
+}
+
+} // namespace

@@ -6,19 +6,134 @@
 #include "korvel/base/indices.h"
 #include "korvel/base/key_index.h"
 #include "korvel/body/tmod3d.h"
+#include "korvel/geometry/marks.h"
 #include "korvel/geometry/vectors.h"
 
 using korvel::has_element;
+namespace edge_mark = korvel::edge_mark;
+namespace face_mark = korvel::face_mark;
+namespace body_mark = korvel::body_mark;
 
 namespace {
 
-constexpr int cut = 16;     // marks: of an edge that is still to be walked, and of a body
-constexpr int of_body = 32; // of a face of the body in hand that is still to be walked
+class FacesAtEdges;
+
+std::vector<int> cut_edges(TMOD3D& model, const double* plane, TMOD2D& out);
+void mark_cut_edges(TMOD3D& model, BODY3D& body, const std::vector<int>& vertex_of,
+                    std::vector<int>& body_cuts);
+void trace_body(TMOD3D& model, const BODY3D& body, std::vector<int>& body_cuts,
+                const std::vector<int>& vertex_of, TMOD2D& out);
+bool trace_loop(TMOD3D& model, const FacesAtEdges& faces_at, int face, int edge,
+                std::vector<int>& loop);
+
+/// The marks of the faces of the body that is cut. All faces are cleared before the first such
+/// body; after that only the faces of the body before it have marks to be cleared.
+class CutBodyMarks {
+public:
+    explicit CutBodyMarks(TMOD3D& model) : model_(model) {}
+    void move_to(const BODY3D& body);
+
+private:
+    TMOD3D& model_;
+    const BODY3D* marked_ = nullptr;
+};
+
+} // namespace
+
+void TMOD3D::get_x_section(double v, TMOD2D& out) {
+    double plane[4] = {0, 1, 0, -v};
+    get_section(plane, out);
+}
+
+void TMOD3D::get_y_section(double v, TMOD2D& out) {
+    double plane[4] = {1, 0, 0, -v};
+    get_section(plane, out);
+}
+
+void TMOD3D::get_section(double* plane, TMOD2D& out) {
+    out.RemoveAll();
+    const std::vector<int> vertex_of = cut_edges(*this, plane, out);
+    CutBodyMarks body_marks(*this);
+    std::vector<int> body_cuts; // the edges of the body in hand that the plane meets
+    for (BODY3D& body : bodies) {
+        mark_cut_edges(*this, body, vertex_of, body_cuts);
+        if (!body_cuts.empty()) {
+            body_marks.move_to(body);
+            trace_body(*this, body, body_cuts, vertex_of, out);
+        }
+    }
+}
+
+namespace {
+
+/// Appends a section vertex for each edge that the plane meets and returns its number for each
+/// edge, −1 for the others. Clears the marks of all edges, unless the model has no body to walk.
+std::vector<int> cut_edges(TMOD3D& model, const double* plane, TMOD2D& out) {
+    const int cleared = model.bodies.IsEmpty() ? 0 : edge_mark::cut;
+    std::vector<int> vertex_of(static_cast<std::size_t>(model.lines.GetSize()), -1);
+    std::vector<double> points;
+    int next = 0;
+    for (int e = 0; e < model.lines.GetSize(); ++e) {
+        LINE3D& edge = model.lines[e];
+        if ((edge.state_flags & cleared) != 0) {
+            edge.state_flags &= ~cleared;
+        }
+        double point[3] = {};
+        if (has_element(model.verts, edge.start_vert) &&
+            korvel::segment_meets_plane(model.verts[edge.start_vert].model_xyz, edge.direction,
+                                        edge.length, plane, point)) {
+            vertex_of[e] = next++;
+            points.insert(points.end(), point, point + 3);
+        }
+    }
+    out.verts.SetSize(next);
+    for (int v = 0; v < next; ++v) {
+        std::copy_n(points.begin() + 3 * v, 3, out.verts[v].model_xyz);
+    }
+    return vertex_of;
+}
+
+/// Moves the edges' marks from one body, whose cut edges `body_cuts` contains, to the next one.
+void mark_cut_edges(TMOD3D& model, BODY3D& body, const std::vector<int>& vertex_of,
+                    std::vector<int>& body_cuts) {
+    for (const int e : body_cuts) {
+        model.lines[e].state_flags &= ~edge_mark::cut;
+    }
+    body_cuts.clear();
+    body.body_flags &= ~body_mark::cut;
+    for (const int e : body.lines) {
+        if (has_element(model.lines, e) && vertex_of[e] >= 0) {
+            model.lines[e].state_flags |= edge_mark::cut;
+            body.body_flags |= body_mark::cut;
+            body_cuts.push_back(e);
+        }
+    }
+}
+
+void CutBodyMarks::move_to(const BODY3D& body) {
+    const auto for_each_face = [&](const BODY3D& of, auto visit) {
+        for (const int f : of.polys) {
+            if (has_element(model_.polys, f)) {
+                visit(model_.polys[f].state_flags);
+            }
+        }
+    };
+    const auto clear = [](int& flags) { flags &= ~face_mark::in_cut_body; };
+    if (marked_ != nullptr) {
+        for_each_face(*marked_, clear);
+    } else {
+        for (POLY3D& face : model_.polys) {
+            clear(face.state_flags);
+        }
+    }
+    for_each_face(body, [](int& flags) { flags |= face_mark::in_cut_body; });
+    marked_ = &body;
+}
 
 /// The faces of one body at each of its edges, in the order of the body's face list.
 class FacesAtEdges {
 public:
-    /// Knows the edges for which `counts(edge)` holds.
+    /// Contains the edges for which `counts(edge)` holds.
     template <class Counts>
     FacesAtEdges(const TMOD3D& model, const BODY3D& body, Counts counts) {
         for (const int f : body.polys) {
@@ -73,64 +188,6 @@ private:
     std::vector<Link> links_;
 };
 
-/// Walks from face to face over cut edges until it is back at the first edge, which it takes last.
-bool trace_loop(TMOD3D& model, const FacesAtEdges& faces_at, int face, int edge,
-                std::vector<int>& loop) {
-    int current = edge;
-    do {
-        face = faces_at.first(current, face);
-        if (face < 0) {
-            return false; // an open body
-        }
-        POLY3D& walked = model.polys[face];
-        bool moved_on = false;
-        if ((walked.state_flags & of_body) != 0) {
-            for (const int e : walked.lines) {
-                if (has_element(model.lines, e) && (model.lines[e].state_flags & cut) != 0 &&
-                    e != current) {
-                    // At most one edge leaves each face.
-                    model.lines[e].state_flags &= ~cut;
-                    walked.state_flags &= ~of_body;
-                    loop.push_back(e);
-                    current = e;
-                    moved_on = true;
-                    break;
-                }
-            }
-        }
-        if (!moved_on) {
-            return false;
-        }
-    } while (current != edge);
-    return true;
-}
-
-/// Appends a section vertex for each edge that the plane meets and returns its number for each
-/// edge, −1 for the others. Clears the marks `cleared` of all edges on the way.
-std::vector<int> cut_edges(TMOD3D& model, const double* plane, int cleared, TMOD2D& out) {
-    std::vector<int> vertex_of(static_cast<std::size_t>(model.lines.GetSize()), -1);
-    std::vector<double> points;
-    int next = 0;
-    for (int e = 0; e < model.lines.GetSize(); ++e) {
-        LINE3D& edge = model.lines[e];
-        if ((edge.state_flags & cleared) != 0) {
-            edge.state_flags &= ~cleared;
-        }
-        double point[3] = {};
-        if (has_element(model.verts, edge.start_vert) &&
-            korvel::segment_meets_plane(model.verts[edge.start_vert].model_xyz, edge.direction,
-                                        edge.length, plane, point)) {
-            vertex_of[e] = next++;
-            points.insert(points.end(), point, point + 3);
-        }
-    }
-    out.verts.SetSize(next);
-    for (int v = 0; v < next; ++v) {
-        std::copy_n(points.begin() + 3 * v, 3, out.verts[v].model_xyz);
-    }
-    return vertex_of;
-}
-
 void add_section_face(TMOD2D& out, const std::vector<int>& loop, const std::vector<int>& vertex_of,
                       const BODY3D& body) {
     POLY3D face;
@@ -148,78 +205,60 @@ void add_section_face(TMOD2D& out, const std::vector<int>& loop, const std::vect
     out.groups.Add(group);
 }
 
-} // namespace
-
-void TMOD3D::get_x_section(double v, TMOD2D& out) {
-    double plane[4] = {0, 1, 0, -v};
-    get_section(plane, out);
-}
-
-void TMOD3D::get_y_section(double v, TMOD2D& out) {
-    double plane[4] = {1, 0, 0, -v};
-    get_section(plane, out);
-}
-
-void TMOD3D::get_section(double* plane, TMOD2D& out) {
-    out.RemoveAll();
-    // Marks are cleared once, and after each body where it has set them; without bodies they stay.
-    const std::vector<int> vertex_of = cut_edges(*this, plane, bodies.IsEmpty() ? 0 : cut, out);
-    bool faces_are_clear = false;
-    std::vector<int> body_cuts;
+/// Appends a section face for each closed loop of a body. A loop starts at the lowest cut edge that
+/// no loop before it has taken.
+void trace_body(TMOD3D& model, const BODY3D& body, std::vector<int>& body_cuts,
+                const std::vector<int>& vertex_of, TMOD2D& out) {
+    const FacesAtEdges faces_at(model, body, [&](int e) {
+        // The first condition excludes most edges without a look at the record.
+        return vertex_of[e] >= 0 && (model.lines[e].state_flags & edge_mark::cut) != 0;
+    });
+    std::sort(body_cuts.begin(), body_cuts.end());
     std::vector<int> loop;
-    int last_cut_body = -1;
-    for (int b = 0; b < bodies.GetSize(); ++b) {
-        BODY3D& body = bodies[b];
-        body.body_flags &= ~cut;
-        for (const int e : body_cuts) {
-            lines[e].state_flags &= ~cut;
-        }
-        body_cuts.clear();
-        for (const int e : body.lines) {
-            if (has_element(lines, e) && vertex_of[e] >= 0) {
-                lines[e].state_flags |= cut;
-                body.body_flags |= cut;
-                body_cuts.push_back(e);
-            }
-        }
-        if (body_cuts.empty()) {
+    for (const int e : body_cuts) {
+        if ((model.lines[e].state_flags & edge_mark::cut) == 0) {
             continue;
         }
-        if (!faces_are_clear) {
-            for (POLY3D& face : polys) {
-                face.state_flags &= ~of_body;
-            }
-            faces_are_clear = true;
-        } else {
-            for (const int f : bodies[last_cut_body].polys) {
-                if (has_element(polys, f)) {
-                    polys[f].state_flags &= ~of_body;
-                }
-            }
-        }
-        last_cut_body = b;
-        for (const int f : body.polys) {
-            if (has_element(polys, f)) {
-                polys[f].state_flags |= of_body;
-            }
-        }
-
-        const FacesAtEdges faces_at(*this, body, [&](int e) {
-            // Most edges are told off without a look at the edge.
-            return vertex_of[e] >= 0 && (lines[e].state_flags & cut) != 0;
-        });
-        std::sort(body_cuts.begin(), body_cuts.end());
-        for (const int e : body_cuts) {
-            if ((lines[e].state_flags & cut) == 0) {
-                continue;
-            }
-            loop.clear();
-            if (trace_loop(*this, faces_at, faces_at.first(e, -1), e, loop) && loop.size() >= 3) {
-                add_section_face(out, loop, vertex_of, body);
-            }
+        loop.clear();
+        if (trace_loop(model, faces_at, faces_at.first(e, -1), e, loop) && loop.size() >= 3) {
+            add_section_face(out, loop, vertex_of, body);
         }
     }
 }
+
+/// The first marked edge by which a loop leaves a face that it has entered by `entry`, or −1. At
+/// most one loop leaves each face.
+int exit_of(const TMOD3D& model, const POLY3D& face, int entry) {
+    if ((face.state_flags & face_mark::in_cut_body) == 0) {
+        return -1;
+    }
+    const auto found = std::find_if(face.lines.begin(), face.lines.end(), [&](int e) {
+        return has_element(model.lines, e) && (model.lines[e].state_flags & edge_mark::cut) != 0 &&
+               e != entry;
+    });
+    return found == face.lines.end() ? -1 : *found;
+}
+
+/// Walks from face to face across cut edges until it is back at the first edge, which it takes
+/// last.
+bool trace_loop(TMOD3D& model, const FacesAtEdges& faces_at, int face, int edge,
+                std::vector<int>& loop) {
+    int current = edge;
+    do {
+        face = faces_at.first(current, face);
+        const int exit = face < 0 ? -1 : exit_of(model, model.polys[face], current);
+        if (exit < 0) {
+            return false; // an open body, or a face that a loop has crossed before
+        }
+        model.lines[exit].state_flags &= ~edge_mark::cut;
+        model.polys[face].state_flags &= ~face_mark::in_cut_body;
+        loop.push_back(exit);
+        current = exit;
+    } while (current != edge);
+    return true;
+}
+
+} // namespace
 
 bool TMOD3D::trace_section_poly(int body, int face, int edge, CArray<int>& loop) {
     if (!has_element(bodies, body)) {

@@ -1,10 +1,11 @@
 // Starter models: a cube and a twenty-face solid, refined, placed and scaled.
 
+#include <algorithm>
 #include <cmath>
 #include <iterator>
 
 #include "korvel/base/indices.h"
-#include "korvel/body/derive/derivation.h"
+#include "korvel/body/derive/derive_all.h"
 #include "korvel/body/derive/edge_chains.h"
 #include "korvel/body/refinement.h"
 #include "korvel/body/tmod3d.h"
@@ -15,12 +16,7 @@ constexpr int pool_growth = 64;
 constexpr int body_growth = 2;
 
 template <class Points>
-void set_model_points(TMOD3D& model, const Points& points) {
-    int v = 0;
-    for (const auto& point : points) {
-        std::copy_n(point, 3, model.verts[v++].model_xyz);
-    }
-}
+void set_model_points(TMOD3D& model, const Points& points);
 
 } // namespace
 
@@ -39,7 +35,7 @@ void TMOD3D::inti_mode(double* center, double* size, int kind, int rounds) {
         if (is_cube) {
             korvel::find_all_sides(*this, 0);
         } else if (korvel::has_element(polys, round)) {
-            // For the twenty-face solid it is face `round` alone whose sides are looked for.
+            // For the twenty-face solid, round r searches the sides of face r alone.
             polys[round].find_side(lines);
         }
         if (polys.GetSize() == faces_before) {
@@ -122,3 +118,15 @@ void TMOD3D::inti_p20() {
     }
     korvel::chain_verts_and_lines(*this);
 }
+
+namespace {
+
+template <class Points>
+void set_model_points(TMOD3D& model, const Points& points) {
+    int v = 0;
+    for (const auto& point : points) {
+        std::copy_n(point, 3, model.verts[v++].model_xyz);
+    }
+}
+
+} // namespace

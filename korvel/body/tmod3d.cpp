@@ -1,18 +1,8 @@
-// The life of a body model.
+// Construction, copying and emptying of a body model.
 
 #include "korvel/body/tmod3d.h"
 
-#include <algorithm>
-
-namespace {
-
-template <class Array>
-void copy_elements(Array& target, const Array& source) {
-    target.SetSize(source.GetSize());
-    std::copy(source.begin(), source.end(), target.begin());
-}
-
-} // namespace
+#include "korvel/base/members.h"
 
 TMOD3D::TMOD3D() {
     inti_vis_plan();
@@ -28,43 +18,19 @@ TMOD3D::~TMOD3D() {
 
 TMOD3D& TMOD3D::operator=(const TMOD3D& src) {
     if (this == &src) {
-        return *this;
+        return *this; // self-assignment keeps the object
     }
     RemoveAll();
-    std::copy_n(src.orig_shift, 3, orig_shift);
-    std::copy_n(src.view_center, 3, view_center);
-    std::copy_n(src.wrap_cuboid, 6, wrap_cuboid);
-    wrap_radius = src.wrap_radius;
-    for (int corner = 0; corner < 8; ++corner) {
-        std::copy_n(src.cuboid_corners[corner], 3, cuboid_corners[corner]);
-        std::copy_n(src.rotated_corners[corner], 3, rotated_corners[corner]);
-    }
-    std::copy_n(src.cuboid_min, 3, cuboid_min);
-    std::copy_n(src.cuboid_max, 3, cuboid_max);
-    std::copy_n(src.model_frame, 6, model_frame);
-    std::copy_n(src.view_bounds, 6, view_bounds);
-    vis_angle_1 = src.vis_angle_1;
-    vis_angle_2 = src.vis_angle_2;
-    std::copy_n(src.view_dir, 3, view_dir);
-    view_scale = src.view_scale;
-    std::copy_n(src.ant_matrix, 16, ant_matrix);
-    std::copy_n(src.rot_matrix, 16, rot_matrix);
-    std::copy_n(src.pick_data, 9, pick_data);
-    std::copy_n(src.edit_state, 11, edit_state);
-    relat_list_1.Copy(src.relat_list_1);
-    relat_list_2.Copy(src.relat_list_2);
-    relat_list_3.Copy(src.relat_list_3);
-    relat_list_4.Copy(src.relat_list_4);
-    mut_weights.Copy(src.mut_weights);
-    sect_model_1 = src.sect_model_1;
-    sect_model_2 = src.sect_model_2;
-    mode_ok = src.mode_ok;
-    std::copy_n(src.orig, 3, orig);
-    std::copy_n(src.tail_data, 8, tail_data);
-    copy_elements(verts, src.verts);
-    copy_elements(lines, src.lines);
-    copy_elements(polys, src.polys);
-    copy_elements(bodies, src.bodies);
+    korvel::copy_members(
+        *this, src, &TMOD3D::orig_shift, &TMOD3D::view_center, &TMOD3D::wrap_cuboid,
+        &TMOD3D::wrap_radius, &TMOD3D::cuboid_corners, &TMOD3D::rotated_corners,
+        &TMOD3D::cuboid_min, &TMOD3D::cuboid_max, &TMOD3D::model_frame, &TMOD3D::view_bounds,
+        &TMOD3D::vis_angle_1, &TMOD3D::vis_angle_2, &TMOD3D::view_dir, &TMOD3D::view_scale,
+        &TMOD3D::ant_matrix, &TMOD3D::rot_matrix, &TMOD3D::pick_data, &TMOD3D::edit_state,
+        &TMOD3D::relat_list_1, &TMOD3D::relat_list_2, &TMOD3D::relat_list_3, &TMOD3D::relat_list_4,
+        &TMOD3D::mut_weights, &TMOD3D::sect_model_1, &TMOD3D::sect_model_2, &TMOD3D::mode_ok,
+        &TMOD3D::orig, &TMOD3D::tail_data, &TMOD3D::verts, &TMOD3D::lines, &TMOD3D::polys,
+        &TMOD3D::bodies);
     return *this;
 }
 
@@ -73,15 +39,9 @@ void TMOD3D::Copy(const TMOD3D& src) {
 }
 
 void TMOD3D::RemoveAll() {
-    bodies.RemoveAll();
-    polys.RemoveAll();
-    lines.RemoveAll();
-    verts.RemoveAll();
-    relat_list_1.RemoveAll();
-    relat_list_2.RemoveAll();
-    relat_list_3.RemoveAll();
-    relat_list_4.RemoveAll();
-    mut_weights.RemoveAll();
+    korvel::remove_lists(*this, &TMOD3D::bodies, &TMOD3D::polys, &TMOD3D::lines, &TMOD3D::verts,
+                         &TMOD3D::relat_list_1, &TMOD3D::relat_list_2, &TMOD3D::relat_list_3,
+                         &TMOD3D::relat_list_4, &TMOD3D::mut_weights);
     sect_model_1.RemoveAll();
     sect_model_2.RemoveAll();
     mode_ok = 0;

@@ -179,7 +179,7 @@ void TMOD3D::back_rel_vert() {
 
 namespace korvel {
 
-void renew_view(TMOD3D& model, UnsetVector<FlatModel::Point>& points) {
+void renew_view(TMOD3D& model, std::vector<FlatModel::Point>& points) {
     if (points.empty()) {
         return;
     }

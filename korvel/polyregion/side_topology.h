@@ -6,6 +6,7 @@
 
 #include "korvel/base/indices.h"
 #include "korvel/base/key_index.h"
+#include "korvel/base/packed_lists.h"
 #include "korvel/base/ring_sides.h"
 #include "korvel/plane/plane_point.h"
 #include "korvel/polyregion/ring.h"

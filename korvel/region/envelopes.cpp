@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "korvel/base/packed_lists.h"
 #include "korvel/plane/live_points.h"
 #include "korvel/region/ring_points.h"
 

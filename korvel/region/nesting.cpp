@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "korvel/base/indices.h"
+#include "korvel/base/packed_lists.h"
 #include "korvel/plane/live_points.h"
 #include "korvel/region/ring_points.h"
 

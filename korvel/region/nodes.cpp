@@ -4,6 +4,7 @@
 
 #include "korvel/base/indices.h"
 #include "korvel/base/key_index.h"
+#include "korvel/base/packed_lists.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
 #include "korvel/region/node_finder.h"

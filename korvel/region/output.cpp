@@ -1,6 +1,7 @@
 // Handing out regions: all of them, or those that clicks have selected.
 
 #include "korvel/base/indices.h"
+#include "korvel/base/renumbering.h"
 #include "korvel/plane/winding.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
@@ -34,49 +35,6 @@ void write_all(RegionSet& out, const CREGION& source) {
     for (int k = 0; k < out.region_list.GetSize(); ++k) {
         out.region_list[k].rings.Copy(source.regions[k].rings);
     }
-}
-
-/// New numbers for the records that are used, dense and in the old order. Indices of records that
-/// do not exist are passed over.
-class Renumbering {
-public:
-    explicit Renumbering(int size) : new_index_(static_cast<std::size_t>(size), -1) {}
-
-    void use(int index) {
-        if (is_record(index)) {
-            new_index_[index] = 0;
-        }
-    }
-    /// Numbers what is used and returns how many there are.
-    int number() {
-        int next = 0;
-        for (int& index : new_index_) {
-            if (index >= 0) {
-                index = next++;
-            }
-        }
-        return next;
-    }
-    /// The new number, or −1.
-    int operator[](int index) const { return is_record(index) ? new_index_[index] : -1; }
-
-private:
-    bool is_record(int index) const {
-        return index >= 0 && static_cast<std::size_t>(index) < new_index_.size();
-    }
-
-    std::vector<int> new_index_;
-};
-
-void renumber_list(CArray<int>& target, const CArray<int>& source, const Renumbering& numbers) {
-    target.SetSize(source.GetSize());
-    int slot = 0;
-    for (const int index : source) {
-        if (numbers[index] >= 0) {
-            target[slot++] = numbers[index];
-        }
-    }
-    target.SetSize(slot);
 }
 
 } // namespace
@@ -126,15 +84,13 @@ void CREGION::GetSelectRegion(PLYDT& out) {
             }
         }
     }
-    Renumbering ring_numbers(ring_pts.GetSize());
-    Renumbering point_numbers(unique_pts.GetSize());
+    korvel::Renumbering ring_numbers(ring_pts.GetSize());
+    korvel::Renumbering point_numbers(unique_pts.GetSize());
     for (int k = 0; k < ring_pts.GetSize(); ++k) {
         if (ring_pts[k].is_hole == 1) {
             ring_numbers.use(k);
             ClockwiseRing(ring_pts[k], unique_pts);
-            for (const int pt : ring_pts[k].pts) {
-                point_numbers.use(pt);
-            }
+            point_numbers.use_all(ring_pts[k].pts);
         }
     }
 
@@ -147,14 +103,14 @@ void CREGION::GetSelectRegion(PLYDT& out) {
     out.ring_list.SetSize(ring_numbers.number());
     for (int k = 0; k < ring_pts.GetSize(); ++k) {
         if (ring_numbers[k] >= 0) {
-            renumber_list(out.ring_list[ring_numbers[k]].pts, ring_pts[k].pts, point_numbers);
+            point_numbers.copy_renumbered(ring_pts[k].pts, out.ring_list[ring_numbers[k]].pts);
         }
     }
     out.region_list.SetSize(selected);
     int slot = 0;
     for (const PyToRg& region : regions) {
         if (region.is_select == 1) {
-            renumber_list(out.region_list[slot++].rings, region.rings, ring_numbers);
+            ring_numbers.copy_renumbered(region.rings, out.region_list[slot++].rings);
         }
     }
 }

@@ -1,16 +1,71 @@
+// The edges of faces: found by the faces' vertices, and the vertices rewritten by them.
+
 #include "korvel/body/derive/edge_chains.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <optional>
-#include <vector>
 
-#include "korvel/base/equal_sides.h"
 #include "korvel/base/indices.h"
 #include "korvel/base/key_index.h"
+#include "korvel/base/ring_sides.h"
 
 namespace korvel {
+namespace {
+
+/// Sides that may be edges, and the edge of each.
+struct SideEdges {
+    std::vector<Side> sides;
+    std::vector<int> edge_of;
+    std::size_t known = 0; ///< sides that stem from edges of the model; they come first
+};
+
+SideEdges known_edges(const TMOD3D& model, int first_face);
+void add_sides_of_faces(const TMOD3D& model, int first_face, std::vector<Side>& sides);
+void append_new_edges(TMOD3D& model, SideEdges& found);
+
+/// `POLY3D::vert_to_line` for face after face. Where a face names an edge between two vertices it
+/// must be the last one between them.
+class LineChainer {
+public:
+    explicit LineChainer(const TMOD3D& model) : model_(model) {}
+    void chain(POLY3D& face);
+
+private:
+    const TMOD3D& model_;
+    std::optional<KeyIndex> table_; ///< seldom needed
+    std::vector<int> chain_;
+};
+
+} // namespace
+
+void find_all_sides(TMOD3D& model, int first_face, Chains chains) {
+    SideEdges found = known_edges(model, first_face);
+    add_sides_of_faces(model, first_face, found.sides);
+    append_new_edges(model, found);
+    LineChainer line_chainer(model);
+    const int* edges = found.edge_of.data() + found.known;
+    for (int f = first_face; f < model.polys.GetSize(); ++f) {
+        const int n = model.polys[f].verts.GetSize();
+        assign_range(model.polys[f].lines, edges, n);
+        edges += n;
+        if (chains != Chains::stay) {
+            model.polys[f].line_to_vert(model.lines);
+        }
+        if (chains == Chains::of_both) {
+            line_chainer.chain(model.polys[f]);
+        }
+    }
+}
+
+void chain_verts_and_lines(TMOD3D& model) {
+    LineChainer line_chainer(model);
+    for (POLY3D& face : model.polys) {
+        face.line_to_vert(model.lines);
+        line_chainer.chain(face);
+    }
+}
+
 namespace {
 
 /// The least and the greatest vertex that faces name.
@@ -32,22 +87,52 @@ VertexRange vertices_of_faces(const TMOD3D& model, int first_face) {
     return range;
 }
 
-/// Calls `visit(i, a, b)` for each pair of vertices that follow one another on the boundary.
-template <class Visit>
-void for_each_boundary_pair(const POLY3D& face, Visit visit) {
-    const int n = face.verts.GetSize();
-    for (int i = 0; i < n; ++i) {
-        visit(i, face.verts[i], face.verts[i + 1 < n ? i + 1 : 0]);
+/// The model's edges that the faces can have, from the last edge on: of several between two
+/// vertices the last one is the one found.
+SideEdges known_edges(const TMOD3D& model, int first_face) {
+    SideEdges known;
+    if (model.lines.IsEmpty()) {
+        return known;
+    }
+    const VertexRange range = vertices_of_faces(model, first_face);
+    for (int e = model.lines.GetUpperBound(); e >= 0; --e) {
+        const LINE3D& line = model.lines[e];
+        if (range.contains(line.start_vert) && range.contains(line.end_vert)) {
+            known.sides.push_back({line.start_vert, line.end_vert});
+            known.edge_of.push_back(e);
+        }
+    }
+    known.known = known.sides.size();
+    return known;
+}
+
+void add_sides_of_faces(const TMOD3D& model, int first_face, std::vector<Side>& sides) {
+    constexpr std::size_t corners = 3; // of most faces
+    sides.reserve(sides.size() +
+                  corners * static_cast<std::size_t>(model.polys.GetSize() - first_face));
+    for (int f = first_face; f < model.polys.GetSize(); ++f) {
+        const CArray<int>& verts = model.polys[f].verts;
+        for_each_side(verts, verts.GetSize(), [&](int, int a, int b) { sides.push_back({a, b}); });
     }
 }
 
-/// The edges of a model by their ends. Of several edges between two vertices it knows the last one.
-KeyIndex edges_by_ends(const TMOD3D& model) {
-    KeyIndex table(model.lines.GetSize());
-    for (int edge = model.lines.GetUpperBound(); edge >= 0; --edge) {
-        table.find_or_add(side_key(model.lines[edge].start_vert, model.lines[edge].end_vert), edge);
+/// Gives every side its edge; a side that equals none before it becomes a new edge.
+void append_new_edges(TMOD3D& model, SideEdges& found) {
+    const std::vector<int> first = first_equal_sides(found.sides);
+    found.edge_of.resize(found.sides.size());
+    int next = model.lines.GetSize();
+    std::vector<std::size_t> added;
+    for (std::size_t i = found.known; i < found.sides.size(); ++i) {
+        const auto equal = static_cast<std::size_t>(first[i]);
+        if (equal == i) {
+            added.push_back(i);
+        }
+        found.edge_of[i] = equal == i ? next++ : found.edge_of[equal];
     }
-    return table;
+    model.lines.SetSize(next);
+    for (const std::size_t i : added) {
+        model.lines[found.edge_of[i]].set_line_point(found.sides[i].a, found.sides[i].b);
+    }
 }
 
 /// The edge between a and b that a face of few edges names already, or −1.
@@ -68,38 +153,35 @@ int own_edge(const TMOD3D& model, const POLY3D& face, int a, int b) {
     return -1;
 }
 
-/// `POLY3D::vert_to_line` for face after face. Where a face names an edge between two vertices it
-/// must be the last one between them.
-class LineChainer {
-public:
-    explicit LineChainer(const TMOD3D& model) : model_(model) {}
-
-    void chain(POLY3D& face) {
-        chain_.clear();
-        for_each_boundary_pair(face, [&](int i, int a, int b) {
-            int edge = own_edge(model_, face, a, b);
-            if (edge < 0) {
-                if (!table_) {
-                    table_ = edges_by_ends(model_);
-                }
-                edge = table_->find(side_key(a, b));
-            }
-            if (edge >= 0) {
-                chain_.resize(static_cast<std::size_t>(i)); // pairs without an edge leave 0
-                chain_.push_back(edge);
-            }
-        });
-        assign_list(face.lines, chain_);
+/// The edges of a model by their ends. Of several edges between two vertices it contains the last.
+KeyIndex edges_by_ends(const TMOD3D& model) {
+    KeyIndex table(model.lines.GetSize());
+    for (int edge = model.lines.GetUpperBound(); edge >= 0; --edge) {
+        table.find_or_add(side_key(model.lines[edge].start_vert, model.lines[edge].end_vert), edge);
     }
+    return table;
+}
 
-private:
-    const TMOD3D& model_;
-    std::optional<KeyIndex> table_; ///< seldom needed
-    std::vector<int> chain_;
-};
+void LineChainer::chain(POLY3D& face) {
+    chain_.clear();
+    for_each_side(face.verts, face.verts.GetSize(), [&](int i, int a, int b) {
+        int edge = own_edge(model_, face, a, b);
+        if (edge < 0) {
+            if (!table_) {
+                table_ = edges_by_ends(model_);
+            }
+            edge = table_->find(side_key(a, b));
+        }
+        if (edge >= 0) {
+            chain_.resize(static_cast<std::size_t>(i)); // pairs without an edge leave 0
+            chain_.push_back(edge);
+        }
+    });
+    assign_list(face.lines, chain_);
+}
 
 /// Numbers the sides of triangles in order of first appearance, whichever way they run. The edges
-/// that share their lower end are looked through one by one; in most meshes there are about three.
+/// that share their lower end are searched one by one; in most meshes there are about three.
 class EdgeNumbers {
 public:
     EdgeNumbers(int points, std::size_t sides)
@@ -116,7 +198,7 @@ public:
             const Side& edge = edges_[e];
             --steps_left_;
             if ((edge.a ^ edge.b) == (a ^ b)) {
-                return e; // the lower ends are one, so the others are
+                return e; // the lower ends are equal, so the others are
             }
         }
         next_.push_back(first);
@@ -136,54 +218,6 @@ private:
 };
 
 } // namespace
-
-void find_all_sides(TMOD3D& model, int first_face, Chains chains) {
-    const int old_edges = model.lines.GetSize();
-    const VertexRange range = old_edges > 0 ? vertices_of_faces(model, first_face) : VertexRange();
-    std::vector<Side> sides;
-    std::vector<int> edge_of; // by side; the edges that stand there come first
-    // A closed surface of triangles has three sides to a face.
-    sides.reserve(3 * static_cast<std::size_t>(model.polys.GetSize() - first_face));
-    // From the last edge on, since of several between two vertices the last one is the one found.
-    for (int e = old_edges - 1; e >= 0; --e) {
-        const LINE3D& line = model.lines[e];
-        if (range.contains(line.start_vert) && range.contains(line.end_vert)) {
-            sides.push_back({line.start_vert, line.end_vert});
-            edge_of.push_back(e);
-        }
-    }
-    const std::size_t known = edge_of.size();
-    for (int f = first_face; f < model.polys.GetSize(); ++f) {
-        for_each_boundary_pair(model.polys[f], [&](int, int a, int b) { sides.push_back({a, b}); });
-    }
-
-    const std::vector<int> first = first_equal_sides(sides);
-    edge_of.resize(sides.size());
-    int next = old_edges;
-    for (std::size_t i = known; i < sides.size(); ++i) {
-        const auto equal = static_cast<std::size_t>(first[i]);
-        edge_of[i] = equal == i ? next++ : edge_of[equal];
-    }
-    model.lines.SetSize(next);
-    for (std::size_t i = known; i < sides.size(); ++i) {
-        if (static_cast<std::size_t>(first[i]) == i) {
-            model.lines[edge_of[i]].set_line_point(sides[i].a, sides[i].b);
-        }
-    }
-    LineChainer line_chainer(model);
-    const int* edges = edge_of.data() + known;
-    for (int f = first_face; f < model.polys.GetSize(); ++f) {
-        const int n = model.polys[f].verts.GetSize();
-        assign_range(model.polys[f].lines, edges, n);
-        edges += n;
-        if (chains != Chains::stay) {
-            model.polys[f].line_to_vert(model.lines);
-        }
-        if (chains == Chains::of_both) {
-            line_chainer.chain(model.polys[f]);
-        }
-    }
-}
 
 std::optional<TriangleChains> chain_triangles(const std::vector<int>& corners, int vertices) {
     TriangleChains chains;
@@ -205,7 +239,7 @@ std::optional<TriangleChains> chain_triangles(const std::vector<int>& corners, i
         const int ca = numbers.number(c, a);
         // The rewritten triangle runs against its first edge, from that edge's start.
         const bool from_a = numbers.edges()[ab].a == a;
-        const auto put = [=](UnsetVector<int>& list, int first, int second, int third) {
+        const auto put = [=](std::vector<int>& list, int first, int second, int third) {
             list[at] = first;
             list[at + 1] = second;
             list[at + 2] = third;
@@ -216,14 +250,6 @@ std::optional<TriangleChains> chain_triangles(const std::vector<int>& corners, i
     }
     chains.edges = std::move(numbers.edges());
     return chains;
-}
-
-void chain_verts_and_lines(TMOD3D& model) {
-    LineChainer line_chainer(model);
-    for (POLY3D& face : model.polys) {
-        face.line_to_vert(model.lines);
-        line_chainer.chain(face);
-    }
 }
 
 } // namespace korvel

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "korvel/base/equal_sides.h"
-#include "korvel/base/packed_lists.h"
 #include "korvel/body/tmod3d.h"
 
 namespace korvel {
@@ -18,20 +17,20 @@ enum class Chains { stay, of_verts, of_both };
 /// rewrites their chains. Linear in the faces and the edges.
 void find_all_sides(TMOD3D& model, int first_face, Chains chains = Chains::stay);
 
-/// What `find_all_sides` makes of the triangles of a new model: its edges, and each triangle's
-/// three edges and rewritten vertices.
+/// Rewrites both chains of every face. No two edges may join the same two vertices.
+void chain_verts_and_lines(TMOD3D& model);
+
+/// The result of `find_all_sides` for the triangles of a new model, as flat lists of three: its
+/// edges, and each triangle's edges and rewritten vertices.
 struct TriangleChains {
     std::vector<Side> edges;
-    UnsetVector<int> lines;
-    UnsetVector<int> verts;
-    UnsetVector<int> side_lines; ///< the triangles' edges in the order of their rewritten vertices
+    std::vector<int> lines;
+    std::vector<int> verts;
+    std::vector<int> side_lines; ///< the triangles' edges in the order of their rewritten vertices
 };
 
 /// Nothing where a triangle lacks three different vertices that exist, and where so many edges end
 /// at one vertex that this would not be linear.
 std::optional<TriangleChains> chain_triangles(const std::vector<int>& corners, int vertices);
-
-/// Rewrites both chains of every face. No two edges may join the same two vertices.
-void chain_verts_and_lines(TMOD3D& model);
 
 } // namespace korvel

@@ -8,38 +8,28 @@
 
 namespace korvel {
 
-/// What the rest of a model is derived from, laid out flat. The records are many times as large,
-/// and a pass over all of them is a pass through memory; they are visited once, when all that goes
-/// into them is known.
+/// What the rest of a model is derived from, in flat arrays. The records are many times as large,
+/// and a pass over all of them is a pass through memory, so each is visited once, at the end.
 struct FlatModel {
     struct Point {
         double model[3];
         double view[3];
     };
-    UnsetVector<Point> points;
+    std::vector<Point> points;
     std::vector<Side> edges;
-    // Each entry once in its list, and only those that exist.
-    IndexLists face_verts;
-    IndexLists face_lines;
-    IndexLists body_faces;
+    // Only indices of records that exist, each once in its list.
+    PackedLists face_verts;
+    PackedLists face_lines;
+    PackedLists body_faces;
 };
 
+/// The points of the result are not in the view yet.
 FlatModel flattened(const TMOD3D& model);
 
-/// The faces of each body, each once and only those that exist.
-IndexLists faces_of_bodies(const TMOD3D& model, int faces);
+/// The faces of each body, each once, and only indices below `faces`.
+PackedLists faces_of_bodies(const TMOD3D& model, int faces);
 
-/// `orient_bodies` for triangles whose records are not made yet. The edge of each side is told,
-/// face by face.
-void orient_bodies(TMOD3D& model, FlatModel& flat, const UnsetVector<int>& side_edges);
-
-/// The wrap cuboid, the view and the points in it.
-void renew_view(TMOD3D& model, UnsetVector<FlatModel::Point>& points);
-
-/// Whether a flat model tells of records that stand there, or of those that are to be made.
-enum class Records { stand, are_new };
-
-/// Derives everything but the edges and the faces' turns: equations, cuboid, view, relations.
-void derive_from(FlatModel flat, TMOD3D& model, Records records = Records::stand);
+/// Computes the wrap cuboid, the view and the points in it.
+void renew_view(TMOD3D& model, std::vector<FlatModel::Point>& points);
 
 } // namespace korvel

@@ -10,61 +10,91 @@ namespace korvel {
 struct UsedByBodies {
     explicit UsedByBodies(const FlatModel& flat);
 
-    IndexLists verts;
-    IndexLists lines;
+    PackedLists verts;
+    PackedLists lines;
 };
 
-/// The bodies of records of one kind, and the mark that the last body leaves on what it uses.
-class BodiesOf {
+/// The bodies that use each record of one kind, and the mark that the last body leaves on it.
+class BodiesOfRecords {
 public:
-    BodiesOf(const IndexLists& used_by_bodies, int records);
+    BodiesOfRecords(const PackedLists& used_by_bodies, int records);
 
-    void store(int record, CArray<int>& bodies, int& state_flags) const;
+    void store(int record, CArray<int>& bodies, int& state_flags, int mark) const;
 
 private:
     int bodies_;
-    IndexLists of_record_;
+    PackedLists of_record_;
 };
 
-// Each gives a record its relations to the others.
+// Each of these stores in a record its relations to the others.
 
 class VertexRelations {
 public:
     VertexRelations(const FlatModel& flat, const UsedByBodies& used);
-    void store(int v, VERT3D& vertex);
+    void store(int v, VERT3D& vertex) const;
 
 private:
     const std::vector<Side>& edges_;
-    IndexLists lines_;
-    IndexLists faces_;
-    BodiesOf bodies_;
+    PackedLists lines_;
+    PackedLists faces_;
+    BodiesOfRecords bodies_;
 };
 
 class EdgeRelations {
 public:
-    EdgeRelations(const IndexLists& line_faces, const UsedByBodies& used);
+    EdgeRelations(const PackedLists& line_faces, const UsedByBodies& used);
     void store(int e, LINE3D& line) const;
 
 private:
-    const IndexLists& faces_;
-    BodiesOf bodies_;
+    const PackedLists& faces_;
+    BodiesOfRecords bodies_;
 };
 
 class FaceRelations {
 public:
-    FaceRelations(const FlatModel& flat, const IndexLists& line_faces,
-                  const IndexLists& face_bodies);
+    FaceRelations(const FlatModel& flat, const PackedLists& line_faces,
+                  const PackedLists& face_bodies);
     void store(int f, POLY3D& face);
 
 private:
-    const IndexLists& lines_;
-    const IndexLists& line_faces_;
-    const IndexLists& bodies_;
+    const PackedLists& lines_;
+    const PackedLists& line_faces_;
+    const PackedLists& bodies_;
     FirstTimes times_;
     std::vector<int> neighbours_;
 };
 
+/// Stores each body's vertices, edges and neighbours.
 void relate_bodies(TMOD3D& model, const FlatModel& flat, const UsedByBodies& used,
-                   const IndexLists& face_bodies);
+                   const PackedLists& face_bodies);
+
+/// Stores the relations of every record of the model, and calls `visit(index, record)` for each
+/// vertex, edge and face right after that: the one visit to the record while it is in the cache.
+template <class Visit>
+void set_relations(TMOD3D& model, const FlatModel& flat, Visit visit) {
+    const UsedByBodies used(flat);
+    {
+        const VertexRelations relations(flat, used);
+        for (int v = 0; v < model.verts.GetSize(); ++v) {
+            relations.store(v, model.verts[v]);
+            visit(v, model.verts[v]);
+        }
+    }
+    const PackedLists line_faces = flat.face_lines.inverted(model.lines.GetSize());
+    {
+        const EdgeRelations relations(line_faces, used);
+        for (int e = 0; e < model.lines.GetSize(); ++e) {
+            relations.store(e, model.lines[e]);
+            visit(e, model.lines[e]);
+        }
+    }
+    const PackedLists face_bodies = flat.body_faces.inverted(model.polys.GetSize());
+    FaceRelations relations(flat, line_faces, face_bodies);
+    for (int f = 0; f < model.polys.GetSize(); ++f) {
+        relations.store(f, model.polys[f]);
+        visit(f, model.polys[f]);
+    }
+    relate_bodies(model, flat, used, face_bodies);
+}
 
 } // namespace korvel

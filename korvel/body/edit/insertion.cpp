@@ -7,7 +7,7 @@
 #include "korvel/base/equal_sides.h"
 #include "korvel/base/indices.h"
 #include "korvel/base/ring_sides.h"
-#include "korvel/body/derive/derivation.h"
+#include "korvel/body/derive/derive_all.h"
 #include "korvel/body/derive/edge_chains.h"
 #include "korvel/body/edit/edit_state.h"
 #include "korvel/body/tmod3d.h"

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "korvel/base/indices.h"
-#include "korvel/body/derive/derivation.h"
+#include "korvel/body/derive/orientation.h"
 #include "korvel/body/edit/edit_state.h"
 #include "korvel/geometry/marks.h"
 #include "korvel/geometry/view_transform.h"
