@@ -1,6 +1,7 @@
 // The body model file, and copies of models.
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -51,53 +52,92 @@ TEST(ModelFile, ReadsEverythingAndNothingMore) {
         read_file(model, tetrahedron + "3\n4 1 2.5 -3\n0 1\n2 3 0 7 7 0.1 2 0 0 0 3 1 9 more"),
         " 9 more");
     const CArray<BODY3D, BODY3D&>& bodies = model.bodies;
-    EXPECT_EQ(text_of("%.9g", model.mode_ok, model.orig, model.verts[1].model_xyz,
-                      model.verts[3].faces, model.lines.GetSize(), model.wrap_radius,
-                      bodies[0].param_2, bodies[0].param_3, bodies[0].volume, bodies[1].volume,
-                      bodies[1].param_3, bodies[2].neighbour_bodies),
-              "1 ( 10 0 0 ) ( 1 0 0 ) ( 1 2 3 ) 6 0.866025404 2.5 -3 0.166666667 0 0.100000001 "
-              "( 0 ) ");
+    EXPECT_EQ(model.mode_ok, 1);
+    EXPECT_EQ(point(model.orig), (Point{10, 0, 0}));
+    EXPECT_EQ(point(model.verts[1].model_xyz), (Point{1, 0, 0}));
+    EXPECT_EQ(ints(model.verts[3].faces), (Ints{1, 2, 3}));
+    EXPECT_EQ(model.lines.GetSize(), 6);
+    EXPECT_DOUBLE_EQ(model.wrap_radius, std::sqrt(0.75));
+    EXPECT_EQ(bodies[0].param_2, 2.5);
+    EXPECT_EQ(bodies[0].param_3, -3);
+    EXPECT_DOUBLE_EQ(bodies[0].volume, 1.0 / 6);
+    EXPECT_EQ(bodies[1].volume, 0);
+    EXPECT_EQ(bodies[1].param_3, static_cast<double>(0.1F)) << "single precision";
+    EXPECT_EQ(ints(bodies[2].neighbour_bodies), (Ints{0}));
     EXPECT_NE(model.verts[3].view_xyz[2], 0);
 }
 
 TEST(ModelFile, WhatIsNotWholeIsNotDerived) {
-    // How many vertices, faces and bodies are left.
-    const std::pair<std::string, std::string> cases[] = {
-        {"", "0 0 0 "},
-        {"0 1 2 3", "0 0 0 "},
-        {"-4 1 2 3", "0 0 0 "},
-        {"2 1 2 x 4", "1 0 0 "},
-        {"2147483647 1 2 3 4 5 6", "2 0 0 "},
-        {"1 1 2 3 0 5", "0 0 0 "},
-        {"1 1 2 3 -1 5", "0 0 0 "},
-        {"1 1 2 3", "1 0 0 "},
-        {"1 1 2 3 1 0 0 0 0 5", "0 0 0 "},
-        {"1 1 2 3 2 0 0 0 0", "1 2 0 "},
-        {"1 1 2 3 2147483647 0 0 0", "1 1 0 "},
-        {"1 1 2 3 1 0 0 0 2 1 0 0", "1 1 1 "},
-        {"1 1 2 3 1 0 0 0 2 1 0 0 0 0", "1 1 1 "},
-        {"1 1 2 3 1 0 0 0 1 2147483647 0 0 0 0 0 0", "1 1 1 "},
-        {"1 1 2 3 1 0 0 1 1 1 0 0 0 0", "1 1 1 "}, // no such vertex
-        {"1 1 2 3 1 0 -1 0 1 1 0 0 0 0", "1 1 1 "},
-        {"1 1 2 3 1 0 0 0 1 2 0 0 0 0 1", "1 1 1 "}, // no such face
-        {"1 1 2 3 1 0 0 0 1 1 0 0 0 -2147483648", "1 1 1 "},
+    struct Left {
+        int verts;
+        int polys;
+        int bodies;
+    };
+    const std::pair<std::string, Left> cases[] = {
+        {"", {0, 0, 0}},
+        {"0 1 2 3", {0, 0, 0}},
+        {"-4 1 2 3", {0, 0, 0}},
+        {"2 1 2 x 4", {1, 0, 0}},
+        {"2147483647 1 2 3 4 5 6", {2, 0, 0}},
+        {"1 1 2 3 0 5", {0, 0, 0}},
+        {"1 1 2 3 -1 5", {0, 0, 0}},
+        {"1 1 2 3", {1, 0, 0}},
+        {"1 1 2 3 1 0 0 0 0 5", {0, 0, 0}},
+        {"1 1 2 3 2 0 0 0 0", {1, 2, 0}},
+        {"1 1 2 3 2147483647 0 0 0", {1, 1, 0}},
+        {"1 1 2 3 1 0 0 0 2 1 0 0", {1, 1, 1}},
+        {"1 1 2 3 1 0 0 0 2 1 0 0 0 0", {1, 1, 1}},
+        {"1 1 2 3 1 0 0 0 1 2147483647 0 0 0 0 0 0", {1, 1, 1}},
+        {"1 1 2 3 1 0 0 1 1 1 0 0 0 0", {1, 1, 1}}, // no such vertex
+        {"1 1 2 3 1 0 -1 0 1 1 0 0 0 0", {1, 1, 1}},
+        {"1 1 2 3 1 0 0 0 1 2 0 0 0 0 1", {1, 1, 1}}, // no such face
+        {"1 1 2 3 1 0 0 0 1 1 0 0 0 -2147483648", {1, 1, 1}},
     };
     for (const auto& [file, left] : cases) {
         TMOD3D model;
         model.mode_ok = 1;
         read_file(model, file);
-        EXPECT_EQ(text_of("%g", model.verts.GetSize(), model.polys.GetSize(),
-                          model.bodies.GetSize(), model.mode_ok, model.lines.GetSize(),
-                          model.wrap_radius),
-                  left + "0 0 1000 ")
-            << file;
+        EXPECT_EQ(model.verts.GetSize(), left.verts) << file;
+        EXPECT_EQ(model.polys.GetSize(), left.polys) << file;
+        EXPECT_EQ(model.bodies.GetSize(), left.bodies) << file;
+        EXPECT_EQ(model.mode_ok, 0) << file;
+        EXPECT_EQ(model.lines.GetSize(), 0) << file;
+        EXPECT_EQ(model.wrap_radius, 1000) << file;
     }
+}
+
+TEST(ModelFile, CountsBelowOneEmptyAFilledModel) {
+    struct Case {
+        std::string file;
+        int verts;
+        int polys;
+    };
+    for (const Case& c : {Case{"0 5", 4, 4},
+                          {"1 7 7 7 0 5", 0, 4},
+                          {"1 7 7 7 -1", 0, 4},
+                          {"5 7 7 7 8 8 8 9 9 9 6 6 6 5 5 5 0", 0, 4},
+                          {"1 7 7 7 1 0 0 0 0", 0, 0}}) {
+        SCOPED_TRACE(c.file);
+        TMOD3D model;
+        read_file(model, tetrahedron + "1 4 0 0 0 0 1 2 3");
+        read_file(model, c.file);
+        EXPECT_EQ(model.verts.GetSize(), c.verts);
+        EXPECT_EQ(model.polys.GetSize(), c.polys);
+        EXPECT_EQ(model.lines.GetSize(), 6);
+        EXPECT_EQ(model.bodies.GetSize(), 1);
+        EXPECT_EQ(model.mode_ok, 0);
+        if (c.verts > 0) {
+            EXPECT_EQ(point(model.verts[1].model_xyz), (Point{1, 0, 0}));
+        }
+    }
+}
+
+TEST(ModelFile, NoStreamLeavesTheModelEmpty) {
     TMOD3D model;
-    read_file(model, tetrahedron + "1 4 0 0 0 0 1 2 3");
-    read_file(model, "0 5");
-    EXPECT_EQ(model.verts.GetSize() + model.polys.GetSize() + model.mode_ok, 8);
     model.write_mode(nullptr);
     model.read_mode(nullptr);
+    EXPECT_EQ(model.verts.GetSize(), 0);
+    EXPECT_EQ(model.mode_ok, 0);
 }
 
 TEST(ModelFile, FourthCornerShiftsTheRest) {
@@ -144,12 +184,19 @@ TEST(ModelFile, ComesBackAsWritten) {
     }
 }
 
-TEST(Model, StartCopiesAndEnd) {
-    TMOD3D model;
-    EXPECT_EQ(text_of("%g", model.wrap_radius, model.view_scale, model.vis_angle_1,
-                      model.vis_angle_2, model.mode_ok, model.edit_state, model.orig),
-              "1000 1 5 5 0 ( 0 3 0 0 0 0 0 0 0 0 0 ) ( 0 0 0 ) ");
-    EXPECT_EQ(text_of("%.4f", model.view_dir), "( -0.0076 0.0868 0.9962 ) ");
+TEST(Model, Start) {
+    const TMOD3D model;
+    EXPECT_EQ(model.wrap_radius, 1000);
+    EXPECT_EQ(model.view_scale, 1);
+    EXPECT_EQ(model.vis_angle_1, 5);
+    EXPECT_EQ(model.vis_angle_2, 5);
+    EXPECT_EQ(model.mode_ok, 0);
+    EXPECT_EQ(Ints(model.edit_state, model.edit_state + 11),
+              (Ints{0, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(point(model.orig), Point{});
+    EXPECT_NEAR(model.view_dir[0], -0.0076, 5e-5);
+    EXPECT_NEAR(model.view_dir[1], 0.0868, 5e-5);
+    EXPECT_NEAR(model.view_dir[2], 0.9962, 5e-5);
     const BODY3D body_at_start;
     EXPECT_EQ(body_at_start.hue, 80);
     EXPECT_EQ(body_at_start.saturation, 0.5);
@@ -158,8 +205,11 @@ TEST(Model, StartCopiesAndEnd) {
     EXPECT_EQ(body_at_start.volume, 0);
     EXPECT_EQ(body_at_start.body_flags, 0);
     EXPECT_EQ(body_at_start.change_dirt, 0);
+}
 
-    // A model in which no member has the value that it starts with.
+/// A model in which no member has the value that it starts with.
+TMOD3D filled_model() {
+    TMOD3D model;
     read_file(model, tetrahedron + "2 4 1 2 3 0 1 2 3 4 4 5 6 0 1 2 3");
     int next = 10;
     const auto fill = [&](auto&... members) {
@@ -191,6 +241,11 @@ TEST(Model, StartCopiesAndEnd) {
     model.mut_weights.Add(0.25);
     model.sect_model_1.intlmode();
     model.sect_model_2.verts.SetSize(2);
+    return model;
+}
+
+TEST(Model, CopiesShareNothing) {
+    TMOD3D model = filled_model();
     TMOD3D constructed(model);
     TMOD3D assigned;
     read_file(assigned, tetrahedron + "2 1 0 0 0 1 1 0 0 0 2");
@@ -208,19 +263,24 @@ TEST(Model, StartCopiesAndEnd) {
         EXPECT_EQ(copy->verts[0].faces.GetSize(), 3);
         EXPECT_PRED_FORMAT2(same_state, copy->polys[0], face);
     }
-    model.RemoveAll(); // leaves view, bounds and origin
-    constructed.Copy(model);
-    assigned.RemoveAll();
-    EXPECT_PRED_FORMAT2(same_state, constructed, model);
-    EXPECT_PRED_FORMAT2(same_state, assigned, model);
+}
+
+TEST(Model, RemoveAllLeavesViewBoundsAndOrigin) {
+    TMOD3D model = filled_model();
+    TMOD3D copy(model);
+    model.RemoveAll();
+    copy.Copy(model);
+    EXPECT_PRED_FORMAT2(same_state, copy, model);
     EXPECT_EQ(model.verts.GetSize(), 0);
     EXPECT_EQ(model.lines.GetSize(), 0);
     EXPECT_EQ(model.polys.GetSize(), 0);
     EXPECT_EQ(model.bodies.GetSize(), 0);
     EXPECT_EQ(model.sect_model_1.verts.GetSize(), 0);
-    EXPECT_EQ(text_of("%g", model.mode_ok, model.relat_list_2, model.mut_weights, model.orig[0] > 0,
-                      model.wrap_radius < 1),
-              "0 ( ) ( ) 1 1 ");
+    EXPECT_EQ(model.mode_ok, 0);
+    EXPECT_EQ(model.relat_list_2.GetSize(), 0);
+    EXPECT_EQ(model.mut_weights.GetSize(), 0);
+    EXPECT_EQ(point(model.orig), point(filled_model().orig));
+    EXPECT_EQ(model.wrap_radius, filled_model().wrap_radius);
 }
 
 } // namespace

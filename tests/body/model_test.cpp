@@ -25,16 +25,18 @@ TEST(StarterModel, Cuboids) {
         EXPECT_EQ(model.polys.GetSize(), 24 << 2 * std::max(rounds, 0));
         expect_closed(model, 2);
         EXPECT_NEAR(model.bodies[0].volume, 8, 1e-10);
-        EXPECT_EQ(text_of("%g", model.mode_ok, model.verts[0].model_xyz, model.wrap_cuboid,
-                          model.bodies[0].model_max),
-                  "1 ( 12 1 -2.5 ) ( 8 12 -1 1 -3.5 -2.5 ) ( 12 1 -2.5 ) ");
+        EXPECT_EQ(model.mode_ok, 1);
+        EXPECT_EQ(point(model.verts[0].model_xyz), (Point{12, 1, -2.5}));
+        EXPECT_EQ(point(model.cuboid_min), (Point{8, -1, -3.5}));
+        EXPECT_EQ(point(model.cuboid_max), (Point{12, 1, -2.5}));
+        EXPECT_EQ(point(model.bodies[0].model_max), (Point{12, 1, -2.5}));
         EXPECT_DOUBLE_EQ(model.bodies[0].view_span[0], 2 * model.view_bounds[1]);
     }
     const TMOD3D cube = started(1, 0);
     EXPECT_EQ(cube.bodies[0].volume, 8);
-    EXPECT_EQ(
-        text_of("%g", cube.verts.GetSize(), cube.verts[6].model_xyz, cube.verts[11].model_xyz),
-        "14 ( -1 -1 -1 ) ( 0 -1 0 ) ");
+    EXPECT_EQ(cube.verts.GetSize(), 14);
+    EXPECT_EQ(point(cube.verts[6].model_xyz), (Point{-1, -1, -1}));
+    EXPECT_EQ(point(cube.verts[11].model_xyz), (Point{0, -1, 0}));
 }
 
 TEST(StarterModel, Balls) {
@@ -76,11 +78,12 @@ TEST(StarterModel, OrderOfRecords) {
                     "0 8 ");
     EXPECT_EQ(corners, "0 8 4 0 10 5 2 9 4 11 5 2 1 8 6 10 7 1 9 6 3 3 11 7 10 8 0 8 10 1 9 11 2 "
                        "11 9 3 2 0 4 0 2 5 1 3 6 3 1 7 6 4 8 4 6 9 5 7 10 7 5 11 ");
-    EXPECT_EQ(text_of("%g", cube.polys[23].verts, cube.polys[23].lines, ball.polys[19].lines),
-              "( 3 8 0 ) ( 33 35 7 ) ( 3 17 21 ) ");
+    EXPECT_EQ(ints(cube.polys[23].verts), (Ints{3, 8, 0}));
+    EXPECT_EQ(ints(cube.polys[23].lines), (Ints{33, 35, 7}));
+    EXPECT_EQ(ints(ball.polys[19].lines), (Ints{3, 17, 21}));
 }
 
-TEST(View, AnglesVisibilityAndBack) {
+TEST(View, AnglesAndVisibility) {
     TMOD3D cube = started(1, 0);
     const auto seen = [&](double angle_1, double angle_2) {
         cube.vis_angle_1 = angle_1;
@@ -92,17 +95,21 @@ TEST(View, AnglesVisibilityAndBack) {
                 faces.push_back(f);
             }
         }
-        return text_of("%g", faces);
+        return faces;
     };
     // The first angle turns about z, the second tilts about x. What is seen edge-on is not seen.
-    EXPECT_EQ(seen(0, 0), "( 0 1 2 3 ) ");
-    EXPECT_EQ(seen(0, 1), "( 0 1 2 3 8 9 10 11 ) ");
-    EXPECT_EQ(seen(20, 179), "( 4 5 6 7 8 9 10 11 12 13 14 15 ) ");
+    EXPECT_EQ(seen(0, 0), (Ints{0, 1, 2, 3}));
+    EXPECT_EQ(seen(0, 1), (Ints{0, 1, 2, 3, 8, 9, 10, 11}));
+    EXPECT_EQ(seen(20, 179), (Ints{4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}));
     cube.lines.RemoveAll(); // not needed for that
-    EXPECT_EQ(seen(0, 0), "( 0 1 2 3 ) ");
+    EXPECT_EQ(seen(0, 0), (Ints{0, 1, 2, 3}));
+}
 
-    cube = started(1, 1, {4, 2, 1}, {10, 20, 30});
-    seen(37, -62);
+TEST(View, BoundsAndBack) {
+    TMOD3D cube = started(1, 1, {4, 2, 1}, {10, 20, 30});
+    cube.vis_angle_1 = 37;
+    cube.vis_angle_2 = -62;
+    cube.change_vis_parm();
     for (int axis = 0; axis < 3; ++axis) {
         double widest = 0;
         for (const auto& corner : cube.rotated_corners) {
@@ -129,7 +136,7 @@ TEST(View, AnglesVisibilityAndBack) {
     EXPECT_EQ(back.wrap_radius, cube.wrap_radius);
 }
 
-TEST(View, WrapCuboidAndMovedOrigin) {
+TEST(View, WrapCuboidOfNothingAndOfAPoint) {
     TMOD3D model;
     const TMOD3D empty = model;
     model.model_wrap_cuboid();
@@ -140,32 +147,42 @@ TEST(View, WrapCuboidAndMovedOrigin) {
     set_verts(model.verts, {{7.5, 8, -9}});
     model.model_wrap_cuboid();
     model.change_vis_parm();
-    EXPECT_EQ(text_of("%g", model.wrap_radius, model.verts[0].view_xyz, model.cuboid_corners[5],
-                      model.rotated_corners[5]),
-              "0 ( 0 0 0 ) ( 7.5 8 -9 ) ( 0 0 0 ) ");
+    EXPECT_EQ(model.wrap_radius, 0);
+    EXPECT_EQ(point(model.verts[0].view_xyz), Point{});
+    EXPECT_EQ(point(model.cuboid_corners[5]), (Point{7.5, 8, -9}));
+    EXPECT_EQ(point(model.rotated_corners[5]), Point{});
+}
 
+TEST(View, MovedOrigin) {
     TMOD3D box = started(1, 0, {2, 4, 6}, {5, 0, 0});
-    const std::string corners = "( ( 4 -2 -3 ) ( 4 -2 3 ) ( 4 2 -3 ) ( 4 2 3 ) ( 6 -2 -3 ) "
-                                "( 6 -2 3 ) ( 6 2 -3 ) ( 6 2 3 ) ) ";
-    EXPECT_EQ(text_of("%g", box.cuboid_corners, box.wrap_radius * box.wrap_radius),
-              corners + "14 ");
+    for (int corner = 0; corner < 8; ++corner) {
+        EXPECT_EQ(
+            point(box.cuboid_corners[corner]),
+            (Point{corner & 4 ? 6.0 : 4.0, corner & 2 ? 2.0 : -2.0, corner & 1 ? 3.0 : -3.0}));
+    }
+    EXPECT_DOUBLE_EQ(box.wrap_radius, std::sqrt(14));
     double p[3] = {1, 0, 0};
     box.trans_model_orig(p);
     box.trans_model_orig(p); // moved twice but noted once
-    EXPECT_EQ(
-        text_of("%g", box.verts[0].model_xyz, box.orig, box.orig_shift, box.wrap_cuboid,
-                box.cuboid_min, box.cuboid_max, box.cuboid_corners[4], box.polys[20].plane[3],
-                box.bodies[0].model_min),
-        "( 4 2 3 ) ( 1 0 0 ) ( 1 0 0 ) ( 2 4 -2 2 -3 3 ) ( 2 -2 -3 ) ( 4 2 3 ) ( 4 -2 -3 ) -4 "
-        "( 2 -2 -3 ) ");
+    EXPECT_EQ(point(box.verts[0].model_xyz), (Point{4, 2, 3}));
+    EXPECT_EQ(point(box.orig), (Point{1, 0, 0}));
+    EXPECT_EQ(point(box.orig_shift), (Point{1, 0, 0}));
+    EXPECT_EQ(point(box.cuboid_min), (Point{2, -2, -3}));
+    EXPECT_EQ(point(box.cuboid_max), (Point{4, 2, 3}));
+    EXPECT_EQ(point(box.cuboid_corners[4]), (Point{4, -2, -3}));
+    EXPECT_EQ(box.wrap_cuboid[0], 2);
+    EXPECT_EQ(box.wrap_cuboid[1], 4);
+    EXPECT_EQ(box.polys[20].plane[3], -4);
+    EXPECT_EQ(point(box.bodies[0].model_min), (Point{2, -2, -3}));
     // Extents in the view come from before the move, here from coordinates that the host edited.
     BODY3D& body = box.bodies[0];
     box.verts[3].view_xyz[1] = 50;
     box.verts[4].view_xyz[1] = -60;
     box.trans_model_orig(p);
-    EXPECT_EQ(
-        text_of("%g", body.view_min[1], body.view_max[1], body.view_mid[1], body.view_span[1]),
-        "-60 50 -5 110 ");
+    EXPECT_EQ(body.view_min[1], -60);
+    EXPECT_EQ(body.view_max[1], 50);
+    EXPECT_EQ(body.view_mid[1], -5);
+    EXPECT_EQ(body.view_span[1], 110);
     EXPECT_LT(box.verts[3].view_xyz[1], 10);
     box.get_body_span(0);
     EXPECT_LT(body.view_max[1], 10);
@@ -175,30 +192,38 @@ TEST(View, WrapCuboidAndMovedOrigin) {
     EXPECT_EQ(body.view_max[1], 70);
 }
 
-TEST(Neighbourhood, LevelsAndLegalMoves) {
+TEST(Neighbourhood, Levels) {
     TMOD3D cube = started(1, 0);
-    EXPECT_TRUE(cube.legal_body_rel_side()); // nothing is gathered
     const auto gather = [&](int vertex, int depth) {
         cube.edit_state[0] = depth;
         cube.edit_state[4] = vertex;
         cube.set_rel_triangle_vert();
-        EXPECT_EQ(text_of("%g", cube.edit_state[7], cube.edit_state[8], cube.edit_state[9]),
-                  text_of("%g", cube.relat_list_1.GetSize(), cube.relat_list_2.GetSize(),
-                          cube.relat_list_3.GetSize()));
-        return text_of("%g", cube.relat_list_2, cube.relat_list_4);
+        EXPECT_EQ(cube.edit_state[7], cube.relat_list_1.GetSize());
+        EXPECT_EQ(cube.edit_state[8], cube.relat_list_2.GetSize());
+        EXPECT_EQ(cube.edit_state[9], cube.relat_list_3.GetSize());
+        return std::pair(ints(cube.relat_list_2), ints(cube.relat_list_4));
     };
     cube.mut_weights.Add(1);
-    EXPECT_EQ(gather(12, 1), "( 12 1 0 2 3 ) ( 0 1 1 1 1 ) ");
-    EXPECT_EQ(text_of("%g", cube.relat_list_1, cube.mut_weights),
-              "( 0 1 2 3 10 11 12 15 8 22 23 14 16 19 18 20 ) ( ) ");
+    EXPECT_EQ(gather(12, 1), std::pair(Ints{12, 1, 0, 2, 3}, Ints{0, 1, 1, 1, 1}));
+    EXPECT_EQ(ints(cube.relat_list_1),
+              (Ints{0, 1, 2, 3, 10, 11, 12, 15, 8, 22, 23, 14, 16, 19, 18, 20}));
+    EXPECT_EQ(cube.mut_weights.GetSize(), 0);
     gather(12, 2147483647);
-    EXPECT_EQ(text_of("%g", cube.relat_list_4, cube.relat_list_2[13]),
-              "( 0 1 1 1 1 2 2 2 2 2 2 2 2 3 ) 13 ");
+    EXPECT_EQ(ints(cube.relat_list_4), (Ints{0, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2, 2, 2, 3}));
+    EXPECT_EQ(cube.relat_list_2[13], 13);
     EXPECT_EQ(cube.relat_list_3.GetSize(), 36);
-    EXPECT_EQ(gather(12, -1), "( 12 ) ( 0 ) ");
-    EXPECT_EQ(gather(12, 0), "( 12 ) ( 0 ) ");
-    EXPECT_EQ(text_of("%g", cube.relat_list_1, cube.relat_list_3), "( 0 1 2 3 ) ( 1 2 4 6 ) ");
+    EXPECT_EQ(gather(12, -1), std::pair(Ints{12}, Ints{0}));
+    EXPECT_EQ(gather(12, 0), std::pair(Ints{12}, Ints{0}));
+    EXPECT_EQ(ints(cube.relat_list_1), (Ints{0, 1, 2, 3}));
+    EXPECT_EQ(ints(cube.relat_list_3), (Ints{1, 2, 4, 6}));
+}
 
+TEST(Neighbourhood, LegalMoves) {
+    TMOD3D cube = started(1, 0);
+    EXPECT_TRUE(cube.legal_body_rel_side()); // nothing is gathered
+    cube.edit_state[0] = 0;
+    cube.edit_state[4] = 12;
+    cube.set_rel_triangle_vert();
     cube.back_all_vert();
     for (const auto& [height, legal] :
          {std::pair(1.0, true), {-0.5, true}, {-3, false}, {7, true}}) {
@@ -219,10 +244,46 @@ TEST(Neighbourhood, LevelsAndLegalMoves) {
     cube.verts[0].model_xyz[2] = 5;
     cube.back_rel_vert();
     cube.verts[0].restorvert();
-    EXPECT_EQ(cube.verts[0].model_xyz[2] + cube.verts[12].backup_xyz[2], 1 + 7);
+    EXPECT_EQ(cube.verts[0].model_xyz[2], 1);
+    EXPECT_EQ(cube.verts[12].backup_xyz[2], 7);
 }
 
-/// Numbers that are no records, anywhere in a model, are passed over by every call.
+/// Each group has its body's colour, also when `out` holds another cut and the body's colour has
+/// been changed since.
+TEST(Section, GroupsHaveTheirBodysColour) {
+    TMOD3D model = started(1, 0);
+    TMOD3D added = started(1, 0, {2, 2, 2}, {5, 0, 0});
+    model.add_model(added);
+    const double hues[] = {0, 240};
+    const double lightnesses[] = {0.25, 0.75};
+    TMOD2D out;
+    for (const double shift : {0.0, 60.0}) {
+        for (int b = 0; b < 2; ++b) {
+            model.bodies[b].hue = hues[b] + shift;
+            model.bodies[b].saturation = 1 - 0.5 * b;
+            model.bodies[b].lightness = lightnesses[b];
+        }
+        model.get_x_section(0.5, out);
+        ASSERT_EQ(out.groups.GetSize(), 2);
+        for (int b = 0; b < 2; ++b) {
+            SCOPED_TRACE(b);
+            const POLY3D_CPLX& group = out.groups[b];
+            EXPECT_EQ(ints(group.polys), (Ints{b}));
+            POLY3D_CPLX expected;
+            expected.hue = hues[b] + shift;
+            expected.saturation = 1 - 0.5 * b;
+            expected.lightness = lightnesses[b];
+            expected.rgb_color();
+            EXPECT_EQ(group.hue, expected.hue);
+            EXPECT_EQ(group.saturation, expected.saturation);
+            EXPECT_EQ(group.lightness, expected.lightness);
+            EXPECT_EQ(group.rgb, expected.rgb);
+        }
+        EXPECT_NE(out.groups[0].rgb, out.groups[1].rgb);
+    }
+}
+
+/// Every call ignores numbers that are no records, anywhere in a model.
 TEST(Model, NumbersOutsideTheArraysAreHarmless) {
     for (const int bad : {-1, 30, 2147483647, -2147483647 - 1}) {
         TMOD3D model = started(0, 0);

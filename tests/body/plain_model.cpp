@@ -217,6 +217,39 @@ bool trace_section_poly_plainly(TMOD3D& model, int body, int face, int edge, Int
     return true;
 }
 
+void add_model_plainly(TMOD3D& model, const TMOD3D& added) {
+    const int first_vertex = model.verts.GetSize();
+    const int first_face = model.polys.GetSize();
+    const int first_body = model.bodies.GetSize();
+    model.verts.SetSize(first_vertex + added.verts.GetSize());
+    for (int v = 0; v < added.verts.GetSize(); ++v) {
+        std::copy_n(added.verts[v].model_xyz, 3, model.verts[first_vertex + v].model_xyz);
+    }
+    for (POLY3D face : added.polys) {
+        std::for_each(face.verts.begin(), face.verts.end(), [=](int& v) { v += first_vertex; });
+        model.polys.Add(face);
+    }
+    for (BODY3D body : added.bodies) {
+        std::for_each(body.polys.begin(), body.polys.end(), [=](int& f) { f += first_face; });
+        model.bodies.Add(body);
+    }
+    for (int f = first_face; f < model.polys.GetSize(); ++f) {
+        model.polys[f].find_side(model.lines);
+    }
+    for (int f = first_face; f < model.polys.GetSize(); ++f) {
+        model.polys[f].line_to_vert(model.lines);
+        model.polys[f].vert_to_line(model.lines);
+    }
+    for (int b = first_body; b < model.bodies.GetSize(); ++b) {
+        orient(model, model.bodies[b]);
+    }
+    comput_mode_aux_parm_plainly(model);
+    model.model_wrap_cuboid();
+    model.rotate_model();
+    model.mode_ok = 1;
+    found_top_rel_plainly(model);
+}
+
 void get_section_plainly(TMOD3D& model, const double* n, TMOD2D& out) {
     Ints vertex_of;
     for (const LINE3D& line : model.lines) {

@@ -9,6 +9,7 @@ namespace korvel::test {
 
 void comput_mode_aux_parm_plainly(TMOD3D& model);
 void found_top_rel_plainly(TMOD3D& model);
+void add_model_plainly(TMOD3D& model, const TMOD3D& added);
 void get_section_plainly(TMOD3D& model, const double* n, TMOD2D& out);
 bool legal_body_rel_side_plainly(TMOD3D& model);
 bool trace_section_poly_plainly(TMOD3D& model, int body, int face, int edge, CArray<int>& loop);

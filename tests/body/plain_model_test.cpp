@@ -125,6 +125,7 @@ void disturb(TMOD3D& model, Dice& dice) {
         body.body_flags = dice(0, 127);
         body.hue = dice(0, 360);
         body.saturation = dice(0, 8) / 8.0;
+        body.lightness = dice(0, 8) / 8.0;
     }
     for (int k = dice.one_in(2) || last_vert < 0 ? 0 : dice(1, 9); k > 0; --k) {
         LINE3D line;
@@ -259,6 +260,24 @@ TEST(PlainModel, ReadingAgrees) {
         plain.rotate_model();
         plain.mode_ok = 1;
         found_top_rel_plainly(plain);
+        ASSERT_PRED_FORMAT2(same_state, model, plain);
+    }
+}
+
+/// Added bodies are oriented on their own before all are: on surfaces that cannot be oriented, the
+/// second time begins where the first has ended.
+TEST(PlainModel, MergingAgrees) {
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        SCOPED_TRACE(seed);
+        Dice dice(seed);
+        TMOD3D model = random_model(dice, false);
+        for (POLY3D& face : model.polys) {
+            face.find_side(model.lines);
+        }
+        TMOD3D added = random_model(dice, false);
+        TMOD3D plain = model;
+        model.add_model(added);
+        add_model_plainly(plain, added);
         ASSERT_PRED_FORMAT2(same_state, model, plain);
     }
 }

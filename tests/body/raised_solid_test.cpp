@@ -62,8 +62,8 @@ TEST_F(RaisedSolid, TwoTriangularPrisms) {
         ends += text_of("%g", line.start_vert, line.end_vert);
     }
     EXPECT_EQ(ends, "0 1 1 2 2 0 3 4 4 5 5 3 0 3 3 2 5 2 1 4 4 0 5 1 ");
-    EXPECT_EQ(text_of("%g", model.polys[0].lines), "( 2 1 0 ) "); // after the corners were turned
-    for (const auto& [from, to] : {std::pair(7, 6), {6, 7}}) {    // beforehand, of the next prism
+    EXPECT_EQ(ints(model.polys[0].lines), (Ints{2, 1, 0}));    // after the corners were turned
+    for (const auto& [from, to] : {std::pair(7, 6), {6, 7}}) { // beforehand, of the next prism
         LINE3D line;
         line.set_line_point(from, to);
         model.lines.Add(line);
@@ -71,10 +71,15 @@ TEST_F(RaisedSolid, TwoTriangularPrisms) {
     model.create3dmode(d);
     EXPECT_EQ(model.lines[12].faces.GetSize(), 0); // the last of both is used
     EXPECT_EQ(model.lines[13].faces.GetSize(), 2);
-    EXPECT_EQ(text_of("%g", model.verts.GetSize(), model.polys.GetSize(), model.lines.GetSize(),
-                      model.mode_ok, model.bodies[1].polys, model.bodies[0].volume,
-                      model.bodies[1].volume, model.bodies[1].model_min, model.wrap_cuboid[5]),
-              "12 16 25 1 ( 8 9 10 11 12 13 14 15 ) 15 15 ( 0 0 -1 ) 1.5 ");
+    EXPECT_EQ(model.verts.GetSize(), 12);
+    EXPECT_EQ(model.polys.GetSize(), 16);
+    EXPECT_EQ(model.lines.GetSize(), 25);
+    EXPECT_EQ(model.mode_ok, 1);
+    EXPECT_EQ(ints(model.bodies[1].polys), (Ints{8, 9, 10, 11, 12, 13, 14, 15}));
+    EXPECT_DOUBLE_EQ(model.bodies[0].volume, 15);
+    EXPECT_DOUBLE_EQ(model.bodies[1].volume, 15);
+    EXPECT_EQ(point(model.bodies[1].model_min), (Point{0, 0, -1}));
+    EXPECT_EQ(model.wrap_cuboid[5], 1.5);
     EXPECT_EQ(notices, "pol = 1 6\npol = 1 6\n");
 }
 
@@ -100,18 +105,21 @@ TEST_F(RaisedSolid, RegionWithHole) {
 TEST_F(RaisedSolid, WallsThatDoNotFitThePoints) {
     lift({{0, 0}, {4, 0}, {0, 3}, {9, 9}}, {{0, 1, 2}}, 0, 1);
     model.create3dmode(d); // a point on no ring: two faces are left over
-    EXPECT_EQ(text_of("%g", model.polys.GetSize(), model.bodies[0].polys.GetSize(),
-                      model.polys[9].verts, model.polys[9].lines, model.bodies[0].volume),
-              "10 10 ( ) ( ) 6 ");
+    EXPECT_EQ(model.polys.GetSize(), 10);
+    EXPECT_EQ(model.bodies[0].polys.GetSize(), 10);
+    EXPECT_EQ(model.polys[9].verts.GetSize(), 0);
+    EXPECT_EQ(model.polys[9].lines.GetSize(), 0);
+    EXPECT_DOUBLE_EQ(model.bodies[0].volume, 6);
     d.ring_list.SetSize(4);
     set_ints(d.ring_list[1].pts, {0, 1});
     set_ints(d.ring_list[2].pts, {0, 1, 3});
     set_ints(d.ring_list[3].pts, {0, 3, 2});
     d.prism_pts.SetSize(9); // the odd one has no twin
     model.create3dmode(d);  // points on three rings: nine walls are not in the body
-    EXPECT_EQ(text_of("%g", model.polys.GetSize(), model.bodies[1].polys.GetSize(),
-                      model.polys[29].verts.GetSize(), model.polys[29].bodies),
-              "30 11 3 ( ) ");
+    EXPECT_EQ(model.polys.GetSize(), 30);
+    EXPECT_EQ(model.bodies[1].polys.GetSize(), 11);
+    EXPECT_EQ(model.polys[29].verts.GetSize(), 3);
+    EXPECT_EQ(model.polys[29].bodies.GetSize(), 0);
     EXPECT_TRUE(model.polys[11].is_composed_vert(8 + 4));
     constexpr int most = 2147483647;
     for (const int garbage : {-1, 8, most, -most - 1, most - 4}) {
