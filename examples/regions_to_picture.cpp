@@ -47,9 +47,9 @@ int main(int argc, char** argv) try {
     builder.GetSelectRegion(chosen);
     std::printf("%d curves, %d regions\n", counts.GetSize(), map.region_list.GetSize());
     if (chosen.region_list.IsEmpty()) {
-        throw std::runtime_error(std::string(argv[3]) + ": no region holds this point");
+        throw std::runtime_error(std::string(argv[3]) + ": no region contains this point");
     }
-    map.creat_top_rel(); // the sides tell which regions touch and need different colours
+    map.creat_top_rel(); // regions that share a side need different colours
     colour_regions(map);
     for (int i = 0; i < map.region_list.GetSize(); ++i) {
         CCPloy2DRg::PyToRg& region = map.region_list[i];
@@ -61,7 +61,7 @@ int main(int argc, char** argv) try {
         }
     }
 
-    Box box = box_of_regions(chosen);
+    Rectangle box = box_of_regions(chosen);
     const double width = box.right - box.left;
     const double height = box.bottom - box.top;
     box = {box.left - width, box.top - height, box.right + width, box.bottom + height};
@@ -72,7 +72,7 @@ int main(int argc, char** argv) try {
     canvas.SelectObject(&outline);
     map.Draw_Regon(fit.ox, fit.oy, fit.x0, fit.y0, fit.sx, fit.sy, fit.scale, &canvas);
     canvas.finish();
-    out.replace(); // nothing stands under the name before the picture is complete
+    out.replace(); // the name appears once the picture is complete
 } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 1;

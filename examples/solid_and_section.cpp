@@ -10,7 +10,7 @@
 
 using namespace korvel::kit;
 
-/// Adds a ring to the set's one region. Of every four corners two stand out by `tooth`.
+/// Adds a ring to the set's one region. Of every four corners two are moved outward by `tooth`.
 static void add_ring(PLYDT& set, double radius, double tooth) {
     constexpr int corners = 96;
     RING ring;
@@ -70,7 +70,7 @@ int main(int argc, char** argv) try {
     section.draw_filled_model(0, 1, fit.ox, fit.oy, fit.x0, fit.y0, fit.sx, fit.sy, fit.scale,
                               &canvas);
     canvas.finish();
-    file.replace(); // nothing stands under a name before it is complete
+    file.replace(); // the name appears once the file is complete
     picture.replace();
 } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "kit/pictures/model_picture.h"
-#include "kit/pictures/screen.h"
+#include "kit/pictures/offscreen_renderer.h"
 #include "korvel/module/korvel.h"
 
 using namespace korvel::kit;
@@ -38,7 +38,7 @@ int main(int argc, char** argv) try {
     const PictureSize size = {800, 800};
     const ViewFrame frame = whole_view(ball, false, size);
     OutputFile out(argv[1]);
-    Screen screen(size);
+    OffscreenRenderer screen(size);
     screen.begin(frame);
     ball.gl_draw_mbody();
     ball.gl_draw_body_outlook(); // the edges
@@ -47,7 +47,7 @@ int main(int argc, char** argv) try {
     glDepthFunc(GL_LEQUAL);
     draw_pick(ball, *hit, frame);
     screen.write_png(out);
-    out.replace(); // nothing stands under the name before the picture is complete
+    out.replace(); // the name appears once the picture is complete
 } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 1;

@@ -10,7 +10,7 @@
 #include "kit/base/errors.h"
 #include "kit/files/text_file.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 template <class Number>
@@ -45,11 +45,11 @@ RealPoint parse_real_point(const std::string& option, const std::string& text) {
     return point;
 }
 
-PictureSize parse_picture_size(const std::string& option, const std::string& text) {
+kit::PictureSize parse_picture_size(const std::string& option, const std::string& text) {
     constexpr int smallest = 16;
     constexpr int largest = 20000;
     const auto fits = [](int length) { return length >= smallest && length <= largest; };
-    PictureSize size;
+    kit::PictureSize size;
     if (!parse_pair(text, 'x', size.width, size.height) || !fits(size.width) ||
         !fits(size.height)) {
         refuse(option, text, "a size WxH of 16 to 20000 pixels each");
@@ -57,9 +57,9 @@ PictureSize parse_picture_size(const std::string& option, const std::string& tex
     return size;
 }
 
-Box parse_box(const std::string& option, const std::string& text) {
+kit::Rectangle parse_box(const std::string& option, const std::string& text) {
     const std::size_t middle = text.find(',', text.find(',') + 1);
-    Box box;
+    kit::Rectangle box;
     if (middle != std::string::npos) {
         for (const std::string& corner : {text.substr(0, middle), text.substr(middle + 1)}) {
             const RealPoint point = parse_real_point(option, corner);
@@ -98,19 +98,19 @@ std::vector<double> parse_reals(const std::string& option, const std::string& te
 }
 
 void refuse(const std::string& option, const std::string& text, const std::string& expected) {
-    throw InputError("korvel: " + option + ": " + shown(text) + " is not " + expected);
+    throw kit::InputError("korvel: " + option + ": " + kit::quoted(text) + " is not " + expected);
 }
 
 void check_stretch(double factor) {
     if (!(factor >= 1e-6 && factor <= 1e6)) {
-        refuse("--stretch", shortest(factor), "a factor from 0.000001 to 1000000");
+        refuse("--stretch", kit::shortest_digits(factor), "a factor from 0.000001 to 1000000");
     }
 }
 
 void check_tolerance(double tolerance) {
     if (!std::isfinite(tolerance) || tolerance < 0) {
-        refuse("--tolerance", shortest(tolerance), "a distance of 0 or more");
+        refuse("--tolerance", kit::shortest_digits(tolerance), "a distance of 0 or more");
     }
 }
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "kit/maps/region_sets.h"
+#include "kit/base/rectangle.h"
 #include "kit/pictures/picture_canvas.h"
 #include "korvel/module/korvel.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
 /// A point of real coordinates as a user gave it.
 struct RealPoint {
@@ -25,13 +25,13 @@ tagPOINT parse_lattice_point(const std::string& option, const std::string& text)
 RealPoint parse_real_point(const std::string& option, const std::string& text);
 
 /// WxH in pixels, each from 16 to 20000.
-PictureSize parse_picture_size(const std::string& option, const std::string& text);
+kit::PictureSize parse_picture_size(const std::string& option, const std::string& text);
 
 /// X,Y,X,Y in finite numbers: two opposite corners that differ in x and y.
-Box parse_box(const std::string& option, const std::string& text);
+kit::Rectangle parse_box(const std::string& option, const std::string& text);
 
 /// As many finite numbers, separated by commas, as `form` has commas and one: "LO,HI". Those in
-/// brackets may be left out: "DX,DY[,DZ]". `form` says in the message what belongs here.
+/// brackets may be left out: "DX,DY[,DZ]". `form` is the expected form in the message.
 std::vector<double> parse_reals(const std::string& option, const std::string& text,
                                 const std::string& form);
 
@@ -45,4 +45,4 @@ void check_stretch(double factor);
 /// Throws unless the tolerance is finite and not negative.
 void check_tolerance(double tolerance);
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -1,16 +1,15 @@
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/command.h"
-#include "apps/command/report.h"
+#include "apps/command/messages.h"
 #include "kit/base/errors.h"
 #include "kit/files/file_kind.h"
-#include "kit/files/findings.h"
+#include "kit/solids/file_check.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class CheckCommand {
@@ -19,71 +18,68 @@ public:
     void run() const;
 
 private:
-    FileKind kind(const TextFile& file) const;
+    kit::FileKind kind(const kit::TextFile& file) const;
 
     std::string input_;
     std::string kind_;
 };
 
+void CheckCommand::run() const {
+    const kit::TextFile file(input_);
+    const kit::FileKind kind = this->kind(file);
+    const kit::Findings findings = kit::check_file(file, kind);
+    for (const kit::Finding& problem : findings.problems) {
+        std::printf("%s:%d: %s\n", input_.c_str(), problem.line, problem.message.c_str());
+    }
+    for (const kit::Finding& note : findings.notes) {
+        std::printf("%s:%d: note: %s\n", input_.c_str(), note.line, note.message.c_str());
+    }
+    const int problems = static_cast<int>(findings.problems.size());
+    if (problems > 0) {
+        std::fflush(stdout);
+        throw kit::InputError(input_ + ": " + kit::kind_name(kind) + " with " +
+                              counted(problems, "problem"));
+    }
+    std::printf("%s: %s, nothing wrong\n", input_.c_str(), kit::kind_name(kind));
+}
+
 } // namespace
 
 void add_check_command(CLI::App& program) {
-    CLI::App* command =
-        program.add_subcommand("check", "Tell everything that is wrong with a file");
-    command->group("Commands");
-    const auto self = std::make_shared<CheckCommand>(*command);
-    command->callback([self] { self->run(); });
+    add_command<CheckCommand>(program, "check", "Report everything that is wrong with a file");
 }
 
 namespace {
 
 CheckCommand::CheckCommand(CLI::App& command) {
     std::vector<std::string> words;
-    for (const FileKind kind : file_kinds()) {
-        words.emplace_back(kind_word(kind));
+    for (const kit::FileKind kind : kit::file_kinds()) {
+        words.emplace_back(kit::kind_word(kind));
     }
     command.add_option("FILE", input_, "Any file that korvel reads or writes")
         ->required()
         ->type_name("FILE");
     command
         .add_option("--kind", kind_,
-                    "What the file is meant to be: curves, regions, model,\n"
-                    "section, written-section or triangles; found out if not given")
+                    "The expected kind: curves, regions, model,\n"
+                    "section, written-section or triangles; detected if not given")
         ->type_name("KIND")
         ->check(CLI::IsMember(words).description(""));
-    command.footer("One line for each problem, with file, line and value; notes are no problems.\n"
+    command.footer("One line for each problem, with file, line and value; notes are not problems.\n"
                    "Exit status: 0 nothing wrong, 2 something wrong.\n"
                    "\n"
                    "Example:\n"
                    "  korvel check states.model");
 }
 
-void CheckCommand::run() const {
-    const TextFile file(input_);
-    const FileKind kind = this->kind(file);
-    const Findings findings = check_file(file, kind);
-    for (const Finding& problem : findings.problems) {
-        std::printf("%s:%d: %s\n", input_.c_str(), problem.line, problem.message.c_str());
-    }
-    for (const Finding& note : findings.notes) {
-        std::printf("%s:%d: note: %s\n", input_.c_str(), note.line, note.message.c_str());
-    }
-    const int problems = static_cast<int>(findings.problems.size());
-    if (problems > 0) {
-        std::fflush(stdout);
-        throw InputError(input_ + ": " + kind_name(kind) + " with " + counted(problems, "problem"));
-    }
-    std::printf("%s: %s, nothing wrong\n", input_.c_str(), kind_name(kind));
-}
-
-FileKind CheckCommand::kind(const TextFile& file) const {
-    for (const FileKind kind : file_kinds()) {
-        if (kind_ == kind_word(kind)) {
+kit::FileKind CheckCommand::kind(const kit::TextFile& file) const {
+    for (const kit::FileKind kind : kit::file_kinds()) {
+        if (kind_ == kit::kind_word(kind)) {
             return kind;
         }
     }
-    return kind_of(file);
+    return kit::kind_of(file);
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -2,10 +2,20 @@
 
 #include <CLI/CLI.hpp>
 
-namespace korvel::kit {
+#include <memory>
 
-// Each adds one command to the program: its arguments, its help and what it does when it was
-// called.
+namespace korvel::command {
+
+/// Adds a command to the program. The constructor of `Command` adds the options, and `run` is
+/// called once they are parsed.
+template <class Command>
+void add_command(CLI::App& program, const char* name, const char* purpose) {
+    CLI::App* const command = program.add_subcommand(name, purpose);
+    command->group("Commands");
+    const auto self = std::make_shared<Command>(*command);
+    command->callback([self] { self->run(); });
+}
+
 void add_regions_command(CLI::App& program);
 void add_triangles_command(CLI::App& program);
 void add_locate_command(CLI::App& program);
@@ -20,4 +30,4 @@ void add_move_command(CLI::App& program);
 void add_info_command(CLI::App& program);
 void add_check_command(CLI::App& program);
 
-} // namespace korvel::kit
+} // namespace korvel::command

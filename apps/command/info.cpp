@@ -1,20 +1,21 @@
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/command.h"
-#include "apps/command/loaded_model.h"
-#include "apps/command/report.h"
+#include "apps/command/messages.h"
+#include "apps/command/model_input.h"
+#include "kit/base/areas.h"
 #include "kit/base/errors.h"
+#include "kit/base/rectangle.h"
 #include "kit/files/file_kind.h"
 #include "kit/files/model_file.h"
 #include "kit/files/region_file.h"
 #include "kit/maps/region_sets.h"
 #include "kit/solids/surface.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class InfoCommand {
@@ -26,21 +27,45 @@ private:
     std::string input_;
 };
 
-void tell_curves(const CurveNetwork& curves);
-void tell_regions(const CCPloy2DRg& set);
-void tell_triangles(const PLYDT& set, std::size_t regions);
-void tell_section(const TMOD2D& section);
-void tell_model(const TextFile& file);
-void tell_body(const TMOD3D& model, int index, const Surface& surface);
-void tell_bounds(const Box& box);
+void print_curves(const kit::CurveNetwork& curves);
+void print_regions(const CCPloy2DRg& set);
+void print_triangles(const PLYDT& set, std::size_t regions);
+void print_section(const TMOD2D& section);
+void print_model(const kit::TextFile& file);
+void print_body(const TMOD3D& model, int index, const kit::Surface& surface);
+void print_bounds(const kit::Rectangle& box);
+
+void InfoCommand::run() const {
+    const kit::TextFile file(input_);
+    const kit::FileKind kind = kit::kind_of(file);
+    kit::FileContents contents;
+    kit::WordReader words(file);
+    kit::read_as(kind, words, contents);
+    std::printf("%s: %s\n", input_.c_str(), kit::kind_name(kind));
+    switch (kind) {
+    case kit::FileKind::curves:
+        print_curves(contents.curves);
+        break;
+    case kit::FileKind::regions:
+        print_regions(contents.regions);
+        break;
+    case kit::FileKind::model:
+        print_model(file);
+        break;
+    case kit::FileKind::section:
+    case kit::FileKind::written_section:
+        print_section(contents.section);
+        break;
+    case kit::FileKind::triangles:
+        print_triangles(contents.triangles, contents.lines.wholes.size());
+        break;
+    }
+}
 
 } // namespace
 
 void add_info_command(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("info", "Tell what a file is and what it holds");
-    command->group("Commands");
-    const auto self = std::make_shared<InfoCommand>(*command);
-    command->callback([self] { self->run(); });
+    add_command<InfoCommand>(program, "info", "Describe a file and its contents");
 }
 
 namespace {
@@ -49,44 +74,17 @@ InfoCommand::InfoCommand(CLI::App& command) {
     command.add_option("FILE", input_, "Any file that korvel reads or writes")
         ->required()
         ->type_name("FILE");
-    command.footer("Of a model it tells for each body its faces, edges and vertices, its Euler\n"
-                   "characteristic (vertices - edges + faces: 2 for a ball, 0 for a ring), its\n"
-                   "volume and colour, whether it is closed, and the bodies that share a face\n"
-                   "with it.\n"
+    command.footer("For each body of a model it lists the faces, edges and vertices, the Euler\n"
+                   "characteristic (vertices - edges + faces: 2 for a ball, 0 for a ring), the\n"
+                   "volume and colour, whether the body is closed, and the bodies that share a\n"
+                   "face with it.\n"
                    "\n"
                    "Example:\n"
                    "  korvel info states.model");
 }
 
-void InfoCommand::run() const {
-    const TextFile file(input_);
-    const FileKind kind = kind_of(file);
-    FileContents contents;
-    WordReader words(file);
-    read_as(kind, words, contents);
-    std::printf("%s: %s\n", input_.c_str(), kind_name(kind));
-    switch (kind) {
-    case FileKind::curves:
-        tell_curves(contents.curves);
-        break;
-    case FileKind::regions:
-        tell_regions(contents.regions);
-        break;
-    case FileKind::model:
-        tell_model(file);
-        break;
-    case FileKind::section:
-    case FileKind::written_section:
-        tell_section(contents.section);
-        break;
-    case FileKind::triangles:
-        tell_triangles(contents.triangles, contents.lines.wholes.size());
-        break;
-    }
-}
-
-void tell_curves(const CurveNetwork& curves) {
-    Box box;
+void print_curves(const kit::CurveNetwork& curves) {
+    kit::Rectangle box;
     int closed = 0;
     int next = 0;
     for (const int count : curves.counts) {
@@ -102,36 +100,36 @@ void tell_curves(const CurveNetwork& curves) {
     }
     std::printf("%s, %d of them closed, %s\n", counted(curves.counts.GetSize(), "curve").c_str(),
                 closed, counted(curves.pts.GetSize(), "point").c_str());
-    tell_bounds(box);
+    print_bounds(box);
 }
 
-void tell_regions(const CCPloy2DRg& set) {
+void print_regions(const CCPloy2DRg& set) {
     int holes = 0;
     double area = 0;
-    const bool lattice = are_lattice_points(set.pt_list);
+    const bool lattice = kit::are_lattice_points(set.pt_list);
     for (const CCPloy2DRg::PyToRg& region : set.region_list) {
         holes += std::max(region.rings.GetSize() - 1, 0);
-        area += region_area(set, region, lattice);
+        area += kit::region_area(set, region, lattice);
     }
     std::printf("%s with %s, %s, %s, area %s\n",
                 counted(set.region_list.GetSize(), "region").c_str(),
                 counted(holes, "hole").c_str(), counted(set.ring_list.GetSize(), "ring").c_str(),
                 counted(set.pt_list.GetSize(), "point").c_str(), number_text(area).c_str());
-    tell_bounds(box_of_regions(set));
+    print_bounds(kit::box_of_regions(set));
 }
 
-void tell_triangles(const PLYDT& set, std::size_t regions) {
-    Box box;
+void print_triangles(const PLYDT& set, std::size_t regions) {
+    kit::Rectangle box;
     for (const VERT2D& point : set.pt_list) {
         box.take_in(point.x, point.y);
     }
     std::printf("%s of %s, %s\n", counted(set.trg_list.GetSize(), "triangle").c_str(),
                 counted(static_cast<int>(regions), "region").c_str(),
                 counted(set.pt_list.GetSize(), "point").c_str());
-    tell_bounds(box);
+    print_bounds(box);
 }
 
-void tell_section(const TMOD2D& section) {
+void print_section(const TMOD2D& section) {
     std::printf("%s, %s, %s\n", counted(section.verts.GetSize(), "vertex", "vertices").c_str(),
                 counted(section.polys.GetSize(), "face").c_str(),
                 counted(section.groups.GetSize(), "group").c_str());
@@ -149,25 +147,25 @@ void tell_section(const TMOD2D& section) {
     std::printf("bounds %s\n", bounds_text(pairs, 3).c_str());
 }
 
-void tell_model(const TextFile& file) {
+void print_model(const kit::TextFile& file) {
     TMOD3D model;
-    if (const auto note = read_model(file, model)) {
+    if (const auto note = kit::read_model(file, model)) {
         warn(*note);
     }
-    const std::vector<Surface> all = surfaces(model);
-    const auto open = std::count_if(all.begin(), all.end(),
-                                    [](const Surface& surface) { return !surface.is_closed(); });
+    const std::vector<kit::Surface> all = kit::surfaces(model);
+    const auto open = std::count_if(
+        all.begin(), all.end(), [](const kit::Surface& surface) { return !surface.is_closed(); });
     std::printf("%s, %d of them open, %s\n",
                 counted(model.bodies.GetSize(), "body", "bodies").c_str(), static_cast<int>(open),
-                figures_text(model).c_str());
+                model_figures(model).c_str());
     std::printf("bounds %s\n", bounds_text(model.wrap_cuboid, 3).c_str());
     std::printf("  body   faces   edges  vertices  Euler              volume  colour   state\n");
     for (int body = 0; body < model.bodies.GetSize(); ++body) {
-        tell_body(model, body, all[body]);
+        print_body(model, body, all[body]);
     }
 }
 
-void tell_body(const TMOD3D& model, int index, const Surface& surface) {
+void print_body(const TMOD3D& model, int index, const kit::Surface& surface) {
     const BODY3D& body = model.bodies[index];
     unsigned char red = 0;
     unsigned char green = 0;
@@ -176,7 +174,7 @@ void tell_body(const TMOD3D& model, int index, const Surface& surface) {
                          static_cast<float>(body.saturation), red, green, blue);
     std::printf("%6d %7d %7d %9d %6d %19s  #%02x%02x%02x  %s", index, surface.faces, surface.edges,
                 surface.vertices, surface.euler_characteristic(), number_text(body.volume).c_str(),
-                red, green, blue, state_text(surface).c_str());
+                red, green, blue, kit::state_text(surface).c_str());
     const char* separator = ", shares faces with ";
     for (const int neighbour : body.neighbour_bodies) {
         std::printf("%s%d", separator, neighbour);
@@ -185,7 +183,7 @@ void tell_body(const TMOD3D& model, int index, const Surface& surface) {
     std::printf("\n");
 }
 
-void tell_bounds(const Box& box) {
+void print_bounds(const kit::Rectangle& box) {
     if (!box.is_empty()) {
         const double pairs[] = {box.left, box.right, box.top, box.bottom};
         std::printf("bounds %s\n", bounds_text(pairs, 2).c_str());
@@ -193,4 +191,4 @@ void tell_bounds(const Box& box) {
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -1,16 +1,15 @@
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
-#include "apps/command/loaded_model.h"
-#include "apps/command/report.h"
+#include "apps/command/messages.h"
+#include "apps/command/model_input.h"
 #include "kit/solids/inside.h"
 #include "kit/solids/surface.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class InsideCommand {
@@ -25,29 +24,6 @@ private:
 
 void warn_of_open_bodies(const std::string& file, const TMOD3D& model);
 
-} // namespace
-
-void add_inside_command(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("inside", "Tell which body holds a point");
-    command->group("Commands");
-    const auto self = std::make_shared<InsideCommand>(*command);
-    command->callback([self] { self->run(); });
-}
-
-namespace {
-
-InsideCommand::InsideCommand(CLI::App& command) {
-    command.add_option("MODEL", input_, "Body model file")->required()->type_name("FILE");
-    command.add_option("POINTS", points_, "Points to look up")->required()->type_name("X,Y,Z");
-    command.footer(
-        "One line for each point: the point and the number of the first body that holds\n"
-        "it, or 'none'. A point on a surface may be given to either side. What an open\n"
-        "body holds is not certain; a warning names such bodies.\n"
-        "\n"
-        "Example:\n"
-        "  korvel inside states.model 20000,-60000,1500 0,0,0");
-}
-
 void InsideCommand::run() const {
     std::vector<std::vector<double>> points;
     for (const std::string& text : points_) {
@@ -57,21 +33,40 @@ void InsideCommand::run() const {
     load_model(input_, model);
     warn_of_open_bodies(input_, model);
     for (std::size_t i = 0; i < points.size(); ++i) {
-        const int body = body_at(model, points[i].data());
+        const int body = kit::body_at(model, points[i].data());
         const std::string answer = body >= 0 ? std::to_string(body) : "none";
         std::printf("%s %s\n", points_[i].c_str(), answer.c_str());
     }
 }
 
+} // namespace
+
+void add_inside_command(CLI::App& program) {
+    add_command<InsideCommand>(program, "inside", "Find the body that contains a point");
+}
+
+namespace {
+
+InsideCommand::InsideCommand(CLI::App& command) {
+    command.add_option("MODEL", input_, "Body model file")->required()->type_name("FILE");
+    command.add_option("POINTS", points_, "Points to look up")->required()->type_name("X,Y,Z");
+    command.footer("One line for each point: the point and the number of the first body that\n"
+                   "contains it, or 'none'. A point on a surface may count as either side. The\n"
+                   "answers for an open body are uncertain; a warning names such bodies.\n"
+                   "\n"
+                   "Example:\n"
+                   "  korvel inside states.model 20000,-60000,1500 0,0,0");
+}
+
 void warn_of_open_bodies(const std::string& file, const TMOD3D& model) {
-    const std::vector<Surface> all = surfaces(model);
+    const std::vector<kit::Surface> all = kit::surfaces(model);
     for (std::size_t body = 0; body < all.size(); ++body) {
         if (all[body].open_edges > 0) {
-            warn(file + ": body " + std::to_string(body) + " is " + state_text(all[body]) +
-                 ", what it holds is not certain");
+            warn(file + ": body " + std::to_string(body) + " is " + kit::state_text(all[body]) +
+                 ", the answers for it are uncertain");
         }
     }
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -1,15 +1,14 @@
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
-#include "apps/command/report.h"
+#include "apps/command/messages.h"
 #include "kit/base/errors.h"
 #include "kit/files/region_file.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class LocateCommand {
@@ -22,37 +21,14 @@ private:
     std::vector<std::string> points_;
 };
 
-} // namespace
-
-void add_locate_command(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("locate", "Tell which region holds a point");
-    command->group("Commands");
-    const auto self = std::make_shared<LocateCommand>(*command);
-    command->callback([self] { self->run(); });
-}
-
-namespace {
-
-LocateCommand::LocateCommand(CLI::App& command) {
-    command.add_option("REGIONS", input_, "Polygon-region file")->required()->type_name("FILE");
-    command.add_option("POINTS", points_, "Points to look up")->required()->type_name("X,Y");
-    command.footer(
-        "One line for each point: the point and the index of the first region that holds\n"
-        "it, or 'none'. Holes do not belong to a region, but a hole that is a region of\n"
-        "its own is found.\n"
-        "\n"
-        "Example:\n"
-        "  korvel locate states.regions 20000,-60000 0,0");
-}
-
 void LocateCommand::run() const {
     std::vector<RealPoint> points;
     for (const std::string& text : points_) {
         points.push_back(parse_real_point("POINTS", text));
     }
     CCPloy2DRg regions;
-    const TextFile file(input_);
-    if (const auto note = read_regions(file, regions)) {
+    const kit::TextFile file(input_);
+    if (const auto note = kit::read_regions(file, regions)) {
         warn(*note);
     }
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -64,4 +40,24 @@ void LocateCommand::run() const {
 }
 
 } // namespace
-} // namespace korvel::kit
+
+void add_locate_command(CLI::App& program) {
+    add_command<LocateCommand>(program, "locate", "Find the region that contains a point");
+}
+
+namespace {
+
+LocateCommand::LocateCommand(CLI::App& command) {
+    command.add_option("REGIONS", input_, "Polygon-region file")->required()->type_name("FILE");
+    command.add_option("POINTS", points_, "Points to look up")->required()->type_name("X,Y");
+    command.footer(
+        "One line for each point: the point and the index of the first region that\n"
+        "contains it, or 'none'. Holes do not belong to a region, but a hole that is a region of\n"
+        "its own is found.\n"
+        "\n"
+        "Example:\n"
+        "  korvel locate states.regions 20000,-60000 0,0");
+}
+
+} // namespace
+} // namespace korvel::command

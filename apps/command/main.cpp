@@ -44,11 +44,11 @@ namespace {
 
 ExitStatus run(int argc, char** argv) {
     CLI::App program;
-    korvel::kit::build_program(program);
+    korvel::command::build_program(program);
 
     ExitStatus status = success;
     try {
-        program.parse(korvel::kit::arguments(argc, argv));
+        program.parse(korvel::command::arguments(argc, argv));
         if (program.get_subcommands().empty()) {
             throw CLI::RequiredError("A command");
         }
@@ -69,7 +69,7 @@ void finish_standard_output() {
 
 } // namespace
 
-void korvel::kit::build_program(CLI::App& program) {
+void korvel::command::build_program(CLI::App& program) {
     program.description(
         "Closed regions from networks of curves, their triangles, solids raised from them, and "
         "sections of solids.");
@@ -78,35 +78,35 @@ void korvel::kit::build_program(CLI::App& program) {
     program.require_subcommand(0, 1);
     program.get_formatter()->label("SUBCOMMAND", "COMMAND");
     program.footer(
-        "'korvel COMMAND --help' tells the options of a command.\n"
+        "'korvel COMMAND --help' lists the options of a command.\n"
         "Exit status: 0 done, 1 an output cannot be written, 2 wrong arguments or input.\n"
         "\n"
         "Examples:\n"
         "  korvel regions data/us-states.curves -o states.regions --picture states.png\n"
         "  korvel solid data/us-states.curves --levels 0,3000 -o states.model\n"
         "  korvel section states.model --x -60000 --picture section.png");
-    korvel::kit::add_regions_command(program);
-    korvel::kit::add_triangles_command(program);
-    korvel::kit::add_locate_command(program);
-    korvel::kit::add_solid_command(program);
-    korvel::kit::add_starter_command(program);
-    korvel::kit::add_section_command(program);
-    korvel::kit::add_view_command(program);
-    korvel::kit::add_merge_command(program);
-    korvel::kit::add_clean_command(program);
-    korvel::kit::add_inside_command(program);
-    korvel::kit::add_move_command(program);
-    korvel::kit::add_info_command(program);
-    korvel::kit::add_check_command(program);
+    korvel::command::add_regions_command(program);
+    korvel::command::add_triangles_command(program);
+    korvel::command::add_locate_command(program);
+    korvel::command::add_solid_command(program);
+    korvel::command::add_starter_command(program);
+    korvel::command::add_section_command(program);
+    korvel::command::add_view_command(program);
+    korvel::command::add_merge_command(program);
+    korvel::command::add_clean_command(program);
+    korvel::command::add_inside_command(program);
+    korvel::command::add_move_command(program);
+    korvel::command::add_info_command(program);
+    korvel::command::add_check_command(program);
 }
 
-std::vector<std::string> korvel::kit::arguments(int argc, char** argv) {
+std::vector<std::string> korvel::command::arguments(int argc, char** argv) {
     std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
     for (std::size_t i = 0; i < words.size(); ++i) {
         std::string& word = words[i];
         // An empty word would name the parser's groups of options, in which it loses its way.
         if (word.empty()) {
-            throw InputError("korvel: argument " + std::to_string(i + 1) + " is empty");
+            throw kit::InputError("korvel: argument " + std::to_string(i + 1) + " is empty");
         }
         // The parser knows -1,2 for a value but takes -.5,2 for an option.
         const bool lacks_zero = word.size() > 2 && word[0] == '-' && word[1] == '.' &&

@@ -2,7 +2,7 @@
 
 #include "apps/command/arguments.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
 void MapView::add_options(CLI::App& command) {
     command.add_option("--view", view_, "Two opposite corners of what the picture shows")
@@ -21,8 +21,8 @@ void MapView::check() const {
     }
 }
 
-PictureFit MapView::fit(const Box& box, PictureSize size) const {
+kit::PictureFit MapView::fit(const kit::Rectangle& box, kit::PictureSize size) const {
     return {view_.empty() ? box : parse_box("--view", view_), size, stretch_};
 }
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -4,10 +4,10 @@
 
 #include <string>
 
-#include "kit/maps/region_sets.h"
+#include "kit/base/rectangle.h"
 #include "kit/pictures/picture_fit.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
 /// Which part of a map a picture shows, and how: `--view X,Y,X,Y` and `--stretch F`.
 class MapView {
@@ -18,11 +18,11 @@ public:
     void check() const;
 
     /// Shows `box` unless the user asked for another view.
-    PictureFit fit(const Box& box, PictureSize size) const;
+    kit::PictureFit fit(const kit::Rectangle& box, kit::PictureSize size) const;
 
 private:
     std::string view_;
     double stretch_ = 1;
 };
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -1,15 +1,14 @@
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/command.h"
-#include "apps/command/loaded_model.h"
+#include "apps/command/messages.h"
+#include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "apps/command/report.h"
 #include "kit/solids/join.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class MergeCommand {
@@ -22,15 +21,28 @@ private:
     Outputs outputs_;
 };
 
-void tell(const std::string& name, const TMOD3D& model);
+void print_figures(const std::string& name, const TMOD3D& model);
+
+void MergeCommand::run() const {
+    outputs_.check();
+    // Added one by one they come out the same, but each time everything is derived anew.
+    TMOD3D parts;
+    for (const std::string& input : inputs_) {
+        TMOD3D part;
+        load_model(input, part);
+        print_figures(input, part);
+        kit::append_bodies(part, parts);
+    }
+    TMOD3D whole;
+    whole.add_model(parts);
+    print_figures("together", whole);
+    outputs_.write([&](FILE* out) { whole.write_mode(out); });
+}
 
 } // namespace
 
 void add_merge_command(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("merge", "Put the bodies of models into one model");
-    command->group("Commands");
-    const auto self = std::make_shared<MergeCommand>(*command);
-    command->callback([self] { self->run(); });
+    add_command<MergeCommand>(program, "merge", "Put the bodies of several models into one model");
 }
 
 namespace {
@@ -40,34 +52,18 @@ MergeCommand::MergeCommand(CLI::App& command) {
     outputs_.add_file(command, "Write the model")->required();
     command.footer(
         "Vertices, faces and bodies of the second model are numbered on from those of the\n"
-        "first, and so on. Nothing is joined: bodies that touch or overlap stay what they\n"
-        "are, with vertices of their own. Colours and parameters of the bodies are kept.\n"
+        "first, and so on. Nothing is joined: bodies that touch or overlap keep\n"
+        "their own vertices and faces. Colours and parameters of the bodies are kept.\n"
         "\n"
         "Example:\n"
         "  korvel merge box.model ball.model -o both.model");
 }
 
-void MergeCommand::run() const {
-    outputs_.check();
-    // Added one by one they come out the same, but each time everything is derived anew.
-    TMOD3D parts;
-    for (const std::string& input : inputs_) {
-        TMOD3D part;
-        load_model(input, part);
-        tell(input, part);
-        append_bodies(part, parts);
-    }
-    TMOD3D whole;
-    whole.add_model(parts);
-    tell("together", whole);
-    outputs_.write([&](FILE* out) { whole.write_mode(out); });
-}
-
-void tell(const std::string& name, const TMOD3D& model) {
+void print_figures(const std::string& name, const TMOD3D& model) {
     std::printf("%s: %s, %s\n", name.c_str(),
                 counted(model.bodies.GetSize(), "body", "bodies").c_str(),
-                figures_text(model).c_str());
+                model_figures(model).c_str());
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -3,19 +3,18 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
-#include "apps/command/loaded_model.h"
+#include "apps/command/messages.h"
+#include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "apps/command/report.h"
 #include "kit/base/errors.h"
 #include "kit/solids/moving.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class MoveCommand {
@@ -28,8 +27,8 @@ private:
     void turn();
     void take();
     void check_range() const;
-    void check_passages();
-    std::string passage_text(const Passage& passage) const;
+    void check_collisions();
+    std::string collision_text(const kit::Collision& collision) const;
     void report() const;
 
     static constexpr int most_depth = 1000;
@@ -48,14 +47,25 @@ private:
     TMOD3D model_;
 };
 
+void MoveCommand::run() {
+    read_arguments();
+    outputs_.check();
+    load_model(input_, model_);
+    turn();
+    take();
+    kit::move_selected(model_, shift_);
+    check_range();
+    check_collisions();
+    model_.comput_mode_aux_parm();
+    model_.rotate_model();
+    report();
+    outputs_.write([&](FILE* out) { model_.write_mode(out); });
+}
+
 } // namespace
 
 void add_move_command(CLI::App& program) {
-    CLI::App* command =
-        program.add_subcommand("move", "Move a body, or a vertex with what is around it");
-    command->group("Commands");
-    const auto self = std::make_shared<MoveCommand>(*command);
-    command->callback([self] { self->run(); });
+    add_command<MoveCommand>(program, "move", "Move a body, or a vertex with what is around it");
 }
 
 namespace {
@@ -64,12 +74,10 @@ MoveCommand::MoveCommand(CLI::App& command) {
     command.add_option("MODEL", input_, "Body model file")->required()->type_name("FILE");
     CLI::Option_group* const things = command.add_option_group("What moves", "One of:");
     body_option_ = things->add_option("--body", body_, "This body, as it is")->type_name("BODY");
-    things->add_option("--vertex", vertex_, "This vertex, and what --depth says")
+    things->add_option("--vertex", vertex_, "This vertex, and those within --depth")
         ->type_name("VERTEX");
     things->require_option(1);
-    command
-        .add_option("--depth", depth_,
-                    "Take the vertices along that at most L edges join to the vertex")
+    command.add_option("--depth", depth_, "Also move the vertices that are at most L edges away")
         ->type_name("L")
         ->check(CLI::Range(0, most_depth).description("0 to 1000"))
         ->excludes(body_option_)
@@ -93,28 +101,13 @@ MoveCommand::MoveCommand(CLI::App& command) {
         "\n"
         "Around a vertex DX and DY fade out, with the number of edges and the root of the\n"
         "distance from the vertex; DZ does not and moves all of them alike.\n"
-        "A move is refused when it leaves an edge of what moved passing through a face or\n"
-        "touching one, other than the faces at its ends. Edges of what stayed are not looked\n"
-        "at, and the way there does not matter.\n"
+        "A move is refused when it leaves an edge that moved passing through or touching\n"
+        "a face other than those at its ends. Edges that did not move are not checked, nor is\n"
+        "the path of the move.\n"
         "\n"
         "Examples:\n"
         "  korvel move both.model --body 1 --by 0,0,25 -o moved.model\n"
         "  korvel move ball.model --vertex 12 --depth 3 --by 0,-5 --angles 0,90 -o bump.model");
-}
-
-void MoveCommand::run() {
-    read_arguments();
-    outputs_.check();
-    load_model(input_, model_);
-    turn();
-    take();
-    move_taken(model_, shift_);
-    check_range();
-    check_passages();
-    model_.comput_mode_aux_parm();
-    model_.rotate_model();
-    report();
-    outputs_.write([&](FILE* out) { model_.write_mode(out); });
 }
 
 void MoveCommand::read_arguments() {
@@ -133,47 +126,47 @@ void MoveCommand::take() {
     if (body_option_->count() > 0) {
         check_number("--body", body_, model_.bodies.GetSize(), "body", input_);
         if (model_.bodies[body_].verts.IsEmpty()) {
-            throw InputError(input_ + ": body " + std::to_string(body_) +
-                             " has no face, there is nothing to move");
+            throw kit::InputError(input_ + ": body " + std::to_string(body_) +
+                                  " has no face, there is nothing to move");
         }
-        take_body(model_, body_);
+        kit::select_body(model_, body_);
     } else {
         check_number("--vertex", vertex_, model_.verts.GetSize(), "vertex", input_);
-        take_vertex(model_, vertex_, depth_);
+        kit::select_vertex(model_, vertex_, depth_);
     }
-    if (!can_move(model_)) {
-        throw InputError(input_ + ": all vertices within " + counted(depth_, "edge") +
-                         " of vertex " + std::to_string(vertex_) +
-                         " are in one place, a move cannot fade out over them");
+    if (!kit::can_move(model_)) {
+        throw kit::InputError(input_ + ": all vertices within " + counted(depth_, "edge") +
+                              " of vertex " + std::to_string(vertex_) +
+                              " have the same position, a move cannot fade out over them");
     }
 }
 
-// What the file could not hold.
+// Throws when a moved coordinate does not fit the file.
 void MoveCommand::check_range() const {
     constexpr double largest = std::numeric_limits<float>::max();
     for (const int v : model_.relat_list_2) {
         for (const double coordinate : model_.verts[v].model_xyz) {
             if (!(std::abs(coordinate) <= largest)) {
-                throw InputError(input_ + ": --by " + by_ + " takes vertex " + std::to_string(v) +
-                                 " to " + number_text(coordinate) +
-                                 ", which does not fit single precision");
+                throw kit::InputError(input_ + ": --by " + by_ + " takes vertex " +
+                                      std::to_string(v) + " to " + number_text(coordinate) +
+                                      ", which does not fit single precision");
             }
         }
     }
 }
 
-void MoveCommand::check_passages() {
-    if (const auto passage = first_passage(model_)) {
-        throw InputError(input_ + ": --by " + by_ + ": " + passage_text(*passage));
+void MoveCommand::check_collisions() {
+    if (const auto collision = kit::first_collision(model_)) {
+        throw kit::InputError(input_ + ": --by " + by_ + ": " + collision_text(*collision));
     }
 }
 
-std::string MoveCommand::passage_text(const Passage& passage) const {
-    const LINE3D& edge = model_.lines[passage.edge];
-    const POLY3D& face = model_.polys[passage.face];
+std::string MoveCommand::collision_text(const kit::Collision& collision) const {
+    const LINE3D& edge = model_.lines[collision.edge];
+    const POLY3D& face = model_.polys[collision.face];
     const std::string edge_name = "the edge between vertices " + std::to_string(edge.start_vert) +
                                   " and " + std::to_string(edge.end_vert);
-    std::string face_name = "face " + std::to_string(passage.face);
+    std::string face_name = "face " + std::to_string(collision.face);
     if (!face.bodies.IsEmpty()) {
         face_name += " of body " + std::to_string(face.bodies[0]);
     }
@@ -181,7 +174,7 @@ std::string MoveCommand::passage_text(const Passage& passage) const {
         return edge_name + " would have no length";
     }
     if (!std::isfinite(face.plane[3])) {
-        return face_name + " would have no area, and no move is judged beside such a face";
+        return face_name + " would have no area, and a move cannot be checked beside such a face";
     }
     return edge_name + " would pass through " + face_name + " or touch it";
 }
@@ -190,10 +183,10 @@ void MoveCommand::report() const {
     std::printf("%s: %s moved\n", input_.c_str(),
                 counted(model_.relat_list_2.GetSize(), "vertex", "vertices").c_str());
     std::printf("%s, %s\n", counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
-                figures_text(model_).c_str());
+                model_figures(model_).c_str());
     std::printf("bounds %s\n", bounds_text(model_.wrap_cuboid, 3).c_str());
     warn_of_rounding(model_);
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -6,12 +6,12 @@
 #include <system_error>
 
 #include "apps/command/arguments.h"
-#include "apps/command/progress.h"
+#include "apps/command/progress_line.h"
 #include "kit/base/errors.h"
 #include "kit/files/output_file.h"
 #include "kit/pictures/picture_fit.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
 CLI::Option* Outputs::add_file(CLI::App& command, const std::string& contents) {
     return command.add_option("-o,--output", file_, contents)->type_name("FILE");
@@ -30,26 +30,26 @@ void Outputs::add_picture(CLI::App& command) {
 void Outputs::check() const {
     parse_picture_size("--size", size_);
     if (!picture_.empty()) {
-        picture_format(picture_);
+        kit::picture_format(picture_);
     }
     const auto place = [](const std::string& file) {
         std::error_code error;
         return std::filesystem::weakly_canonical(std::filesystem::absolute(file), error);
     };
     if (!file_.empty() && !picture_.empty() && place(file_) == place(picture_)) {
-        throw InputError("korvel: " + file_ + ": named both for the picture and by --output");
+        throw kit::InputError("korvel: " + file_ + ": named both for the picture and by --output");
     }
     for (const std::string& file : {file_, picture_}) {
         if (!file.empty()) {
-            OutputFile::check(file);
+            kit::OutputFile::check(file);
         }
     }
 }
 
 void Outputs::write(const WriteFile& write_file, const Paint& paint) const {
     const Stopwatch time;
-    std::optional<OutputFile> file;
-    std::optional<OutputFile> picture;
+    std::optional<kit::OutputFile> file;
+    std::optional<kit::OutputFile> picture;
     if (!file_.empty()) {
         file.emplace(file_);
         write_file(file->stream());
@@ -73,15 +73,16 @@ void Outputs::write(const WriteFile& write_file, const Paint& paint) const {
 }
 
 void Outputs::write_picture(const std::string& file, const Paint& paint) const {
-    OutputFile picture(file);
+    kit::OutputFile picture(file);
     paint_into(picture, file, paint);
     picture.replace();
 }
 
-void Outputs::paint_into(OutputFile& out, const std::string& file, const Paint& paint) const {
-    const Progress progress("painting");
-    const PictureSize size = parse_picture_size("--size", size_);
-    PictureCanvas canvas(out, picture_format(file), size, PictureFit::units_per_pixel);
+void Outputs::paint_into(kit::OutputFile& out, const std::string& file, const Paint& paint) const {
+    const ProgressLine progress("painting");
+    const kit::PictureSize size = parse_picture_size("--size", size_);
+    kit::PictureCanvas canvas(out, kit::picture_format(file), size,
+                              kit::PictureFit::units_per_pixel);
     paint(canvas, size);
     canvas.finish();
     out.close();
@@ -95,4 +96,4 @@ std::string numbered_picture(const std::string& picture, int number, int digits)
     return (path.parent_path() / path.stem()).string() + "-" + text + path.extension().string();
 }
 
-} // namespace korvel::kit
+} // namespace korvel::command

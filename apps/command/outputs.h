@@ -8,13 +8,13 @@
 
 #include "kit/pictures/picture_canvas.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
 /// The files that a command writes besides its report: `-o FILE`, and `--picture FILE` with
 /// `--size WxH`.
 class Outputs {
 public:
-    /// Adds `-o` to a command; `contents` says what it writes.
+    /// Adds `-o` to a command; `contents` describes it in the help.
     CLI::Option* add_file(CLI::App& command, const std::string& contents);
 
     /// Adds `--picture` and `--size`.
@@ -28,16 +28,16 @@ public:
     const std::string& picture() const { return picture_; }
 
     using WriteFile = std::function<void(FILE* out)>;
-    using Paint = std::function<void(PictureCanvas& canvas, PictureSize size)>;
+    using Paint = std::function<void(kit::PictureCanvas& canvas, kit::PictureSize size)>;
 
-    /// Writes what was asked for. Both files take their places once both are complete.
+    /// Writes the requested files. Both replace their targets once both are complete.
     void write(const WriteFile& write_file, const Paint& paint = {}) const;
 
     /// Writes a picture of the size that was asked for into a file of another name.
     void write_picture(const std::string& file, const Paint& paint) const;
 
 private:
-    void paint_into(OutputFile& out, const std::string& file, const Paint& paint) const;
+    void paint_into(kit::OutputFile& out, const std::string& file, const Paint& paint) const;
 
     std::string file_;
     std::string picture_;
@@ -47,4 +47,4 @@ private:
 /// The name of one of several pictures: "ball.png" with number 7 in two digits is "ball-07.png".
 std::string numbered_picture(const std::string& picture, int number, int digits);
 
-} // namespace korvel::kit
+} // namespace korvel::command

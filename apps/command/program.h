@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace korvel::kit {
+namespace korvel::command {
 
 /// Adds name, help and all commands to the empty program.
 void build_program(CLI::App& program);
@@ -14,4 +14,4 @@ void build_program(CLI::App& program);
 /// one of them is empty.
 std::vector<std::string> arguments(int argc, char** argv);
 
-} // namespace korvel::kit
+} // namespace korvel::command

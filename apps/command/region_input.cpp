@@ -5,58 +5,59 @@
 #include <cstdio>
 
 #include "apps/command/arguments.h"
-#include "apps/command/report.h"
+#include "apps/command/messages.h"
+#include "kit/base/rectangle.h"
 #include "kit/files/region_file.h"
 #include "kit/maps/region_sets.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
 void RegionInput::add_options(CLI::App& command) {
     command.add_option("INPUT", file_, "Curve file or polygon-region file")
         ->required()
         ->type_name("FILE");
-    network_.add_options(command);
+    curve_input_.add_options(command);
 }
 
 void RegionInput::load(PLYDT& set) {
-    const TextFile file(file_);
-    if (holds_regions(file)) {
-        take_region_set(file, set);
+    const kit::TextFile file(file_);
+    if (kit::holds_regions(file)) {
+        load_region_set(file, set);
     } else {
-        take_network(file, set);
+        load_curves(file, set);
     }
     // Rings in a file may turn either way. Of a network the region builder leaves a ring as it was
     // traced when rounding spoils the angles that it sums up, with points in line with the last
     // one.
-    turn_rings(set);
+    kit::orient_rings(set);
 }
 
-void RegionInput::take_network(const TextFile& file, PLYDT& set) {
-    network_.load(file);
-    if (network_.has_selection()) {
-        numbers_ = network_.select();
-        network_.builder().GetSelectRegion(set);
+void RegionInput::load_curves(const kit::TextFile& file, PLYDT& set) {
+    curve_input_.load(file);
+    if (curve_input_.has_selection()) {
+        numbers_ = curve_input_.select();
+        curve_input_.builder().GetSelectRegion(set);
     } else {
-        network_.builder().GetAllRegion(set);
+        curve_input_.builder().GetAllRegion(set);
     }
 }
 
-void RegionInput::take_region_set(const TextFile& file, PLYDT& set) {
+void RegionInput::load_region_set(const kit::TextFile& file, PLYDT& set) {
     std::vector<RealPoint> places;
-    for (const std::string& text : network_.selection()) {
+    for (const std::string& text : curve_input_.selection()) {
         places.push_back(parse_real_point("--select", text));
     }
     CCPloy2DRg regions;
-    if (const auto note = read_regions(file, regions)) {
+    if (const auto note = kit::read_regions(file, regions)) {
         warn(*note);
     }
     std::printf("%s: %s, %s\n", file.name.c_str(),
                 counted(regions.region_list.GetSize(), "region").c_str(),
                 counted(regions.pt_list.GetSize(), "point").c_str());
-    copy_regions(regions, set);
-    if (network_.has_selection()) {
+    kit::copy_regions(regions, set);
+    if (curve_input_.has_selection()) {
         numbers_ = select(regions, places);
-        keep_regions(set, numbers_);
+        kit::keep_regions(set, numbers_);
     }
 }
 
@@ -64,14 +65,14 @@ std::vector<int> RegionInput::select(CCPloy2DRg& regions,
                                      const std::vector<RealPoint>& places) const {
     std::vector<int> selected;
     for (std::size_t i = 0; i < places.size(); ++i) {
-        const std::string& text = network_.selection()[i];
+        const std::string& text = curve_input_.selection()[i];
         double place[] = {places[i].x, places[i].y};
         const int found = regions.search_pt_polyrg(place);
         if (found >= 0) {
             std::printf("%s: region %d\n", text.c_str(), found);
             selected.push_back(found);
         } else {
-            warn(text + ": no region holds this point");
+            warn(text + ": no region contains this point");
         }
     }
     std::sort(selected.begin(), selected.end());
@@ -80,12 +81,12 @@ std::vector<int> RegionInput::select(CCPloy2DRg& regions,
 }
 
 std::string RegionInput::name(const PLYDT& set, int region) const {
-    Box box;
-    take_in_region(box, set, set.region_list[region]);
+    kit::Rectangle box;
+    kit::take_in_region(box, set, set.region_list[region]);
     const int number = numbers_.empty() ? region : numbers_[region];
     return "region " + std::to_string(number) + " (" + number_text(box.left) + "," +
            number_text(box.top) + " to " + number_text(box.right) + "," + number_text(box.bottom) +
            ")";
 }
 
-} // namespace korvel::kit
+} // namespace korvel::command

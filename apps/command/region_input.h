@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "apps/command/arguments.h"
-#include "apps/command/network.h"
+#include "apps/command/curve_input.h"
 #include "kit/files/text_file.h"
 #include "korvel/module/korvel.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
 /// The regions of a curve file or of a polygon-region file, all or those under `--select`.
 class RegionInput {
@@ -19,7 +19,7 @@ public:
     void add_options(CLI::App& command);
 
     /// Throws InputError when an option does not fit.
-    void check() const { network_.check(); }
+    void check() const { curve_input_.check(); }
 
     /// Reads the file, prints what it holds and fills the empty `set`. Rings turn the way that the
     /// triangulation expects.
@@ -31,13 +31,13 @@ public:
     const std::string& file() const { return file_; }
 
 private:
-    void take_network(const TextFile& file, PLYDT& set);
-    void take_region_set(const TextFile& file, PLYDT& set);
+    void load_curves(const kit::TextFile& file, PLYDT& set);
+    void load_region_set(const kit::TextFile& file, PLYDT& set);
     std::vector<int> select(CCPloy2DRg& regions, const std::vector<RealPoint>& places) const;
 
     std::string file_;
-    Network network_;
+    CurveInput curve_input_;
     std::vector<int> numbers_; // of the regions before the selection; empty without one
 };
 
-} // namespace korvel::kit
+} // namespace korvel::command

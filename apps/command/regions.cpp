@@ -1,21 +1,20 @@
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
+#include "apps/command/curve_input.h"
 #include "apps/command/map_view.h"
-#include "apps/command/network.h"
+#include "apps/command/messages.h"
 #include "apps/command/outputs.h"
-#include "apps/command/report.h"
 #include "kit/base/areas.h"
 #include "kit/maps/region_colours.h"
 #include "kit/maps/region_sets.h"
 #include "kit/pictures/picture_fit.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class RegionsCommand {
@@ -29,31 +28,47 @@ private:
     void take_region_around_seed();
     void print_areas() const;
     void write();
-    void paint(CDC& dc, const PictureFit& fit) const;
+    void paint(CDC& dc, const kit::PictureFit& fit) const;
 
     std::string input_;
     std::string seed_;
-    Network network_;
+    CurveInput curve_input_;
     Outputs outputs_;
     MapView view_;
     CCPloy2DRg regions_;
 };
 
+void RegionsCommand::run() {
+    curve_input_.check();
+    view_.check();
+    outputs_.check();
+    if (!seed_.empty()) {
+        curve_input_.builder().SetSeedPt(parse_lattice_point("--seed", seed_));
+    }
+    curve_input_.load(kit::TextFile(input_));
+    if (!seed_.empty()) {
+        take_region_around_seed();
+    } else if (curve_input_.has_selection()) {
+        take_selected_regions();
+    } else {
+        curve_input_.builder().GetAllRegion(regions_);
+        print_areas();
+    }
+    write();
+}
+
 } // namespace
 
 void add_regions_command(CLI::App& program) {
-    CLI::App* command =
-        program.add_subcommand("regions", "Find the closed regions of a network of curves");
-    command->group("Commands");
-    const auto self = std::make_shared<RegionsCommand>(*command);
-    command->callback([self] { self->run(); });
+    add_command<RegionsCommand>(program, "regions",
+                                "Find the closed regions of a network of curves");
 }
 
 namespace {
 
 RegionsCommand::RegionsCommand(CLI::App& command) {
     command.add_option("CURVES", input_, "Curve file")->required()->type_name("FILE");
-    network_.add_options(command);
+    curve_input_.add_options(command);
     command
         .add_option("--seed", seed_,
                     "Only the ring around this point, with the rings directly inside it as holes")
@@ -63,7 +78,7 @@ RegionsCommand::RegionsCommand(CLI::App& command) {
     outputs_.add_picture(command);
     view_.add_options(command);
     command.footer("Holes are regions of their own as well. Where regions lie inside one another,\n"
-                   "--select takes the first one found whose outline holds the point.\n"
+                   "--select takes the first one found whose outline contains the point.\n"
                    "\n"
                    "Examples:\n"
                    "  korvel regions states.curves -o states.regions --picture states.png\n"
@@ -71,30 +86,11 @@ RegionsCommand::RegionsCommand(CLI::App& command) {
                    "  korvel regions states.curves --seed 20000,-60000");
 }
 
-void RegionsCommand::run() {
-    network_.check();
-    view_.check();
-    outputs_.check();
-    if (!seed_.empty()) {
-        network_.builder().SetSeedPt(parse_lattice_point("--seed", seed_));
-    }
-    network_.load(TextFile(input_));
-    if (!seed_.empty()) {
-        take_region_around_seed();
-    } else if (network_.has_selection()) {
-        take_selected_regions();
-    } else {
-        network_.builder().GetAllRegion(regions_);
-        print_areas();
-    }
-    write();
-}
-
 void RegionsCommand::take_selected_regions() {
-    const std::vector<int> numbers = network_.select();
+    const std::vector<int> numbers = curve_input_.select();
     PLYDT selected;
-    network_.builder().GetSelectRegion(selected);
-    copy_regions(selected, regions_);
+    curve_input_.builder().GetSelectRegion(selected);
+    kit::copy_regions(selected, regions_);
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         print_region(numbers[i], regions_.region_list[static_cast<int>(i)]);
     }
@@ -107,13 +103,13 @@ void RegionsCommand::print_region(int number, const CCPloy2DRg::PyToRg& region) 
     }
     std::printf("region %d: %s, %s, area %s\n", number, counted(points, "point").c_str(),
                 counted(region.rings.GetSize() - 1, "hole").c_str(),
-                number_text(region_area(regions_, region, true)).c_str());
+                number_text(kit::region_area(regions_, region, true)).c_str());
 }
 
 // One region out of the rings that the seed search hands out: the ring around the point comes
 // first, those inside it follow.
 void RegionsCommand::take_region_around_seed() {
-    CREGION& builder = network_.builder();
+    CREGION& builder = curve_input_.builder();
     CArray<tagPOINT> no_points;
     CArray<int> no_counts;
     CArray<int> no_holes;
@@ -140,19 +136,20 @@ void RegionsCommand::take_region_around_seed() {
             ring.pts.Add(index);
         }
         regions_.region_list[0].rings.Add(i);
-        const auto area = static_cast<double>(twice_area<WideInteger>(regions_.pt_list, ring)) / 2;
+        const auto area =
+            static_cast<double>(kit::twice_area<kit::WideInteger>(regions_.pt_list, ring)) / 2;
         std::printf("%s: %s, area %s\n", i == 0 ? "ring around the seed" : "ring inside it",
                     counted(counts[i], "point").c_str(), number_text(std::abs(area)).c_str());
     }
     std::printf("%s, area between them %s\n", counted(rings, "ring").c_str(),
-                number_text(region_area(regions_, regions_.region_list[0], true)).c_str());
+                number_text(kit::region_area(regions_, regions_.region_list[0], true)).c_str());
 }
 
 void RegionsCommand::print_areas() const {
     std::vector<double> areas;
     double sum = 0;
     for (const CCPloy2DRg::PyToRg& region : regions_.region_list) {
-        areas.push_back(region_area(regions_, region, true));
+        areas.push_back(kit::region_area(regions_, region, true));
         sum += areas.back();
     }
     if (areas.empty()) {
@@ -167,20 +164,21 @@ void RegionsCommand::print_areas() const {
 
 void RegionsCommand::write() {
     outputs_.write([&](FILE* out) { regions_.writepolyrg(out); },
-                   [&](PictureCanvas& canvas, PictureSize size) {
-                       paint(canvas, view_.fit(box_of_regions(regions_), size));
+                   [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
+                       paint(canvas, view_.fit(kit::box_of_regions(regions_), size));
                    });
 }
 
 // Large regions first: what lies inside a region that does not have it as a hole stays visible.
-void RegionsCommand::paint(CDC& dc, const PictureFit& fit) const {
+void RegionsCommand::paint(CDC& dc, const kit::PictureFit& fit) const {
     CCPloy2DRg picture = regions_;
     picture.creat_top_rel();
-    colour_regions(picture);
-    std::stable_sort(
-        picture.region_list.begin(), picture.region_list.end(), [&](const auto& a, const auto& b) {
-            return twice_area<WideInteger>(picture, a) > twice_area<WideInteger>(picture, b);
-        });
+    kit::colour_regions(picture);
+    std::stable_sort(picture.region_list.begin(), picture.region_list.end(),
+                     [&](const auto& a, const auto& b) {
+                         return kit::twice_area<kit::WideInteger>(picture, a) >
+                                kit::twice_area<kit::WideInteger>(picture, b);
+                     });
     CPen outline(PS_SOLID, fit.outline_width(picture.region_list.GetSize()), RGB(60, 60, 60));
     CPen* const previous = dc.SelectObject(&outline);
     picture.Draw_Regon(fit.ox, fit.oy, fit.x0, fit.y0, fit.sx, fit.sy, fit.scale, &dc);
@@ -188,4 +186,4 @@ void RegionsCommand::paint(CDC& dc, const PictureFit& fit) const {
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

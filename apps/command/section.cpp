@@ -3,20 +3,20 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
-#include "apps/command/loaded_model.h"
+#include "apps/command/messages.h"
+#include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "apps/command/progress.h"
-#include "apps/command/report.h"
+#include "apps/command/progress_line.h"
+#include "kit/base/rectangle.h"
 #include "kit/pictures/section_picture.h"
 #include "kit/solids/section_cut.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class SectionCommand {
@@ -25,13 +25,13 @@ public:
     void run();
 
 private:
-    Plane plane() const;
-    std::string text(const Plane& plane) const;
+    kit::Plane plane() const;
+    std::string text(const kit::Plane& plane) const;
     void cut_once();
     void sweep();
-    void report(const Cut& cut) const;
-    SectionView view(const Cut& cut, const Box& box) const;
-    Box model_box(PlaneAxes axes) const;
+    void report(const kit::Cut& cut) const;
+    kit::SectionView view(const kit::Cut& cut, const kit::Rectangle& box) const;
+    kit::Rectangle model_box(kit::PlaneAxes axes) const;
     std::string picture_of(int cut) const;
 
     static constexpr int most_cuts = 10000;
@@ -45,15 +45,26 @@ private:
     TMOD3D model_;
 };
 
-Box section_box(const Cut& cut, PlaneAxes axes);
+kit::Rectangle section_box(const kit::Cut& cut, kit::PlaneAxes axes);
+
+void SectionCommand::run() {
+    plane();
+    outputs_.check();
+    load_model(input_, model_);
+    std::printf("%s: %s, bounds %s\n", input_.c_str(),
+                counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
+                bounds_text(model_.wrap_cuboid, 3).c_str());
+    if (sweep_ > 0) {
+        sweep();
+    } else {
+        cut_once();
+    }
+}
 
 } // namespace
 
 void add_section_command(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("section", "Cut a model by a plane");
-    command->group("Commands");
-    const auto self = std::make_shared<SectionCommand>(*command);
-    command->callback([self] { self->run(); });
+    add_command<SectionCommand>(program, "section", "Cut a model by a plane");
 }
 
 namespace {
@@ -76,7 +87,7 @@ SectionCommand::SectionCommand(CLI::App& command) {
         ->excludes(command.get_option("--output"));
     command.footer(
         "--x and --y are named for the axis that runs along the cut, not for the one that the\n"
-        "plane fixes. Where corners of the model lie on the plane, the cut is made just beside\n"
+        "plane fixes. Where vertices of the model are on the plane, the cut is made just beside\n"
         "it. With --sweep the pictures are numbered: FILE-001.png and so on.\n"
         "\n"
         "Examples:\n"
@@ -85,21 +96,7 @@ SectionCommand::SectionCommand(CLI::App& command) {
         "  korvel section states.model --y 0 --sweep 20 --picture slices.png");
 }
 
-void SectionCommand::run() {
-    plane();
-    outputs_.check();
-    load_model(input_, model_);
-    std::printf("%s: %s, bounds %s\n", input_.c_str(),
-                counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
-                bounds_text(model_.wrap_cuboid, 3).c_str());
-    if (sweep_ > 0) {
-        sweep();
-    } else {
-        cut_once();
-    }
-}
-
-Plane SectionCommand::plane() const {
+kit::Plane SectionCommand::plane() const {
     if (!x_.empty()) {
         return {0, 1, 0, -parse_reals("--x", x_, "V")[0]};
     }
@@ -114,7 +111,7 @@ Plane SectionCommand::plane() const {
     return {given[0], given[1], given[2], given[3]};
 }
 
-std::string SectionCommand::text(const Plane& plane) const {
+std::string SectionCommand::text(const kit::Plane& plane) const {
     if (plane_.empty()) {
         return (x_.empty() ? "x = " : "y = ") + number_text(0 - plane[3]);
     }
@@ -134,7 +131,7 @@ std::string SectionCommand::text(const Plane& plane) const {
 
 void SectionCommand::cut_once() {
     const Stopwatch time;
-    const Cut cut = cut_model(model_, plane());
+    const kit::Cut cut = kit::cut_model(model_, plane());
     const double milliseconds = time.milliseconds();
     std::printf("%s", text(plane()).c_str());
     if (cut.plane != plane()) {
@@ -145,23 +142,23 @@ void SectionCommand::cut_once() {
                 counted(cut.section.polys.GetSize(), "polygon").c_str(),
                 number_text(cut.area).c_str());
     report(cut);
-    const PlaneAxes axes(cut.plane);
-    const Box box = cut.bodies.empty() ? model_box(axes) : section_box(cut, axes);
+    const kit::PlaneAxes axes(cut.plane);
+    const kit::Rectangle box = cut.bodies.empty() ? model_box(axes) : section_box(cut, axes);
     outputs_.write(
         [&](FILE* out) {
             TMOD2D section = cut.section;
             section.writedate(out);
         },
-        [&](PictureCanvas& canvas, PictureSize size) {
-            paint_section(canvas, size, cut, view(cut, box));
+        [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
+            kit::paint_section(canvas, size, cut, view(cut, box));
         });
 }
 
-void SectionCommand::report(const Cut& cut) const {
+void SectionCommand::report(const kit::Cut& cut) const {
     if (!cut.bodies.empty()) {
         std::printf("  body  polygons                area  colour\n");
     }
-    for (const BodyCut& body : cut.bodies) {
+    for (const kit::BodyCut& body : cut.bodies) {
         const auto colour = static_cast<COLORREF>(cut.section.groups[body.polygons[0]].rgb);
         std::printf("%6d  %8zu  %18s  #%02x%02x%02x\n", body.body, body.polygons.size(),
                     number_text(body.area).c_str(), GetRValue(colour), GetGValue(colour),
@@ -169,27 +166,29 @@ void SectionCommand::report(const Cut& cut) const {
     }
     if (cut.loose_points > 0) {
         warn(counted(cut.loose_points, "crossed edge") +
-             " on no closed polygon: a body is open there, 'korvel info' tells which");
+             " on no closed polygon: a body is open there, 'korvel info' lists the open bodies");
     }
 }
 
 // In the middle of N slices, so that the areas add up to the volume.
 void SectionCommand::sweep() {
-    const auto [least, greatest] = distances_from(plane(), model_);
+    const auto [least, greatest] = kit::distances_from(plane(), model_);
     const double spacing = (greatest - least) / sweep_;
     double area = 0;
     for (int i = 0; i < sweep_; ++i) {
-        const Cut cut = cut_model(model_, moved(plane(), least + (i + 0.5) * spacing));
+        const kit::Cut cut =
+            kit::cut_model(model_, kit::moved(plane(), least + (i + 0.5) * spacing));
         area += cut.area;
         std::printf("%*d  %s: %s, %s, area %s\n", 5, i + 1, text(cut.plane).c_str(),
                     counted(static_cast<int>(cut.bodies.size()), "body", "bodies").c_str(),
                     counted(cut.section.polys.GetSize(), "polygon").c_str(),
                     number_text(cut.area).c_str());
         if (!outputs_.picture().empty()) {
-            outputs_.write_picture(picture_of(i + 1), [&](PictureCanvas& canvas, PictureSize size) {
-                const Box box = model_box(PlaneAxes(cut.plane));
-                paint_section(canvas, size, cut, view(cut, box));
-            });
+            outputs_.write_picture(
+                picture_of(i + 1), [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
+                    const kit::Rectangle box = model_box(kit::PlaneAxes(cut.plane));
+                    kit::paint_section(canvas, size, cut, view(cut, box));
+                });
         }
     }
     std::printf("areas times their spacing of %s: %s, volume of the bodies: %s\n",
@@ -200,8 +199,8 @@ void SectionCommand::sweep() {
     }
 }
 
-SectionView SectionCommand::view(const Cut& cut, const Box& box) const {
-    const PlaneAxes axes(cut.plane);
+kit::SectionView SectionCommand::view(const kit::Cut& cut, const kit::Rectangle& box) const {
+    const kit::PlaneAxes axes(cut.plane);
     std::string title = std::filesystem::path(input_).filename().string();
     title.append("   ").append(text(sweep_ > 0 ? cut.plane : plane()));
     if (cut.plane[axes.u] != 0 || cut.plane[axes.v] != 0) {
@@ -213,8 +212,8 @@ SectionView SectionCommand::view(const Cut& cut, const Box& box) const {
             counted(static_cast<int>(cut.bodies.size()), "body", "bodies") + area};
 }
 
-Box SectionCommand::model_box(PlaneAxes axes) const {
-    Box box;
+kit::Rectangle SectionCommand::model_box(kit::PlaneAxes axes) const {
+    kit::Rectangle box;
     box.take_in(model_.cuboid_min[axes.u], model_.cuboid_min[axes.v]);
     box.take_in(model_.cuboid_max[axes.u], model_.cuboid_max[axes.v]);
     return box;
@@ -225,8 +224,8 @@ std::string SectionCommand::picture_of(int cut) const {
     return numbered_picture(outputs_.picture(), cut, digits);
 }
 
-Box section_box(const Cut& cut, PlaneAxes axes) {
-    Box box;
+kit::Rectangle section_box(const kit::Cut& cut, kit::PlaneAxes axes) {
+    kit::Rectangle box;
     for (const VERT3D& vertex : cut.section.verts) {
         box.take_in(vertex.model_xyz[axes.u], vertex.model_xyz[axes.v]);
     }
@@ -234,4 +233,4 @@ Box section_box(const Cut& cut, PlaneAxes axes) {
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

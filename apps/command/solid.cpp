@@ -1,15 +1,14 @@
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
-#include "apps/command/loaded_model.h"
+#include "apps/command/messages.h"
+#include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "apps/command/progress.h"
+#include "apps/command/progress_line.h"
 #include "apps/command/region_input.h"
-#include "apps/command/report.h"
 #include "kit/base/errors.h"
 #include "kit/files/model_file.h"
 #include "kit/maps/cap.h"
@@ -18,7 +17,7 @@
 #include "kit/solids/join.h"
 #include "kit/solids/surface.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class SolidCommand {
@@ -47,7 +46,7 @@ private:
     std::vector<double> lo_hi_;
     std::vector<double> scale_; // map units to a model unit, along x and y
     tagPOINT zero_ = {};        // of the map, comes to 0,0
-    Fill fill_ = Fill::automatic;
+    kit::Fill fill_ = kit::Fill::automatic;
 
     PLYDT set_;
     TMOD3D model_;
@@ -73,20 +72,30 @@ private:
     message_box_handler former_;
 };
 
+void SolidCommand::run() {
+    input_.check();
+    read_arguments();
+    outputs_.check();
+    input_.load(set_);
+    const Stopwatch time;
+    raise_regions();
+    colour_bodies();
+    check_bodies();
+    report(time.milliseconds());
+    outputs_.write([&](FILE* out) { kit::write_model(model_, out); });
+}
+
 } // namespace
 
 void add_solid_command(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("solid", "Raise regions to bodies");
-    command->group("Commands");
-    const auto self = std::make_shared<SolidCommand>(*command);
-    command->callback([self] { self->run(); });
+    add_command<SolidCommand>(program, "solid", "Raise regions to bodies");
 }
 
 namespace {
 
 SolidCommand::SolidCommand(CLI::App& command) {
     input_.add_options(command);
-    command.add_option("--levels", levels_, "The two levels between which the bodies stand")
+    command.add_option("--levels", levels_, "The lower and the upper level of the bodies")
         ->required()
         ->type_name("LO,HI");
     command
@@ -98,7 +107,7 @@ SolidCommand::SolidCommand(CLI::App& command) {
     command.add_option("--unit", unit_, "Units of the map to a unit of the model, along x and y")
         ->type_name("SX,SY")
         ->capture_default_str();
-    command.add_option("--origin", origin_, "The point of the map that comes to 0,0")
+    command.add_option("--origin", origin_, "The point of the map that becomes 0,0")
         ->type_name("X,Y")
         ->capture_default_str();
     command.add_option("--fill", fill_name_, "How the caps are triangulated")
@@ -110,26 +119,13 @@ SolidCommand::SolidCommand(CLI::App& command) {
     command.footer(
         "Each region becomes one closed body in a hue of its own. --fill front takes the\n"
         "library's own triangles and leaves out, with a warning, regions that they do not\n"
-        "fit; auto takes constrained Delaunay triangles for those.\n"
+        "fit; auto uses constrained Delaunay triangles for those.\n"
         "A map whose y grows downward comes out the right way up with --unit 1,-1.\n"
         "\n"
         "Examples:\n"
         "  korvel solid states.curves --levels 0,3000 -o states.model\n"
         "  korvel solid states.regions --select 20000,-60000 --levels 0,1 --unit 1000,1000 \\\n"
         "      --origin 20000,-60000 -o one.model");
-}
-
-void SolidCommand::run() {
-    input_.check();
-    read_arguments();
-    outputs_.check();
-    input_.load(set_);
-    const Stopwatch time;
-    raise_regions();
-    colour_bodies();
-    check_bodies();
-    report(time.milliseconds());
-    outputs_.write([&](FILE* out) { write_model(model_, out); });
 }
 
 void SolidCommand::read_arguments() {
@@ -142,14 +138,14 @@ void SolidCommand::read_arguments() {
         refuse("--unit", unit_, "SX,SY, neither of them 0");
     }
     zero_ = parse_lattice_point("--origin", origin_);
-    fill_ = fill_name_ == "front"      ? Fill::front
-            : fill_name_ == "delaunay" ? Fill::delaunay
-                                       : Fill::automatic;
+    fill_ = fill_name_ == "front"      ? kit::Fill::front
+            : fill_name_ == "delaunay" ? kit::Fill::delaunay
+                                       : kit::Fill::automatic;
 }
 
 void SolidCommand::raise_regions() {
     const Notices notices(is_verbose_);
-    Progress progress("raising regions");
+    ProgressLine progress("raising regions");
     const int regions = set_.region_list.GetSize();
     for (int region = 0; region < regions; ++region) {
         if (raise(region)) {
@@ -160,29 +156,29 @@ void SolidCommand::raise_regions() {
         progress.update(region + 1, regions);
     }
     if (raised_.empty()) {
-        throw InputError(input_.file() + ": there is no region to raise");
+        throw kit::InputError(input_.file() + ": there is no region to raise");
     }
-    derive(model_);
+    kit::derive(model_);
 }
 
 bool SolidCommand::raise(int region) {
     PLYDT cap;
-    const Filled filled = make_cap(set_, set_.region_list[region], fill_, cap);
-    if (filled == Filled::not_at_all) {
+    const kit::Filled filled = kit::make_cap(set_, set_.region_list[region], fill_, cap);
+    if (filled == kit::Filled::not_at_all) {
         return false;
     }
-    by_front_ += filled == Filled::by_front ? 1 : 0;
+    by_front_ += filled == kit::Filled::by_front ? 1 : 0;
     cap.CoordinatesTrans(axis_, zero_.x, zero_.y, 0, 0, scale_[0], scale_[1], lo_hi_[0], lo_hi_[1]);
     TMOD3D body;
     body.create3dmode(cap);
-    append_bodies(body, model_);
+    kit::append_bodies(body, model_);
     return true;
 }
 
 void SolidCommand::leave_out(int region) const {
     const std::string name = input_.name(set_, region);
-    if (fill_ != Fill::front) {
-        throw InputError(
+    if (fill_ != kit::Fill::front) {
+        throw kit::InputError(
             input_.file() + ": " + name +
             ": cannot be raised: its rings cross, overlap, cut it apart or have no area");
     }
@@ -193,9 +189,9 @@ void SolidCommand::colour_bodies() {
     constexpr double saturation = 0.55;
     constexpr double lightness = 0.6;
     CCPloy2DRg map;
-    copy_regions(set_, map);
+    kit::copy_regions(set_, map);
     map.creat_top_rel();
-    const std::vector<double> hues = hues_of_regions(map);
+    const std::vector<double> hues = kit::hues_of_regions(map);
     for (int body = 0; body < model_.bodies.GetSize(); ++body) {
         model_.bodies[body].hue = hues[raised_[body]];
         model_.bodies[body].saturation = saturation;
@@ -204,11 +200,11 @@ void SolidCommand::colour_bodies() {
 }
 
 void SolidCommand::check_bodies() const {
-    const std::vector<Surface> all = surfaces(model_);
+    const std::vector<kit::Surface> all = kit::surfaces(model_);
     for (std::size_t body = 0; body < all.size(); ++body) {
         if (!all[body].is_clean()) {
-            throw InputError(input_.file() + ": " + input_.name(set_, raised_[body]) +
-                             ": its body would be " + state_text(all[body]));
+            throw kit::InputError(input_.file() + ": " + input_.name(set_, raised_[body]) +
+                                  ": its body would be " + kit::state_text(all[body]));
         }
     }
     warn_of_rounding(model_, "; --origin and --unit bring the model closer to 0,0");
@@ -216,11 +212,11 @@ void SolidCommand::check_bodies() const {
 
 void SolidCommand::report(double milliseconds) const {
     std::printf("%s in %.1f ms: %s\n", counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
-                milliseconds, figures_text(model_).c_str());
+                milliseconds, model_figures(model_).c_str());
     std::printf("caps: %d by the front, %d by Delaunay triangles\n", by_front_,
                 model_.bodies.GetSize() - by_front_);
     std::printf("bounds %s\n", bounds_text(model_.wrap_cuboid, 3).c_str());
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -1,16 +1,15 @@
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
-#include "apps/command/loaded_model.h"
+#include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
 #include "kit/files/model_file.h"
 #include "kit/solids/surface.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class StarterCommand {
@@ -30,13 +29,21 @@ private:
     Outputs outputs_;
 };
 
+void StarterCommand::run() {
+    std::vector<double> center = parse_reals("--center", center_, "X,Y,Z");
+    std::vector<double> size = parse_size();
+    outputs_.check();
+    TMOD3D model;
+    model.inti_mode(center.data(), size.data(), kind_ == "cube" ? 1 : 0, rounds_);
+    std::printf("%s, %s\n", model_figures(model).c_str(),
+                kit::state_text(kit::surfaces(model)[0]).c_str());
+    outputs_.write([&](FILE* out) { kit::write_model(model, out); });
+}
+
 } // namespace
 
 void add_starter_command(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("starter", "Make a cuboid or a ball");
-    command->group("Commands");
-    const auto self = std::make_shared<StarterCommand>(*command);
-    command->callback([self] { self->run(); });
+    add_command<StarterCommand>(program, "starter", "Make a cuboid or a ball");
 }
 
 namespace {
@@ -52,7 +59,7 @@ StarterCommand::StarterCommand(CLI::App& command) {
     command.add_option("--size", size_, "Of a cube the three edge lengths, of a ball the radius")
         ->required()
         ->type_name("X,Y,Z|R");
-    command.add_option("--rounds", rounds_, "How often four faces are made of each")
+    command.add_option("--rounds", rounds_, "How often each face is divided into four")
         ->type_name("N")
         ->check(CLI::Range(0, most_rounds).description("0 to 7"))
         ->capture_default_str();
@@ -60,16 +67,6 @@ StarterCommand::StarterCommand(CLI::App& command) {
     command.footer("Examples:\n"
                    "  korvel starter cube --size 10,20,5 -o box.model\n"
                    "  korvel starter ball --center 0,0,100 --size 50 --rounds 4 -o ball.model");
-}
-
-void StarterCommand::run() {
-    std::vector<double> center = parse_reals("--center", center_, "X,Y,Z");
-    std::vector<double> size = parse_size();
-    outputs_.check();
-    TMOD3D model;
-    model.inti_mode(center.data(), size.data(), kind_ == "cube" ? 1 : 0, rounds_);
-    std::printf("%s, %s\n", figures_text(model).c_str(), state_text(surfaces(model)[0]).c_str());
-    outputs_.write([&](FILE* out) { write_model(model, out); });
 }
 
 std::vector<double> StarterCommand::parse_size() const {
@@ -84,4 +81,4 @@ std::vector<double> StarterCommand::parse_size() const {
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -2,10 +2,10 @@
 
 #include <system_error>
 
-#include "apps/command/progress.h"
+#include "apps/command/progress_line.h"
 #include "kit/base/errors.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace fs = std::filesystem;
 namespace {
 
@@ -34,7 +34,7 @@ private:
 };
 
 [[noreturn]] void fail(const std::string& name, const std::string& reason) {
-    throw OutputError(name + ": cannot be written: " + reason);
+    throw kit::OutputError(name + ": cannot be written: " + reason);
 }
 
 void make(const fs::path& directory, const std::string& name) {
@@ -55,13 +55,14 @@ const std::string& made(const std::string& directory) {
 TraceFiles::TraceFiles(const std::string& directory)
     : name_(made(directory)), summary_(fs::path(directory) / summary_name),
       steps_(fs::path(directory) / steps_name),
-      scratch_(fs::absolute(directory) / temporary_name()), held_summary_(scratch_ / summary_name),
-      held_steps_(scratch_ / steps_name), held_scratch_(scratch_) {
+      scratch_(fs::absolute(directory) / kit::temporary_name()),
+      held_summary_(scratch_ / summary_name), held_steps_(scratch_ / steps_name),
+      held_scratch_(scratch_) {
     make(scratch_, name_);
 }
 
 void TraceFiles::write(PLYDT& set) {
-    const Progress progress("triangulating with traces");
+    const ProgressLine progress("triangulating with traces");
     const TracingIn here(scratch_);
     set.region_tranglate();
     if (PLYDT::has_lost_trace()) {
@@ -79,4 +80,4 @@ TraceFiles::~TraceFiles() {
     fs::remove_all(scratch_, error);
 }
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -7,7 +7,7 @@
 #include "kit/files/output_file.h"
 #include "korvel/module/korvel.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
 /// The two trace files of the triangulation, put into a directory when they are complete. Until
 /// `replace` the former ones stay as they were, also when a signal ends the program.
@@ -24,17 +24,17 @@ public:
     /// Triangulates the set and traces it. The current directory is another one meanwhile.
     void write(PLYDT& set);
 
-    /// Puts the files that were written in place of the former ones.
+    /// Replaces the former files by those that were written.
     void replace();
 
 private:
     std::string name_; // of the directory, as the user spelled it
-    OutputFile summary_;
-    OutputFile steps_;
+    kit::OutputFile summary_;
+    kit::OutputFile steps_;
     std::filesystem::path scratch_; // where the library writes them
-    FileOfSignal held_summary_;
-    FileOfSignal held_steps_;
-    FileOfSignal held_scratch_;
+    kit::RemoveOnSignal held_summary_;
+    kit::RemoveOnSignal held_steps_;
+    kit::RemoveOnSignal held_scratch_;
 };
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -1,22 +1,22 @@
 #include <cstdio>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "apps/command/command.h"
 #include "apps/command/map_view.h"
+#include "apps/command/messages.h"
 #include "apps/command/outputs.h"
-#include "apps/command/progress.h"
+#include "apps/command/progress_line.h"
 #include "apps/command/region_input.h"
-#include "apps/command/report.h"
 #include "apps/command/trace_files.h"
+#include "kit/base/areas.h"
 #include "kit/files/triangle_file.h"
 #include "kit/maps/coverage.h"
 #include "kit/maps/region_sets.h"
 #include "kit/pictures/picture_fit.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class TrianglesCommand {
@@ -29,7 +29,7 @@ private:
     void triangulate();
     void report_coverage() const;
     void write();
-    void paint(CDC& dc, const PictureFit& fit) const;
+    void paint(CDC& dc, const kit::PictureFit& fit) const;
 
     RegionInput input_;
     std::string trace_directory_;
@@ -39,37 +39,6 @@ private:
     PLYDT set_;
     std::vector<int> ends_; // for each region the index after its last triangle
 };
-
-} // namespace
-
-void add_triangles_command(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("triangles", "Cover regions with triangles");
-    command->group("Commands");
-    const auto self = std::make_shared<TrianglesCommand>(*command);
-    command->callback([self] { self->run(); });
-}
-
-namespace {
-
-TrianglesCommand::TrianglesCommand(CLI::App& command) {
-    input_.add_options(command);
-    command
-        .add_option(
-            "--trace", trace_directory_,
-            "Write every step into trg.dat and wwwtrg.dat in this directory; slow and large")
-        ->type_name("DIR");
-    outputs_.add_file(command, "Write the points and triangles");
-    outputs_.add_picture(command);
-    view_.add_options(command);
-    command.footer(
-        "A region that its triangles do not cover is named in a warning.\n"
-        "--tolerance serves curve files only. The trace of a region grows with the cube of its\n"
-        "points: --select a small one.\n"
-        "\n"
-        "Examples:\n"
-        "  korvel triangles states.curves -o states.triangles --picture mesh.png\n"
-        "  korvel triangles states.regions --select 20000,-60000 --picture one.pdf");
-}
 
 void TrianglesCommand::run() {
     input_.check();
@@ -87,6 +56,34 @@ void TrianglesCommand::run() {
     }
 }
 
+} // namespace
+
+void add_triangles_command(CLI::App& program) {
+    add_command<TrianglesCommand>(program, "triangles", "Cover regions with triangles");
+}
+
+namespace {
+
+TrianglesCommand::TrianglesCommand(CLI::App& command) {
+    input_.add_options(command);
+    command
+        .add_option(
+            "--trace", trace_directory_,
+            "Write every step into trg.dat and wwwtrg.dat in this directory; slow and large")
+        ->type_name("DIR");
+    outputs_.add_file(command, "Write the points and triangles");
+    outputs_.add_picture(command);
+    view_.add_options(command);
+    command.footer("A region that its triangles do not cover is named in a warning.\n"
+                   "--tolerance applies to curve files only. The trace of a region grows with the "
+                   "cube of its\n"
+                   "points: --select a small one.\n"
+                   "\n"
+                   "Examples:\n"
+                   "  korvel triangles states.curves -o states.triangles --picture mesh.png\n"
+                   "  korvel triangles states.regions --select 20000,-60000 --picture one.pdf");
+}
+
 void TrianglesCommand::write_traces() {
     traces_.emplace(trace_directory_);
     traces_->write(set_);
@@ -99,7 +96,7 @@ void TrianglesCommand::triangulate() {
     const Stopwatch time;
     {
         PLYDT::set_trace_files(false);
-        Progress progress("triangulating regions");
+        ProgressLine progress("triangulating regions");
         set_.creat_top_rel();
         for (PLYDT::PyToRg& region : set_.region_list) {
             set_.poly_tranglate(region);
@@ -112,14 +109,15 @@ void TrianglesCommand::triangulate() {
 }
 
 void TrianglesCommand::report_coverage() const {
-    const bool lattice = are_lattice_points(set_.pt_list);
+    const bool lattice = kit::are_lattice_points(set_.pt_list);
     double region_area = 0;
     double triangle_area = 0;
     int covered = 0;
     int first = 0;
     for (int i = 0; i < set_.region_list.GetSize(); ++i) {
         const PLYDT::PyToRg& region = set_.region_list[i];
-        const Coverage coverage = measure_coverage(set_, region, first, ends_[i], lattice);
+        const kit::Coverage coverage =
+            kit::measure_coverage(set_, region, first, ends_[i], lattice);
         region_area += coverage.region_area;
         triangle_area += coverage.triangle_area;
         first = ends_[i];
@@ -140,14 +138,14 @@ void TrianglesCommand::report_coverage() const {
 }
 
 void TrianglesCommand::write() {
-    outputs_.write([&](FILE* out) { write_triangles(set_, ends_, out); },
-                   [&](PictureCanvas& canvas, PictureSize size) {
-                       paint(canvas, view_.fit(box_of_regions(set_), size));
+    outputs_.write([&](FILE* out) { kit::write_triangles(set_, ends_, out); },
+                   [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
+                       paint(canvas, view_.fit(kit::box_of_regions(set_), size));
                    });
 }
 
 // Triangles are drawn where their points lie, so a copy of the points is brought to the picture.
-void TrianglesCommand::paint(CDC& dc, const PictureFit& fit) const {
+void TrianglesCommand::paint(CDC& dc, const kit::PictureFit& fit) const {
     PLYDT picture;
     picture.pt_list.SetSize(set_.pt_list.GetSize());
     for (int i = 0; i < set_.pt_list.GetSize(); ++i) {
@@ -162,4 +160,4 @@ void TrianglesCommand::paint(CDC& dc, const PictureFit& fit) const {
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -4,24 +4,23 @@
 #include <cstdio>
 #include <deque>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
-#include "apps/command/loaded_model.h"
+#include "apps/command/messages.h"
+#include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "apps/command/progress.h"
-#include "apps/command/report.h"
+#include "apps/command/progress_line.h"
 #include "kit/base/errors.h"
 #include "kit/files/output_file.h"
 #include "kit/pictures/model_picture.h"
-#include "kit/pictures/screen.h"
+#include "kit/pictures/offscreen_renderer.h"
 #include "kit/solids/pick.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 class ViewCommand {
@@ -33,14 +32,14 @@ private:
     void check() const;
     void load();
     void turn_to(double about_z, double tilt);
-    void look(Screen* screen);
-    void turn_round(Screen& screen);
-    ViewFrame frame() const;
-    ViewFrame checked(const ViewFrame& frame) const;
-    void tell_bounds(const ViewFrame& frame) const;
-    std::optional<Pick> pick_what_is_asked_for(const ViewFrame& frame);
+    void look(kit::OffscreenRenderer* screen);
+    void turn_round(kit::OffscreenRenderer& screen);
+    kit::ViewFrame frame() const;
+    kit::ViewFrame checked(const kit::ViewFrame& frame) const;
+    void print_bounds(const kit::ViewFrame& frame) const;
+    std::optional<kit::Pick> pick_requested_point(const kit::ViewFrame& frame);
     bool is_picking() const { return !pick_.empty() || !click_.empty(); }
-    PictureSize size() const { return parse_picture_size("--size", size_); }
+    kit::PictureSize size() const { return parse_picture_size("--size", size_); }
     std::string picture_of(int frame) const;
 
     static constexpr int most_frames = 1000;
@@ -59,18 +58,28 @@ private:
     TMOD3D model_;
 };
 
-void tell_pick(const TMOD3D& model, const Pick& pick);
-std::string place_text(const double* point);
+void print_pick(const TMOD3D& model, const kit::Pick& pick);
+std::string point_text(const double* point);
 bool is_png(const std::filesystem::path& file);
+
+void ViewCommand::run() {
+    check();
+    std::optional<kit::OffscreenRenderer> screen;
+    if (!picture_.empty()) {
+        screen.emplace(size());
+    }
+    load();
+    if (turntable_ > 0) {
+        turn_round(*screen);
+    } else {
+        look(screen ? &*screen : nullptr);
+    }
+}
 
 } // namespace
 
 void add_view_command(CLI::App& program) {
-    CLI::App* command =
-        program.add_subcommand("view", "Show a model, or tell what lies under a click");
-    command->group("Commands");
-    const auto self = std::make_shared<ViewCommand>(*command);
-    command->callback([self] { self->run(); });
+    add_command<ViewCommand>(program, "view", "Paint a model, or report what is under a click");
 }
 
 namespace {
@@ -100,42 +109,28 @@ ViewCommand::ViewCommand(CLI::App& command) {
         ->needs(picture)
         ->excludes(part);
     CLI::Option* const pick =
-        command.add_option("--pick", pick_, "Tell what lies at this place and mark it");
+        command.add_option("--pick", pick_, "Report what is at this position and mark it");
     pick->type_name("U,V")->excludes(turntable);
     command.add_option("--click", click_, "The same for a pixel of the picture")
         ->type_name("X,Y")
         ->excludes(turntable)
         ->excludes(pick);
-    command.add_flag("--verbose", is_verbose_, "Tell the bounds of the model and of the picture");
+    command.add_flag("--verbose", is_verbose_, "Report the bounds of the model and of the picture");
     command.footer(
-        "U and V are places of the view, in units of the model: after turning, U runs to the\n"
+        "U and V are positions in the view, in units of the model: after turning, U runs to the\n"
         "right and V upward from the middle of the model's extent in the view. X and Y count\n"
         "pixels from the upper left corner of a picture of the given size. At angles 0,0 the\n"
         "model is seen from above, x to the right and y upward; at 0,-90 from the front, z\n"
         "upward. A face is the lighter the more it faces the viewer.\n"
         "\n"
         "What is picked is marked: the face yellow, its nearest edge red, its nearest vertex by\n"
-        "a blue dot, the place by a white one. Where nothing lies the answer is 'none'.\n"
+        "a blue dot, the position by a white one. Where there is nothing the answer is 'none'.\n"
         "With --turntable the pictures are numbered: FILE-00.png and so on.\n"
         "\n"
         "Examples:\n"
         "  korvel view ball.model --edges --picture ball.png\n"
         "  korvel view ball.model --turntable 24 --size 600x600 --picture ball.png\n"
         "  korvel view ball.model --click 800,500 --picture picked.png");
-}
-
-void ViewCommand::run() {
-    check();
-    std::optional<Screen> screen;
-    if (!picture_.empty()) {
-        screen.emplace(size());
-    }
-    load();
-    if (turntable_ > 0) {
-        turn_round(*screen);
-    } else {
-        look(screen ? &*screen : nullptr);
-    }
 }
 
 // Everything that would fail at the end of a long run.
@@ -156,18 +151,18 @@ void ViewCommand::check() const {
     size();
     if (picture_.empty()) {
         if (!is_picking()) {
-            throw InputError("korvel: nothing to do without --picture, --pick or --click");
+            throw kit::InputError("korvel: nothing to do without --picture, --pick or --click");
         }
         return;
     }
     if (!is_png(picture_)) {
-        throw InputError(picture_ + ": the name of a picture of a model ends in .png");
+        throw kit::InputError(picture_ + ": the name of a picture of a model ends in .png");
     }
     for (int i = 0; i < turntable_; ++i) {
-        OutputFile::check(picture_of(i));
+        kit::OutputFile::check(picture_of(i));
     }
     if (turntable_ == 0) {
-        OutputFile::check(picture_);
+        kit::OutputFile::check(picture_);
     }
 }
 
@@ -186,23 +181,23 @@ void ViewCommand::turn_to(double about_z, double tilt) {
     model_.change_vis_parm();
 }
 
-void ViewCommand::look(Screen* screen) {
+void ViewCommand::look(kit::OffscreenRenderer* screen) {
     const Stopwatch time;
-    const ViewFrame frame = this->frame();
+    const kit::ViewFrame frame = this->frame();
     if (is_verbose_) {
-        tell_bounds(frame);
+        print_bounds(frame);
     }
-    const std::optional<Pick> picked = pick_what_is_asked_for(frame);
+    const std::optional<kit::Pick> picked = pick_requested_point(frame);
     if (screen == nullptr) {
         return;
     }
-    OutputFile picture(picture_);
+    kit::OutputFile picture(picture_);
     {
-        const Progress progress("painting");
+        const ProgressLine progress("painting");
         screen->begin(frame);
-        draw_model(model_, with_edges_, with_box_);
+        kit::draw_model(model_, with_edges_, with_box_);
         if (picked) {
-            draw_pick(model_, *picked, frame);
+            kit::draw_pick(model_, *picked, frame);
         }
         screen->write_png(picture);
         picture.replace();
@@ -210,56 +205,56 @@ void ViewCommand::look(Screen* screen) {
     std::printf("wrote %s in %.1f ms\n", picture_.c_str(), time.milliseconds());
 }
 
-// No picture takes its place before all are complete.
-void ViewCommand::turn_round(Screen& screen) {
+// No target is replaced before all pictures are complete.
+void ViewCommand::turn_round(kit::OffscreenRenderer& screen) {
     const Stopwatch time;
     const double start = model_.vis_angle_1;
-    std::deque<OutputFile> pictures;
+    std::deque<kit::OutputFile> pictures;
     {
-        Progress progress("painting");
+        ProgressLine progress("painting");
         for (int i = 0; i < turntable_; ++i) {
             progress.update(i, turntable_);
             turn_to(start + i * 360.0 / turntable_, model_.vis_angle_2);
-            const ViewFrame frame = this->frame();
+            const kit::ViewFrame frame = this->frame();
             if (is_verbose_ && i == 0) {
-                tell_bounds(frame);
+                print_bounds(frame);
             }
             screen.begin(frame);
-            draw_model(model_, with_edges_, with_box_);
-            OutputFile& picture = pictures.emplace_back(picture_of(i));
+            kit::draw_model(model_, with_edges_, with_box_);
+            kit::OutputFile& picture = pictures.emplace_back(picture_of(i));
             screen.write_png(picture);
             picture.close();
         }
     }
-    for (OutputFile& picture : pictures) {
+    for (kit::OutputFile& picture : pictures) {
         picture.replace();
     }
     std::printf("wrote %s to %s in %.1f ms\n", picture_of(0).c_str(),
                 picture_of(turntable_ - 1).c_str(), time.milliseconds());
 }
 
-ViewFrame ViewCommand::frame() const {
+kit::ViewFrame ViewCommand::frame() const {
     if (turntable_ > 0) {
-        return checked(turning_view(model_, with_box_, size()));
+        return checked(kit::turning_view(model_, with_box_, size()));
     }
-    return checked(part_.empty() ? whole_view(model_, with_box_, size())
-                                 : part_of_view(model_, parse_box("--view", part_), size()));
+    return checked(part_.empty() ? kit::whole_view(model_, with_box_, size())
+                                 : kit::part_of_view(model_, parse_box("--view", part_), size()));
 }
 
 // OpenGL draws in single precision.
-ViewFrame ViewCommand::checked(const ViewFrame& frame) const {
+kit::ViewFrame ViewCommand::checked(const kit::ViewFrame& frame) const {
     const auto fits = [](double length) { return length >= 1e-30 && length <= 1e30; };
     if (!fits(frame.right() - frame.left) || !fits(frame.top() - frame.bottom) ||
         !fits(frame.nearest - frame.farthest)) {
-        throw InputError(input_ + ": a picture " + number_text(frame.right() - frame.left) +
-                         " wide cannot be drawn");
+        throw kit::InputError(input_ + ": a picture " + number_text(frame.right() - frame.left) +
+                              " wide cannot be drawn");
     }
     return frame;
 }
 
-void ViewCommand::tell_bounds(const ViewFrame& frame) const {
+void ViewCommand::print_bounds(const kit::ViewFrame& frame) const {
     const double shown[] = {frame.left, frame.right(), frame.bottom, frame.top()};
-    const auto tell = [](const char* what, const double* pairs, int axes) {
+    const auto print = [](const char* what, const double* pairs, int axes) {
         std::printf("%s", what);
         for (int axis = 0; axis < axes; ++axis) {
             std::printf("%s %c %s to %s", axis == 0 ? "" : ",", "uvw"[axis],
@@ -268,11 +263,11 @@ void ViewCommand::tell_bounds(const ViewFrame& frame) const {
         }
         std::printf("\n");
     };
-    tell("view: model", model_.view_bounds, 3);
-    tell("view: picture", shown, 2);
+    print("view: model", model_.view_bounds, 3);
+    print("view: picture", shown, 2);
 }
 
-std::optional<Pick> ViewCommand::pick_what_is_asked_for(const ViewFrame& frame) {
+std::optional<kit::Pick> ViewCommand::pick_requested_point(const kit::ViewFrame& frame) {
     if (!is_picking()) {
         return {};
     }
@@ -287,10 +282,10 @@ std::optional<Pick> ViewCommand::pick_what_is_asked_for(const ViewFrame& frame) 
     if (!click_.empty()) {
         place = "pixel " + click_ + " at " + number_text(at.x) + "," + number_text(at.y);
     }
-    const std::optional<Pick> found = pick(model_, at.x, at.y);
+    const std::optional<kit::Pick> found = kit::pick(model_, at.x, at.y);
     if (found) {
         std::printf("%s: ", place.c_str());
-        tell_pick(model_, *found);
+        print_pick(model_, *found);
     } else {
         std::printf("%s: none\n", place.c_str());
     }
@@ -302,17 +297,17 @@ std::string ViewCommand::picture_of(int frame) const {
     return numbered_picture(picture_, frame, digits);
 }
 
-void tell_pick(const TMOD3D& model, const Pick& pick) {
+void print_pick(const TMOD3D& model, const kit::Pick& pick) {
     const LINE3D& edge = model.lines[pick.edge];
     std::printf("face %d of body %d, point %s, depth %s\n", pick.face, pick.body,
-                place_text(pick.point.data()).c_str(), number_text(pick.depth).c_str());
+                point_text(pick.point.data()).c_str(), number_text(pick.depth).c_str());
     std::printf("nearest vertex %d at %s\n", pick.vertex,
-                place_text(model.verts[pick.vertex].model_xyz).c_str());
+                point_text(model.verts[pick.vertex].model_xyz).c_str());
     std::printf("nearest edge %d between vertices %d and %d, point on it %s\n", pick.edge,
-                edge.start_vert, edge.end_vert, place_text(pick.on_edge.data()).c_str());
+                edge.start_vert, edge.end_vert, point_text(pick.on_edge.data()).c_str());
 }
 
-std::string place_text(const double* point) {
+std::string point_text(const double* point) {
     return number_text(point[0]) + "," + number_text(point[1]) + "," + number_text(point[2]);
 }
 
@@ -324,4 +319,4 @@ bool is_png(const std::filesystem::path& file) {
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -5,7 +5,7 @@
 
 namespace korvel::kit {
 
-/// Things that turn out, pair by pair, to hang together: a union-find structure.
+/// Disjoint sets of the numbers 0 to n - 1 (union-find with path halving).
 class DisjointSets {
 public:
     explicit DisjointSets(int things) : count_(things), parents_(static_cast<std::size_t>(things)) {
@@ -19,7 +19,7 @@ public:
         parents_[a] = b;
     }
 
-    /// The thing that stands for all that hang together with this one.
+    /// The representative of an element's set.
     int root(int thing) {
         while (parents_[thing] != thing) {
             thing = parents_[thing] = parents_[parents_[thing]];

@@ -14,8 +14,8 @@
 namespace korvel::kit {
 namespace {
 
-// A signal may come between any two instructions, also inside of the heap: what its handler needs
-// stands ready in a table of fixed size.
+// A signal may come between any two instructions, also within the allocator: its handler uses a
+// table of fixed size only.
 struct Slot {
     volatile std::sig_atomic_t is_taken = 0;
     std::array<char, 4096> name = {};
@@ -71,7 +71,7 @@ void set_up_signals() {
 #endif
 }
 
-FileOfSignal::FileOfSignal(const std::filesystem::path& file) {
+RemoveOnSignal::RemoveOnSignal(const std::filesystem::path& file) {
     std::error_code error;
     // The current directory may be another one by the time of the signal.
     const std::string name = std::filesystem::absolute(file, error).string();
@@ -86,7 +86,7 @@ FileOfSignal::FileOfSignal(const std::filesystem::path& file) {
     }
 }
 
-FileOfSignal::~FileOfSignal() {
+RemoveOnSignal::~RemoveOnSignal() {
     if (slot_ >= 0) {
         slots[static_cast<std::size_t>(slot_)].is_taken = 0;
     }

@@ -4,7 +4,7 @@
 
 namespace korvel::kit {
 
-/// Lets SIGINT, SIGTERM and SIGHUP remove the files of all `FileOfSignal`s before they end the
+/// Lets SIGINT, SIGTERM and SIGHUP remove the files of all `RemoveOnSignal`s before they end the
 /// program as they always do; those that the program was started to ignore stay ignored. Writing
 /// into a closed pipe, or past the limit on the size of files, fails with an error from here on
 /// instead of ending the program. To be called once, first of all.
@@ -15,13 +15,13 @@ void set_up_signals();
 ///
 /// At most eight files are held at a time, with names of up to 4095 bytes; others stay behind. Not
 /// for use by several threads at once.
-class FileOfSignal {
+class RemoveOnSignal {
 public:
     /// Made before the file is, so that no signal comes in between.
-    explicit FileOfSignal(const std::filesystem::path& file);
-    ~FileOfSignal();
-    FileOfSignal(const FileOfSignal&) = delete;
-    FileOfSignal& operator=(const FileOfSignal&) = delete;
+    explicit RemoveOnSignal(const std::filesystem::path& file);
+    ~RemoveOnSignal();
+    RemoveOnSignal(const RemoveOnSignal&) = delete;
+    RemoveOnSignal& operator=(const RemoveOnSignal&) = delete;
 
 private:
     int slot_ = -1;

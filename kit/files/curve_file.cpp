@@ -23,7 +23,7 @@ void read_curves(WordReader& words, CurveNetwork& out, std::vector<int>* lines) 
             if (words.at_end()) {
                 words.fail_short(point, points,
                                  "points of curve " + std::to_string(curve + 1) +
-                                     ", whose count stands in line " + std::to_string(count_line));
+                                     ", whose count is in line " + std::to_string(count_line));
             }
             tagPOINT place = {};
             place.x = words.next_integer("the x of a point");

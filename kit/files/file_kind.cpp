@@ -1,6 +1,7 @@
 #include "kit/files/file_kind.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "kit/base/errors.h"
@@ -12,51 +13,44 @@
 namespace korvel::kit {
 namespace {
 
+/// The names of a kind: in messages and as an argument.
+struct KindNames {
+    FileKind kind;
+    const char* name;
+    const char* word;
+};
+
+constexpr std::array<KindNames, 6> all_names = {{
+    {FileKind::curves, "curve file", "curves"},
+    {FileKind::regions, "polygon-region file", "regions"},
+    {FileKind::model, "body model file", "model"},
+    {FileKind::written_section, "section file as writedate writes it", "written-section"},
+    {FileKind::section, "section file as readdate reads it", "section"},
+    {FileKind::triangles, "triangle file", "triangles"},
+}};
+
+const KindNames& names_of(FileKind kind);
 std::size_t reach(const TextFile& file, FileKind kind);
 
 } // namespace
 
 const std::vector<FileKind>& file_kinds() {
-    static const std::vector<FileKind> kinds = {FileKind::curves,  FileKind::regions,
-                                                FileKind::model,   FileKind::written_section,
-                                                FileKind::section, FileKind::triangles};
+    static const std::vector<FileKind> kinds = [] {
+        std::vector<FileKind> all;
+        for (const KindNames& names : all_names) {
+            all.push_back(names.kind);
+        }
+        return all;
+    }();
     return kinds;
 }
 
 const char* kind_name(FileKind kind) {
-    switch (kind) {
-    case FileKind::curves:
-        return "curve file";
-    case FileKind::regions:
-        return "polygon-region file";
-    case FileKind::model:
-        return "body model file";
-    case FileKind::section:
-        return "section file as readdate reads it";
-    case FileKind::written_section:
-        return "section file as writedate writes it";
-    case FileKind::triangles:
-        break;
-    }
-    return "triangle file";
+    return names_of(kind).name;
 }
 
 const char* kind_word(FileKind kind) {
-    switch (kind) {
-    case FileKind::curves:
-        return "curves";
-    case FileKind::regions:
-        return "regions";
-    case FileKind::model:
-        return "model";
-    case FileKind::section:
-        return "section";
-    case FileKind::written_section:
-        return "written-section";
-    case FileKind::triangles:
-        break;
-    }
-    return "triangles";
+    return names_of(kind).word;
 }
 
 void read_as(FileKind kind, WordReader& words, FileContents& out) {
@@ -105,6 +99,11 @@ bool is_whole(const TextFile& file, FileKind kind) {
 
 namespace {
 
+const KindNames& names_of(FileKind kind) {
+    return *std::find_if(all_names.begin(), all_names.end(),
+                         [&](const KindNames& names) { return names.kind == kind; });
+}
+
 // How many characters of a file fit a kind; one more than there are if all of it does.
 std::size_t reach(const TextFile& file, FileKind kind) {
     std::vector<Finding> problems;
@@ -115,7 +114,7 @@ std::size_t reach(const TextFile& file, FileKind kind) {
     } catch (const InputError&) {
         return words.reach();
     }
-    return words.has_misfit() ? words.reach() : file.text.size() + 1;
+    return words.has_mismatch() ? words.reach() : file.text.size() + 1;
 }
 
 } // namespace

@@ -23,7 +23,7 @@ const char* kind_name(FileKind kind);
 /// "curves", "regions", "model", …: a kind as an argument names it.
 const char* kind_word(FileKind kind);
 
-/// What a file of some kind holds; the other members stay empty. Nothing is derived.
+/// The contents of a file of some kind; the other members stay empty. Nothing is derived.
 struct FileContents {
     CurveNetwork curves;
     CCPloy2DRg regions;

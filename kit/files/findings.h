@@ -1,32 +1,24 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
-#include "kit/files/file_kind.h"
 #include "kit/files/text_file.h"
 
 namespace korvel::kit {
 
-/// What a check of a file brings to light, in the order of the lines.
+/// What a check of a file finds, in the order of the lines.
 struct Findings {
-    std::vector<Finding> problems; ///< something is wrong
-    std::vector<Finding> notes;    ///< something is odd, but means no harm
+    std::vector<Finding> problems; ///< the file is wrong
+    std::vector<Finding> notes;    ///< unusual, but harmless
 };
 
-/// Checks everything about a file of a kind: its words first, and if they can be told apart, what
-/// they mean. Where a count is wrong or missing the check ends there.
-Findings check_file(const TextFile& file, FileKind kind);
-
-// What the words of a whole file mean. Indices of -1 have been reported and are passed over.
-void check_curves(const FileContents& contents, Findings& out);
-void check_regions(const FileContents& contents, Findings& out);
-void check_triangles(const FileContents& contents, Findings& out);
-void check_section(const FileContents& contents, Findings& out);
-void check_model(const FileContents& contents, Findings& out);
-
-/// Adds a note on how many of the things are not in use, if there are any: "3 points belong to no
-/// ring, the first is point 7".
+/// Adds a note on the records that are not in use, if there are any: "point 7 and 2 more belong to
+/// no ring". `lines` are the lines of the records.
 void note_unused(const std::vector<bool>& is_used, const std::vector<int>& lines,
                  const char* things, const char* wholes, Findings& out);
+
+/// "ring 7".
+std::string numbered(const char* thing, int number);
 
 } // namespace korvel::kit

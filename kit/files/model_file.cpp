@@ -20,7 +20,7 @@ std::optional<std::string> read_model(const TextFile& file, TMOD3D& out) {
     if (out.mode_ok == 0) {
         throw InputError(file.name + ": the library does not read this model");
     }
-    take_colours(out);
+    colours_from_parameters(out);
     return message(file, first_change(checked, lines));
 }
 
@@ -53,7 +53,7 @@ void write_model(TMOD3D& model, FILE* out) {
     model.write_mode(out);
 }
 
-void take_colours(TMOD3D& model) {
+void colours_from_parameters(TMOD3D& model) {
     const auto is_part = [](double v) { return v >= 0 && v <= 1; };
     for (BODY3D& body : model.bodies) {
         if (body.param_1 > 0 && body.param_1 <= 360 && is_part(body.param_2) &&
@@ -71,7 +71,7 @@ namespace {
 int read_model_count(WordReader& words, const char* what) {
     const int count = words.next_count(what);
     if (count == 0) {
-        words.fail(std::string(what) + " is 0, a model needs one at least");
+        words.fail(std::string(what) + " is 0, a model needs at least one");
     }
     return count;
 }

@@ -12,7 +12,7 @@ namespace korvel::kit {
 
 /// Reads a body model file into an empty model with `TMOD3D::read_mode`, after checking what that
 /// call takes on trust: counts, numbers and indices. Throws InputError at the first thing that does
-/// not fit. Bodies take on the colours that the file holds (see `take_colours`).
+/// not fit. Bodies take on the colours that the file holds (see `colours_from_parameters`).
 ///
 /// Coordinates pass through single precision. The result names the first whole-numbered coordinate
 /// that this changes, if there is one.
@@ -28,9 +28,9 @@ std::optional<Finding> first_change(const TMOD3D& model, const RecordLines& line
 /// Writes a model with `TMOD3D::write_mode`, the bodies' colours in their parameters.
 void write_model(TMOD3D& model, FILE* out);
 
-/// A model file has no place for colours, but three parameters for each body that nothing computes
-/// with: the command keeps hue, saturation and lightness there. This gives each body the colour in
-/// its parameters, if they can be one: 0 < hue <= 360, saturation and lightness from 0 to 1.
-void take_colours(TMOD3D& model);
+/// A model file stores no colours, but three parameters for each body that no computation uses: the
+/// command stores hue, saturation and lightness there. Sets the colour of each body from its
+/// parameters, if they are a colour: 0 < hue <= 360, saturation and lightness from 0 to 1.
+void colours_from_parameters(TMOD3D& model);
 
 } // namespace korvel::kit

@@ -11,7 +11,7 @@ namespace korvel::kit {
 namespace fs = std::filesystem;
 namespace {
 
-// Devices and pipes cannot be replaced. What stands in /dev may lead to a regular file, which is
+// Devices and pipes cannot be replaced. A name in /dev may lead to a regular file, which is
 // then somebody's open standard output.
 bool is_written_directly(const fs::path& target) {
     std::error_code error;
@@ -51,7 +51,7 @@ OutputFile::OutputFile(const fs::path& target) : name_(target), target_(target) 
 void OutputFile::check(const fs::path& target) {
     std::error_code error;
     if (fs::is_directory(target, error)) {
-        OutputFile opened(target); // fails, and tells why
+        OutputFile opened(target); // throws with the reason
     }
     // Opening a pipe would disturb its reader.
     if (!is_written_directly(target)) {

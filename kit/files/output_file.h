@@ -9,10 +9,10 @@
 
 namespace korvel::kit {
 
-/// A name that no file is likely to have, for what stands beside a target until it is complete.
+/// A random name for a temporary file beside its target.
 std::string temporary_name();
 
-/// A file that takes its place only when it is complete. Until `replace` it is a temporary file
+/// A file that replaces its target only when it is complete. Until `replace` it is a temporary file
 /// beside the target; without `replace` it goes away and the former target stays as it was, also
 /// when a signal ends the program.
 ///
@@ -25,7 +25,7 @@ public:
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    /// Throws when the target could not be written, as far as that can be told without writing it.
+    /// Throws when the target cannot be written, as far as that shows without writing it.
     static void check(const std::filesystem::path& target);
 
     /// Open for writing until `close`.
@@ -51,7 +51,7 @@ private:
     std::filesystem::path name_;      // as the user spelled it
     std::filesystem::path target_;    // links resolved
     std::filesystem::path temporary_; // empty while there is none
-    std::optional<FileOfSignal> held_;
+    std::optional<RemoveOnSignal> held_;
     FILE* stream_ = nullptr;
 };
 

@@ -12,7 +12,7 @@
 
 namespace korvel::kit {
 
-/// The lines of a file in which its records stand.
+/// The lines of a file that contain its records.
 struct RecordLines {
     std::vector<int> points;
     std::vector<int> parts;  ///< of points: rings, faces
@@ -20,7 +20,7 @@ struct RecordLines {
 };
 
 /// Record `index` of a list that is to hold `declared` of them. The list grows as records come in,
-/// so that a count is believed only as far as the file bears it out.
+/// so that a count is believed only as far as the file confirms it.
 template <class List>
 auto& next_record(List& list, int index, int declared) {
     if (index == list.GetSize()) {

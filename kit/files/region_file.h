@@ -22,8 +22,8 @@ bool holds_regions(const TextFile& file);
 /// that this changes, if there is one.
 std::optional<std::string> read_regions(const TextFile& file, CCPloy2DRg& out);
 
-/// Reads points, rings and regions from words, coordinates as they stand. Ring and region indices
-/// may come out as -1 where problems are collected.
+/// Reads points, rings and regions from words, coordinates in double precision. Ring and region
+/// indices may come out as -1 where problems are collected.
 RecordLines read_regions(WordReader& words, CCPloy2DRg& out);
 
 /// The first coordinate that reading changes.

@@ -71,19 +71,19 @@ std::string_view WordReader::next() {
 
 int WordReader::next_integer(const char* what) {
     int value = 0;
-    const std::string misfit = misfit_as_integer(what, value);
-    if (!misfit.empty()) {
-        report(misfit);
+    const std::string mismatch = parse_as_integer(what, value);
+    if (!mismatch.empty()) {
+        report(mismatch);
     }
     return value;
 }
 
-// Where a count is wrong, nothing tells what the words after it are.
+// After a wrong count the meaning of the words that follow is unknown.
 int WordReader::next_count(const char* what) {
     int count = 0;
-    const std::string misfit = misfit_as_integer(what, count);
-    if (!misfit.empty()) {
-        fail(misfit);
+    const std::string mismatch = parse_as_integer(what, count);
+    if (!mismatch.empty()) {
+        fail(mismatch);
     }
     if (count < 0) {
         fail(std::string(what) + " is " + std::to_string(count) + ", it cannot be negative");
@@ -93,9 +93,9 @@ int WordReader::next_count(const char* what) {
 
 int WordReader::next_index(const char* what, int size) {
     int index = 0;
-    const std::string misfit = misfit_as_integer(what, index);
-    if (!misfit.empty()) {
-        report(misfit);
+    const std::string mismatch = parse_as_integer(what, index);
+    if (!mismatch.empty()) {
+        report(mismatch);
         return -1;
     }
     if (index < 0 || index >= size) {
@@ -109,9 +109,9 @@ int WordReader::next_index(const char* what, int size) {
 
 double WordReader::next_real(const char* what) {
     double value = 0;
-    const std::string misfit = misfit_as_real(what, value);
-    if (!misfit.empty()) {
-        report(misfit);
+    const std::string mismatch = parse_as_real(what, value);
+    if (!mismatch.empty()) {
+        report(mismatch);
         return 0;
     }
     return value;
@@ -124,20 +124,20 @@ void WordReader::fail_short(int done, int all, const std::string& things) const 
 
 void WordReader::need_end(const std::string& last) {
     if (!at_end()) {
-        fail(shown(next()) + " stands after " + last);
+        fail(quoted(next()) + " follows " + last);
     }
 }
 
 std::string_view WordReader::word_for(const char* what) {
     const std::string_view word = next();
     if (word.empty()) {
-        fail(std::string("the file ends where ") + what + " belongs");
+        fail(std::string("the file ends where ") + what + " is expected");
     }
     return word;
 }
 
 // What is wrong with the next word, or nothing.
-std::string WordReader::misfit_as_integer(const char* what, int& value) {
+std::string WordReader::parse_as_integer(const char* what, int& value) {
     at_end(); // white space before the word fits everything
     const std::size_t start = position();
     const std::string_view word = word_for(what);
@@ -146,14 +146,14 @@ std::string WordReader::misfit_as_integer(const char* what, int& value) {
         return {};
     }
     value = 0;
-    first_misfit_ = std::min(first_misfit_, start);
+    first_mismatch_ = std::min(first_mismatch_, start);
     if (error == std::errc::result_out_of_range) {
-        return shown(word) + " is too large for " + what + ", which holds 32 bits";
+        return quoted(word) + " is too large for " + what + ", which holds 32 bits";
     }
-    return shown(word) + " stands where " + what + " belongs, an integer";
+    return quoted(word) + " is not an integer: expected " + what;
 }
 
-std::string WordReader::misfit_as_real(const char* what, double& value) {
+std::string WordReader::parse_as_real(const char* what, double& value) {
     at_end();
     const std::size_t start = position();
     const std::string_view word = word_for(what);
@@ -161,14 +161,14 @@ std::string WordReader::misfit_as_real(const char* what, double& value) {
     if (error == std::errc() && std::abs(value) <= std::numeric_limits<float>::max()) {
         return {};
     }
-    first_misfit_ = std::min(first_misfit_, start);
+    first_mismatch_ = std::min(first_mismatch_, start);
     if (error == std::errc::invalid_argument) {
-        return shown(word) + " stands where " + what + " belongs, a number";
+        return quoted(word) + " is not a number: expected " + what;
     }
     if (error == std::errc() && !std::isfinite(value)) {
-        return shown(word) + " stands where " + what + " belongs, a finite number";
+        return quoted(word) + " is not a finite number: expected " + what;
     }
-    return shown(word) + " does not fit " + what + ", which is held in single precision";
+    return quoted(word) + " does not fit " + what + ", which is held in single precision";
 }
 
 void WordReader::report(const std::string& message) {
@@ -185,7 +185,7 @@ void WordReader::fail(const std::string& message) const {
     throw InputError(file_.name + ":" + std::to_string(line_) + ": " + message + remark_);
 }
 
-std::string shown(std::string_view word) {
+std::string quoted(std::string_view word) {
     constexpr std::size_t longest = 40;
     std::string text = "'";
     for (const char c : word.substr(0, longest)) {
@@ -206,7 +206,7 @@ std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file) {
     return scratch;
 }
 
-std::string shortest(double value) {
+std::string shortest_digits(double value) {
     std::array<char, 32> digits; // NOLINT(cppcoreguidelines-pro-type-member-init)
     const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
     return {digits.data(), end};

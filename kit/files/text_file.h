@@ -10,7 +10,7 @@
 
 namespace korvel::kit {
 
-/// A text file, read whole, so that what was checked is what is used.
+/// A text file, read whole, so that the text that is checked is the text that is used.
 struct TextFile {
     std::string name; ///< as the user spelled it
     std::string text;
@@ -19,15 +19,15 @@ struct TextFile {
     explicit TextFile(const std::filesystem::path& file);
 };
 
-/// Something wrong or odd in a file.
+/// A problem or an oddity in a file.
 struct Finding {
     int line = 0;
     std::string message;
 };
 
-/// Takes a text apart into words and numbers, and names file and line of whatever does not fit.
+/// Splits a text into words and numbers, and names file and line of what does not fit.
 ///
-/// `what` says in messages what belongs in a place: "the x of a point". Without a list of problems
+/// `what` names the expected value in messages: "the x of a point". Without a list of problems
 /// every problem is thrown. With one, those that leave no doubt about what the next word is are
 /// added to it instead and the reading goes on; a wrong count and an early end are still thrown.
 class WordReader {
@@ -56,7 +56,7 @@ public:
     /// Throws "the file ends after 2 of 3 points".
     [[noreturn]] void fail_short(int done, int all, const std::string& things) const;
 
-    /// Fails unless the file ends here: "'7' stands after the last point".
+    /// Fails unless the file ends here: "'7' follows the last point".
     void need_end(const std::string& last);
 
     /// Line of the last word that was read, from 1.
@@ -74,37 +74,37 @@ public:
     /// Throws InputError with "FILE:LINE: message", after adding the problem to the list.
     [[noreturn]] void fail(const std::string& message) const;
 
-    /// True after a word that was no number of the kind that belonged in its place.
-    bool has_misfit() const { return first_misfit_ != none; }
+    /// True after a word that was not a number of the expected kind.
+    bool has_mismatch() const { return first_mismatch_ != none; }
 
     /// How many characters were read before the first such word, or at all.
-    std::size_t reach() const { return has_misfit() ? first_misfit_ : position(); }
+    std::size_t reach() const { return has_mismatch() ? first_mismatch_ : position(); }
 
 private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
     std::size_t position() const { return file_.text.size() - rest_.size(); }
     std::string_view word_for(const char* what);
-    std::string misfit_as_integer(const char* what, int& value);
-    std::string misfit_as_real(const char* what, double& value);
+    std::string parse_as_integer(const char* what, int& value);
+    std::string parse_as_real(const char* what, double& value);
 
     const TextFile& file_;
     std::string_view rest_;
     std::vector<Finding>* problems_;
     std::string remark_;
-    std::size_t first_misfit_ = none;
+    std::size_t first_mismatch_ = none;
     int line_ = 1;
     int next_line_ = 1;
 };
 
 /// A word as messages show it: quoted, shortened, control characters masked.
-std::string shown(std::string_view word);
+std::string quoted(std::string_view word);
 
 /// Text as a stream, for library calls that read from one: a temporary file, positioned at its
-/// start. Throws OutputError when there is no place for it.
+/// start. Throws OutputError when it cannot be written.
 std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file);
 
 /// The shortest digits that read back as the same number.
-std::string shortest(double value);
+std::string shortest_digits(double value);
 
 } // namespace korvel::kit

@@ -5,7 +5,8 @@ namespace korvel::kit {
 void write_triangles(const PLYDT& set, const std::vector<int>& ends, FILE* out) {
     std::fprintf(out, "%d\n", set.pt_list.GetSize());
     for (const VERT2D& point : set.pt_list) {
-        std::fprintf(out, "%s %s\n", shortest(point.x).c_str(), shortest(point.y).c_str());
+        std::fprintf(out, "%s %s\n", shortest_digits(point.x).c_str(),
+                     shortest_digits(point.y).c_str());
     }
     std::fprintf(out, "%zu\n", ends.size());
     int next = 0;

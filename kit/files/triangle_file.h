@@ -10,7 +10,7 @@
 namespace korvel::kit {
 
 /// Writes the triangles of a set as plain text: the number of points and their coordinates, with as
-/// many digits as give back the same value; the number of regions; for each region its number of
+/// many digits as read back as the same value; the number of regions; for each region its number of
 /// triangles and the three point indices of each.
 ///
 /// `ends[k]` is the index in `trg_list` after the last triangle of region k.

@@ -14,7 +14,8 @@ namespace korvel::kit {
 namespace {
 
 bool copy_outline(const PLYDT& set, const PLYDT::PyToRg& region, PLYDT& cap);
-std::vector<std::vector<int>> rings_through_places(const PLYDT& set, const PLYDT::PyToRg& region);
+std::vector<std::vector<int>> rings_through_unique_points(const PLYDT& set,
+                                                          const PLYDT::PyToRg& region);
 void clear_spikes(std::vector<int>& ring);
 bool fill_by_front(PLYDT& cap);
 bool fill_by_delaunay(PLYDT& cap);
@@ -22,7 +23,7 @@ bool fits(const PLYDT& cap);
 bool part_at_touching_points(PLYDT& cap);
 bool has_flat_triangle(const PLYDT& cap);
 int passes_of_rings(const PLYDT& cap);
-void lay_rings(PLYDT& cap, std::vector<int>& successors);
+void trace_rings(PLYDT& cap, std::vector<int>& successors);
 
 // The corners of triangles, three for each, put together into fans: corners at the same point whose
 // triangles share a side that ends there.
@@ -30,8 +31,9 @@ class Fans {
 public:
     explicit Fans(const PLYDT& cap);
 
-    // False where two triangles lie on the same hand of a side, or where the triangles fall apart.
-    bool are_sound() const { return !has_doubled_side_ && triangles_.count() == 1; }
+    // False where two triangles are on the same side of an edge, or where the triangles are not
+    // connected.
+    bool are_valid() const { return !has_doubled_side_ && triangles_.count() == 1; }
 
     // Numbers the fans as points: the first at each point keeps its number, further ones are
     // added. Returns the point of each corner.
@@ -69,10 +71,10 @@ Filled make_cap(const PLYDT& set, const PLYDT::PyToRg& region, Fill fill, PLYDT&
 
 namespace {
 
-// Points of the same place become the first of them; their order is that of the set. False where
+// Points of equal coordinates become the first of them; their order is that of the set. False where
 // the outer ring encloses nothing.
 bool copy_outline(const PLYDT& set, const PLYDT::PyToRg& region, PLYDT& cap) {
-    std::vector<std::vector<int>> rings = rings_through_places(set, region);
+    std::vector<std::vector<int>> rings = rings_through_unique_points(set, region);
     if (rings.empty() || rings.front().size() < 3) {
         return false;
     }
@@ -101,7 +103,8 @@ bool copy_outline(const PLYDT& set, const PLYDT::PyToRg& region, PLYDT& cap) {
     return true;
 }
 
-std::vector<std::vector<int>> rings_through_places(const PLYDT& set, const PLYDT::PyToRg& region) {
+std::vector<std::vector<int>> rings_through_unique_points(const PLYDT& set,
+                                                          const PLYDT::PyToRg& region) {
     std::map<std::pair<double, double>, int> first_at;
     for (const int ring : region.rings) {
         for (const int point : set.ring_list[ring].pts) {
@@ -121,7 +124,7 @@ std::vector<std::vector<int>> rings_through_places(const PLYDT& set, const PLYDT
     return rings;
 }
 
-// Takes out of a ring what leads nowhere: a point that follows itself, a side there and back.
+// Removes spikes from a ring: a point that follows itself, a side there and back.
 void clear_spikes(std::vector<int>& ring) {
     std::vector<int> kept;
     for (const int point : ring) {
@@ -176,7 +179,7 @@ bool fits(const PLYDT& cap) {
 // bring each point onto one ring.
 bool part_at_touching_points(PLYDT& cap) {
     Fans fans(cap);
-    if (!fans.are_sound()) {
+    if (!fans.are_valid()) {
         return false;
     }
     if (passes_of_rings(cap) == cap.pt_list.GetSize()) {
@@ -192,7 +195,7 @@ bool part_at_touching_points(PLYDT& cap) {
     for (const auto& [start, end] : fans.open_sides()) {
         successors[points[start]] = points[end];
     }
-    lay_rings(cap, successors);
+    trace_rings(cap, successors);
     return passes_of_rings(cap) == cap.pt_list.GetSize();
 }
 
@@ -211,7 +214,7 @@ int passes_of_rings(const PLYDT& cap) {
     return passes;
 }
 
-void lay_rings(PLYDT& cap, std::vector<int>& successors) {
+void trace_rings(PLYDT& cap, std::vector<int>& successors) {
     cap.ring_list.RemoveAll();
     cap.region_list[0].rings.RemoveAll();
     for (int start = 0; start < cap.pt_list.GetSize(); ++start) {

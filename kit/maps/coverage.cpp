@@ -15,8 +15,8 @@ template <class Number>
 Coverage measure(const PLYDT& set, const PLYDT::PyToRg& region, int first, int end);
 bool is_same(WideInteger region, WideInteger triangles);
 bool is_same(double region, double triangles);
-bool is_turned_over(WideInteger triangle, WideInteger region);
-bool is_turned_over(double triangle, double region);
+bool is_reversed(WideInteger triangle, WideInteger region);
+bool is_reversed(double triangle, double region);
 
 // Directed segments between points, summed: a segment and its reverse cancel out.
 class Chain {
@@ -36,8 +36,8 @@ public:
     // Merges equal segments and drops those that cancel out. True when nothing is left.
     bool cancel();
 
-    // Splits every segment at those of the points that lie on it. Points of the same place become
-    // one.
+    // Splits every segment at those of the points that lie on it. Points of equal coordinates
+    // become one.
     template <class Number>
     Chain split_at(const PLYDT& set, const std::vector<int>& points) const;
 
@@ -69,7 +69,7 @@ Coverage measure(const PLYDT& set, const PLYDT::PyToRg& region, int first, int e
         const PLYDT::TRG& triangle = set.trg_list[i];
         const auto area = twice_area<Number>(set.pt_list[triangle.va], set.pt_list[triangle.vb],
                                              set.pt_list[triangle.vc]);
-        turn_alike = turn_alike && !is_turned_over(area, region_area);
+        turn_alike = turn_alike && !is_reversed(area, region_area);
         triangle_area += area < 0 ? -area : area;
     }
     Coverage coverage;
@@ -95,12 +95,12 @@ bool is_same(double region, double triangles) {
     return std::abs(triangles - region) <= 1e-9 * std::abs(region);
 }
 
-bool is_turned_over(WideInteger triangle, WideInteger /*region*/) {
+bool is_reversed(WideInteger triangle, WideInteger /*region*/) {
     return triangle < 0;
 }
 
 // Rounding may turn a flat triangle over.
-bool is_turned_over(double triangle, double region) {
+bool is_reversed(double triangle, double region) {
     return triangle < -1e-9 * std::abs(region);
 }
 
@@ -113,7 +113,7 @@ Chain Chain::difference(const PLYDT& set, const PLYDT::PyToRg& region, int first
         difference.add(triangle.vb, triangle.vc, 1);
         difference.add(triangle.vc, triangle.va, 1);
     }
-    // All rings turn alike, so the region lies on the other hand of a hole's sides.
+    // All rings turn alike, so the region is on the other side of a hole's sides.
     for (int i = 0; i < region.rings.GetSize(); ++i) {
         const CArray<int>& ring = set.ring_list[region.rings[i]].pts;
         for (int k = 0; k < ring.GetSize(); ++k) {
@@ -142,8 +142,8 @@ bool Chain::cancel() {
     return segments_.empty();
 }
 
-// 0 for lattice points; else what rounding may put between a point and a line through two others,
-// as a part of the distance of those two.
+// 0 for lattice points; else the error that rounding may add to the distance of a point from a line
+// through two others, relative to the distance of those two.
 template <class Number>
 constexpr double line_slack = 0;
 template <>

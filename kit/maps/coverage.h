@@ -9,7 +9,7 @@ struct Coverage {
     double region_area = 0;
     double triangle_area = 0; ///< sum over the triangles
     bool is_same_area = false;
-    /// The triangles cover every place of the region once and nothing else.
+    /// The triangles cover every point of the region once and nothing else.
     bool is_tiling = false;
     /// Each side of the region's rings is the side of one triangle and each other side that of two:
     /// no corner of a triangle lies within the side of another.

@@ -23,20 +23,20 @@ struct Destroy {
 };
 using Geometry = std::unique_ptr<GEOSGeometry, Destroy>;
 
-/// The points of a region by their places.
-using Places = std::map<std::pair<double, double>, int>;
+/// The point indices of a region by their coordinates.
+using PointIndices = std::map<std::pair<double, double>, int>;
 
-Places places_of(const PLYDT& set, const PLYDT::PyToRg& region);
+PointIndices indices_by_point(const PLYDT& set, const PLYDT::PyToRg& region);
 Geometry polygon_of(GEOSContextHandle_t context, const PLYDT& set, const PLYDT::PyToRg& region);
 GEOSGeometry* ring_of(GEOSContextHandle_t context, const PLYDT& set, const RING& ring);
-bool take_triangle(GEOSContextHandle_t context, const GEOSGeometry* triangle, const Places& places,
-                   PLYDT& set);
+bool take_triangle(GEOSContextHandle_t context, const GEOSGeometry* triangle,
+                   const PointIndices& indices, PLYDT& set);
 void turn_triangles(PLYDT& set, int first);
 
 } // namespace
 
 void add_delaunay_triangles(PLYDT& set, const PLYDT::PyToRg& region) {
-    // Without message handlers GEOS says nothing; what fails comes back as a null pointer.
+    // Without message handlers GEOS prints nothing; a call that fails returns a null pointer.
     const Context owner(GEOS_init_r(), GEOS_finish_r);
     GEOSContextHandle_t const context = owner.get();
     const Geometry polygon = polygon_of(context, set, region);
@@ -44,11 +44,11 @@ void add_delaunay_triangles(PLYDT& set, const PLYDT::PyToRg& region) {
     if (!found) {
         return;
     }
-    const Places places = places_of(set, region);
+    const PointIndices indices = indices_by_point(set, region);
     const int first = set.trg_list.GetSize();
     const int triangles = GEOSGetNumGeometries_r(context, found.get());
     for (int i = 0; i < triangles; ++i) {
-        if (!take_triangle(context, GEOSGetGeometryN_r(context, found.get(), i), places, set)) {
+        if (!take_triangle(context, GEOSGetGeometryN_r(context, found.get(), i), indices, set)) {
             set.trg_list.SetSize(first);
             return;
         }
@@ -58,14 +58,14 @@ void add_delaunay_triangles(PLYDT& set, const PLYDT::PyToRg& region) {
 
 namespace {
 
-Places places_of(const PLYDT& set, const PLYDT::PyToRg& region) {
-    Places places;
+PointIndices indices_by_point(const PLYDT& set, const PLYDT::PyToRg& region) {
+    PointIndices indices;
     for (const int ring : region.rings) {
         for (const int point : set.ring_list[ring].pts) {
-            places.try_emplace({set.pt_list[point].x, set.pt_list[point].y}, point);
+            indices.try_emplace({set.pt_list[point].x, set.pt_list[point].y}, point);
         }
     }
-    return places;
+    return indices;
 }
 
 Geometry polygon_of(GEOSContextHandle_t context, const PLYDT& set, const PLYDT::PyToRg& region) {
@@ -79,13 +79,13 @@ Geometry polygon_of(GEOSContextHandle_t context, const PLYDT& set, const PLYDT::
 }
 
 GEOSGeometry* ring_of(GEOSContextHandle_t context, const PLYDT& set, const RING& ring) {
-    std::vector<double> places;
+    std::vector<double> coordinates;
     for (int k = 0; k <= ring.pts.GetSize(); ++k) {
         const VERT2D& point = set.pt_list[ring.pts[k % ring.pts.GetSize()]];
-        places.insert(places.end(), {point.x, point.y});
+        coordinates.insert(coordinates.end(), {point.x, point.y});
     }
     GEOSCoordSequence* const sequence = GEOSCoordSeq_copyFromBuffer_r(
-        context, places.data(), static_cast<unsigned>(places.size() / 2), 0, 0);
+        context, coordinates.data(), static_cast<unsigned>(coordinates.size() / 2), 0, 0);
     GEOSGeometry* const closed =
         sequence == nullptr ? nullptr : GEOSGeom_createLinearRing_r(context, sequence);
     if (closed == nullptr) {
@@ -94,9 +94,9 @@ GEOSGeometry* ring_of(GEOSContextHandle_t context, const PLYDT& set, const RING&
     return closed;
 }
 
-// Coordinates pass through GEOS unchanged, so that they give back the points exactly.
-bool take_triangle(GEOSContextHandle_t context, const GEOSGeometry* triangle, const Places& places,
-                   PLYDT& set) {
+// GEOS returns coordinates unchanged, so that they identify the points exactly.
+bool take_triangle(GEOSContextHandle_t context, const GEOSGeometry* triangle,
+                   const PointIndices& indices, PLYDT& set) {
     const GEOSCoordSequence* const corners =
         GEOSGeom_getCoordSeq_r(context, GEOSGetExteriorRing_r(context, triangle));
     std::array<int, 3> points = {};
@@ -104,8 +104,8 @@ bool take_triangle(GEOSContextHandle_t context, const GEOSGeometry* triangle, co
         double x = 0;
         double y = 0;
         GEOSCoordSeq_getXY_r(context, corners, k, &x, &y);
-        const auto found = places.find({x, y});
-        if (found == places.end()) {
+        const auto found = indices.find({x, y});
+        if (found == indices.end()) {
             return false;
         }
         points[k] = found->second;

@@ -1,4 +1,5 @@
 #include "kit/maps/region_sets.h"
+#include "kit/base/areas.h"
 
 #include <utility>
 
@@ -39,7 +40,7 @@ private:
 
 } // namespace
 
-void turn_rings(PLYDT& set) {
+void orient_rings(PLYDT& set) {
     for (RING& ring : set.ring_list) {
         if (twice_area<double>(set.pt_list, ring) < 0) {
             std::reverse(ring.pts.begin(), ring.pts.end());

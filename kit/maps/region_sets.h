@@ -1,10 +1,8 @@
 #pragma once
 
-#include <algorithm>
-#include <limits>
 #include <vector>
 
-#include "kit/base/areas.h"
+#include "kit/base/rectangle.h"
 #include "korvel/module/korvel.h"
 
 // Work on the two kinds of region set, `CCPloy2DRg` and `PLYDT`, whose records have the same shape.
@@ -12,25 +10,9 @@
 
 namespace korvel::kit {
 
-/// The smallest upright rectangle around the regions of a set. Empty (left > right) without points.
-struct Box {
-    double left = std::numeric_limits<double>::infinity();
-    double top = std::numeric_limits<double>::infinity();
-    double right = -std::numeric_limits<double>::infinity();
-    double bottom = -std::numeric_limits<double>::infinity();
-
-    bool is_empty() const { return left > right; }
-
-    void take_in(double x, double y) {
-        left = std::min(left, x);
-        right = std::max(right, x);
-        top = std::min(top, y);
-        bottom = std::max(bottom, y);
-    }
-};
-
+/// Enlarges a rectangle by the points of a region.
 template <class Set>
-void take_in_region(Box& box, const Set& set, const typename Set::PyToRg& region) {
+void take_in_region(Rectangle& box, const Set& set, const typename Set::PyToRg& region) {
     for (const int ring : region.rings) {
         for (const int point : set.ring_list[ring].pts) {
             box.take_in(set.pt_list[point].x, set.pt_list[point].y);
@@ -38,10 +20,10 @@ void take_in_region(Box& box, const Set& set, const typename Set::PyToRg& region
     }
 }
 
-/// Points that no region uses do not count.
+/// The smallest rectangle around the regions of a set. Points that no region uses do not count.
 template <class Set>
-Box box_of_regions(const Set& set) {
-    Box box;
+Rectangle box_of_regions(const Set& set) {
+    Rectangle box;
     for (const auto& region : set.region_list) {
         take_in_region(box, set, region);
     }
@@ -70,7 +52,7 @@ void copy_regions(const Source& source, Target& target) {
 
 /// Turns every ring the way the triangulation expects: with positive area, clockwise where y grows
 /// downward.
-void turn_rings(PLYDT& set);
+void orient_rings(PLYDT& set);
 
 /// Keeps the regions of the given indices, in index order, and the rings and points that they use.
 void keep_regions(PLYDT& set, const std::vector<int>& regions);

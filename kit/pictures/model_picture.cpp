@@ -42,7 +42,7 @@ void draw_model(TMOD3D& model, bool with_edges, bool with_box) {
 }
 
 void draw_pick(TMOD3D& model, const Pick& pick, const ViewFrame& frame) {
-    // A pick at the middle of a face must leave some of it to be seen.
+    // The marks leave a part of the face visible.
     const double pixels = 3 * frame.line_width();
     const double rim = frame.line_width();
     glDepthFunc(GL_LEQUAL); // the face lies exactly where it was drawn before

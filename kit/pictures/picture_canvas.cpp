@@ -140,8 +140,8 @@ BOOL PictureCanvas::PolyPolygon(const POINT* points, const int* counts, int poly
     return 1;
 }
 
-// The middle of a pixel stands for it, so that a line of one pixel's width fills exactly that
-// pixel.
+// Device coordinates are the middles of pixels, so that a line of one pixel's width fills exactly
+// that pixel.
 double PictureCanvas::on_page(int device) const {
     // Farther out Cairo's fixed-point coordinates would wrap around.
     constexpr double farthest = 1e6;
@@ -161,7 +161,7 @@ void PictureCanvas::stroke() {
     cairo_stroke(context_.get());
 }
 
-// Cairo tells that a write failed, not why; `write` has kept the system's reason.
+// Cairo reports that a write failed, not why; `write` has stored the system's reason.
 void PictureCanvas::check(cairo_status_t status) const {
     if (status == CAIRO_STATUS_SUCCESS) {
         return;

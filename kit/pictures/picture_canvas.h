@@ -19,10 +19,11 @@ struct PictureSize {
     int height = 1000;
 };
 
-/// Where a text stands from its place: to the right of it, around it, to the left of it.
+/// Alignment of a text at its position: to the right of it, centred, to the left of it.
 enum class Anchor { start, middle, end };
 
-/// The format that a file's ending stands for, in capitals or not. Throws InputError for any other.
+/// The format that a file's extension selects, in upper or lower case. Throws InputError for any
+/// other.
 PictureFormat picture_format(const std::filesystem::path& file);
 
 /// A device context that paints a picture with Cairo. The page is white at the start; a black pen

@@ -5,7 +5,7 @@
 
 namespace korvel::kit {
 
-PictureFit::PictureFit(const Box& box, PictureSize size, double stretch)
+PictureFit::PictureFit(const Rectangle& box, PictureSize size, double stretch)
     : sx(1 / stretch), page(size) {
     if (box.is_empty()) {
         return;

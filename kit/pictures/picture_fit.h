@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/maps/region_sets.h"
+#include "kit/base/rectangle.h"
 #include "kit/pictures/picture_canvas.h"
 
 namespace korvel::kit {
@@ -23,7 +23,7 @@ struct PictureFit {
     PictureSize page;
 
     /// A unit of x is painted `stretch` times as long as a unit of y.
-    PictureFit(const Box& box, PictureSize size, double stretch);
+    PictureFit(const Rectangle& box, PictureSize size, double stretch);
 
     /// Width in device units of a pen for the outlines of `shapes` shapes spread over the picture:
     /// about a pixel for a few large ones, thinner for many small ones.

@@ -198,7 +198,7 @@ void SectionPainter::write_numbers(const Cut& cut) {
             *std::max_element(body.polygons.begin(), body.polygons.end(), [&](int a, int b) {
                 return cut.section.polys[a].area < cut.section.polys[b].area;
             });
-        Box box;
+        Rectangle box;
         for (const int v : cut.section.polys[polygon].verts) {
             const double* const point = cut.section.verts[v].model_xyz;
             box.take_in(point[view_.axes.u], point[view_.axes.v]);
@@ -212,7 +212,7 @@ void SectionPainter::write_numbers(const Cut& cut) {
         const auto is_inside = [&](double du, double dv) {
             const auto holding =
                 std::count_if(body.polygons.begin(), body.polygons.end(), [&](int other) {
-                    return holds(cut.section, other, view_.axes, u + du, v + dv);
+                    return contains(cut.section, other, view_.axes, u + du, v + dv);
                 });
             return holding % 2 != 0;
         };

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "kit/maps/region_sets.h"
+#include "kit/base/rectangle.h"
 #include "kit/pictures/picture_canvas.h"
 #include "kit/solids/section_cut.h"
 
@@ -11,14 +11,15 @@ namespace korvel::kit {
 /// What a picture of a section shows.
 struct SectionView {
     PlaneAxes axes;
-    Box box; ///< u from left to right, v from top (its least) to bottom (its greatest)
+    Rectangle box; ///< u from left to right, v from top (its least) to bottom (its greatest)
     std::string title;
     std::string remark; ///< at the other end of the title's line
 };
 
 /// Paints the polygons of a cut in the colours of their bodies, holes open, v upward, with both
 /// axes, their scales and the numbers of the bodies where there is room for them. Where one axis
-/// would be squeezed to a thin strip it is drawn on a larger scale, and its name says so: "z × 20".
+/// would be squeezed to a thin strip it is drawn on a larger scale, and its name gives the factor:
+/// "z × 20".
 void paint_section(PictureCanvas& canvas, PictureSize size, const Cut& cut,
                    const SectionView& view);
 

@@ -7,7 +7,7 @@ namespace korvel::kit {
 namespace {
 
 /// A box in view coordinates.
-struct Extent {
+struct ViewBox {
     double least[3];
     double greatest[3];
 
@@ -19,8 +19,8 @@ struct Extent {
     }
 };
 
-Extent view_extent(const TMOD3D& model, bool with_box);
-ViewFrame frame_around(const Extent& extent, PictureSize size);
+ViewBox view_extent(const TMOD3D& model, bool with_box);
+ViewFrame frame_around(const ViewBox& extent, PictureSize size);
 
 } // namespace
 
@@ -33,8 +33,8 @@ ViewFrame whole_view(const TMOD3D& model, bool with_box, PictureSize size) {
     return frame_around(view_extent(model, with_box), size);
 }
 
-ViewFrame part_of_view(const TMOD3D& model, const Box& part, PictureSize size) {
-    Extent extent = view_extent(model, true);
+ViewFrame part_of_view(const TMOD3D& model, const Rectangle& part, PictureSize size) {
+    ViewBox extent = view_extent(model, true);
     extent.least[0] = part.left;
     extent.greatest[0] = part.right;
     extent.least[1] = part.top;
@@ -64,7 +64,7 @@ ViewFrame turning_view(const TMOD3D& model, bool with_box, PictureSize size) {
     if (with_box) {
         std::for_each(std::begin(model.cuboid_corners), std::end(model.cuboid_corners), take_in);
     }
-    Extent extent = {};
+    ViewBox extent = {};
     for (int k = 0; k < 3; ++k) {
         const double middle = (model.rotated_corners[0][k] + model.rotated_corners[7][k]) / 2;
         extent.least[k] = middle - reach[k];
@@ -75,9 +75,9 @@ ViewFrame turning_view(const TMOD3D& model, bool with_box, PictureSize size) {
 
 namespace {
 
-Extent view_extent(const TMOD3D& model, bool with_box) {
+ViewBox view_extent(const TMOD3D& model, bool with_box) {
     const double* const b = model.view_bounds;
-    Extent extent = {{b[0], b[2], b[4]}, {b[1], b[3], b[5]}};
+    ViewBox extent = {{b[0], b[2], b[4]}, {b[1], b[3], b[5]}};
     if (with_box) {
         for (const auto& corner : model.rotated_corners) {
             extent.take_in(corner);
@@ -86,7 +86,7 @@ Extent view_extent(const TMOD3D& model, bool with_box) {
     return extent;
 }
 
-ViewFrame frame_around(const Extent& extent, PictureSize size) {
+ViewFrame frame_around(const ViewBox& extent, PictureSize size) {
     const double margin = std::max(2.0, 0.02 * std::min(size.width, size.height));
     const double across = extent.greatest[0] - extent.least[0];
     const double upward = extent.greatest[1] - extent.least[1];
@@ -99,7 +99,7 @@ ViewFrame frame_around(const Extent& extent, PictureSize size) {
     }
     frame.left = (extent.least[0] + extent.greatest[0]) / 2 - frame.unit * size.width / 2;
     frame.bottom = (extent.least[1] + extent.greatest[1]) / 2 - frame.unit * size.height / 2;
-    // Lines stand in front of the faces by a two-hundredth of the depth.
+    // Lines are in front of the faces by a two-hundredth of the depth.
     const double room = 0.02 * depth + frame.unit;
     frame.nearest = extent.greatest[2] + room;
     frame.farthest = extent.least[2] - room;

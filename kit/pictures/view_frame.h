@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/maps/region_sets.h"
+#include "kit/base/rectangle.h"
 #include "kit/pictures/picture_canvas.h"
 #include "korvel/module/korvel.h"
 
@@ -33,7 +33,7 @@ struct ViewFrame {
 ViewFrame whole_view(const TMOD3D& model, bool with_box, PictureSize size);
 
 /// Shows a part, the box's x being u and its y being v.
-ViewFrame part_of_view(const TMOD3D& model, const Box& part, PictureSize size);
+ViewFrame part_of_view(const TMOD3D& model, const Rectangle& part, PictureSize size);
 
 /// Shows the model at whatever angle it is turned to about its z axis, in one scale and with the
 /// middle of the wrap cuboid in the middle of the picture.

@@ -1,10 +1,11 @@
+#include "kit/solids/model_check.h"
+
 #include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "kit/files/findings.h"
 #include "kit/files/model_file.h"
 #include "kit/solids/surface.h"
 
@@ -18,8 +19,8 @@ public:
 
     void check_faces();
     void check_bodies();
-    void note_what_is_unused();
-    void note_equal_places();
+    void note_unused_records();
+    void note_equal_positions();
 
 private:
     void check_twins(int body);
@@ -41,8 +42,8 @@ void check_model(const FileContents& contents, Findings& out) {
     ModelCheck check(contents, out);
     check.check_faces();
     check.check_bodies();
-    check.note_what_is_unused();
-    check.note_equal_places();
+    check.note_unused_records();
+    check.note_equal_positions();
     if (const auto change = first_change(contents.model, contents.lines)) {
         out.notes.push_back(*change);
     }
@@ -110,7 +111,7 @@ void ModelCheck::check_twins(int body) {
     }
 }
 
-void ModelCheck::note_what_is_unused() {
+void ModelCheck::note_unused_records() {
     std::vector<bool> is_vertex_used(model_.verts.GetSize(), false);
     std::vector<bool> is_face_used(model_.polys.GetSize(), false);
     for (const POLY3D& face : model_.polys) {
@@ -131,8 +132,8 @@ void ModelCheck::note_what_is_unused() {
     note_unused(is_face_used, lines_.parts, "face", "body", out_);
 }
 
-// Within a body: faces that meet at such a place do not share the vertex and leave the body open.
-void ModelCheck::note_equal_places() {
+// Within a body: faces that meet there do not share the vertex and leave the body open.
+void ModelCheck::note_equal_positions() {
     const auto place = [&](int v) {
         const double* const p = model_.verts[v].model_xyz;
         return std::array<double, 3>{p[0], p[1], p[2]};
@@ -154,8 +155,8 @@ void ModelCheck::note_equal_places() {
                                               [&](int a, int b) { return place(a) == place(b); });
         if (first != vertices.end()) {
             add(out_.notes, lines_.points[first[1]],
-                "vertex " + std::to_string(first[1]) + " stands where vertex " +
-                    std::to_string(first[0]) + " stands, both of body " + std::to_string(body));
+                "vertex " + std::to_string(first[1]) + " has the position of vertex " +
+                    std::to_string(first[0]) + ", both of body " + std::to_string(body));
         }
     }
 }

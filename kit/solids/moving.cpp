@@ -6,33 +6,23 @@
 namespace korvel::kit {
 namespace {
 
-// Places in `TMOD3D::edit_state`.
-constexpr int neighbourhood_depth = 0;
-constexpr int picked_vertex = 4;
-constexpr int picked_body = 6;
-
-// Kinds of move of `TMOD3D::change_mut_points`.
-constexpr int picked_onto_point = 2;
-constexpr int by_weight = 4;
-constexpr int in_depth = 6;
-
-void add_what_hangs_on(TMOD3D& model);
+void add_faces_and_edges_at_vertices(TMOD3D& model);
 int first_illegal_edge(TMOD3D& model);
 
 } // namespace
 
-void take_body(TMOD3D& model, int body) {
+void select_body(TMOD3D& model, int body) {
     model.set_body_as_relat(body);
-    model.edit_state[picked_vertex] = model.relat_list_2[0];
-    model.edit_state[picked_body] = body;
-    add_what_hangs_on(model);
+    model.edit_state[edit_picked_vertex] = model.relat_list_2[0];
+    model.edit_state[edit_picked_body] = body;
+    add_faces_and_edges_at_vertices(model);
 }
 
-void take_vertex(TMOD3D& model, int vertex, int depth) {
-    model.edit_state[picked_vertex] = vertex;
-    model.edit_state[neighbourhood_depth] = depth;
+void select_vertex(TMOD3D& model, int vertex, int depth) {
+    model.edit_state[edit_picked_vertex] = vertex;
+    model.edit_state[edit_neighbourhood_depth] = depth;
     const CArray<int>& bodies = model.verts[vertex].bodies;
-    model.edit_state[picked_body] = bodies.IsEmpty() ? 0 : bodies[0];
+    model.edit_state[edit_picked_body] = bodies.IsEmpty() ? 0 : bodies[0];
     model.set_rel_triangle_vert();
 }
 
@@ -48,20 +38,20 @@ bool can_move(const TMOD3D& model) {
            });
 }
 
-void move_taken(TMOD3D& model, const std::array<double, 3>& by) {
+void move_selected(TMOD3D& model, const std::array<double, 3>& by) {
     double from[3] = {};
     double to[3] = {by[0], by[1], by[2]};
     if (is_faded(model)) {
-        model.change_mut_points(by_weight, to, from);
+        model.change_mut_points(move_by_weight, to, from);
     } else {
-        const double* const at = model.verts[model.edit_state[picked_vertex]].view_xyz;
+        const double* const at = model.verts[model.edit_state[edit_picked_vertex]].view_xyz;
         double onto[3] = {at[0] + by[0], at[1] + by[1], 0};
-        model.change_mut_points(picked_onto_point, onto, from);
+        model.change_mut_points(move_picked_onto_point, onto, from);
     }
-    model.change_mut_points(in_depth, to, from);
+    model.change_mut_points(move_in_depth, to, from);
 }
 
-std::optional<Passage> first_passage(TMOD3D& model) {
+std::optional<Collision> first_collision(TMOD3D& model) {
     if (model.legal_body_rel_side()) {
         return {};
     }
@@ -75,13 +65,13 @@ std::optional<Passage> first_passage(TMOD3D& model) {
     while (f + 1 < model.polys.GetSize() && !is_met(model.polys[f])) {
         ++f;
     }
-    return Passage{e, f};
+    return Collision{e, f};
 }
 
 namespace {
 
-// Vertices may be shared with other bodies. Their faces turn and their edges move, too.
-void add_what_hangs_on(TMOD3D& model) {
+// Vertices may be shared with other bodies, whose faces and edges then move too.
+void add_faces_and_edges_at_vertices(TMOD3D& model) {
     std::vector<bool> has_face(model.polys.GetSize(), false);
     std::vector<bool> has_edge(model.lines.GetSize(), false);
     const auto add = [](const CArray<int>& more, std::vector<bool>& has, CArray<int>& list) {
@@ -104,7 +94,7 @@ void add_what_hangs_on(TMOD3D& model) {
     }
 }
 
-// Halves the list of edges. The library says only whether all edges of a list are free.
+// Bisects the list of edges, since the library only reports whether all edges of a list are free.
 int first_illegal_edge(TMOD3D& model) {
     CArray<int> all;
     all.Copy(model.relat_list_3);

@@ -6,41 +6,38 @@
 #include "korvel/module/korvel.h"
 
 // Moves of a body or of a vertex with its neighbourhood in a model's view, whose relations and view
-// are current. First something is taken hold of, then it is moved, then it is asked whether it may
-// stay there.
+// are current: select, move, then test the result.
 
 namespace korvel::kit {
 
-/// Takes hold of a body with at least one face. Faces and edges of other bodies that hang on its
-/// vertices come along.
-void take_body(TMOD3D& model, int body);
+/// Selects a body with at least one face, and the faces and edges of other bodies at its vertices.
+void select_body(TMOD3D& model, int body);
 
-/// Takes hold of a vertex and of those that at most `depth` edges join to it.
-void take_vertex(TMOD3D& model, int vertex, int depth);
+/// Selects a vertex and those that are at most `depth` edges away.
+void select_vertex(TMOD3D& model, int vertex, int depth);
 
-/// Whether a move in the view fades out from the vertex that was taken: other vertices came with
-/// it.
+/// Whether a move in the view fades out from the selected vertex: other vertices are selected too.
 bool is_faded(const TMOD3D& model);
 
-/// False when the move would have to fade out over no distance: all vertices that were taken are in
-/// one place.
+/// False when the move would have to fade out over no distance: all selected vertices have the same
+/// position.
 bool can_move(const TMOD3D& model);
 
-/// Moves what was taken by u, v, w in the view. A body goes as it is. Around a vertex u and v are
+/// Moves the selection by u, v, w in the view. A body keeps its shape. Around a vertex u and v are
 /// weighted: 1 at the vertex, less with the number of edges and the distance; w is the same for
 /// all. Refreshes what `TMOD3D::change_mut_points` does: `comput_mode_aux_parm` and `rotate_model`
 /// bring the rest up to date.
-void move_taken(TMOD3D& model, const std::array<double, 3>& by);
+void move_selected(TMOD3D& model, const std::array<double, 3>& by);
 
-/// An edge of what was taken and a face that holds neither of its ends, which it meets.
-struct Passage {
+/// An edge of the selection and a face that it meets and that contains neither of its ends.
+struct Collision {
     int edge = 0;
     int face = 0;
 };
 
-/// The first edge of what was taken that passes through a face or touches one, and the first such
-/// face. Edges without length and faces without area are in the way of everything. Edges of what
-/// was not taken are not looked at. Costs twice `TMOD3D::legal_body_rel_side` where there is one.
-std::optional<Passage> first_passage(TMOD3D& model);
+/// The first edge of the selection that passes through a face or touches one, and the first such
+/// face. Edges without length and faces without area collide with everything. Other edges are not
+/// tested. Costs twice `TMOD3D::legal_body_rel_side` where there is one.
+std::optional<Collision> first_collision(TMOD3D& model);
 
 } // namespace korvel::kit

@@ -10,15 +10,15 @@ std::optional<Pick> pick(TMOD3D& model, double u, double v) {
         return {};
     }
     Pick found;
-    found.face = model.edit_state[3];
-    found.vertex = model.edit_state[4];
-    found.edge = model.edit_state[5];
-    found.body = model.edit_state[6];
+    found.face = model.edit_state[edit_picked_face];
+    found.vertex = model.edit_state[edit_picked_vertex];
+    found.edge = model.edit_state[edit_picked_edge];
+    found.body = model.edit_state[edit_picked_body];
     found.u = u;
     found.v = v;
     found.depth = click[2];
-    std::copy_n(model.pick_data, 3, found.point.begin());
-    std::copy_n(model.pick_data + 6, 3, found.on_edge.begin());
+    std::copy_n(model.pick_data + pick_point, 3, found.point.begin());
+    std::copy_n(model.pick_data + pick_edge_point, 3, found.on_edge.begin());
     return found;
 }
 

@@ -53,7 +53,7 @@ Plane moved(const Plane& plane, double distance) {
 
 namespace {
 
-// Tries places on both sides, farther and farther off, the side of the model's middle first.
+// Tries offsets on both sides with growing distance, the side of the model's middle first.
 Plane beside_vertices(const Plane& plane, const TMOD3D& model) {
     constexpr int most_steps = 1000;
     double size = std::abs(plane[3]) / length_of_normal(plane);
@@ -73,17 +73,17 @@ Plane beside_vertices(const Plane& plane, const TMOD3D& model) {
     const double towards_middle = distance(plane, middle) < 0 ? -1 : 1;
     for (int step = 0; step < most_steps; ++step) {
         for (const double side : {towards_middle, -towards_middle}) {
-            const double place = side * step * 2 * clearance;
+            const double offset = side * step * 2 * clearance;
             if (std::none_of(near.begin(), near.end(),
-                             [&](double apart) { return std::abs(apart - place) <= clearance; })) {
-                return step == 0 ? plane : moved(plane, place);
+                             [&](double apart) { return std::abs(apart - offset) <= clearance; })) {
+                return step == 0 ? plane : moved(plane, offset);
             }
         }
     }
     return plane;
 }
 
-// A section tells the bodies of its polygons by their colours alone, so for the length of the cut
+// Only its colour relates a polygon of a section to its body, so for the length of the cut
 // the hue of each body is its number.
 void cut_by_body(TMOD3D& model, Cut& cut) {
     std::vector<double> hues;
@@ -134,7 +134,7 @@ double area_seen(const TMOD2D& section, int polygon, PlaneAxes axes) {
 }
 
 // In how many others of a body's polygons one lies. Loops may touch at corners, so the middle of a
-// side speaks for the polygon.
+// side represents the polygon.
 int depth(const TMOD2D& section, const std::vector<int>& polygons, std::size_t which,
           PlaneAxes axes) {
     const CArray<int>& corners = section.polys[polygons[which]].verts;
@@ -142,8 +142,8 @@ int depth(const TMOD2D& section, const std::vector<int>& polygons, std::size_t w
     const double* const b = section.verts[corners[1]].model_xyz;
     int others = 0;
     for (std::size_t i = 0; i < polygons.size(); ++i) {
-        others += i != which && holds(section, polygons[i], axes, (a[axes.u] + b[axes.u]) / 2,
-                                      (a[axes.v] + b[axes.v]) / 2)
+        others += i != which && contains(section, polygons[i], axes, (a[axes.u] + b[axes.u]) / 2,
+                                         (a[axes.v] + b[axes.v]) / 2)
                       ? 1
                       : 0;
     }
@@ -172,7 +172,7 @@ double distance(const Plane& plane, const double* point) {
 } // namespace
 
 // Even-odd along a ray towards smaller u.
-bool holds(const TMOD2D& section, int polygon, PlaneAxes axes, double u, double v) {
+bool contains(const TMOD2D& section, int polygon, PlaneAxes axes, double u, double v) {
     const CArray<int>& corners = section.polys[polygon].verts;
     bool is_inside = false;
     for (int k = 0; k < corners.GetSize(); ++k) {

@@ -49,7 +49,7 @@ std::array<double, 2> distances_from(const Plane& plane, const TMOD3D& model);
 /// The plane moved along its normal.
 Plane moved(const Plane& plane, double distance);
 
-/// Whether a polygon of a section holds a place, seen along the plane's axes.
-bool holds(const TMOD2D& section, int polygon, PlaneAxes axes, double u, double v);
+/// Whether a polygon of a section contains a point, seen along the plane's axes.
+bool contains(const TMOD2D& section, int polygon, PlaneAxes axes, double u, double v);
 
 } // namespace korvel::kit

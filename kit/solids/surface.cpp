@@ -10,14 +10,14 @@ namespace korvel::kit {
 namespace {
 
 // A side of a face, by its vertices.
-struct Side {
+struct FaceSide {
     int low;
     int high;
     int face; // counted within the body
 };
 
 Surface surface_of(const TMOD3D& model, const BODY3D& body);
-void count_edges(std::vector<Side>& sides, Surface& surface);
+void count_edges(std::vector<FaceSide>& sides, Surface& surface);
 bool names_vertices(const TMOD3D& model, const POLY3D& face);
 std::string edges_text(int edges);
 
@@ -51,7 +51,7 @@ namespace {
 
 Surface surface_of(const TMOD3D& model, const BODY3D& body) {
     Surface surface;
-    std::vector<Side> sides;
+    std::vector<FaceSide> sides;
     std::vector<int> vertices;
     for (const int f : body.polys) {
         if (f < 0 || f >= model.polys.GetSize() || !names_vertices(model, model.polys[f])) {
@@ -75,8 +75,8 @@ Surface surface_of(const TMOD3D& model, const BODY3D& body) {
     return surface;
 }
 
-void count_edges(std::vector<Side>& sides, Surface& surface) {
-    const auto is_before = [](const Side& a, const Side& b) {
+void count_edges(std::vector<FaceSide>& sides, Surface& surface) {
+    const auto is_before = [](const FaceSide& a, const FaceSide& b) {
         return std::tie(a.low, a.high) < std::tie(b.low, b.high);
     };
     std::sort(sides.begin(), sides.end(), is_before);

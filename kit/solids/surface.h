@@ -6,14 +6,14 @@
 
 namespace korvel::kit {
 
-/// How the faces of a body hang together.
+/// How the faces of a body are connected.
 struct Surface {
     int faces = 0;
     int edges = 0;
     int vertices = 0;
     int open_edges = 0;    ///< with an odd number of faces
     int crowded_edges = 0; ///< with an even number of faces above two
-    int pieces = 0;        ///< that hang together by edges
+    int pieces = 0;        ///< connected by edges
 
     bool is_closed() const { return open_edges == 0 && faces > 0; }
     /// Closed, in one piece, and with two faces at each edge.

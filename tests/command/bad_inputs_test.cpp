@@ -1,4 +1,4 @@
-// Files and arguments that the command refuses: tests/host/bad_inputs/cases lists them all.
+// Files and arguments that the command refuses: bad_inputs/cases lists them all.
 
 #include <string>
 #include <vector>
@@ -8,7 +8,7 @@
 namespace korvel::test {
 namespace {
 
-/// A call of the command and what comes of it, as `cases` tells it:
+/// A call of the command and its expected result, as in `cases`:
 ///
 ///     $ arguments
 ///     ! how the message on standard error begins
@@ -37,7 +37,7 @@ std::vector<Case> read_cases(const std::filesystem::path& file) {
 
 class RefusedInputs : public CommandScratch {};
 
-// The message is all that comes, and whatever stood in the output file still stands there.
+// The message is the only output, and the output file keeps its contents.
 TEST_F(RefusedInputs, AreNamedAndChangeNothing) {
     const std::filesystem::path inputs = KORVEL_BAD_INPUTS;
     std::filesystem::copy(inputs, directory_);

@@ -2,6 +2,10 @@
 #include <utility>
 #include <vector>
 
+#include "kit/files/curve_file.h"
+#include "kit/files/model_file.h"
+#include "kit/files/output_file.h"
+#include "kit/maps/region_sets.h"
 #include "tests/support/command_scratch.h"
 #include "tests/support/pixels.h"
 
@@ -72,7 +76,83 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
     EXPECT_EQ(files(), 8);
 }
 
-TEST_F(BodyCommand, FillsAsItIsTold) {
+TEST_F(BodyCommand, RaisesAsTheLibraryDoes) {
+    const Result result = run("solid " KORVEL_DATA_DIR
+                              "/us-states.curves --select 20000,-60000 --levels -1,2 --axis 2"
+                              " --unit 10,-10 --origin 20000,-60000 --fill front --verbose -o m");
+    EXPECT_EQ(result.status, 0);
+
+    kit::CurveNetwork curves = kit::read_curves(kit::TextFile(KORVEL_DATA_DIR "/us-states.curves"));
+    CREGION builder;
+    builder.SetTolerance(1);
+    builder.SetPtsInfo(curves.pts, curves.counts);
+    builder.AddSelectRegion({20000, -60000});
+    PLYDT region;
+    builder.GetSelectRegion(region);
+    kit::orient_rings(region);
+    PLYDT::set_trace_files(false);
+    region.region_tranglate();
+    region.CoordinatesTrans(2, 20000, -60000, 0, 0, 10, -10, -1, 2);
+    std::string notices;
+    const message_box_handler former = set_message_box_handler([&](const char* text, unsigned) {
+        notices += text;
+        return IDOK;
+    });
+    TMOD3D by_library;
+    by_library.create3dmode(region);
+    set_message_box_handler(former);
+    EXPECT_EQ(result.err, notices) << "the library's notice and nothing else";
+    EXPECT_EQ(by_library.bodies[0].hue, 80);
+
+    TMOD3D by_command;
+    kit::read_model(kit::TextFile(place("m")), by_command);
+    by_library.bodies[0].hue = by_command.bodies[0].hue;
+    by_library.bodies[0].saturation = by_command.bodies[0].saturation;
+    by_library.bodies[0].lightness = by_command.bodies[0].lightness;
+    EXPECT_NE(by_command.bodies[0].hue, 80);
+    kit::OutputFile out(place("library"));
+    kit::write_model(by_library, out.stream());
+    out.replace();
+    EXPECT_EQ(read("m"), read("library"));
+}
+
+TEST_F(BodyCommand, SectionsHaveTheColoursOfTheirBodies) {
+    // Two cubes side by side, red and blue.
+    ASSERT_EQ(run("starter cube --size 4,4,4 -o a").status, 0);
+    ASSERT_EQ(run("starter cube --size 4,4,4 --center 6,0,0 -o b").status, 0);
+    ASSERT_EQ(run("merge a b -o m").status, 0);
+    TMOD3D model;
+    kit::read_model(kit::TextFile(place("m")), model);
+    for (int b = 0; b < 2; ++b) {
+        model.bodies[b].hue = b == 0 ? 360 : 240;
+        model.bodies[b].saturation = 0.5;
+        model.bodies[b].lightness = 0.25; // a section is painted at 0.6
+    }
+    kit::OutputFile out(place("m"));
+    kit::write_model(model, out.stream());
+    out.replace();
+    const COLORREF colours[] = {RGB(204, 102, 102), RGB(102, 102, 204)};
+
+    const Result cut = run("section m --plane 0,0,1,0.5 --picture p.png --size 500x300");
+    EXPECT_THAT(cut.out, HasSubstr("     0         1                  16  #cc6666\n"
+                                   "     1         1                  16  #6666cc\n"));
+    // Each slice of a sweep is cut after the ones before.
+    ASSERT_EQ(run("section m --plane 0,0,1,0 --sweep 3 --picture s.png --size 500x300").status, 0);
+    for (const char* const picture : {"p.png", "s-001.png", "s-003.png"}) {
+        const Pixels pixels(place(picture));
+        int found[2] = {};
+        for (int y = 0; y < pixels.height(); ++y) {
+            for (int x = 0; x < pixels.width(); ++x) {
+                found[0] += pixels.at(x, y) == colours[0] ? 1 : 0;
+                found[1] += pixels.at(x, y) == colours[1] ? 1 : 0;
+            }
+        }
+        EXPECT_GT(found[0], 5000) << picture;
+        EXPECT_NEAR(found[0], found[1], 0.05 * found[0]) << picture;
+    }
+}
+
+TEST_F(BodyCommand, FillsByTheChosenMethod) {
     // The front leaves a gap in the plate, the small region it covers.
     write("r", plate);
     EXPECT_THAT(run("solid r --levels 0,1 -o m").out, HasSubstr("1 by the front, 1 by Delaunay"));
@@ -111,7 +191,7 @@ TEST_F(BodyCommand, StartsShapes) {
     }
 }
 
-TEST_F(BodyCommand, TellsFilesApart) {
+TEST_F(BodyCommand, DetectsTheKindOfAFile) {
     write("c", "2 2 0 0 4 4 3 1 1 2 2 1 1");
     write("r", plate);
     write("m", tetrahedron);
@@ -129,8 +209,8 @@ TEST_F(BodyCommand, TellsFilesApart) {
         {"w", "w: section file as writedate writes it\n3 vertices, 1 face, 1 group\n"},
         {"t", "t: triangle file\n"},
     };
-    for (const auto& [file, told] : table) {
-        EXPECT_THAT(run(std::string("info ") + file).out, StartsWith(told));
+    for (const auto& [file, report] : table) {
+        EXPECT_THAT(run(std::string("info ") + file).out, StartsWith(report));
         EXPECT_THAT(run(std::string("check ") + file).out, HasSubstr(", nothing wrong\n"));
     }
     EXPECT_THAT(run("check damaged").err, StartsWith("damaged: body model file with 2 problems"));
@@ -138,12 +218,12 @@ TEST_F(BodyCommand, TellsFilesApart) {
                 StartsWith("damaged: polygon-region file"));
 }
 
-TEST_F(BodyCommand, ChecksTellEverything) {
+TEST_F(BodyCommand, ChecksReportEveryProblem) {
     const std::string vertices = "5\n0.0 0 0\n1 0 0\n0 1 0\n0 0 1\n0 0 1\n";
     const std::vector<std::pair<std::string, std::string>> table = {
         {vertices + "6\n0 1 2\n0 1 3\n0 2 x\n1 2 9\n1 1 3\n0 2 1\n3\n4\n0 0 0\n0 1 2 3\n0\n0 0 0\n"
                     "4\n0 0 0\n0 5 1 1\n",
-         "f:10: 'x' stands where the vertex of a face belongs, an integer\n"
+         "f:10: 'x' is not an integer: expected the vertex of a face\n"
          "f:11: the vertex of a face is 9, out of range: they go from 0 to 4\n"
          "f:12: face 4 has vertex 1 twice\n"
          "f:13: face 5 has the vertices of face 0, both of body 2\n"
@@ -155,7 +235,7 @@ TEST_F(BodyCommand, ChecksTellEverything) {
         {vertices + "8\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n0 1 2\n0 1 4\n0 2 4\n1 2 4\n1\n8\n0 0 0\n"
                     "0 1 2 3 4 5 6 7\n",
          "f:12: face 4 has the vertices of face 0, both of body 0\n"
-         "f:6: note: vertex 4 stands where vertex 3 stands, both of body 0\n"
+         "f:6: note: vertex 4 has the position of vertex 3, both of body 0\n"
          "f:17: note: body 0 is closed, more than two faces at 3 edges\n"},
         {"3\n0.0 0.0\n16777217.0 0.0\n1.0 1.0\n2\n2 0 1\n3 0 1 7\n1\n0\n",
          "f:6: ring 0 has 2 points, it encloses nothing\n"
@@ -166,22 +246,22 @@ TEST_F(BodyCommand, ChecksTellEverything) {
          "f:6: note: ring 0 and 1 more belong to no region\n"},
         {"2\n2 0 0 5\n1 7 7\n", "f:3: the file ends"},
     };
-    for (const auto& [text, told] : table) {
+    for (const auto& [text, report] : table) {
         write("f", text);
         const Result check = run("check f");
         EXPECT_EQ(check.status, 2);
-        EXPECT_THAT(check.out, StartsWith(told));
+        EXPECT_THAT(check.out, StartsWith(report));
     }
 }
 
-// Others, which are refused before anything is told, stand in bad_inputs/cases.
+// Others, which are refused before any output, are in bad_inputs/cases.
 TEST_F(BodyCommand, BadInputLeavesWhatThereWas) {
     write("r", plate);
     write("m", tetrahedron);
     write("out", "former");
     write("crossed", "4\n0.0 0.0\n9.0 9.0\n9.0 0.0\n0.0 8.0\n1\n4 0 1 2 3\n1\n1 0\n");
     const std::vector<std::pair<std::string, std::string>> table = {
-        {"solid r --levels 0,1 --select 50,50 -o out", "warning: 50,50: no region holds this"},
+        {"solid r --levels 0,1 --select 50,50 -o out", "warning: 50,50: no region contains this"},
         {"solid crossed --levels 0,1 -o out",
          "crossed: region 0 (0,0 to 9,9): cannot be raised: its rings cross"},
         {"section m --x 1 --picture out -o out", "out: the name of a picture ends in"},

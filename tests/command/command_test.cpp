@@ -1,8 +1,10 @@
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "tests/support/command_scratch.h"
+#include "tests/support/pixels.h"
 
 namespace korvel::test {
 namespace {
@@ -35,7 +37,7 @@ TEST_F(Command, FindsRegionsAndWritesThem) {
 
     const Result one = run("regions c --select -5,-5 --select 50,50 -o r");
     EXPECT_EQ(one.status, 0);
-    EXPECT_EQ(one.err, "warning: -5,-5: no region holds this point\n");
+    EXPECT_EQ(one.err, "warning: -5,-5: no region contains this point\n");
     EXPECT_THAT(one.out, HasSubstr("50,50: region 0\nregion 0: 4 points, 0 holes, area 400\n"));
     EXPECT_THAT(read("r"), testing::AllOf(testing::StartsWith("4\n40.000000 40.000000\n"),
                                           testing::EndsWith("\n1\n1\n0 \n")));
@@ -46,6 +48,27 @@ TEST_F(Command, FindsRegionsAndWritesThem) {
                                     "ring inside it: 4 points, area 400\n"
                                     "2 rings, area between them 9600\n"));
     EXPECT_EQ(run("locate r 10,10 50,50 -.5,3").out, "10,10 0\n50,50 none\n-0.5,3 none\n");
+}
+
+TEST_F(Command, PaintsEachRegionInItsOwnColour) {
+    // A frame around a field, and a square beside the frame's corner.
+    write("c", "3 5 40 40 60 40 60 60 40 60 40 40 5 0 0 100 0 100 100 0 100 0 0"
+               " 5 0 100 0 150 50 150 50 100 0 100");
+    ASSERT_EQ(run("regions c --picture p.png --size 104x154").status, 0);
+    constexpr COLORREF white = RGB(255, 255, 255);
+    const Pixels pixels(place("p.png"));
+    EXPECT_EQ(pixels.height(), 154);
+    // A unit is 150/154 of the room between the margins: about a pixel.
+    const std::set<COLORREF> colours = {white, pixels.at(20, 50), pixels.at(52, 52),
+                                        pixels.at(20, 120)};
+    EXPECT_EQ(colours.size(), 4U);
+    EXPECT_EQ(pixels.at(80, 50), pixels.at(20, 50));
+    EXPECT_EQ(pixels.at(80, 120), white);
+
+    ASSERT_EQ(run("regions c --picture v.png --view 45,45,55,55 --size 50x50").status, 0);
+    const Pixels view(place("v.png"));
+    EXPECT_EQ(view.at(1, 1), view.at(48, 48));
+    EXPECT_NE(view.at(1, 1), white);
 }
 
 TEST_F(Command, ClicksAndLookupsAgreeOnAMap) {
@@ -67,7 +90,7 @@ TEST_F(Command, ClicksAndLookupsAgreeOnAMap) {
     while (answers >> point >> region) {
         const bool is_inside = region != "none";
         std::ostringstream expected;
-        expected << point << (is_inside ? ": region " + region + "\n" : ": no region holds");
+        expected << point << (is_inside ? ": region " + region + "\n" : ": no region contains");
         EXPECT_THAT(is_inside ? clicked.out : clicked.err, HasSubstr(expected.str()));
         found += is_inside ? 1 : 0;
     }
@@ -136,6 +159,25 @@ TEST_F(Command, OutputsThatCannotBeWrittenEndWithOne) {
     }
     EXPECT_EQ(run("--help", "/dev/full").status, 1);
     EXPECT_EQ(files(), 2) << "neither the complete half of the outputs nor a temporary file";
+}
+
+// A limit on the address space leaves less memory than the crossings need.
+TEST_F(Command, TooManyCrossingsAreAnError) {
+    constexpr int strokes = 1200;
+    std::ostringstream grid;
+    grid << 2 * strokes << '\n';
+    for (int i = 1; i <= strokes; ++i) {
+        grid << "2 0 " << 10 * i << " 99999 " << 10 * i << '\n';
+        grid << "2 " << 10 * i << " 0 " << 10 * i << " 99999\n";
+    }
+    write("grid", grid.str());
+    write("out", "former");
+    const Result result = run("regions grid -o out", {}, "ulimit -v 600000; ");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.err, testing::ContainsRegex("^grid: the curves have more than [0-9]+ "
+                                                   "crossings, for which there is not enough"));
+    EXPECT_EQ(read("out"), "former");
+    EXPECT_EQ(files(), 2);
 }
 
 } // namespace

@@ -150,7 +150,7 @@ TEST_F(EditCommand, InsideAgreesWithThePlan) {
     EXPECT_EQ(asked.out, "-1,1,1 none\n1,1,1 0\n3,3,3 1\n7,3,3 none\n.5,.5,.5 0\n");
     write("open", "4\n0 0 0\n6 0 0\n0 6 0\n0 0 6\n3\n0 1 2\n0 1 3\n0 2 3\n1\n3\n0 0 0\n0 1 2\n");
     EXPECT_EQ(run("inside open 9,9,9").err,
-              "warning: open: body 0 is open at 3 edges, what it holds is not certain\n");
+              "warning: open: body 0 is open at 3 edges, the answers for it are uncertain\n");
 }
 
 TEST_F(EditCommand, InsideAgreesWithSignedVolumes) {
@@ -254,14 +254,14 @@ TEST_F(EditCommand, BadInputLeavesWhatThereWas) {
     const int files_before = files();
     const std::vector<std::pair<std::string, std::string>> table = {
         {"merge -o out", "MODELS is required"},
-        {"merge t r -o out", "r: is a polygon-region file, no body model file"},
+        {"merge t r -o out", "r: is a polygon-region file, not a body model file"},
         {"merge t nowhere -o out", "nowhere: cannot be read: "},
         {"clean t --delete 1 -o out",
          "korvel: --delete: '1' is not a body of t, they go from 0 to 0"},
         {"clean t --delete -1 -o out", "korvel: --delete: '-1' is not a body of t"},
         {"clean n --delete 0 --delete 1 -o out", "n: nothing would be left"},
         {"inside t 1,2", "korvel: POINTS: '1,2' is not X,Y,Z in finite numbers"},
-        {"inside r 1,2,3", "r: is a polygon-region file, no body model file"},
+        {"inside r 1,2,3", "r: is a polygon-region file, not a body model file"},
         {"move t --by 1,1 -o out", "Exactly 1 option from [--body,--vertex] is"},
         {"move t --body 0 --vertex 0 --by 1,1 -o out", "Exactly 1 option from"},
         {"move t --body 0 --depth 1 --by 1,1 -o out", "--depth excludes --body"},
@@ -274,7 +274,7 @@ TEST_F(EditCommand, BadInputLeavesWhatThereWas) {
          "t: --by 1e39,0 takes vertex 1 to 1e+39, which does not fit single precision"},
         {"move one --body 1 --by 1,2 -o out", "one: body 1 has no face, there is nothing to move"},
         {"move one --vertex 0 --depth 1 --by 1,2 -o out",
-         "one: all vertices within 1 edge of vertex 0 are in one place"},
+         "one: all vertices within 1 edge of vertex 0 have the same position"},
         {"move one --vertex 3 --by 1,2 -o out", "one: --by 1,2: face 0 of body 0 would have no"},
         {"move apart --body 0 --by 5,0,0 -o out",
          "apart: --by 5,0,0: the edge between vertices 0 and 1 would pass through face 4 of body 1 "

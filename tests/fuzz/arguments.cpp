@@ -15,6 +15,7 @@
 namespace {
 
 using namespace korvel::kit;
+using namespace korvel::command;
 
 void parse(const std::vector<std::string>& words) {
     CLI::App program;

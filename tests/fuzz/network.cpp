@@ -13,7 +13,7 @@ namespace {
 constexpr int most_crossings = 2000;
 
 /// Coordinates on a small lattice, where curves meet, or anywhere.
-void take_network(CArray<tagPOINT>& pts, CArray<int>& counts, Bytes& bytes) {
+void load_curves(CArray<tagPOINT>& pts, CArray<int>& counts, Bytes& bytes) {
     const int scale = bytes.chance(4) ? 1 << bytes.choice(25) : 1;
     const int points = bytes.choice(128);
     for (int i = 0; i < points && !bytes.is_empty(); ++i) {
@@ -187,7 +187,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Bytes bytes(data, size);
     CArray<tagPOINT> pts;
     CArray<int> counts;
-    take_network(pts, counts, bytes);
+    load_curves(pts, counts, bytes);
     CREGION region;
     region.SetTolerance(bytes.chance(4) ? bytes.real() : 1.0);
     region.SetPtsInfo(pts, counts);

@@ -1,6 +1,7 @@
 // A polygon-region file, processed as by the command: triangulated and measured, and each region
 // raised to a body.
 
+#include "kit/base/areas.h"
 #include "kit/base/errors.h"
 #include "kit/files/region_file.h"
 #include "kit/maps/cap.h"
@@ -73,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     colour_regions(regions);
     PLYDT set;
     copy_regions(regions, set);
-    turn_rings(set);
+    orient_rings(set);
     triangulate(set);
     raise(set, Fill::automatic);
     raise(set, Fill::delaunay);

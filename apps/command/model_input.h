@@ -4,12 +4,13 @@
 
 #include "korvel/module/korvel.h"
 
-// Body models as commands take them in and tell of them.
+// Body models as input of commands, and their figures in reports.
 
-namespace korvel::kit {
+namespace korvel::command {
 
 /// Reads a body model file into an empty model. Warns of the first whole-numbered coordinate that
-/// single precision changes. Throws InputError, which says what the file is where it is no model.
+/// single precision changes. Throws InputError, which names the kind of the file if it is not a
+/// model.
 void load_model(const std::string& file, TMOD3D& out);
 
 /// Throws InputError unless the number is one of `size` things of the file: "korvel: --body: '7' is
@@ -18,13 +19,13 @@ void check_number(const std::string& option, int number, int size, const std::st
                   const std::string& file);
 
 /// "28280 vertices, 83016 edges, 55344 faces, volume 1075590865500", the volume of all bodies.
-std::string figures_text(const TMOD3D& model);
+std::string model_figures(const TMOD3D& model);
 
-/// The volumes of all bodies as they stand, added up.
+/// The sum of the volumes of all bodies.
 double volume_of_bodies(const TMOD3D& model);
 
 /// Warns when a model file would put vertices off by more than 10⁻⁵ of the model's extent. `advice`
 /// ends the warning, such as "; --unit brings it closer to 0,0".
 void warn_of_rounding(const TMOD3D& model, const std::string& advice = {});
 
-} // namespace korvel::kit
+} // namespace korvel::command

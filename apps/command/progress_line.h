@@ -3,16 +3,16 @@
 #include <chrono>
 #include <string>
 
-namespace korvel::kit {
+namespace korvel::command {
 
-/// A line on the terminal that tells what is going on and how far it is, wiped when this object
-/// goes. Shows nothing when standard error is not a terminal.
-class Progress {
+/// A line on the terminal with a task and its progress, erased when this object is destroyed.
+/// Shows nothing when standard error is not a terminal.
+class ProgressLine {
 public:
-    explicit Progress(std::string what);
-    ~Progress();
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
+    explicit ProgressLine(std::string what);
+    ~ProgressLine();
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
 
     /// Cheap enough to be called at every step.
     void update(int done, int all);
@@ -35,4 +35,4 @@ private:
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-} // namespace korvel::kit
+} // namespace korvel::command

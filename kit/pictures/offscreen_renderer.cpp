@@ -1,4 +1,4 @@
-#include "kit/pictures/screen.h"
+#include "kit/pictures/offscreen_renderer.h"
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
@@ -30,7 +30,7 @@ void forget_errors();
 } // namespace
 
 /// The connection to EGL. A member left empty has not been made.
-struct Screen::Context {
+struct OffscreenRenderer::Context {
     EGLDisplay display = EGL_NO_DISPLAY;
     EGLSurface surface = EGL_NO_SURFACE;
     EGLContext context = EGL_NO_CONTEXT;
@@ -41,7 +41,7 @@ struct Screen::Context {
 
 /// What the context draws on: a frame with several samples for each pixel and one that takes their
 /// means. Inside of a face the samples agree, so its colour comes through as it is.
-struct Screen::Page {
+struct OffscreenRenderer::Page {
     enum { drawn, shown };
 
     PFNGLGENFRAMEBUFFERSPROC generate_frames = nullptr;
@@ -64,8 +64,9 @@ struct Screen::Page {
     void take_means(PictureSize size) const;
 };
 
-Screen::Screen(PictureSize size) : size_(size), context_(std::make_unique<Context>()) {
-    // Larger pages have pixels enough, and several samples of each would take gigabytes.
+OffscreenRenderer::OffscreenRenderer(PictureSize size)
+    : size_(size), context_(std::make_unique<Context>()) {
+    // Larger pages need no smoothing, and several samples of each pixel would take gigabytes.
     constexpr long long most_sampled_pixels = 1LL << 24;
     context_->open();
     check_size(size);
@@ -81,10 +82,10 @@ Screen::Screen(PictureSize size) : size_(size), context_(std::make_unique<Contex
     }
 }
 
-Screen::~Screen() = default;
+OffscreenRenderer::~OffscreenRenderer() = default;
 
-void Screen::begin(const ViewFrame& frame) {
-    constexpr GLclampf grey = 140 / 255.0F; // white edges and black ones both stand out from it
+void OffscreenRenderer::begin(const ViewFrame& frame) {
+    constexpr GLclampf grey = 140 / 255.0F; // white edges and black ones both contrast with it
     page_->bind_frame(GL_FRAMEBUFFER, page_->frames[Page::drawn]);
     glViewport(0, 0, size_.width, size_.height);
     glClearColor(grey, grey, grey, 1);
@@ -100,7 +101,7 @@ void Screen::begin(const ViewFrame& frame) {
     glLineWidth(frame.line_width());
 }
 
-void Screen::write_png(OutputFile& out) {
+void OffscreenRenderer::write_png(OutputFile& out) {
     page_->take_means(size_);
     const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> surface(
         cairo_image_surface_create(CAIRO_FORMAT_RGB24, size_.width, size_.height),
@@ -139,7 +140,7 @@ void Screen::write_png(OutputFile& out) {
     }
 }
 
-void Screen::Context::open() {
+void OffscreenRenderer::Context::open() {
     display = open_display();
     if (eglBindAPI(EGL_OPENGL_API) == EGL_FALSE) {
         fail(egl_error());
@@ -151,8 +152,8 @@ void Screen::Context::open() {
     if (eglChooseConfig(display, wanted, &config, 1, &found) == EGL_FALSE || found == 0) {
         fail("no configuration draws without a window");
     }
-    // A context wants a surface to be current. Drawn on is the page, which may be larger than the
-    // surfaces that there are.
+    // A context needs a surface to be current. The drawing goes to a framebuffer, which may be
+    // larger than any surface.
     const EGLint one_pixel[] = {EGL_WIDTH, 1, EGL_HEIGHT, 1, EGL_NONE};
     surface = eglCreatePbufferSurface(display, config, one_pixel);
     context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
@@ -163,7 +164,7 @@ void Screen::Context::open() {
 }
 
 // The display stays open: it belongs to the process, and others may be using it.
-Screen::Context::~Context() {
+OffscreenRenderer::Context::~Context() {
     if (display == EGL_NO_DISPLAY) {
         return;
     }
@@ -177,7 +178,7 @@ Screen::Context::~Context() {
     eglReleaseThread();
 }
 
-Screen::Page::Page() {
+OffscreenRenderer::Page::Page() {
     const auto find = [](const char* name, auto& function) {
         function =
             reinterpret_cast<std::remove_reference_t<decltype(function)>>(eglGetProcAddress(name));
@@ -204,13 +205,13 @@ Screen::Page::Page() {
     generate_buffers(3, buffers);
 }
 
-Screen::Page::~Page() {
+OffscreenRenderer::Page::~Page() {
     delete_frames(2, frames);
     delete_buffers(3, buffers);
 }
 
-/// Whether there is memory enough.
-bool Screen::Page::make(PictureSize size, int samples) {
+/// Returns false when there is not enough memory.
+bool OffscreenRenderer::Page::make(PictureSize size, int samples) {
     forget_errors();
     bind_frame(GL_FRAMEBUFFER, frames[shown]);
     add_buffer(buffers[2], GL_COLOR_ATTACHMENT0, GL_RGBA8, size, 0);
@@ -222,14 +223,14 @@ bool Screen::Page::make(PictureSize size, int samples) {
     return glGetError() == GL_NO_ERROR && is_complete;
 }
 
-void Screen::Page::add_buffer(GLuint buffer, GLenum part, GLenum format, PictureSize size,
-                              int samples) {
+void OffscreenRenderer::Page::add_buffer(GLuint buffer, GLenum part, GLenum format,
+                                         PictureSize size, int samples) {
     bind_buffer(GL_RENDERBUFFER, buffer);
     size_buffer(GL_RENDERBUFFER, samples, format, size.width, size.height);
     attach_buffer(GL_FRAMEBUFFER, part, GL_RENDERBUFFER, buffer);
 }
 
-void Screen::Page::take_means(PictureSize size) const {
+void OffscreenRenderer::Page::take_means(PictureSize size) const {
     bind_frame(GL_READ_FRAMEBUFFER, frames[drawn]);
     bind_frame(GL_DRAW_FRAMEBUFFER, frames[shown]);
     copy_frame(0, 0, size.width, size.height, 0, 0, size.width, size.height, GL_COLOR_BUFFER_BIT,

@@ -1,4 +1,4 @@
-#include "apps/command/loaded_model.h"
+#include "apps/command/model_input.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,12 +6,12 @@
 #include <cstdlib>
 
 #include "apps/command/arguments.h"
-#include "apps/command/report.h"
+#include "apps/command/messages.h"
 #include "kit/base/errors.h"
 #include "kit/files/file_kind.h"
 #include "kit/files/model_file.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 double largest_change_by_file(const TMOD3D& model);
@@ -19,16 +19,17 @@ double largest_change_by_file(const TMOD3D& model);
 } // namespace
 
 void load_model(const std::string& file, TMOD3D& out) {
-    const TextFile text(file);
+    const kit::TextFile text(file);
     try {
-        if (const auto note = read_model(text, out)) {
+        if (const auto note = kit::read_model(text, out)) {
             warn(*note);
         }
-    } catch (const InputError&) {
-        const FileKind kind = kind_of(text);
+    } catch (const kit::InputError&) {
+        const kit::FileKind kind = kit::kind_of(text);
         // A damaged model may follow another kind farther.
-        if (kind != FileKind::model && is_whole(text, kind)) {
-            throw InputError(file + ": is a " + kind_name(kind) + ", no body model file");
+        if (kind != kit::FileKind::model && kit::is_whole(text, kind)) {
+            throw kit::InputError(file + ": is a " + kit::kind_name(kind) +
+                                  ", not a body model file");
         }
         throw;
     }
@@ -42,7 +43,7 @@ void check_number(const std::string& option, int number, int size, const std::st
     }
 }
 
-std::string figures_text(const TMOD3D& model) {
+std::string model_figures(const TMOD3D& model) {
     return counted(model.verts.GetSize(), "vertex", "vertices") + ", " +
            counted(model.lines.GetSize(), "edge") + ", " + counted(model.polys.GetSize(), "face") +
            ", volume " + number_text(volume_of_bodies(model));
@@ -85,4 +86,4 @@ double largest_change_by_file(const TMOD3D& model) {
 }
 
 } // namespace
-} // namespace korvel::kit
+} // namespace korvel::command

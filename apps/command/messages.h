@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace korvel::kit {
+namespace korvel::command {
 
 /// "1 region", "2 regions".
 std::string counted(int number, const char* thing);
@@ -19,4 +19,4 @@ std::string bounds_text(const double* pairs, int axes);
 /// Tells the user on standard error of something that is odd but does not stop the command.
 void warn(const std::string& message);
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -1,14 +1,15 @@
-#include "apps/command/network.h"
+#include "apps/command/curve_input.h"
 
 #include <cstdio>
 
 #include "apps/command/arguments.h"
-#include "apps/command/progress.h"
-#include "apps/command/report.h"
+#include "apps/command/messages.h"
+#include "apps/command/progress_line.h"
+#include "kit/maps/find_regions.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
-void Network::add_options(CLI::App& command) {
+void CurveInput::add_options(CLI::App& command) {
     command
         .add_option("--tolerance", tolerance_,
                     "Curve ends closer than half of this are joined; 0 joins within 3")
@@ -19,16 +20,16 @@ void Network::add_options(CLI::App& command) {
         ->allow_extra_args(false);
 }
 
-void Network::check() const {
+void CurveInput::check() const {
     check_tolerance(tolerance_);
 }
 
-void Network::load(const TextFile& file) {
+void CurveInput::load(const kit::TextFile& file) {
     for (const std::string& text : select_) {
         points_.push_back(parse_lattice_point("--select", text));
     }
     const Stopwatch reading;
-    curves_ = read_curves(file);
+    curves_ = kit::read_curves(file);
     const double read_time = reading.milliseconds();
     std::printf("%s: %s, %s\n", file.name.c_str(),
                 counted(curves_.counts.GetSize(), "curve").c_str(),
@@ -36,9 +37,9 @@ void Network::load(const TextFile& file) {
 
     const Stopwatch finding;
     {
-        const Progress progress("finding regions");
+        const ProgressLine progress("finding regions");
         builder_.SetTolerance(tolerance_);
-        builder_.SetPtsInfo(curves_.pts, curves_.counts);
+        kit::find_regions(curves_, file.name, builder_);
     }
     int holes = 0;
     for (const CREGION::PyToRg& region : builder_.regions) {
@@ -50,12 +51,12 @@ void Network::load(const TextFile& file) {
     std::printf("reading %.1f ms, finding regions %.1f ms\n", read_time, finding.milliseconds());
 }
 
-std::vector<int> Network::select() {
+std::vector<int> CurveInput::select() {
     for (std::size_t i = 0; i < points_.size(); ++i) {
         builder_.SetSelectRegion(points_[i]);
         const std::vector<int> found = selected_regions();
         if (found.empty()) {
-            warn(select_[i] + ": no region holds this point");
+            warn(select_[i] + ": no region contains this point");
         } else {
             std::printf("%s: region %d\n", select_[i].c_str(), found.front());
         }
@@ -66,7 +67,7 @@ std::vector<int> Network::select() {
     return selected_regions();
 }
 
-std::vector<int> Network::selected_regions() const {
+std::vector<int> CurveInput::selected_regions() const {
     std::vector<int> selected;
     for (int i = 0; i < builder_.regions.GetSize(); ++i) {
         if (builder_.regions[i].is_select != 0) {
@@ -76,4 +77,4 @@ std::vector<int> Network::selected_regions() const {
     return selected;
 }
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -1,8 +1,8 @@
-#include "apps/command/report.h"
+#include "apps/command/messages.h"
 
 #include <cstdio>
 
-namespace korvel::kit {
+namespace korvel::command {
 
 std::string counted(int number, const char* thing) {
     return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
@@ -30,9 +30,9 @@ std::string bounds_text(const double* pairs, int axes) {
 }
 
 void warn(const std::string& message) {
-    // Keeps the report on standard output in step when both go to the same place.
+    // Keeps the order of lines when standard output and standard error are the same file.
     std::fflush(stdout);
     std::fprintf(stderr, "warning: %s\n", message.c_str());
 }
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -5,7 +5,7 @@
 
 #include "kit/base/errors.h"
 #include "kit/pictures/model_picture.h"
-#include "kit/pictures/screen.h"
+#include "kit/pictures/offscreen_renderer.h"
 #include "tests/support/pixels.h"
 #include "tests/support/scratch.h"
 
@@ -43,7 +43,7 @@ protected:
 
     kit::ViewFrame paint(const std::string& name, bool with_edges, bool with_box) {
         const kit::ViewFrame frame = kit::whole_view(model_, with_box, size);
-        kit::Screen screen(size);
+        kit::OffscreenRenderer screen(size);
         screen.begin(frame);
         kit::draw_model(model_, with_edges, with_box);
         kit::OutputFile out(place(name));
@@ -184,7 +184,7 @@ TEST_F(ModelPicture, KeepsInsideOfItsFrameWhileItTurns) {
 }
 
 TEST_F(ModelPicture, NothingIsTooMuch) {
-    EXPECT_THROW(kit::Screen({1 << 20, 16}), kit::InputError);
+    EXPECT_THROW(kit::OffscreenRenderer({1 << 20, 16}), kit::InputError);
     // A point, and a model that was never turned: empty pages.
     for (const int vertices : {1, 0}) {
         model_.RemoveAll();

@@ -1,4 +1,4 @@
-#include "apps/command/progress.h"
+#include "apps/command/progress_line.h"
 
 #include <cstdio>
 #include <utility>
@@ -9,7 +9,7 @@
 #include <unistd.h>
 #endif
 
-namespace korvel::kit {
+namespace korvel::command {
 namespace {
 
 bool is_terminal(FILE* stream) {
@@ -22,7 +22,7 @@ bool is_terminal(FILE* stream) {
 
 } // namespace
 
-Progress::Progress(std::string what)
+ProgressLine::ProgressLine(std::string what)
     : what_(std::move(what)), on_terminal_(is_terminal(stderr)),
       shown_(std::chrono::steady_clock::now()) {
     if (on_terminal_) {
@@ -30,13 +30,13 @@ Progress::Progress(std::string what)
     }
 }
 
-Progress::~Progress() {
+ProgressLine::~ProgressLine() {
     if (on_terminal_) {
         std::fputs("\r\033[K", stderr);
     }
 }
 
-void Progress::update(int done, int all) {
+void ProgressLine::update(int done, int all) {
     constexpr std::chrono::milliseconds pause(100);
     if (!on_terminal_) {
         return;
@@ -48,4 +48,4 @@ void Progress::update(int done, int all) {
     }
 }
 
-} // namespace korvel::kit
+} // namespace korvel::command

@@ -9,10 +9,10 @@
 #include "kit/files/text_file.h"
 #include "korvel/module/korvel.h"
 
-namespace korvel::kit {
+namespace korvel::command {
 
 /// A curve file turned into regions, and the options that this takes.
-class Network {
+class CurveInput {
 public:
     /// Adds `--tolerance` and `--select` to a command.
     void add_options(CLI::App& command);
@@ -21,7 +21,7 @@ public:
     void check() const;
 
     /// Reads the curves, finds the regions and prints how many of both there are.
-    void load(const TextFile& file);
+    void load(const kit::TextFile& file);
 
     bool has_selection() const { return !select_.empty(); }
     const std::vector<std::string>& selection() const { return select_; }
@@ -38,8 +38,8 @@ private:
     double tolerance_ = 1.0;
     std::vector<std::string> select_;
     std::vector<tagPOINT> points_; // of `select_`
-    CurveNetwork curves_;          // outlives the builder, which points into it
+    kit::CurveNetwork curves_;     // outlives the builder, which points into it
     CREGION builder_;
 };
 
-} // namespace korvel::kit
+} // namespace korvel::command

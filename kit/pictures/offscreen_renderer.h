@@ -10,14 +10,14 @@ namespace korvel::kit {
 
 /// A page that OpenGL draws on, without a window: on the graphics hardware where there is any, else
 /// in software. Its context is the thread's current one as long as it lives; only one at a time.
-class Screen {
+class OffscreenRenderer {
 public:
     /// Throws InputError for a page larger than OpenGL can draw here, and OutputError where there
     /// is no OpenGL for it.
-    explicit Screen(PictureSize size);
-    ~Screen();
-    Screen(const Screen&) = delete;
-    Screen& operator=(const Screen&) = delete;
+    explicit OffscreenRenderer(PictureSize size);
+    ~OffscreenRenderer();
+    OffscreenRenderer(const OffscreenRenderer&) = delete;
+    OffscreenRenderer& operator=(const OffscreenRenderer&) = delete;
 
     /// Starts a picture: an empty grey page that shows a part of a view, drawn on in view
     /// coordinates. What is nearer to the viewer hides what is farther.

@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <tuple>
 #include <utility>
 #include <vector>
 
+#include "kit/base/areas.h"
+#include "kit/base/errors.h"
+#include "kit/base/rectangle.h"
 #include "kit/maps/coverage.h"
+#include "kit/maps/find_regions.h"
 #include "kit/maps/region_sets.h"
 
 namespace korvel::test {
@@ -18,13 +23,13 @@ struct Row {
     bool is_tiling;
 };
 
-TEST(Coverage, TellsTilingsFromOtherTriangles) {
+std::vector<Row> coverage_table() {
     const std::vector<std::pair<double, double>> square = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
     // Twice the size of what a double's 53 bits tell apart in products of coordinates.
     constexpr double far = 2147483647;
     const std::vector<std::pair<double, double>> cut_corner = {
         {-far, -far}, {1 - far, -far}, {far, -far}, {far, far}, {-far, far}, {-far, 1 - far}};
-    const std::vector<Row> table = {
+    return {
         {"halves", square, {{0, 1, 2}, {0, 2, 3}}, 0, true},
         {"one half", square, {{0, 1, 2}}, 8, false},
         {"nothing", square, {}, 16, false},
@@ -44,8 +49,28 @@ TEST(Coverage, TellsTilingsFromOtherTriangles) {
          {{0, 1, 2}, {0, 2, 3}},
          0,
          true},
+        // The area may differ by 1e-9 of the region's, and a point may be off a side by 1e-9 of its
+        // length.
+        {"a bend within the tolerance",
+         {{0.5, 0.5}, {4.5, 0.5}, {4.5, 4.5}, {2.5, 2.5 + 1e-9}},
+         {{0, 1, 2}},
+         2e-9,
+         true},
+        {"a bend beyond the tolerance of areas",
+         {{0.5, 0.5}, {4.5, 0.5}, {4.5, 4.5}, {2.5, 2.5 + 2e-8}},
+         {{0, 1, 2}},
+         4e-8,
+         false},
+        {"two bends beyond the tolerance of distances",
+         {{0.5, 0.5}, {4.5, 0.5}, {4.5, 4.5}, {3.5, 3.5 + 2e-8}, {1.5, 1.5 - 2e-8}},
+         {{0, 1, 2}},
+         0,
+         false},
     };
-    for (const Row& row : table) {
+}
+
+TEST(Coverage, DistinguishesTilingsFromOtherTriangles) {
+    for (const Row& row : coverage_table()) {
         PLYDT set;
         set.pt_list.SetSize(static_cast<int>(row.points.size()));
         set.ring_list.SetSize(1);
@@ -119,9 +144,41 @@ TEST(RegionSets, KeepOnlyWhatTheRegionsUse) {
     const RING& ring = set.ring_list[set.region_list[0].rings[0]];
     EXPECT_EQ(set.pt_list[ring.pts[0]].x, 2);
     EXPECT_EQ(set.pt_list[ring.pts[2]].x, 0);
-    const kit::Box box = kit::box_of_regions(set);
+    const kit::Rectangle box = kit::box_of_regions(set);
     EXPECT_EQ(box.left, 0);
     EXPECT_EQ(box.right, 8);
+}
+
+TEST(FindRegions, NamesTheFileWhenMemoryIsNotEnough) {
+    // Ten strokes across ten others: a crossing on each of two segments, at 300 bytes.
+    constexpr std::uint64_t enough = 2 * 10 * 10 * 300;
+    const auto find = [](std::uint64_t memory) {
+        kit::CurveNetwork curves;
+        for (int i = 1; i <= 10; ++i) {
+            curves.pts.Add({0, 100 * i});
+            curves.pts.Add({1100, 100 * i});
+            curves.pts.Add({100 * i, 0});
+            curves.pts.Add({100 * i, 1100});
+            curves.counts.Add(2);
+            curves.counts.Add(2);
+        }
+        CREGION builder;
+        builder.SetTolerance(1);
+        kit::find_regions(curves, "grid", builder, memory);
+        return builder.regions.GetSize();
+    };
+    EXPECT_EQ(find(enough), 81);
+    try {
+        find(enough - 1);
+        ADD_FAILURE() << "the limit is not reported";
+    } catch (const kit::InputError& error) {
+        EXPECT_STREQ(error.what(),
+                     "grid: the curves have more than 99 crossings, for which there is not enough "
+                     "memory: split the file, or remove curves that cross many others");
+    }
+    EXPECT_EQ(CREGION::set_crossing_limit(CREGION::no_crossing_limit), CREGION::no_crossing_limit)
+        << "the former limit is restored";
+    EXPECT_GT(kit::available_memory(), 1U << 20);
 }
 
 } // namespace

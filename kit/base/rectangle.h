@@ -1,0 +1,27 @@
+#pragma once
+
+#include <algorithm>
+#include <limits>
+
+namespace korvel::kit {
+
+/// An upright rectangle of real coordinates. `top` is the least y and `bottom` the greatest, since
+/// y grows downward in pictures. Empty (left > right) until it is enlarged.
+struct Rectangle {
+    double left = std::numeric_limits<double>::infinity();
+    double top = std::numeric_limits<double>::infinity();
+    double right = -std::numeric_limits<double>::infinity();
+    double bottom = -std::numeric_limits<double>::infinity();
+
+    bool is_empty() const { return left > right; }
+
+    /// Enlarges the rectangle by a point.
+    void take_in(double x, double y) {
+        left = std::min(left, x);
+        right = std::max(right, x);
+        top = std::min(top, y);
+        bottom = std::max(bottom, y);
+    }
+};
+
+} // namespace korvel::kit

@@ -1,0 +1,51 @@
+#include "kit/maps/find_regions.h"
+
+#include <algorithm>
+
+#include "kit/base/errors.h"
+
+namespace korvel::kit {
+namespace {
+
+int crossings_in(std::uint64_t memory);
+
+/// Sets the crossing limit for the length of a scope.
+class CrossingLimit {
+public:
+    explicit CrossingLimit(int crossings) : former_(CREGION::set_crossing_limit(crossings)) {}
+    ~CrossingLimit() { CREGION::set_crossing_limit(former_); }
+    CrossingLimit(const CrossingLimit&) = delete;
+    CrossingLimit& operator=(const CrossingLimit&) = delete;
+
+private:
+    int former_;
+};
+
+} // namespace
+
+void find_regions(CurveNetwork& curves, const std::string& file, CREGION& builder,
+                  std::uint64_t memory) {
+    const int most_crossings = crossings_in(memory);
+    {
+        const CrossingLimit limit(most_crossings);
+        builder.SetPtsInfo(curves.pts, curves.counts);
+    }
+    if (builder.has_exceeded_crossing_limit()) {
+        // The limit counts a crossing on each of its two segments.
+        throw InputError(file + ": the curves have more than " +
+                         std::to_string(most_crossings / 2) +
+                         " crossings, for which there is not enough memory: split the file, or "
+                         "remove curves that cross many others");
+    }
+}
+
+namespace {
+
+int crossings_in(std::uint64_t memory) {
+    constexpr std::uint64_t bytes_of_crossing = 300; // on one segment, with its nodes and regions
+    constexpr std::uint64_t most = CREGION::no_crossing_limit;
+    return static_cast<int>(std::min(memory / bytes_of_crossing, most));
+}
+
+} // namespace
+} // namespace korvel::kit

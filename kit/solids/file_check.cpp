@@ -1,0 +1,62 @@
+#include "kit/solids/file_check.h"
+
+#include <algorithm>
+
+#include "kit/base/errors.h"
+#include "kit/maps/map_check.h"
+#include "kit/solids/model_check.h"
+#include "kit/solids/section_check.h"
+
+namespace korvel::kit {
+namespace {
+
+void check_contents(FileKind kind, const FileContents& contents, Findings& out);
+void sort_by_line(std::vector<Finding>& findings);
+
+} // namespace
+
+Findings check_file(const TextFile& file, FileKind kind) {
+    Findings findings;
+    WordReader words(file, &findings.problems);
+    FileContents contents;
+    try {
+        read_as(kind, words, contents);
+        check_contents(kind, contents, findings);
+    } catch (const InputError&) {
+        // The file cannot be read on; the reason is among the problems.
+    }
+    sort_by_line(findings.problems);
+    sort_by_line(findings.notes);
+    return findings;
+}
+
+namespace {
+
+void check_contents(FileKind kind, const FileContents& contents, Findings& out) {
+    switch (kind) {
+    case FileKind::curves:
+        check_curves(contents, out);
+        break;
+    case FileKind::regions:
+        check_regions(contents, out);
+        break;
+    case FileKind::model:
+        check_model(contents, out);
+        break;
+    case FileKind::section:
+    case FileKind::written_section:
+        check_section(contents, out);
+        break;
+    case FileKind::triangles:
+        check_triangles(contents, out);
+        break;
+    }
+}
+
+void sort_by_line(std::vector<Finding>& findings) {
+    std::stable_sort(findings.begin(), findings.end(),
+                     [](const Finding& a, const Finding& b) { return a.line < b.line; });
+}
+
+} // namespace
+} // namespace korvel::kit
