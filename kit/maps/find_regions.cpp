@@ -42,7 +42,8 @@ void find_regions(CurveNetwork& curves, const std::string& file, CREGION& builde
 namespace {
 
 int crossings_in(std::uint64_t memory) {
-    constexpr std::uint64_t bytes_of_crossing = 300; // on one segment, with its nodes and regions
+    // For a crossing on one segment, measured on grids, with copies of the regions.
+    constexpr std::uint64_t bytes_of_crossing = 350;
     constexpr std::uint64_t most = CREGION::no_crossing_limit;
     return static_cast<int>(std::min(memory / bytes_of_crossing, most));
 }

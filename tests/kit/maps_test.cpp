@@ -150,8 +150,8 @@ TEST(RegionSets, KeepOnlyWhatTheRegionsUse) {
 }
 
 TEST(FindRegions, NamesTheFileWhenMemoryIsNotEnough) {
-    // Ten strokes across ten others: a crossing on each of two segments, at 300 bytes.
-    constexpr std::uint64_t enough = 2 * 10 * 10 * 300;
+    // Ten strokes across ten others: a crossing on each of two segments, at 350 bytes.
+    constexpr std::uint64_t enough = 2 * 10 * 10 * 350;
     const auto find = [](std::uint64_t memory) {
         kit::CurveNetwork curves;
         for (int i = 1; i <= 10; ++i) {
