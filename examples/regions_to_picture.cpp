@@ -6,6 +6,7 @@
 #include <string>
 
 #include "kit/maps/region_colours.h"
+#include "kit/maps/region_sets.h"
 #include "kit/pictures/picture_fit.h"
 #include "korvel/module/korvel.h"
 
@@ -61,7 +62,7 @@ int main(int argc, char** argv) try {
         }
     }
 
-    Rectangle box = box_of_regions(chosen);
+    Rectangle box = korvel::kit::box_of_regions(chosen);
     const double width = box.right - box.left;
     const double height = box.bottom - box.top;
     box = {box.left - width, box.top - height, box.right + width, box.bottom + height};
