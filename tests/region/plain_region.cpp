@@ -1,9 +1,12 @@
+// The first half of the plain analysis: from curves to rings of curves.
+
 #include "tests/region/plain_region.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
+#include <utility>
+
+#include "tests/region/plain_steps.h"
 
 namespace korvel::test {
 namespace {
@@ -14,10 +17,6 @@ void snap_ends(Analysis& a, double tolerance);
 void build_graph(Analysis& a);
 void trace_rings(Analysis& a, Pt seed);
 void find_seed_rings(Analysis& a, Pt seed);
-void list_ring_points(Analysis& a);
-void list_sides(Analysis& a);
-void drop_envelopes(Analysis& a);
-void nest(Analysis& a);
 
 } // namespace
 
@@ -38,59 +37,11 @@ Analysis analyse_plainly(const Curves& curves, Pt seed, double tolerance) {
 
 namespace {
 
-struct Vec {
-    double x;
-    double y;
-};
-Vec from_to(Pt a, Pt b) {
-    return {double(b.x) - a.x, double(b.y) - a.y};
-}
-double dot(Vec a, Vec b) {
-    return a.x * b.x + a.y * b.y;
-}
-double cross(Vec a, Vec b) {
-    return a.x * b.y - a.y * b.x;
-}
-double length(Vec a) {
-    return std::sqrt(dot(a, a));
-}
-
-template <class List>
-int count_of(const List& list) {
-    return static_cast<int>(list.size());
-}
-template <class List>
-auto& at(List& list, int index) {
-    return list[static_cast<std::size_t>(index)];
-}
-template <class List, class Entry>
-int place_in(const List& list, const Entry& entry) {
-    const auto found = std::find(list.begin(), list.end(), entry);
-    return found == list.end() ? -1 : static_cast<int>(found - list.begin());
-}
-template <class List, class Entry>
-bool holds(const List& list, const Entry& entry) {
-    return place_in(list, entry) >= 0;
-}
-template <class List>
-List reversed(const List& list) {
-    return List(list.rbegin(), list.rend());
-}
-
-/// What a signed, 1-based curve id names.
-template <class List>
-auto& named(List& list, int id) {
-    return at(list, std::abs(id) - 1);
-}
-Pts walked(const Analysis& a, int id) {
-    return id > 0 ? named(a.split, id) : reversed(named(a.split, id));
-}
-
 Curves clean(const Curves& curves) {
     Curves kept;
     for (Pts curve : curves) {
         curve.erase(std::unique(curve.begin(), curve.end()), curve.end());
-        if (curve.size() != 1 && !holds(kept, curve) && !holds(kept, reversed(curve))) {
+        if (curve.size() != 1 && !contains(kept, curve) && !contains(kept, reversed(curve))) {
             kept.push_back(curve);
         }
     }
@@ -169,8 +120,8 @@ void build_graph(Analysis& a) {
     a.curve_ids.resize(a.nodes.size());
     for (int id = 1; id <= count_of(a.split); ++id) {
         const Pts& curve = named(a.split, id);
-        const int start = curve.empty() ? -1 : place_in(a.nodes, curve.front());
-        const int end = curve.empty() ? -1 : place_in(a.nodes, curve.back());
+        const int start = curve.empty() ? -1 : index_in(a.nodes, curve.front());
+        const int end = curve.empty() ? -1 : index_in(a.nodes, curve.back());
         a.curve_to_node.push_back({start, end, 1, 0, 0});
         if (!curve.empty()) {
             at(a.curve_ids, start).push_back(id);
@@ -180,7 +131,7 @@ void build_graph(Analysis& a) {
     for (const Ints& ids : a.curve_ids) {
         a.curve_num.push_back(count_of(ids));
     }
-    while (holds(a.curve_num, 1)) {
+    while (contains(a.curve_num, 1)) {
         for (int node = 0; node < count_of(a.nodes); ++node) {
             for (const int id : at(a.curve_ids, node)) {
                 auto& curve = named(a.curve_to_node, id);
@@ -270,7 +221,7 @@ void trace_rings(Analysis& a, Pt seed) {
     Lists seen;
     std::erase_if(a.rings, [&](Ints ring) {
         std::sort(ring.begin(), ring.end());
-        const bool repeated = holds(seen, ring);
+        const bool repeated = contains(seen, ring);
         seen.push_back(ring);
         return repeated;
     });
@@ -286,17 +237,6 @@ void trace_rings(Analysis& a, Pt seed) {
     }
 }
 
-bool winds_around(const Pts& ring, Pt pt) {
-    double sum = 0;
-    for (int k = 0; k < count_of(ring); ++k) {
-        const Vec p = from_to(pt, at(ring, k));
-        const Vec q = from_to(pt, at(ring, (k + 1) % count_of(ring)));
-        const double angle = std::acos(dot(p, q) / (length(p) * length(q)));
-        sum += cross(p, q) >= 0 ? angle : -angle;
-    }
-    return std::fabs(sum) > 1.0;
-}
-
 Pts outline_of(const Analysis& a, const Ints& ring) {
     Pts outline;
     for (const int id : ring) {
@@ -309,13 +249,13 @@ Pts outline_of(const Analysis& a, const Ints& ring) {
 /// The first corner off the larger ring decides; without one the smaller ring counts as inside.
 bool lies_inside(const Pts& smaller, const Pts& larger) {
     const auto off =
-        std::find_if(smaller.begin(), smaller.end(), [&](Pt pt) { return !holds(larger, pt); });
+        std::find_if(smaller.begin(), smaller.end(), [&](Pt pt) { return !contains(larger, pt); });
     return off == smaller.end() || winds_around(larger, *off);
 }
 
 bool shares_curve(const Ints& ring, const Ints& other) {
     return std::any_of(ring.begin(), ring.end(),
-                       [&](int id) { return holds(other, id) || holds(other, -id); });
+                       [&](int id) { return contains(other, id) || contains(other, -id); });
 }
 
 void find_seed_rings(Analysis& a, Pt seed) {
@@ -348,214 +288,17 @@ void find_seed_rings(Analysis& a, Pt seed) {
     }
 }
 
-void list_ring_points(Analysis& a) {
-    for (const Pts& curve : a.split) {
-        for (const Pt pt : curve) {
-            if (!holds(a.unique_pts, pt)) {
-                a.unique_pts.push_back(pt);
-            }
-            a.pt_index.push_back(place_in(a.unique_pts, pt));
-        }
-    }
-    for (const Ints& ring : a.rings) {
-        Ints& list = a.ring_pts.emplace_back();
-        for (const int id : ring) {
-            for (const Pt pt : walked(a, id)) {
-                list.push_back(place_in(a.unique_pts, pt));
-            }
-            list.pop_back(); // the first point of the next curve, or of the ring
-        }
-    }
-    a.kept_areas = a.areas;
-}
-
-void remove_ring(Analysis& a, std::ptrdiff_t ring) {
-    a.ring_pts.erase(a.ring_pts.begin() + ring);
-    a.kept_areas.erase(a.kept_areas.begin() + ring);
-}
-
-void list_sides(Analysis& a) {
-    const auto touches_itself = [](Ints ring) {
-        std::sort(ring.begin(), ring.end());
-        return std::adjacent_find(ring.begin(), ring.end()) != ring.end();
-    };
-    const auto first = std::find_if(a.ring_pts.begin(), a.ring_pts.end(), touches_itself);
-    if (first != a.ring_pts.end()) {
-        remove_ring(a, first - a.ring_pts.begin());
-    }
-    for (const Ints& ring : a.ring_pts) {
-        for (int k = 0; k < count_of(ring); ++k) {
-            const std::pair side{at(ring, k), at(ring, (k + 1) % count_of(ring))};
-            if (!holds(a.sides, side) && !holds(a.sides, std::pair{side.second, side.first})) {
-                a.sides.push_back(side);
-            }
-        }
-    }
-}
-
-bool encloses(const Analysis& a, const Ints& ring, int point) {
-    Pts corners;
-    for (const int corner : ring) {
-        corners.push_back(at(a.unique_pts, corner));
-    }
-    return winds_around(corners, at(a.unique_pts, point));
-}
-
-void drop_envelopes(Analysis& a) {
-    a.rings_at.resize(a.unique_pts.size());
-    a.sides_at.resize(a.unique_pts.size());
-    for (int u = 0; u < count_of(a.unique_pts); ++u) {
-        for (int k = 0; k < count_of(a.ring_pts); ++k) {
-            if (holds(at(a.ring_pts, k), u)) {
-                at(a.rings_at, u).push_back(k);
-            }
-        }
-        for (int k = 0; k < count_of(a.sides); ++k) {
-            if (at(a.sides, k).first == u || at(a.sides, k).second == u) {
-                at(a.sides_at, u).push_back(k);
-            }
-        }
-    }
-    std::vector<bool> visited(a.unique_pts.size());
-    std::vector<bool> claimed(a.ring_pts.size());
-    Ints envelopes;
-    for (int u = 0; u < count_of(a.unique_pts); ++u) {
-        const Ints& through = at(a.rings_at, u);
-        if (visited[std::size_t(u)] || through.size() < 3) {
-            continue;
-        }
-        const int largest = *std::max_element(through.begin(), through.end(), [&](int x, int y) {
-            return at(a.kept_areas, x) < at(a.kept_areas, y);
-        });
-        Ints points;
-        for (const int ring : through) {
-            points.insert(points.end(), at(a.ring_pts, ring).begin(), at(a.ring_pts, ring).end());
-        }
-        const Ints& outline = at(a.ring_pts, largest);
-        const auto off =
-            std::find_if(points.begin(), points.end(), [&](int pt) { return !holds(outline, pt); });
-        if (!claimed[std::size_t(largest)] && (off == points.end() || encloses(a, outline, *off))) {
-            envelopes.push_back(largest);
-            for (const int ring : through) {
-                claimed[std::size_t(ring)] = true;
-            }
-            for (const int pt : points) {
-                visited[std::size_t(pt)] = true;
-            }
-        }
-    }
-    std::sort(envelopes.rbegin(), envelopes.rend());
-    for (const int ring : envelopes) {
-        remove_ring(a, ring);
-    }
-}
-
-void nest(Analysis& a) {
-    a.is_hole.assign(a.ring_pts.size(), 0);
-    for (int i = 0; i < count_of(a.ring_pts); ++i) {
-        a.regions.push_back({i});
-        const Ints& outer = at(a.ring_pts, i);
-        for (int j = 0; j < i; ++j) {
-            const Ints& inner = at(a.ring_pts, j);
-            const bool meet =
-                std::any_of(outer.begin(), outer.end(), [&](int pt) { return holds(inner, pt); });
-            if (at(a.is_hole, j) == 0 && !meet && encloses(a, outer, inner[0])) {
-                at(a.regions, i).push_back(j);
-                at(a.is_hole, j) = 1;
-            }
-        }
-    }
-}
-
-Pts points_in(const CArray<tagPOINT>& list) {
-    Pts pts;
-    for (const tagPOINT& pt : list) {
-        pts.push_back({pt.x, pt.y});
-    }
-    return pts;
-}
-
-template <class Record, class Value>
-std::vector<Value> field(const CArray<Record>& records, Value Record::*member) {
-    std::vector<Value> values;
-    for (const Record& record : records) {
-        values.push_back(record.*member);
-    }
-    return values;
-}
-template <class Record>
-Lists field(const CArray<Record>& records, CArray<int> Record::*member) {
-    Lists lists;
-    for (const Record& record : records) {
-        lists.emplace_back((record.*member).begin(), (record.*member).end());
-    }
-    return lists;
-}
-
 } // namespace
 
-Analysis analysis_of(const CREGION& r) {
-    Analysis a;
-    a.cleaned = curves_in(*r.input_pts, *r.input_counts);
-    a.split = curves_in(r.curve_pts, r.curve_counts);
-    a.nodes = points_in(r.node_pts);
-    for (const CREGION::CURVE_NODE& c : r.curve_to_node) {
-        a.curve_to_node.push_back({c.start_node, c.end_node, c.oc_flag, c.ring_dir, c.ring_turn});
+bool winds_around(const Pts& ring, Pt pt) {
+    double sum = 0;
+    for (int k = 0; k < count_of(ring); ++k) {
+        const Vec p = from_to(pt, at(ring, k));
+        const Vec q = from_to(pt, at(ring, (k + 1) % count_of(ring)));
+        const double angle = std::acos(dot(p, q) / (length(p) * length(q)));
+        sum += cross(p, q) >= 0 ? angle : -angle;
     }
-    a.curve_num = field(r.node_to_curve, &CREGION::NODE_CURVE::curve_num);
-    a.curve_ids = field(r.node_to_curve, &CREGION::NODE_CURVE::curve_ids);
-    a.rings = field(r.rings, &CREGION::tagRToC::curve_ids);
-    a.areas = field(r.rings, &CREGION::tagRToC::ring_area);
-    a.in_rings = field(r.in_rings, &CREGION::tagRToC::curve_ids);
-    a.ex_rings = field(r.ex_rings, &CREGION::tagRToC::curve_ids);
-    a.unique_pts = points_in(r.unique_pts);
-    a.pt_index.assign(r.pt_index.begin(), r.pt_index.end());
-    a.ring_pts = field(r.ring_pts, &CREGION::RToPt::pts);
-    a.kept_areas = field(r.ring_pts, &CREGION::RToPt::ring_area);
-    a.is_hole = field(r.ring_pts, &CREGION::RToPt::is_hole);
-    for (const CREGION::RING_SIDE& side : r.sides) {
-        a.sides.emplace_back(side.p0, side.p1);
-    }
-    a.rings_at = field(r.pt_links, &CREGION::PT_LINK::rings);
-    a.sides_at = field(r.pt_links, &CREGION::PT_LINK::sides);
-    a.regions = field(r.regions, &CREGION::PyToRg::rings);
-    return a;
-}
-
-Curves curves_from(const char* text) {
-    Curves curves(*text == 0 ? 0 : 1);
-    for (; *text != 0; text += *text == ' ' ? 1 : 0) {
-        int used = 0;
-        Pt pt{};
-        if (*text == ';') {
-            curves.emplace_back();
-            ++text;
-        } else if (std::sscanf(text, "%d,%d%n", &pt.x, &pt.y, &used) == 2) {
-            curves.back().push_back(pt);
-            text += used;
-        }
-    }
-    return curves;
-}
-
-Network::Network(const Curves& curves) {
-    for (const Pts& curve : curves) {
-        for (const Pt pt : curve) {
-            this->pts.Add({pt.x, pt.y});
-        }
-        counts.Add(static_cast<int>(curve.size()));
-    }
-}
-
-Curves curves_in(const CArray<tagPOINT>& pts, const CArray<int>& counts) {
-    const Pts all = points_in(pts);
-    Curves curves;
-    auto start = all.begin();
-    for (const int count : counts) {
-        curves.emplace_back(start, start + count);
-        start += count;
-    }
-    return curves;
+    return std::fabs(sum) > 1.0;
 }
 
 } // namespace korvel::test

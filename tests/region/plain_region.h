@@ -34,7 +34,7 @@ struct Network {
     CArray<int> counts;
 };
 
-/// The curves that stand one after another in two arrays whose counts fit the points.
+/// The curves that are packed into two arrays; the counts must add up to the points.
 Curves curves_in(const CArray<tagPOINT>& pts, const CArray<int>& counts);
 
 /// Everything that `CREGION::SetPtsInfo` and `CalcInExRing` find, field by field.
@@ -63,7 +63,7 @@ struct Analysis {
 /// The analysis in its plain form, everything against everything, without the library.
 Analysis analyse_plainly(const Curves& curves, Pt seed, double tolerance);
 
-/// What the library has found out.
+/// What the library has found.
 Analysis analysis_of(const CREGION& region);
 
 } // namespace korvel::test
