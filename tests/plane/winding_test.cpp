@@ -1,16 +1,17 @@
-// The fast winding test against the plain sum of angles.
+// The quick winding test against the plain sum of angles.
 
 #include <cmath>
-#include <random>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "korvel/plane/winding.h"
+#include "tests/support/dice.h"
 
 namespace {
 
 using korvel::PlanePoint;
+using korvel::test::Dice;
 using Ring = std::vector<PlanePoint>;
 
 bool encloses_origin(const Ring& ring) {
@@ -33,26 +34,26 @@ TEST(Winding, CountsATurnWhoseCrossProductUnderflows) {
 }
 
 /// A coordinate whose products with others may underflow, overflow or be exactly 0.
-double coordinate(std::mt19937_64& random, int widest_exponent) {
-    if (random() % 4 == 0) {
+double coordinate(Dice& dice, int widest_exponent) {
+    if (dice.one_in(4)) {
         return 0;
     }
-    const double sign = random() % 2 == 0 ? 1 : -1;
-    const double mantissa = random() % 2 == 0 ? 1 : 1 + static_cast<double>(random() % 1000) / 1000;
-    const int exponent = static_cast<int>(random() % (2 * static_cast<unsigned>(widest_exponent)));
-    return sign * std::ldexp(mantissa, random() % 3 == 0 ? 0 : exponent - widest_exponent);
+    const double sign = dice.one_in(2) ? 1 : -1;
+    const double mantissa = dice.one_in(2) ? 1 : 1 + dice(0, 999) / 1000.0;
+    const int exponent = dice.one_in(3) ? 0 : dice(-widest_exponent, widest_exponent - 1);
+    return sign * std::ldexp(mantissa, exponent);
 }
 
 TEST(Winding, IsThePlainSumForTinyAndHugeCoordinates) {
-    std::mt19937_64 random(1);
+    Dice dice;
     int enclosing = 0;
     constexpr int rounds = 200000;
     for (int round = 0; round < rounds; ++round) {
         constexpr int widest_exponents[] = {2, 30, 400, 480, 1000};
-        const int widest_exponent = widest_exponents[random() % std::size(widest_exponents)];
-        Ring ring(3 + random() % 5);
+        const int widest_exponent = dice.pick(widest_exponents);
+        Ring ring(static_cast<std::size_t>(dice(3, 7)));
         for (PlanePoint& corner : ring) {
-            corner = {coordinate(random, widest_exponent), coordinate(random, widest_exponent)};
+            corner = {coordinate(dice, widest_exponent), coordinate(dice, widest_exponent)};
         }
         const bool expected = plainly_encloses_origin(ring);
         enclosing += expected ? 1 : 0;

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <random>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -11,6 +10,7 @@
 #include "korvel/polyregion/triangulation/constrained_delaunay.h"
 #include "korvel/polyregion/triangulation/edge_frame.h"
 #include "korvel/polyregion/triangulation/point_tree.h"
+#include "tests/support/dice.h"
 
 namespace {
 
@@ -18,21 +18,24 @@ using korvel::ConstrainedDelaunay;
 using korvel::EdgeFrame;
 using korvel::PlanePoint;
 using korvel::RegionPoints;
+using korvel::test::Dice;
 
 /// Points at distances of all magnitudes from a few others, from their lines and from their
 /// circles.
 std::vector<PlanePoint> hard_points(unsigned seed, int count) {
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<double> unit(0, 1);
-    const double offset = seed % 3 == 0 ? 1e6 * unit(random) : 0;
-    const auto tiny = [&] { return std::pow(10, -12 * unit(random)) * (unit(random) - 0.5); };
+    Dice dice(seed);
+    const double offset = seed % 3 == 0 ? dice.up_to(1e6) : 0;
+    const auto tiny = [&] {
+        const double size = std::pow(10, -dice.up_to(12));
+        return size * dice.between(-0.5, 0.5);
+    };
     std::vector<PlanePoint> points;
     for (int i = 0; i < count; ++i) {
-        PlanePoint p{offset + 100 * unit(random), offset + 100 * unit(random)};
+        PlanePoint p{offset + dice.up_to(100), offset + dice.up_to(100)};
         if (i >= 4 && i % 4 != 0) {
-            const PlanePoint a = points[random() % points.size()];
-            const PlanePoint b = points[random() % points.size()];
-            const double along = i % 4 == 1 ? 0 : i % 4 == 2 ? unit(random) * 1.5 : tiny();
+            const PlanePoint a = dice.pick(points);
+            const PlanePoint b = dice.pick(points);
+            const double along = i % 4 == 1 ? 0 : i % 4 == 2 ? dice.up_to(1.5) : tiny();
             p = {a.x + along * (b.x - a.x) + 10 * tiny(), a.y + along * (b.y - a.y) + 10 * tiny()};
         }
         points.push_back(p);
@@ -126,12 +129,11 @@ TEST(TriangulationEngine, ClearEdgesHaveNothingNear) {
 TEST(TriangulationEngine, ConstraintsAreEdgesAndTrianglesAreEmpty) {
     constexpr int count = 80;
     for (unsigned seed = 0; seed < 20; ++seed) {
-        std::mt19937 random(seed);
-        std::uniform_real_distribution<double> unit(0.1, 1);
+        Dice dice(seed);
         std::vector<PlanePoint> ring;
         for (int k = 0; k < count; ++k) {
             const double angle = 2 * 3.141592653589793 * k / count;
-            const double distance = 100 * unit(random);
+            const double distance = dice.between(10, 100);
             ring.push_back({distance * std::cos(angle), distance * std::sin(angle)});
         }
         RegionPoints points;
