@@ -1,17 +1,18 @@
-// Numbers from text, as the C library's formatted input takes them.
+// Numbers from text, as the C library's formatted input converts them.
 
 #include "korvel/base/text_reader.h"
 
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
-#include <cwchar>
+
+#include "korvel/platform/text_stream.h"
 
 namespace korvel {
 namespace {
 
 constexpr int surely_fitting = 9; // digits of an integer
-constexpr int exact_digits = 15;  // of a real, which stand in a double without rounding
+constexpr int exact_digits = 15;  // of a real, which a double represents without rounding
 
 bool is_digit(int c) {
     return c >= '0' && c <= '9';
@@ -29,7 +30,7 @@ bool is_sign(int c) {
     return c == '+' || c == '-';
 }
 
-/// The white space of every locale; what else a locale takes for it is left to `fscanf`.
+/// The white space of every locale. What else is white space in a locale is left to `fscanf`.
 bool is_space(int c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -37,25 +38,14 @@ bool is_space(int c) {
 } // namespace
 
 TextReader::TextReader(FILE* stream) : stream_(stream) {
-#ifdef __GLIBC__
-    flockfile(stream);
-    takes_characters_ = std::fwide(stream, -1) < 0;
+    lock_stream(stream);
+    takes_characters_ = is_read_by_characters(stream);
     takes_reals_ = takes_characters_ && std::strcmp(std::localeconv()->decimal_point, ".") == 0;
-#endif
 }
 
 TextReader::~TextReader() {
-#ifdef __GLIBC__
-    funlockfile(stream_);
-#endif
-}
-
-bool TextReader::read(int& target) {
-    return take_ready(target) || take(target);
-}
-
-bool TextReader::read(float& target) {
-    return take_ready(target) || take(target);
+    return_lookahead();
+    unlock_stream(stream_);
 }
 
 int TextReader::believable_records(long long declared, int least_bytes) {
@@ -70,6 +60,7 @@ int TextReader::believable_records(long long declared, int least_bytes) {
 
 /// From the present position to the end of the stream; 0 where the stream cannot be positioned.
 long long TextReader::bytes_left() {
+    return_lookahead();
     const long here = std::ftell(stream_);
     if (here < 0 || std::fseek(stream_, 0, SEEK_END) != 0) {
         return 0;
@@ -93,7 +84,7 @@ bool TextReader::read_all(long long declared, std::vector<Number>& numbers) {
     numbers.reserve(static_cast<std::size_t>(std::clamp<long long>(declared, 0, believed)));
     for (long long i = 0; i < declared; ++i) {
         Number number = 0;
-        if (!take_ready(number) && !take(number)) {
+        if (!read(number)) {
             return false;
         }
         numbers.push_back(number);
@@ -101,147 +92,119 @@ bool TextReader::read_all(long long declared, std::vector<Number>& numbers) {
     return true;
 }
 
-bool TextReader::take_ready(int& target) {
-#ifdef __GLIBC__
-    const char* at = takes_characters_ ? next_ready() : nullptr;
-    if (at != nullptr) {
-        const bool is_negative = *at == '-';
-        at += is_negative ? 1 : 0;
-        const char* const first = at;
-        int value = 0;
-        for (; is_digit(*at) && at - first < surely_fitting; ++at) {
-            value = 10 * value + (*at - '0');
-        }
-        if (at != first && !is_digit(*at)) {
-            stream_->_IO_read_ptr = const_cast<char*>(at);
-            target = is_negative ? -value : value;
-            return true;
-        }
-    }
-#endif
-    return false;
-}
-
-bool TextReader::take_ready(float& target) {
-#ifdef __GLIBC__
-    const char* at = takes_reals_ ? next_ready() : nullptr;
-    if (at != nullptr) {
-        const bool is_negative = *at == '-';
-        at += is_negative ? 1 : 0;
-        Digits digits;
-        const auto take_digits = [&] {
-            const char* const first = at;
-            for (; is_digit(*at) && at - first <= exact_digits; ++at) {
-                digits.value = 10 * digits.value + static_cast<unsigned>(*at - '0');
-            }
-            return static_cast<int>(at - first);
-        };
-        digits.count = take_digits();
-        if (*at == '.') {
-            ++at;
-            digits.behind_point = take_digits();
-            digits.count += digits.behind_point;
-        }
-        if (!is_letter(*at, 'e') && !is_letter(*at, 'x') &&
-            convert_plain(digits, is_negative, target)) {
-            stream_->_IO_read_ptr = const_cast<char*>(at);
-            return true;
-        }
-    }
-#endif
-    return false;
-}
-
-#ifdef __GLIBC__
-/// The next text but space in the stream's buffer, of which all that can be plain stands ready.
-const char* TextReader::next_ready() const {
-    constexpr int longest = 2 * exact_digits + 5; // two runs of digits, a sign, a point, an end
-    const char* const end = stream_->_IO_read_end;
-    const char* at = stream_->_IO_read_ptr;
-    while (at != end && is_space(*at)) {
-        ++at;
-    }
-    return end - at >= longest ? at : nullptr;
-}
-#endif
-
-bool TextReader::take(int& target) {
-    if (!takes_characters_) {
-        return std::fscanf(stream_, "%d", &target) == 1;
-    }
-    int c = next_after_space();
+bool TextReader::read(int& target) {
+    int c = takes_characters_ ? next_after_space() : EOF;
     if (!is_digit(c) && !is_sign(c)) {
-        give_back(c);
-        return c != EOF && std::fscanf(stream_, "%d", &target) == 1;
+        return scan(c, "%d", target);
     }
     const bool is_negative = c == '-';
-    text_.clear();
     if (is_sign(c)) {
-        text_.push_back(static_cast<char>(c));
         c = next();
     }
     int digits = 0;
     int value = 0;
-    for (; is_digit(c); c = next()) {
-        if (++digits <= surely_fitting) {
-            value = 10 * value + (c - '0');
-        }
-        text_.push_back(static_cast<char>(c));
+    for (; is_digit(c) && digits < surely_fitting; c = next()) {
+        value = 10 * value + (c - '0');
+        ++digits;
     }
-    give_back(c); // what follows a sign alone is not taken, but the sign is
+    if (is_digit(c)) {
+        target = take_long(c, is_negative, value);
+        return true;
+    }
+    lookahead_ = c; // what follows a sign alone is not taken, but the sign is
     if (digits == 0) {
         return false;
     }
-    if (digits <= surely_fitting) {
-        target = is_negative ? -value : value;
-    } else {
-        // The library converts to a `long` and keeps its low half.
-        target = static_cast<int>(std::strtol(text_.c_str(), nullptr, 10));
-    }
+    target = is_negative ? -value : value;
     return true;
 }
 
-bool TextReader::take(float& target) {
-    if (!takes_reals_) {
-        return std::fscanf(stream_, "%f", &target) == 1;
-    }
-    int c = next_after_space();
-    if (!is_digit(c) && !is_sign(c) && c != '.') {
-        give_back(c);
-        return c != EOF && std::fscanf(stream_, "%f", &target) == 1;
-    }
-    const bool is_negative = c == '-';
-    text_.clear();
-    if (is_sign(c)) {
+/// The rest of an integer of more digits than surely fit, from digit `c` on. The library converts
+/// such a text to a `long` and keeps its low half.
+int TextReader::take_long(int c, bool is_negative, int first_digits) {
+    text_.assign(is_negative ? 1 : 0, '-');
+    text_ += std::to_string(first_digits);
+    for (; is_digit(c); c = next()) {
         text_.push_back(static_cast<char>(c));
-        c = next();
-        if (is_letter(c, 'i') || is_letter(c, 'n')) {
-            give_back(c);
-            return scan_word(is_negative, target);
-        }
     }
-    return convert(take_real(c), is_negative, target);
+    lookahead_ = c;
+    return static_cast<int>(std::strtol(text_.c_str(), nullptr, 10));
 }
 
-/// Takes the longest start of a number, "1e+" and "0x" included, and gives back what follows it.
-TextReader::Digits TextReader::take_real(int c) {
+bool TextReader::read(float& target) {
+    int c = takes_reals_ ? next_after_space() : EOF;
+    if (!is_digit(c) && !is_sign(c) && c != '.') {
+        return scan(c, "%f", target);
+    }
+    const bool is_negative = c == '-';
+    const bool has_sign = is_sign(c);
+    if (has_sign) {
+        c = next();
+        if (is_letter(c, 'i') || is_letter(c, 'n')) {
+            return scan_word(c, is_negative, target);
+        }
+    }
+    Digits digits = take_plain(c);
+    const bool is_complete = !is_digit(c) && c != '.' && !is_letter(c, 'e') && !is_letter(c, 'x');
+    if (is_complete && convert_plain(digits, is_negative, target)) {
+        lookahead_ = c;
+        return true;
+    }
+    text_.clear();
+    if (has_sign) {
+        text_.push_back(is_negative ? '-' : '+');
+    }
+    text_ += text_of(digits);
+    take_rest(c, digits);
+    return convert(digits, is_negative, target);
+}
+
+/// Takes digits with at most one point among them, as long as the digits are exact. `c` is the
+/// first character and becomes the one that follows.
+TextReader::Digits TextReader::take_plain(int& c) {
     Digits digits;
-    bool has_point = false;
+    const auto take_digits = [&] {
+        for (; is_digit(c) && digits.count < exact_digits; c = next()) {
+            digits.value = 10 * digits.value + static_cast<unsigned>(c - '0');
+            ++digits.count;
+        }
+    };
+    take_digits();
+    if (c == '.') {
+        const int before_point = digits.count;
+        digits.has_point = true;
+        c = next();
+        take_digits();
+        digits.behind_point = digits.count - before_point;
+    }
+    return digits;
+}
+
+std::string TextReader::text_of(const Digits& digits) {
+    const std::string value = digits.count > 0 ? std::to_string(digits.value) : "";
+    std::string text(static_cast<std::size_t>(digits.count) - value.size(), '0');
+    text += value;
+    if (digits.has_point) {
+        text.insert(text.size() - static_cast<std::size_t>(digits.behind_point), 1, '.');
+    }
+    return text;
+}
+
+/// Takes the rest of the longest start of a number, "1e+" and "0x" included, from character `c` on;
+/// `text_` contains what was taken before.
+void TextReader::take_rest(int c, Digits& digits) {
+    bool has_point = digits.has_point;
     bool has_exponent = false;
     int exponent_mark = 'e';
     const auto take = [&] {
         text_.push_back(static_cast<char>(c));
         c = next();
     };
-    if (c == '0') {
+    if (digits.count == 1 && digits.value == 0 && !has_point && is_letter(c, 'x')) {
         take();
-        if (is_letter(c, 'x')) {
-            take();
-            exponent_mark = 'p';
-            digits.is_plain = false;
-        } else {
-            ++digits.count;
-        }
+        exponent_mark = 'p';
+        digits.is_plain = false;
+        digits.count = 0;
     }
     for (;; take()) {
         if (is_digit(c)) {
@@ -259,8 +222,8 @@ TextReader::Digits TextReader::take_real(int c) {
         } else if (!has_point && c == '.') {
             has_point = true;
         } else {
-            give_back(c);
-            return digits;
+            lookahead_ = c;
+            return;
         }
     }
 }
@@ -280,11 +243,11 @@ bool TextReader::convert(const Digits& digits, bool is_negative, float& target) 
     return true;
 }
 
-/// The number where a quotient in double precision gives it; false for the others, which are few.
+/// The number, where a quotient in double precision gives it; false for the few others.
 bool TextReader::convert_plain(const Digits& digits, bool is_negative, float& target) {
-    // The digits and these powers stand in a double without rounding, so the quotient is rounded
-    // once, to 53 bits; that and rounding to 24 bits come out as one rounding unless the first one
-    // has hit the middle between two floats.
+    // A double represents the digits and these powers exactly, so the quotient is rounded once, to
+    // 53 bits. Rounding that to 24 bits gives the same as one rounding, unless the first one gave
+    // the middle between two floats.
     constexpr double powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     constexpr std::uint64_t bits_dropped = (std::uint64_t{1} << 29U) - 1;
@@ -303,36 +266,44 @@ bool TextReader::convert_plain(const Digits& digits, bool is_negative, float& ta
     return true;
 }
 
-/// "inf", "nan" and their longer forms behind a sign, which is taken already.
-bool TextReader::scan_word(bool is_negative, float& target) {
+/// "inf", "nan" and their longer forms after a sign, from character `c` on.
+bool TextReader::scan_word(int c, bool is_negative, float& target) {
     float value = 0;
-    if (std::fscanf(stream_, "%f", &value) != 1) {
+    if (!scan(c, "%f", value)) {
         return false;
     }
     target = is_negative ? -value : value;
     return true;
 }
 
-int TextReader::next() {
-#ifdef __GLIBC__
-    return getc_unlocked(stream_);
-#else
-    return std::getc(stream_);
-#endif
+/// Leaves the number that starts with `c`, which may be EOF, to the C library.
+template <class Number>
+bool TextReader::scan(int c, const char* format, Number& target) {
+    if (c != EOF) {
+        lookahead_ = c;
+    }
+    return_lookahead();
+    return std::fscanf(stream_, format, &target) == 1;
 }
 
-void TextReader::give_back(int character) {
-    if (character != EOF) {
-        std::ungetc(character, stream_);
-    }
+int TextReader::next() {
+    return next_character(stream_);
 }
 
 int TextReader::next_after_space() {
-    int c = next();
+    int c = lookahead_ != EOF ? lookahead_ : next();
     while (is_space(c)) {
         c = next();
     }
+    lookahead_ = EOF;
     return c;
+}
+
+void TextReader::return_lookahead() {
+    if (lookahead_ != EOF) {
+        std::ungetc(lookahead_, stream_);
+        lookahead_ = EOF;
+    }
 }
 
 } // namespace korvel

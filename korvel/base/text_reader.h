@@ -11,14 +11,13 @@
 
 namespace korvel {
 
-/// Reads numbers from a text stream as `fscanf` does, with the same values, and leaves the stream
-/// where `fscanf` leaves it: behind the number, or behind the longest start of one. It holds the
-/// stream's lock for as long as it lives.
+/// Reads numbers from a text stream as `fscanf` does, with the same values. It locks the stream for
+/// as long as it exists, and its destructor leaves the stream at the position where `fscanf` leaves
+/// it: behind the last number, or behind the longest start of one.
 ///
-/// With the GNU C library plain numbers are converted where they stand in the stream's buffer, many
-/// times faster than by `fscanf`, and those that reach beyond it are taken character by character.
-/// What is not plain, and everything with other libraries, whose answers to odd text differ, goes
-/// to `fscanf` itself.
+/// With the GNU C library numbers are converted character by character, many times faster than by
+/// `fscanf`. What starts like neither an integer nor a decimal real, and everything with other
+/// libraries, whose results for malformed numbers differ, is left to `fscanf`.
 class TextReader {
 public:
     explicit TextReader(FILE* stream);
@@ -28,10 +27,10 @@ public:
     TextReader(TextReader&&) = delete;
     TextReader& operator=(TextReader&&) = delete;
 
-    /// An integer as "%d" takes it; false, with the target untouched, where none stands.
+    /// An integer as "%d" converts it; false, with the target unchanged, where there is none.
     bool read(int& target);
 
-    /// A real as "%f" takes it: through single precision, on purpose.
+    /// A real as "%f" converts it: through single precision, on purpose.
     bool read(float& target);
     bool read(double& target) {
         float value = 0;
@@ -59,6 +58,7 @@ private:
         std::uint64_t value = 0; ///< of the digits, without sign and point; right up to `count` 19
         int count = 0;
         int behind_point = 0;
+        bool has_point = false;
         bool is_plain = true; ///< digits and a point, nothing else
     };
 
@@ -66,26 +66,24 @@ private:
     template <class Number>
     bool read_all(long long declared, std::vector<Number>& numbers);
 
-    // A plain number that stands ready in the stream's buffer. False, with the stream where it was,
-    // for anything else.
-    bool take_ready(int& target);
-    bool take_ready(float& target);
-    const char* next_ready() const;
-
-    bool take(int& target);
-    bool take(float& target);
-    int next();
-    void give_back(int character);
-    int next_after_space();
-    Digits take_real(int character);
+    template <class Number>
+    bool scan(int character, const char* format, Number& target);
+    bool scan_word(int character, bool is_negative, float& target);
+    int take_long(int character, bool is_negative, int first_digits);
+    Digits take_plain(int& character);
+    void take_rest(int character, Digits& digits);
+    static std::string text_of(const Digits& digits);
     static bool convert_plain(const Digits& digits, bool is_negative, float& target);
     bool convert(const Digits& digits, bool is_negative, float& target) const;
-    bool scan_word(bool is_negative, float& target);
+    int next();
+    int next_after_space();
+    void return_lookahead();
 
     FILE* stream_;
-    bool takes_characters_ = false; ///< else `fscanf` does all
+    bool takes_characters_ = false; ///< else all is left to `fscanf`
     bool takes_reals_ = false;      ///< the decimal point is a full stop
-    std::string text_;              ///< of the number in hand
+    int lookahead_ = EOF;           ///< read from the stream, but not part of a number yet
+    std::string text_;              ///< of a number that is not plain
 };
 
 /// Sizes `list` to the declared count and calls `read_one(record)` for each record. What is not
