@@ -7,18 +7,19 @@
 
 namespace korvel {
 
-/// Tells of most keys that were never added that they were not, from a bit for each slot of a table
-/// (B. H. Bloom, 1970, with one hash function): small enough to stay in the cache.
+/// A Bloom filter (B. H. Bloom, 1970) with one hash function: excludes most keys that were not
+/// added, by one bit, in a table small enough for the processor's cache.
 class BloomFilter {
 public:
-    /// Forgets all keys. With more keys than expected it tells less.
+    /// Removes all keys. With more keys than expected it excludes fewer.
     void start(int expected_keys) {
         const auto words = std::bit_ceil(static_cast<std::size_t>(expected_keys) / 8 + 1);
         words_.assign(words, 0);
     }
 
-    /// `hash` is a key with its bits spread.
+    /// `hash` is a key with its bits spread, as by `mix_bits`.
     void add(std::uint64_t hash) { word(hash) |= bit(hash); }
+    /// False only for a key that was not added.
     bool may_have(std::uint64_t hash) const {
         return (const_cast<BloomFilter*>(this)->word(hash) & bit(hash)) != 0;
     }

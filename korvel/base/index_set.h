@@ -6,9 +6,9 @@
 
 namespace korvel {
 
-/// A set of the indices below a size, which gives back the smallest: a bit for each index, and
-/// above each level a level with a bit for each of its words that is not 0. Both calls cost one
-/// step for each factor of 64 in the size.
+/// A set of the indices below a size, as a priority queue: a bit for each index, and above each
+/// level a level with a bit for each of its words that is not 0. Both operations cost one step for
+/// each factor of 64 in the size.
 class IndexSet {
 public:
     explicit IndexSet(int size) {
@@ -34,7 +34,7 @@ public:
         }
     }
 
-    /// Takes out the smallest index. There must be one.
+    /// Removes and returns the smallest index. There must be one.
     int take_first() {
         std::size_t at = 0;
         for (std::size_t level = levels_.size(); level-- > 0;) {

@@ -17,6 +17,7 @@ inline std::uint64_t mix_bits(std::uint64_t key) {
     return key ^ (key >> 31U);
 }
 
+/// The two ints in one key.
 inline std::uint64_t pair_key(int first, int second) {
     return (static_cast<std::uint64_t>(static_cast<std::uint32_t>(first)) << 32U) |
            static_cast<std::uint32_t>(second);
@@ -31,8 +32,8 @@ inline std::uint64_t point_key(tagPOINT pt) {
     return pair_key(pt.x, pt.y);
 }
 
-/// Answers "which index had this key first?" as a scan from index 0 would, in constant time: a flat
-/// hash table with linear probing that lives for one call of the library.
+/// Finds the first index that had a key, as a scan from index 0 would, in constant time: a hash
+/// table with linear probing.
 class KeyIndex {
 public:
     explicit KeyIndex(int expected_keys) {
@@ -43,7 +44,7 @@ public:
         slots_.resize(slots);
     }
 
-    /// The index stored with the key; a new key is stored with `index`.
+    /// The index stored with the key; a key that is not there yet is stored with `index`.
     int find_or_add(std::uint64_t key, int index) {
         if (2 * used_ >= slots_.size()) {
             grow();
@@ -94,8 +95,8 @@ private:
     std::size_t used_ = 0;
 };
 
-/// The first of the records so far that is the same as record `index`, which may be `index` itself.
-/// Records with different keys differ; `same(i, j)` decides among those that share one.
+/// The first of the records so far that equals record `index`, which may be `index` itself. Records
+/// with different keys differ; `same(i, j)` compares two whose keys are equal.
 template <class Same>
 int first_equal(KeyIndex& table, std::uint64_t key, int index, Same same) {
     for (;; key = mix_bits(key)) {

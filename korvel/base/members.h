@@ -21,10 +21,13 @@ void copy_member(Member& to, const Member& from) {
     }
 }
 
-/// Copies the named members of a record, in this order.
+/// Copies the named members of a record, in this order. A record copied to itself stays as it is;
+/// emptying its lists before they are copied would lose them.
 template <class Record, class... Members>
 void copy_members(Record& to, const Record& from, Members Record::*... members) {
-    (copy_member(to.*members, from.*members), ...);
+    if (&to != &from) {
+        (copy_member(to.*members, from.*members), ...);
+    }
 }
 
 /// Empties the named lists of a record and frees their storage.

@@ -8,7 +8,7 @@ namespace korvel {
 
 /// Shell's sort (D. L. Shell, 1959) with gaps halving from half the length. It is not stable across
 /// gap chains, and the order in which it leaves equal elements is part of the library's answers.
-/// `goes_after(x, key)` tells whether x must stand behind key.
+/// `goes_after(x, key)` returns whether x must come after key.
 template <class List, class GoesAfter>
 void shell_sort(List& list, int size, GoesAfter goes_after) {
     for (int gap = size / 2; gap > 0; gap /= 2) {

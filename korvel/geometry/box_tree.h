@@ -8,7 +8,7 @@
 namespace korvel {
 
 /// An axis-parallel box in space, its borders included; empty at the start.
-struct Box {
+struct Box3 {
     double low[3] = {std::numeric_limits<double>::infinity(),
                      std::numeric_limits<double>::infinity(),
                      std::numeric_limits<double>::infinity()};
@@ -22,21 +22,24 @@ struct Box {
             high[k] = std::max(high[k], point[k]);
         }
     }
-    void include(const Box& other) {
+    void include(const Box3& other) {
         include(other.low);
         include(other.high);
     }
-    bool meets(const Box& other) const {
+    bool meets(const Box3& other) const {
         return low[0] <= other.high[0] && other.low[0] <= high[0] && low[1] <= other.high[1] &&
                other.low[1] <= high[1] && low[2] <= other.high[2] && other.low[2] <= high[2];
     }
 };
 
-/// Boxes, asked for those that meet a box: a binary tree that halves them along the longer side of
-/// what holds them all. A question costs about the logarithm of their number and its answer.
+using Box = Box3; ///< the name in the edge-face crossings
+
+/// Queries for the boxes that meet a given one: a binary tree that divides them in halves along the
+/// longest side of their common box. A query costs about the logarithm of their number plus the
+/// size of the result.
 class BoxTree {
 public:
-    explicit BoxTree(std::vector<Box> boxes) : boxes_(std::move(boxes)), order_(boxes_.size()) {
+    explicit BoxTree(std::vector<Box3> boxes) : boxes_(std::move(boxes)), order_(boxes_.size()) {
         std::iota(order_.begin(), order_.end(), 0);
         nodes_.reserve(boxes_.size());
         if (!boxes_.empty()) {
@@ -46,16 +49,16 @@ public:
 
     /// Calls `visit(i)` for each box i that meets the given one, in no particular order.
     template <class Visit>
-    void for_each_meeting(const Box& box, Visit visit) const {
-        // A node's left half stands right behind it, and `skip` leads past both halves.
+    void for_each_meeting(const Box3& box, Visit visit) const {
+        // A node's halves follow it in the list; `skip` is the index behind both.
         for (std::size_t at = 0; at < nodes_.size();) {
             const Node& node = nodes_[at];
             if (!node.box.meets(box)) {
                 at = static_cast<std::size_t>(node.skip);
                 continue;
             }
-            for (int place = node.begin; place < node.end; ++place) {
-                const int i = order_[place];
+            for (int position = node.begin; position < node.end; ++position) {
+                const int i = order_[position];
                 if (boxes_[i].meets(box)) {
                     visit(i);
                 }
@@ -68,7 +71,7 @@ private:
     static constexpr int leaf_size = 4;
 
     struct Node {
-        Box box;
+        Box3 box;
         int skip = 0;
         int begin = 0; ///< a leaf's boxes are those at order_[begin] … order_[end − 1]
         int end = 0;
@@ -77,9 +80,9 @@ private:
     void build(int begin, int end) {
         const std::size_t self = nodes_.size();
         nodes_.emplace_back();
-        Box box;
-        for (int place = begin; place < end; ++place) {
-            box.include(boxes_[order_[place]]);
+        Box3 box;
+        for (int position = begin; position < end; ++position) {
+            box.include(boxes_[order_[position]]);
         }
         nodes_[self].box = box;
         if (end - begin <= leaf_size) {
@@ -94,7 +97,7 @@ private:
             }
             const int middle = begin + (end - begin) / 2;
             const auto doubled_centre = [&](int i) {
-                const Box& of = boxes_[i];
+                const Box3& of = boxes_[i];
                 return of.low[axis] + of.high[axis];
             };
             std::nth_element(order_.begin() + begin, order_.begin() + middle, order_.begin() + end,
@@ -105,7 +108,7 @@ private:
         nodes_[self].skip = static_cast<int>(nodes_.size());
     }
 
-    std::vector<Box> boxes_;
+    std::vector<Box3> boxes_;
     std::vector<int> order_;
     std::vector<Node> nodes_;
 };

@@ -1,9 +1,10 @@
-// A face's equations, and the questions about points and edges that are answered from coordinates.
+// A face's equations, and its predicates and measures from coordinates.
 
 #include <algorithm>
 #include <cmath>
 
 #include "korvel/base/indices.h"
+#include "korvel/base/ring_sides.h"
 #include "korvel/geometry/marks.h"
 #include "korvel/geometry/poly3d.h"
 #include "korvel/geometry/vectors.h"
@@ -16,7 +17,7 @@ namespace {
 
 using Verts = CArray<VERT3D, VERT3D&>;
 
-/// The coordinates of the face's first three vertices, or nothing where it has fewer.
+/// The coordinates of the face's first three vertices; `exist` is false where it has fewer.
 struct FirstCorners {
     FirstCorners(const CArray<int>& face, Verts& verts, double (VERT3D::*xyz)[3]) {
         if (face.GetSize() < 3) {
@@ -35,18 +36,17 @@ struct FirstCorners {
     const double* at[3] = {};
 };
 
-/// The sum of the turn signs of the boundary's sides around p; `project(v)` gives vertex v in the
-/// plane. A face with an index outside the vertices gives 0.
+/// The sum of the turn signs of the boundary's sides around p; `project(v)` returns the position of
+/// vertex v in the plane. A face with an index outside the vertices gives 0.
 template <class Project>
 int sum_of_turns(const CArray<int>& face, const Verts& verts, PlanePoint p, Project project) {
-    if (!std::all_of(face.begin(), face.end(), [&](int v) { return has_element(verts, v); })) {
+    if (!korvel::has_elements(verts, face)) {
         return 0;
     }
     int sum = 0;
-    for (int i = 0; i < face.GetSize(); ++i) {
-        sum += korvel::closed_turn_sign(
-            project(verts[face[i]]), project(verts[face[i + 1 < face.GetSize() ? i + 1 : 0]]), p);
-    }
+    korvel::for_each_side(face, face.GetSize(), [&](int, int a, int b) {
+        sum += korvel::closed_turn_sign(project(verts[a]), project(verts[b]), p);
+    });
     return sum;
 }
 
@@ -98,7 +98,7 @@ bool POLY3D::det_3dpoint_in_con_poly(double* p, CArray<VERT3D, VERT3D&>& verts) 
     }
     const int first = (main_axis + 2) % 3;
     const int second = (main_axis + 1) % 3;
-    // A point on the border counts as +1 for every side, so clockwise projections leave it out.
+    // A point on the border counts as +1 for every side, so clockwise projections exclude it.
     const int sum = sum_of_turns(this->verts, verts, {p[first], p[second]}, [&](const VERT3D& v) {
         return PlanePoint{v.model_xyz[first], v.model_xyz[second]};
     });
@@ -148,8 +148,8 @@ int POLY3D::get_uvw_near_side(CArray<VERT3D, VERT3D&>& verts, CArray<LINE3D, LIN
     if (!has_element(verts, edge.start_vert) || !has_element(verts, edge.end_vert)) {
         return nearest;
     }
-    // The foot of the perpendicular, always taken on the end side of the start and not kept on the
-    // edge; a radicand that rounds below 0 gives a point that is not finite.
+    // The foot of the perpendicular, on the end side of the start whatever side p is on, and not
+    // limited to the edge. A radicand that rounds below 0 gives a point that is not finite.
     const VERT3D& start = verts[edge.start_vert];
     const double along = std::sqrt(squared_distance(p, start.view_xyz) - smallest * smallest);
     const double seen_length =

@@ -1,9 +1,9 @@
 #include "korvel/geometry/line3d.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "korvel/base/indices.h"
+#include "korvel/base/members.h"
 #include "korvel/geometry/poly3d.h"
 #include "korvel/geometry/vectors.h"
 #include "korvel/plane/line_equation.h"
@@ -15,18 +15,9 @@ LINE3D::LINE3D(const LINE3D& src) {
 }
 
 LINE3D& LINE3D::operator=(const LINE3D& src) {
-    if (this == &src) {
-        return *this;
-    }
-    start_vert = src.start_vert;
-    end_vert = src.end_vert;
-    std::copy_n(src.direction, 3, direction);
-    length = src.length;
-    std::copy_n(src.line_2d_eqt, 3, line_2d_eqt);
-    state_flags = src.state_flags;
-    main_axis = src.main_axis;
-    faces.Copy(src.faces);
-    bodies.Copy(src.bodies);
+    korvel::copy_members(*this, src, &LINE3D::start_vert, &LINE3D::end_vert, &LINE3D::direction,
+                         &LINE3D::length, &LINE3D::line_2d_eqt, &LINE3D::state_flags,
+                         &LINE3D::main_axis, &LINE3D::faces, &LINE3D::bodies);
     return *this;
 }
 
@@ -35,8 +26,7 @@ void LINE3D::Copy(const LINE3D& src) {
 }
 
 void LINE3D::RemoveAll() {
-    faces.RemoveAll();
-    bodies.RemoveAll();
+    korvel::remove_lists(*this, &LINE3D::faces, &LINE3D::bodies);
 }
 
 void LINE3D::set_line_point(int a, int b) {

@@ -1,20 +1,19 @@
-// A face's lists: its copies, its chain of vertices and its chain of edges.
+// A face's lists: copies, the chain of vertices and the chain of edges.
 
 #include "korvel/geometry/poly3d.h"
 
 #include <algorithm>
 
 #include "korvel/base/indices.h"
+#include "korvel/base/members.h"
+#include "korvel/base/ring_sides.h"
 #include "korvel/geometry/vectors.h"
 
 using korvel::has_element;
 
 namespace {
 
-bool joins(const LINE3D& line, int a, int b) {
-    return (line.start_vert == a && line.end_vert == b) ||
-           (line.start_vert == b && line.end_vert == a);
-}
+bool joins(const LINE3D& line, int a, int b);
 
 } // namespace
 
@@ -23,18 +22,9 @@ POLY3D::POLY3D(const POLY3D& src) {
 }
 
 POLY3D& POLY3D::operator=(const POLY3D& src) {
-    if (this == &src) {
-        return *this;
-    }
-    std::copy_n(src.plane, 4, plane);
-    std::copy_n(src.rotated_plane, 4, rotated_plane);
-    state_flags = src.state_flags;
-    area = src.area;
-    main_axis = src.main_axis;
-    verts.Copy(src.verts);
-    lines.Copy(src.lines);
-    neighbour_faces.Copy(src.neighbour_faces);
-    bodies.Copy(src.bodies);
+    korvel::copy_members(*this, src, &POLY3D::plane, &POLY3D::rotated_plane, &POLY3D::state_flags,
+                         &POLY3D::area, &POLY3D::main_axis, &POLY3D::verts, &POLY3D::lines,
+                         &POLY3D::neighbour_faces, &POLY3D::bodies);
     return *this;
 }
 
@@ -43,10 +33,8 @@ void POLY3D::Copy(const POLY3D& src) {
 }
 
 void POLY3D::RemoveAll() {
-    verts.RemoveAll();
-    lines.RemoveAll();
-    neighbour_faces.RemoveAll();
-    bodies.RemoveAll();
+    korvel::remove_lists(*this, &POLY3D::verts, &POLY3D::lines, &POLY3D::neighbour_faces,
+                         &POLY3D::bodies);
 }
 
 void POLY3D::add_a_vert(int v) {
@@ -58,31 +46,27 @@ void POLY3D::add_a_line(int e) {
 }
 
 void POLY3D::find_side(CArray<LINE3D, LINE3D&>& lines) {
-    for (int i = 0; i < verts.GetSize(); ++i) {
-        const int a = verts[i];
-        const int b = verts[i + 1 < verts.GetSize() ? i + 1 : 0];
+    korvel::for_each_side(verts, verts.GetSize(), [&](int, int a, int b) {
         if (std::none_of(lines.begin(), lines.end(),
                          [&](const LINE3D& line) { return joins(line, a, b); })) {
             LINE3D side;
             side.set_line_point(a, b);
             lines.Add(side);
         }
-    }
+    });
     vert_to_line(lines);
 }
 
 void POLY3D::vert_to_line(CArray<LINE3D, LINE3D&>& lines) {
     this->lines.SetSize(0);
-    for (int i = 0; i < verts.GetSize(); ++i) {
-        const int a = verts[i];
-        const int b = verts[i + 1 < verts.GetSize() ? i + 1 : 0];
+    korvel::for_each_side(verts, verts.GetSize(), [&](int i, int a, int b) {
         for (int j = lines.GetUpperBound(); j >= 0; --j) {
             if (joins(lines[j], a, b)) {
                 this->lines.SetAtGrow(i, j); // the last of several
                 break;
             }
         }
-    }
+    });
 }
 
 void POLY3D::line_to_vert(CArray<LINE3D, LINE3D&>& lines) {
@@ -94,13 +78,13 @@ void POLY3D::line_to_vert(CArray<LINE3D, LINE3D&>& lines) {
     }
     verts.SetAtGrow(0, lines[chain[0]].start_vert);
     verts.SetAtGrow(1, lines[chain[0]].end_vert);
-    // Edges that do not hang together leave slots that were never reached; they count as 0.
+    // Edges that are not connected leave slots unset; these count as 0.
     const auto vert_at = [&](int k) { return k < verts.GetSize() ? verts[k] : 0; };
     for (int k = 1; k < m; ++k) {
         const int prev = vert_at(k - 1);
         const int cur = k == m - 1 ? verts[0] : vert_at(k);
-        // Written into the slot that held `cur`, not the one after it, so a triangle comes out
-        // turned against its first edge; the last edge that fits wins.
+        // The result overwrites `cur` instead of the slot after it, so that a triangle is reversed
+        // against its first edge; of several edges that fit the last one wins.
         for (const int line : chain) {
             const int start = lines[line].start_vert;
             const int end = lines[line].end_vert;
@@ -116,7 +100,7 @@ void POLY3D::line_to_vert(CArray<LINE3D, LINE3D&>& lines) {
 int POLY3D::det_poly_include_line(int* p) {
     for (int i = 0; i < verts.GetSize(); ++i) {
         const int a = verts[i];
-        const int b = verts[i + 1 < verts.GetSize() ? i + 1 : 0];
+        const int b = verts[korvel::next_around(i, verts.GetSize())];
         if (a == p[0] && b == p[1]) {
             return 1;
         }
@@ -143,3 +127,12 @@ bool POLY3D::detect_line_in(int e) {
 bool POLY3D::is_composed_vert(int v) {
     return point_range_in_poly(v) >= 0;
 }
+
+namespace {
+
+bool joins(const LINE3D& line, int a, int b) {
+    return (line.start_vert == a && line.end_vert == b) ||
+           (line.start_vert == b && line.end_vert == a);
+}
+
+} // namespace

@@ -1,8 +1,7 @@
 #include "korvel/geometry/poly3d_cplx.h"
 
-#include <algorithm>
-
 #include "korvel/base/indices.h"
+#include "korvel/base/members.h"
 #include "korvel/geometry/cmycolor.h"
 #include "korvel/plane/device_point.h"
 #include "korvel/plane/fill.h"
@@ -22,22 +21,11 @@ POLY3D_CPLX::POLY3D_CPLX(const POLY3D_CPLX& src) {
 }
 
 POLY3D_CPLX& POLY3D_CPLX::operator=(const POLY3D_CPLX& src) {
-    if (this == &src) {
-        return *this;
-    }
-    area = src.area;
-    rgb = src.rgb;
-    aux_value = src.aux_value;
-    aux_int = src.aux_int;
-    hue = src.hue;
-    saturation = src.saturation;
-    lightness = src.lightness;
-    std::copy_n(src.aux_xyz_1, 3, aux_xyz_1);
-    std::copy_n(src.aux_xyz_2, 3, aux_xyz_2);
-    polys.Copy(src.polys);
-    list_2.Copy(src.list_2);
-    list_3.Copy(src.list_3);
-    list_4.Copy(src.list_4);
+    korvel::copy_members(*this, src, &POLY3D_CPLX::area, &POLY3D_CPLX::rgb, &POLY3D_CPLX::aux_value,
+                         &POLY3D_CPLX::aux_int, &POLY3D_CPLX::hue, &POLY3D_CPLX::saturation,
+                         &POLY3D_CPLX::lightness, &POLY3D_CPLX::aux_xyz_1, &POLY3D_CPLX::aux_xyz_2,
+                         &POLY3D_CPLX::polys, &POLY3D_CPLX::list_2, &POLY3D_CPLX::list_3,
+                         &POLY3D_CPLX::list_4);
     return *this;
 }
 
@@ -46,10 +34,8 @@ void POLY3D_CPLX::Copy(const POLY3D_CPLX& src) {
 }
 
 void POLY3D_CPLX::RemoveAll() {
-    polys.RemoveAll();
-    list_2.RemoveAll();
-    list_3.RemoveAll();
-    list_4.RemoveAll();
+    korvel::remove_lists(*this, &POLY3D_CPLX::polys, &POLY3D_CPLX::list_2, &POLY3D_CPLX::list_3,
+                         &POLY3D_CPLX::list_4);
 }
 
 void POLY3D_CPLX::cpgn_area(CArray<POLY3D, POLY3D&>& polys) {
@@ -60,7 +46,7 @@ void POLY3D_CPLX::cpgn_area(CArray<POLY3D, POLY3D&>& polys) {
 }
 
 void POLY3D_CPLX::rgb_color() {
-    constexpr float group_lightness = 0.6F; // whatever `lightness` held
+    constexpr float group_lightness = 0.6F; // `lightness` is not read
     unsigned char r = 0;
     unsigned char g = 0;
     unsigned char b = 0;
@@ -78,19 +64,18 @@ void POLY3D_CPLX::draw_a_fill_poly(int ax_u, int ax_v, CArray<POLY3D, POLY3D&>& 
         return;
     }
     const korvel::DeviceMapping to_device{dev_x, dev_y, org_u, org_v, unit_u, unit_v, scale};
-    const auto is_vertex = [&](int v) { return has_element(verts, v); };
     korvel::PolygonGroup group;
     for (const int face : this->polys) {
         if (!has_element(polys, face)) {
             continue;
         }
         const CArray<int>& chain = polys[face].verts;
-        if (std::all_of(chain.begin(), chain.end(), is_vertex)) {
+        if (korvel::has_elements(verts, chain)) {
             for (const int v : chain) {
                 const double* p = verts[v].model_xyz;
                 group.points.push_back(to_device(p[ax_u], p[ax_v]));
             }
-            group.counts.push_back(chain.GetSize()); // a face without vertices counts as well
+            group.counts.push_back(chain.GetSize()); // a face without vertices too
         }
     }
     dc->SetPolyFillMode(ALTERNATE);

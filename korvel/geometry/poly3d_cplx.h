@@ -40,8 +40,8 @@ public:
 
     /// Fills all faces of the group in one `PolyPolygon` call, so that holes stay open, outlined by
     /// the pen that is selected in `dc`. `ax_u` and `ax_v` pick the model axes (0 x, 1 y, 2 z) to
-    /// draw along; a model point lands at trunc((p[ax_u] − org_u) / unit_u · scale) + dev_x, and
-    /// alike.
+    /// draw along; the device point of p is trunc((p[ax_u] − org_u) / unit_u · scale) + dev_x,
+    /// and the same for y with ax_v. Faces with an index outside the vertices are left out.
     void draw_a_fill_poly(int ax_u, int ax_v, CArray<POLY3D, POLY3D&>& polys,
                           CArray<VERT3D, VERT3D&>& verts, int dev_x, int dev_y, double org_u,
                           double org_v, double unit_u, double unit_v, double scale, CDC* dc);

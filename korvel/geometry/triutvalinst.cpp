@@ -1,5 +1,7 @@
 #include "korvel/geometry/triutvalinst.h"
 
+#include "korvel/base/members.h"
+
 TriUtvalinst::TriUtvalinst(const TriUtvalinst& src) {
     *this = src;
 }
@@ -9,10 +11,7 @@ TriUtvalinst::~TriUtvalinst() {
 }
 
 TriUtvalinst& TriUtvalinst::operator=(const TriUtvalinst& src) {
-    if (this != &src) {
-        triples_1.Copy(src.triples_1);
-        triples_2.Copy(src.triples_2);
-    }
+    korvel::copy_members(*this, src, &TriUtvalinst::triples_1, &TriUtvalinst::triples_2);
     return *this;
 }
 
@@ -21,6 +20,5 @@ void TriUtvalinst::Copy(const TriUtvalinst& src) {
 }
 
 void TriUtvalinst::RemoveAll() {
-    triples_1.RemoveAll();
-    triples_2.RemoveAll();
+    korvel::remove_lists(*this, &TriUtvalinst::triples_1, &TriUtvalinst::triples_2);
 }

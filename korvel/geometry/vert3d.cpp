@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "korvel/base/members.h"
 #include "korvel/geometry/view_transform.h"
 
 VERT3D::VERT3D(const VERT3D& src) {
@@ -9,21 +10,10 @@ VERT3D::VERT3D(const VERT3D& src) {
 }
 
 VERT3D& VERT3D::operator=(const VERT3D& src) {
-    if (this == &src) {
-        return *this;
-    }
-    std::copy_n(src.model_xyz, 3, model_xyz);
-    std::copy_n(src.backup_xyz, 3, backup_xyz);
-    std::copy_n(src.temp_view_xyz, 3, temp_view_xyz);
-    std::copy_n(src.view_xyz, 3, view_xyz);
-    spare_int_1 = src.spare_int_1;
-    spare_int_2 = src.spare_int_2;
-    spare_int_3 = src.spare_int_3;
-    state_flags = src.state_flags;
-    faces.Copy(src.faces);
-    lines.Copy(src.lines);
-    neighbours.Copy(src.neighbours);
-    bodies.Copy(src.bodies);
+    korvel::copy_members(*this, src, &VERT3D::model_xyz, &VERT3D::backup_xyz,
+                         &VERT3D::temp_view_xyz, &VERT3D::view_xyz, &VERT3D::spare_int_1,
+                         &VERT3D::spare_int_2, &VERT3D::spare_int_3, &VERT3D::state_flags,
+                         &VERT3D::faces, &VERT3D::lines, &VERT3D::neighbours, &VERT3D::bodies);
     return *this;
 }
 
@@ -32,10 +22,8 @@ void VERT3D::Copy(const VERT3D& src) {
 }
 
 void VERT3D::RemoveAll() {
-    faces.RemoveAll();
-    lines.RemoveAll();
-    neighbours.RemoveAll();
-    bodies.RemoveAll();
+    korvel::remove_lists(*this, &VERT3D::faces, &VERT3D::lines, &VERT3D::neighbours,
+                         &VERT3D::bodies);
 }
 
 void VERT3D::backvert() {

@@ -11,36 +11,9 @@ struct Matrix {
     double at[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
 };
 
-Matrix turn_about_x(double cosine, double sine) {
-    Matrix m;
-    m.at[1][1] = cosine;
-    m.at[1][2] = -sine;
-    m.at[2][1] = sine;
-    m.at[2][2] = cosine;
-    return m;
-}
-
-Matrix turn_about_z(double cosine, double sine) {
-    Matrix m;
-    m.at[0][0] = cosine;
-    m.at[0][1] = sine;
-    m.at[1][0] = -sine;
-    m.at[1][1] = cosine;
-    return m;
-}
-
-/// Sums start at 0, so no element comes out as a negative zero.
-void multiply(const Matrix& a, const Matrix& b, double* product) {
-    for (int row = 0; row < 4; ++row) {
-        for (int column = 0; column < 4; ++column) {
-            double sum = 0;
-            for (int k = 0; k < 4; ++k) {
-                sum += a.at[row][k] * b.at[k][column];
-            }
-            product[4 * row + column] = sum;
-        }
-    }
-}
+Matrix turn_about_x(double cosine, double sine);
+Matrix turn_about_z(double cosine, double sine);
+void multiply(const Matrix& a, const Matrix& b, double* product);
 
 } // namespace
 
@@ -64,3 +37,38 @@ void rotate_point(double* m, double* p, double* q) {
     q[1] = m[1] * x + m[5] * y + m[9] * z;
     q[2] = m[2] * x + m[6] * y + m[10] * z;
 }
+
+namespace {
+
+Matrix turn_about_x(double cosine, double sine) {
+    Matrix m;
+    m.at[1][1] = cosine;
+    m.at[1][2] = -sine;
+    m.at[2][1] = sine;
+    m.at[2][2] = cosine;
+    return m;
+}
+
+Matrix turn_about_z(double cosine, double sine) {
+    Matrix m;
+    m.at[0][0] = cosine;
+    m.at[0][1] = sine;
+    m.at[1][0] = -sine;
+    m.at[1][1] = cosine;
+    return m;
+}
+
+/// Sums start at 0, so that no element becomes a negative zero.
+void multiply(const Matrix& a, const Matrix& b, double* product) {
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 4; ++column) {
+            double sum = 0;
+            for (int k = 0; k < 4; ++k) {
+                sum += a.at[row][k] * b.at[k][column];
+            }
+            product[4 * row + column] = sum;
+        }
+    }
+}
+
+} // namespace

@@ -1,5 +1,5 @@
-// What the platform's loader calls when a process loads the library and when it unloads it. A
-// static build is part of its host and is neither loaded nor unloaded.
+// What the system's loader calls when a process loads the library and when it unloads it. A static
+// build is part of its host and is neither loaded nor unloaded.
 
 #if !defined(KORVEL_STATIC)
 
@@ -14,8 +14,8 @@ namespace {
 AFX_EXTENSION_MODULE extension_module;
 CDynLinkLibrary* registration = nullptr;
 
-/// Enters the library in the framework's chain of loaded extension libraries, and takes it out
-/// again. False when the framework does not accept it.
+/// Adds the library to the framework's chain of loaded extension libraries, or removes it. False
+/// when the framework does not accept it.
 bool attach_or_detach(bool attaches, HINSTANCE module) {
     if (!attaches) {
         AfxTermExtensionModule(extension_module);
@@ -40,7 +40,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
     case DLL_PROCESS_DETACH:
         attach_or_detach(false, module);
         return TRUE;
-    default: // threads that come and go change nothing
+    default: // starting and ending threads change nothing
         return TRUE;
     }
 }

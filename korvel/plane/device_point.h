@@ -6,8 +6,8 @@
 
 namespace korvel {
 
-/// A coordinate of the device: truncated toward zero, saturated where an int cannot hold it, 0 for
-/// not-a-number.
+/// A device coordinate: the value truncated toward zero, saturated where an int cannot hold it, 0
+/// for not-a-number.
 inline int device_coordinate(double value) {
     constexpr double lowest = std::numeric_limits<int>::min();
     constexpr double highest = std::numeric_limits<int>::max();
@@ -26,8 +26,9 @@ inline int offset_coordinate(int coordinate, int offset) {
     return device_coordinate(static_cast<double>(moved));
 }
 
-/// The mapping of the drawing calls from world to device coordinates: the scaled value is truncated
-/// before the offset is added.
+/// The mapping of the drawing operations from world to device coordinates. The scaled value is
+/// truncated before the offset is added, and it is divided by `sx` or `sy` before it is multiplied
+/// by `s`: another order would round to other pixels.
 struct DeviceMapping {
     int ox = 0;
     int oy = 0;

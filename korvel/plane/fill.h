@@ -13,7 +13,7 @@ inline COLORREF ramp_colour(int index) {
     return RGB(red, 255 - red, 127);
 }
 
-/// A solid brush, selected into a device context for the length of a scope.
+/// A solid brush that is selected into a device context for the length of a scope.
 class SelectedBrush {
 public:
     SelectedBrush(CDC& dc, COLORREF colour) : dc_(dc) {
@@ -35,12 +35,12 @@ private:
     CBrush* previous_ = nullptr;
 };
 
-/// Rings gathered for one `PolyPolygon` call.
+/// Rings for one `PolyPolygon` call.
 struct PolygonGroup {
     std::vector<POINT> points;
     std::vector<int> counts;
 
-    /// Fills all rings at once, so that under the alternate fill mode holes stay open.
+    /// Fills all rings at once, so that holes stay open in the alternate fill mode.
     void fill(CDC& dc, COLORREF colour) const {
         const SelectedBrush brush(dc, colour);
         dc.PolyPolygon(points.data(), counts.data(), static_cast<int>(counts.size()));

@@ -15,8 +15,8 @@ inline int turn_sign(PlanePoint a, PlanePoint b, PlanePoint p) {
     return left == right ? 0 : -1;
 }
 
-/// 1 on the left or on the line, −1 on the right or where the difference of the two products is not
-/// a number.
+/// The same with a point on the line counted as left: 1 or −1. −1 as well where the difference of
+/// the two products is not a number.
 inline int closed_turn_sign(PlanePoint a, PlanePoint b, PlanePoint p) {
     return (b.y - p.y) * (a.x - p.x) - (a.y - p.y) * (b.x - p.x) >= 0.0 ? 1 : -1;
 }

@@ -6,7 +6,7 @@
 
 namespace korvel {
 
-/// Dot and cross product of two vectors, in the order in which the winding sum takes them.
+/// Dot and cross product of two vectors, with the terms in the order of the winding sum.
 inline double dot_product(PlanePoint a, PlanePoint b) {
     return a.x * b.x + a.y * b.y;
 }
@@ -14,28 +14,29 @@ inline double cross_product(PlanePoint a, PlanePoint b) {
     return a.x * b.y - a.y * b.x;
 }
 
-/// Cosine of the angle between two vectors. It is never clamped: rounding may carry it past one,
-/// and then the angle, and with it every sum that it enters, is not a number.
+/// Cosine of the angle between two vectors. It is never clamped: where rounding makes it greater
+/// than 1, the angle, and every sum that contains it, is not a number.
 inline double angle_cosine(PlanePoint a, PlanePoint b) {
     return dot_product(a, b) /
            (std::sqrt(a.x * a.x + a.y * a.y) * std::sqrt(b.x * b.x + b.y * b.y));
 }
 
-/// The angle from a to b in radians: positive for a turn to the left (y axis up) and for opposite
-/// vectors, negative for a turn to the right.
+/// The angle from a to b in radians: positive for a turn to the left (y axis up) and for parallel
+/// or opposite vectors, negative for a turn to the right.
 inline double signed_angle(PlanePoint a, PlanePoint b) {
     const double angle = std::acos(angle_cosine(a, b));
     return cross_product(a, b) >= 0 ? angle : -angle;
 }
 
-/// Whether a winding sum counts as "inside". The threshold is one radian, not a value near 2π; a
-/// sum that is not a number is outside.
+/// Whether a winding sum means "inside". The threshold is one radian, not a value near 2π; a sum
+/// that is not a number means "outside".
 inline bool sum_encloses(double sum) {
     return std::fabs(sum) > 1.0;
 }
 
-/// The winding test in its plain form: the sum of the angles under which the sides of a closed ring
-/// appear. `corner(k)` gives the vector from the tested point to corner k of `n`.
+/// The winding test in its plain form: the sum of the signed angles between the vectors from the
+/// tested point to the corners of a closed ring. `corner(k)` returns the vector to corner k of `n`.
+/// A ring without corners encloses nothing.
 template <class Corner>
 bool plain_winding_encloses(int n, Corner corner) {
     if (n < 1) {
@@ -51,19 +52,19 @@ bool plain_winding_encloses(int n, Corner corner) {
     return sum_encloses(sum);
 }
 
-/// The same answer as `plain_winding_encloses` without its arc cosines, about ten times as fast.
+/// The same result as `plain_winding_encloses` without its arc cosines, about ten times as fast.
 ///
-/// The exact sum is 2π times the number of turns around the point, which counting the sides that
-/// cross a ray gives by signs alone. The rounded sum differs from it in two ways only: a step
-/// between nearly parallel vectors may have a cosine past one (looked at one by one here), and a
-/// point on or next to a side has a half turn of uncertain sign (left to the plain sum). Every
-/// other step is within 1e-7 of its angle, too little to reach the threshold within the allowed
-/// number of steps.
+/// The exact sum is 2π times the number of turns around the point, which is counted here by the
+/// signs of the sides that cross the ray y = 0, x > 0. The rounded sum differs from it in two ways
+/// only: a step between nearly parallel vectors may have a cosine greater than 1 (computed here
+/// too), and a point on or next to a side has a half turn of uncertain sign (left to the plain
+/// sum). Every other step differs from its angle by less than 1e-7: too little to reach the
+/// threshold within the allowed number of steps.
 template <class Corner>
 bool winding_encloses(int n, Corner corner) {
     constexpr int most_steps = 4'000'000;
     constexpr double nearly_parallel = 1e-7;
-    // Outside this range a squared length may overflow or vanish.
+    // Outside this range a squared length, or a product of two lengths, may overflow or underflow.
     constexpr double shortest_squared = 1e-280;
     constexpr double longest_squared = 1e+280;
 
@@ -76,13 +77,12 @@ bool winding_encloses(int n, Corner corner) {
     int turns = 0;
     PlanePoint a = corner(0);
     if (dot_product(a, a) == 0) {
-        return false; // as below
+        return false; // division by a length of 0: the sum is not a number
     }
     for (int k = 1; k <= n; ++k) {
         const PlanePoint b = corner(k < n ? k : 0);
         const double squared = dot_product(b, b);
         if (!(squared > shortest_squared && squared < longest_squared)) {
-            // Division by a length of 0 leaves no number.
             return squared != 0 && plain_winding_encloses(n, corner);
         }
         const double dot = dot_product(a, b);

@@ -3,8 +3,7 @@
 #include "korvel/platform/export.h"
 #include "korvel/platform/types.h"
 
-/// What lines are drawn with. A default pen is the device's own: solid, black, one device unit
-/// wide.
+/// What lines are drawn with. A default pen draws solid black lines, as thin as the device can.
 class CPen {
 public:
     int style = PS_SOLID;
@@ -47,11 +46,11 @@ public:
     }
 };
 
-/// A 2-D drawing surface. The host derives from it and hands it in; the library draws only through
-/// these calls. Coordinates are device units.
+/// A 2-D drawing surface. The host derives its own from it; the library draws only through these
+/// calls. Coordinates are device units.
 ///
 /// A device keeps pointers to the selected pen and brush. The library selects its own for the
-/// length of a drawing call and puts back what was selected before.
+/// length of a drawing call and then selects the former ones again.
 class KORVEL_PLATFORM_API CDC {
 public:
     CDC() = default;
@@ -59,27 +58,27 @@ public:
     CDC& operator=(const CDC&) = delete;
     virtual ~CDC();
 
-    /// Both select and return what was selected before. Null, where nothing had been selected, may
-    /// be selected again in the end.
+    /// Both return what was selected before: null when nothing was, which may be selected again.
     virtual CPen* SelectObject(CPen* pen) = 0;
     virtual CBrush* SelectObject(CBrush* brush) = 0;
 
-    /// Sets how `Polygon` and `PolyPolygon` tell inside from outside; returns the mode before.
+    /// Sets the rule by which `Polygon` and `PolyPolygon` decide what is inside, such as ALTERNATE;
+    /// returns the former one.
     virtual int SetPolyFillMode(int mode) = 0;
 
     virtual COLORREF GetBkColor() const = 0;
-    /// Returns the background colour before.
+    /// Returns the former background colour.
     virtual COLORREF SetBkColor(COLORREF colour) = 0;
 
-    /// Moves the pen without drawing; returns where it was.
+    /// Moves the pen without drawing; returns its former position.
     virtual POINT MoveTo(int x, int y) = 0;
-    /// Draws from the pen's place to `(x, y)` with the selected pen and leaves the pen there.
+    /// Draws from the pen's position to `(x, y)` with the selected pen and leaves the pen there.
     virtual BOOL LineTo(int x, int y) = 0;
 
-    /// Fills a polygon with the selected brush and outlines it with the selected pen. It closes by
-    /// itself from the last of the `count` points to the first.
+    /// Fills a polygon with the selected brush and outlines it with the selected pen. The last of
+    /// the `count` points is joined to the first.
     virtual BOOL Polygon(const POINT* points, int count) = 0;
-    /// The same for several polygons filled as one area. Polygon `i` takes the next `counts[i]`
+    /// The same for several polygons filled as one area. Polygon `i` has the next `counts[i]`
     /// points.
     virtual BOOL PolyPolygon(const POINT* points, const int* counts, int polygons) = 0;
 };

@@ -1,10 +1,10 @@
 #pragma once
 
-// KORVEL_API marks what a host may call of the library, KORVEL_PLATFORM_API what it may call of the
-// framework room, which is a library of its own: its chain of loaded extension libraries outlives
-// each of them. Static builds define KORVEL_STATIC, for both and for everything that links them;
-// KORVEL_BUILDING and KORVEL_PLATFORM_BUILDING are defined only while the one or the other is
-// compiled.
+// KORVEL_API marks what the library exports, KORVEL_PLATFORM_API what the platform library exports.
+// The platform library is a library of its own, because its chain of loaded extension libraries
+// outlives each of them. Static builds define KORVEL_STATIC, for both and for everything that links
+// them; KORVEL_BUILDING and KORVEL_PLATFORM_BUILDING are defined only while the library in question
+// is compiled.
 
 #if defined(KORVEL_STATIC)
 #define KORVEL_EXPORT

@@ -3,7 +3,7 @@
 #include "korvel/platform/export.h"
 #include "korvel/platform/types.h"
 
-/// One loaded extension module, as the framework knows it. Starts zeroed.
+/// One loaded extension module.
 struct AFX_EXTENSION_MODULE {
     BOOL bInitialized = 0;
     HINSTANCE hModule = nullptr;
@@ -13,12 +13,12 @@ struct AFX_EXTENSION_MODULE {
 /// initialised keeps its module.
 KORVEL_PLATFORM_API BOOL AfxInitExtensionModule(AFX_EXTENSION_MODULE& record, HINSTANCE module);
 
-/// Zeroes the record when the module is unloaded and takes every library registered for that module
-/// out of the chain. A record that is not initialised stays as it is.
+/// Zeroes the record when the module is unloaded and removes every library registered for that
+/// module from the chain. A record that is not initialised stays as it is.
 KORVEL_PLATFORM_API void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record);
 
-/// An extension library in the framework's chain. It joins at the front when it is constructed and
-/// leaves when it is destroyed, or before that when its module is terminated.
+/// An extension library in the chain of loaded ones. Its constructor adds it at the front; its
+/// destructor removes it, unless its module was terminated before.
 class KORVEL_PLATFORM_API CDynLinkLibrary {
 public:
     explicit CDynLinkLibrary(const AFX_EXTENSION_MODULE& record);

@@ -8,7 +8,7 @@ namespace {
 
 CDynLinkLibrary* chain = nullptr;
 
-// Made at the first use, which may be before the library's own statics are.
+// Constructed at the first use, which may be before the library's static objects are.
 message_box_handler& installed_handler() {
     static message_box_handler handler;
     return handler;

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the host's application framework gives, in portable form.
+// The part of the host's application framework that the library uses, in portable form.
 
 #include "korvel/platform/array.h"
 #include "korvel/platform/device_context.h"

@@ -17,7 +17,7 @@
 #include <cstdint>
 
 using BOOL = int;        ///< zero is false, anything else true
-using HINSTANCE = void*; ///< identifies a loaded module; any address inside it will do
+using HINSTANCE = void*; ///< identifies a loaded module, by any address inside it
 
 /// An integer point in device units.
 struct tagPOINT {
@@ -28,7 +28,7 @@ using POINT = tagPOINT;
 
 using COLORREF = std::uint32_t; ///< 0x00bbggrr
 
-/// Packs a colour; of each part only the low eight bits count.
+/// Packs a colour from the low eight bits of each argument.
 constexpr COLORREF RGB(int r, int g, int b) {
     return static_cast<COLORREF>(r & 0xff) | static_cast<COLORREF>(g & 0xff) << 8 |
            static_cast<COLORREF>(b & 0xff) << 16;
@@ -46,6 +46,6 @@ constexpr std::uint8_t GetBValue(COLORREF colour) {
 constexpr int ALTERNATE = 1;  ///< fill mode: inside is where an odd number of sides was crossed
 constexpr int PS_SOLID = 0;   ///< pen style: an unbroken line
 constexpr unsigned MB_OK = 0; ///< message box with an OK button only
-constexpr int IDOK = 1;       ///< the answer of the OK button
+constexpr int IDOK = 1;       ///< the result of the OK button
 
 #endif

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "korvel/base/members.h"
+
 TMOD2D::TMOD2D(const TMOD2D& src) {
     *this = src;
 }
@@ -13,12 +15,8 @@ TMOD2D::~TMOD2D() {
 }
 
 TMOD2D& TMOD2D::operator=(const TMOD2D& src) {
-    if (this != &src) {
-        groups.Copy(src.groups);
-        polys.Copy(src.polys);
-        lines.Copy(src.lines);
-        verts.Copy(src.verts);
-    }
+    korvel::copy_members(*this, src, &TMOD2D::groups, &TMOD2D::polys, &TMOD2D::lines,
+                         &TMOD2D::verts);
     return *this;
 }
 
@@ -27,10 +25,7 @@ void TMOD2D::Copy(const TMOD2D& src) {
 }
 
 void TMOD2D::RemoveAll() {
-    verts.RemoveAll();
-    lines.RemoveAll();
-    polys.RemoveAll();
-    groups.RemoveAll();
+    korvel::remove_lists(*this, &TMOD2D::verts, &TMOD2D::lines, &TMOD2D::polys, &TMOD2D::groups);
 }
 
 void TMOD2D::intlmode() {

@@ -36,10 +36,11 @@ public:
     /// directory. A model of fewer faces writes what it has.
     void set_poly_at_grow();
 
-    /// Reads a section file from an open text stream: two coordinates for each vertex, along the two
-    /// axes that the file names, then faces and groups. Reals pass through single precision. It does
-    /// not read what `writedate` writes. Every list gets the size that the file declares (at most
-    /// 65,536 where the file is too short for more); what is not read keeps its value, or is zero.
+    /// Reads a section file from an open text stream: two coordinates for each vertex, along the
+    /// two axes that the file names, then faces and groups. Reals pass through single precision. It
+    /// does not read what `writedate` writes. Every list gets the size that the file declares (at
+    /// most 65,536 where the file is too short for more); what is not read keeps its value, or is
+    /// zero.
     void readdate(FILE* stream);
 
     /// Writes vertices (three coordinates), faces and groups to an open text stream.

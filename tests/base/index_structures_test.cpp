@@ -5,14 +5,14 @@
 
 #include <gtest/gtest.h>
 
-#include "korvel/base/equal_sides.h"
+#include "korvel/base/equal_pairs.h"
 #include "korvel/base/index_set.h"
 #include "korvel/geometry/box_tree.h"
 #include "tests/support/dice.h"
 
 namespace {
 
-using korvel::Side;
+using korvel::IndexPair;
 using korvel::test::Dice;
 
 TEST(EqualSides, AreTheFirstOfTheirKind) {
@@ -24,13 +24,13 @@ TEST(EqualSides, AreTheFirstOfTheirKind) {
     for (const Case& c : {Case{0, 1}, {-9, 1}, {most - 12, 1}, {-most - 1, 1 << 27}}) {
         Dice dice;
         for (const int points : {1, 2, 5, 12}) {
-            std::vector<Side> sides;
+            std::vector<IndexPair> sides;
             const auto point = [&] { return c.lowest + c.step * dice(0, points - 1); };
             for (int i = 0; i < 60; ++i) {
                 const int a = point();
                 sides.push_back({a, point()});
             }
-            const std::vector<int> first = korvel::first_equal_sides(sides);
+            const std::vector<int> first = korvel::first_equal_pairs(sides);
             for (std::size_t i = 0; i < sides.size(); ++i) {
                 std::size_t j = 0;
                 while (!(sides[j].a == sides[i].a && sides[j].b == sides[i].b) &&
@@ -41,7 +41,7 @@ TEST(EqualSides, AreTheFirstOfTheirKind) {
             }
         }
     }
-    EXPECT_TRUE(korvel::first_equal_sides({}).empty());
+    EXPECT_TRUE(korvel::first_equal_pairs({}).empty());
 }
 
 TEST(IndexSet, GivesBackTheSmallest) {
@@ -66,7 +66,7 @@ TEST(IndexSet, GivesBackTheSmallest) {
 TEST(BoxTree, FindsWhatABoxMeets) {
     Dice dice;
     const auto random_box = [&](int largest) {
-        korvel::Box box;
+        korvel::Box3 box;
         for (int k = 0; k < 3; ++k) {
             box.low[k] = dice(0, 8);
             box.high[k] = box.low[k] + dice(0, largest - 1);
@@ -74,20 +74,20 @@ TEST(BoxTree, FindsWhatABoxMeets) {
         return box;
     };
     for (int size = 0; size < 60; ++size) {
-        std::vector<korvel::Box> boxes;
+        std::vector<korvel::Box3> boxes;
         for (int i = 0; i < size; ++i) {
             boxes.push_back(random_box(3));
         }
         const korvel::BoxTree tree(boxes);
         for (int round = 0; round < 20; ++round) {
-            const korvel::Box box = random_box(4);
+            const korvel::Box3 box = random_box(4);
             std::multiset<int> found;
             std::multiset<int> expected;
             tree.for_each_meeting(box, [&](int i) { found.insert(i); });
             for (int i = 0; i < size; ++i) {
                 bool meets = true;
                 for (int k = 0; k < 3; ++k) {
-                    const korvel::Box& other = boxes[static_cast<std::size_t>(i)];
+                    const korvel::Box3& other = boxes[static_cast<std::size_t>(i)];
                     meets = meets && std::max(box.low[k], other.low[k]) <=
                                          std::min(box.high[k], other.high[k]);
                 }

@@ -133,6 +133,15 @@ TEST(FilledGroup, ColourAreaAndDrawing) {
     EXPECT_EQ(group.area, 4);
 }
 
+// 1 / 49 · 49 is below 1 and truncates to 0; 1 · 49 / 49 and 1 · (49 / 49) would give 1.
+TEST(FilledGroup, DividesByTheUnitBeforeItScales) {
+    TMOD2D model = read("1 0 1 6 -6 1 1 0 1 1 0");
+    RecordingDC dc;
+    model.groups[0].draw_a_fill_poly(0, 1, model.polys, model.verts, 100, 50, 5, -5, 49, 49, 49,
+                                     &dc);
+    EXPECT_EQ(dc.calls, (Calls{"fill mode 1", "brush 0-0-0", "polygons 100,50;", "brush back"}));
+}
+
 class SectionModel : public korvel::test::ScratchAsCurrent {};
 
 TEST_F(SectionModel, DefaultContentAndCopies) {
@@ -156,6 +165,8 @@ TEST_F(SectionModel, DefaultContentAndCopies) {
     EXPECT_EQ(korvel::test::contents("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
     model.intlmode();
     EXPECT_EQ(model.polys[3].verts[3], 7); // counts from 0 on a filled model, too
+    model.set_poly_at_grow();              // of four faces the first two
+    EXPECT_EQ(korvel::test::contents("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
     EXPECT_EQ(copy.verts.GetSize() + copy.lines.GetSize(), 16);
     EXPECT_EQ(copy.polys[1].lines.GetSize(), 4);
     EXPECT_EQ(copy.groups[1].rgb, 6737066);
