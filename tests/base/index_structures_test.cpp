@@ -1,4 +1,4 @@
-// The tables that stand in for scans, against the scans.
+// Index structures against the scans that they replace.
 
 #include <set>
 #include <vector>
@@ -19,7 +19,7 @@ TEST(EqualSides, AreTheFirstOfTheirKind) {
     constexpr int most = 2147483647;
     struct Case {
         int lowest;
-        int step; ///< between neighbouring points; a wide one leaves no room for marks
+        int step; ///< between neighbouring points; with a wide one there is no array of marks
     };
     for (const Case& c : {Case{0, 1}, {-9, 1}, {most - 12, 1}, {-most - 1, 1 << 27}}) {
         Dice dice;
@@ -44,7 +44,7 @@ TEST(EqualSides, AreTheFirstOfTheirKind) {
     EXPECT_TRUE(korvel::first_equal_pairs({}).empty());
 }
 
-TEST(IndexSet, GivesBackTheSmallest) {
+TEST(IndexSet, ReturnsTheSmallest) {
     for (const int size : {1, 63, 64, 65, 4096, 5000, 300000}) {
         Dice dice;
         korvel::IndexSet set(size);

@@ -51,7 +51,7 @@ void expect_same(const std::string& text) {
     }
 }
 
-TEST(TextReader, TakesWhatTheLibraryTakes) {
+TEST(TextReader, AcceptsWhatTheStandardLibraryAccepts) {
     const char* const pieces[] = {
         "0",          "1",
         "7",          "42",
@@ -84,7 +84,7 @@ TEST(TextReader, TakesWhatTheLibraryTakes) {
         if (dice.one_in(16)) {
             text[dice(0, static_cast<int>(text.size()) - 1)] = '\0';
         }
-        text += std::string(40 * dice(0, 1), ' '); // so that the number stands ready
+        text += std::string(40 * dice(0, 1), ' '); // so that the number is complete in the buffer
         expect_same<int>(text);
         expect_same<float>(text);
     }
@@ -116,7 +116,7 @@ TEST(TextReader, RoundsOnce) {
     }
 }
 
-TEST(TextReader, BelievesCountsThatTheStreamCanHold) {
+TEST(TextReader, AcceptsCountsThatTheStreamCanHold) {
     const std::string zeros = [] {
         std::string text;
         for (int i = 0; i < 100000; ++i) {

@@ -180,7 +180,7 @@ TEST(Drawing, PointsAsManyAsCounted) {
     }
 }
 
-TEST(Drawing, WhatCannotBeDrawnIsPassedOver) {
+TEST(Drawing, SkipsWhatCannotBeDrawn) {
     TMOD3D empty;
     empty.gl_draw_mbody();
     empty.gl_draw_orig_mbody();

@@ -89,7 +89,7 @@ TEST(Insertion, OnFacesAndEdgesOfOneBodyAndOfTwo) {
     }
 }
 
-TEST(Insertion, AgainAndAgainWhereThePickFalls) {
+TEST(Insertion, RepeatsAtEachPickedPosition) {
     Dice dice(3);
     for (TMOD3D model : {starter(0, 0), starter(1, 0), model_of(raised_l)}) {
         for (int done = 0; done < 20;) {

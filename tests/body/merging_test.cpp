@@ -54,7 +54,8 @@ TEST(Merging, AddsOneModelToAnother) {
     EXPECT_EQ(model.bodies[0].volume, 8); // computed for all
     EXPECT_EQ(model.bodies[1].hue, 200);
     EXPECT_EQ(model.polys[29].area, 4);
-    EXPECT_EQ(point(model.verts[14].backup_xyz), Point{}); // vertices bring their place alone
+    EXPECT_EQ(point(model.verts[14].backup_xyz),
+              Point{}); // of a vertex only the position is copied
     EXPECT_EQ(model.bodies[1].polys[23], 47);
     EXPECT_EQ(*std::min_element(model.bodies[1].verts.begin(), model.bodies[1].verts.end()), 14);
 }

@@ -61,23 +61,25 @@ TEST(StarterModel, Balls) {
 }
 
 TEST(StarterModel, OrderOfRecords) {
-    std::string ends;
-    std::string corners;
     TMOD3D cube;
     cube.inti_cube();
-    for (const LINE3D& line : cube.lines) {
-        ends += text_of("%g", line.start_vert, line.end_vert);
-    }
+    EXPECT_EQ(
+        edge_ends(cube),
+        (Pairs{{0, 1},  {1, 12}, {12, 0}, {1, 2},  {2, 12}, {2, 3},  {3, 12}, {3, 0}, {5, 4},
+               {4, 13}, {13, 5}, {6, 5},  {13, 6}, {7, 6},  {13, 7}, {4, 7},  {0, 4}, {4, 9},
+               {9, 0},  {5, 9},  {5, 1},  {1, 9},  {5, 10}, {10, 1}, {6, 10}, {6, 2}, {2, 10},
+               {6, 11}, {11, 2}, {7, 11}, {7, 3},  {3, 11}, {7, 8},  {8, 3},  {4, 8}, {0, 8}}));
     TMOD3D ball;
     ball.inti_p20();
+    std::vector<Ints> corners;
     for (const POLY3D& face : ball.polys) {
-        corners += text_of("%g", face.verts[0], face.verts[1], face.verts[2]);
+        corners.push_back(ints(face.verts));
     }
-    EXPECT_EQ(ends, "0 1 1 12 12 0 1 2 2 12 2 3 3 12 3 0 5 4 4 13 13 5 6 5 13 6 7 6 13 7 4 7 0 4 4 "
-                    "9 9 0 5 9 5 1 1 9 5 10 10 1 6 10 6 2 2 10 6 11 11 2 7 11 7 3 3 11 7 8 8 3 4 8 "
-                    "0 8 ");
-    EXPECT_EQ(corners, "0 8 4 0 10 5 2 9 4 11 5 2 1 8 6 10 7 1 9 6 3 3 11 7 10 8 0 8 10 1 9 11 2 "
-                       "11 9 3 2 0 4 0 2 5 1 3 6 3 1 7 6 4 8 4 6 9 5 7 10 7 5 11 ");
+    EXPECT_EQ(corners,
+              (std::vector<Ints>{{0, 8, 4},  {0, 10, 5}, {2, 9, 4},  {11, 5, 2}, {1, 8, 6},
+                                 {10, 7, 1}, {9, 6, 3},  {3, 11, 7}, {10, 8, 0}, {8, 10, 1},
+                                 {9, 11, 2}, {11, 9, 3}, {2, 0, 4},  {0, 2, 5},  {1, 3, 6},
+                                 {3, 1, 7},  {6, 4, 8},  {4, 6, 9},  {5, 7, 10}, {7, 5, 11}}));
     EXPECT_EQ(ints(cube.polys[23].verts), (Ints{3, 8, 0}));
     EXPECT_EQ(ints(cube.polys[23].lines), (Ints{33, 35, 7}));
     EXPECT_EQ(ints(ball.polys[19].lines), (Ints{3, 17, 21}));

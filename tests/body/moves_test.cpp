@@ -131,7 +131,7 @@ TEST(Moves, Kinds) {
     }
 }
 
-TEST(Moves, EditedCoordinatesStayWhereNothingMoves) {
+TEST(Moves, KeepEditedCoordinatesWithoutAStep) {
     TMOD3D model = starter(0, 1, {7, 0, 0});
     model.set_all_body_as_relat();
     model.verts[5].model_xyz[0] = 100;

@@ -109,7 +109,7 @@ TEST(Picking, FindsTheNearestFaceUnderEveryFacesMiddle) {
     EXPECT_GT(hidden, 20);
 }
 
-TEST(Picking, OfEqualsTheFirstAndOfNothingNothing) {
+TEST(Picking, ReturnsTheFirstOfEqualFacesOrNone) {
     // A triangle, listed twice, the third corner at the height `rise`, seen from a tilt. The click
     // counts from the middle of the extent. Returns face and body.
     const auto pick = [](double u, double v, double tilt, const char* bodies,

@@ -34,17 +34,17 @@ void set_volume(TMOD3D& model, BODY3D& body) {
 }
 
 void orient(TMOD3D& model, BODY3D& body) {
-    const int places = body.polys.GetSize();
-    const auto face_at = [&](int place) -> POLY3D& { return model.polys[body.polys[place]]; };
-    for (int i = 0; i < places; ++i) {
+    const int faces = body.polys.GetSize();
+    const auto face_at = [&](int index) -> POLY3D& { return model.polys[body.polys[index]]; };
+    for (int i = 0; i < faces; ++i) {
         face_at(i).state_flags = (face_at(i).state_flags & ~2) | 32 | 64;
     }
-    if (places > 0) {
+    if (faces > 0) {
         face_at(0).state_flags = (face_at(0).state_flags | 2) & ~32;
     }
     for (bool again = true; again;) {
         again = false;
-        for (int i = 0; i < places; ++i) {
+        for (int i = 0; i < faces; ++i) {
             POLY3D& face = face_at(i);
             if ((face.state_flags & 2) == 0) {
                 continue;
@@ -52,7 +52,7 @@ void orient(TMOD3D& model, BODY3D& body) {
             again = true;
             for (int k = 0; k < face.verts.GetSize(); ++k) {
                 int pair[2] = {face.verts[k], face.verts[(k + 1) % face.verts.GetSize()]};
-                for (int j = 0; j < places; ++j) {
+                for (int j = 0; j < faces; ++j) {
                     const int runs = face_at(j).det_poly_include_line(pair);
                     if (j != i && (face_at(j).state_flags & 32) != 0 && runs != 0) {
                         if (runs == 1) {
@@ -67,7 +67,7 @@ void orient(TMOD3D& model, BODY3D& body) {
         }
     }
     set_volume(model, body);
-    for (int i = 0; i < places && body.volume < 0; ++i) {
+    for (int i = 0; i < faces && body.volume < 0; ++i) {
         face_at(i).invert_poly_range();
         face_at(i).set_poly_eql(model.verts);
     }

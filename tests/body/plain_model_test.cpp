@@ -27,7 +27,7 @@ void add_face(TMOD3D& model, const std::vector<int>& corners) {
     model.bodies[model.bodies.GetUpperBound()].polys.Add(model.polys.Add(face));
 }
 
-/// On a coarse grid points coincide and stand in line; off it every rounding shows.
+/// On a coarse grid points coincide or are in line; off it every rounding shows.
 void add_vertices(TMOD3D& model, Dice& dice, int count, bool on_grid) {
     for (; count > 0; --count) {
         VERT3D vertex;
@@ -102,7 +102,7 @@ TMOD3D bare(const TMOD3D& model, bool is_one_body) {
     return bare;
 }
 
-/// Turns, shuffles, drops, doubles and lends faces, adds edges beforehand, sets marks.
+/// Turns, shuffles, drops, doubles and lends faces, adds edges and sets marks.
 void disturb(TMOD3D& model, Dice& dice) {
     const int last_vert = model.verts.GetUpperBound();
     for (POLY3D& face : model.polys) {
@@ -204,7 +204,7 @@ TEST(PlainModel, OrientationRelationsAndSectionsAgree) {
             const int edge = dice(0, model.lines.GetUpperBound());
             ASSERT_EQ(model.trace_section_poly(b, face, edge, loop),
                       trace_section_poly_plainly(plain, b, face, edge, plain_loop));
-            ASSERT_EQ(text_of("%g", loop), text_of("%g", plain_loop));
+            ASSERT_PRED_FORMAT2(same_state, loop, plain_loop);
             ASSERT_PRED_FORMAT2(same_state, model, plain);
         }
     }
@@ -230,7 +230,7 @@ TEST(PlainModel, ReadingAgrees) {
             plain = bare(plain, dice.one_in(2));
         }
         const std::string file = file_of(plain);
-        // Edges that stand there beforehand stay; faces and bodies are added to.
+        // Former edges remain; faces and bodies are appended.
         TMOD3D model;
         if (!into_empty) {
             model = plain;
@@ -339,7 +339,7 @@ TEST(PlainModel, CrossingsAgree) {
     EXPECT_GT(illegal, 3000);
 }
 
-TEST(PlainModel, RaisingDerivesWhatThePassesDo) {
+TEST(PlainModel, RaisingAgrees) {
     const auto before = korvel::set_message_box_handler([](const char*, unsigned) { return IDOK; });
     PLYDT d;
     for (const double z : {0.0, 1.5}) {

@@ -57,11 +57,18 @@ TEST_F(RaisedSolid, TwoTriangularPrisms) {
     lift({{0, 0}, {4, 0}, {0, 3}}, {{0, 1, 2}}, -1, 1.5);
     model.create3dmode(d);
     expect_closed(model, 2);
-    std::string ends;
-    for (const LINE3D& line : model.lines) {
-        ends += text_of("%g", line.start_vert, line.end_vert);
-    }
-    EXPECT_EQ(ends, "0 1 1 2 2 0 3 4 4 5 5 3 0 3 3 2 5 2 1 4 4 0 5 1 ");
+    EXPECT_EQ(edge_ends(model), (Pairs{{0, 1},
+                                       {1, 2},
+                                       {2, 0},
+                                       {3, 4},
+                                       {4, 5},
+                                       {5, 3},
+                                       {0, 3},
+                                       {3, 2},
+                                       {5, 2},
+                                       {1, 4},
+                                       {4, 0},
+                                       {5, 1}}));
     EXPECT_EQ(ints(model.polys[0].lines), (Ints{2, 1, 0}));    // after the corners were turned
     for (const auto& [from, to] : {std::pair(7, 6), {6, 7}}) { // beforehand, of the next prism
         LINE3D line;

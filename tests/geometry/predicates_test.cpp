@@ -38,9 +38,9 @@ TEST(ViewTransform, Matrices) {
             expected[i] += 0.0; // no negative zeros
             transposed[i % 4 * 4 + i / 4] = expected[i];
         }
-        EXPECT_EQ(text_of("%a", back, into), text_of("%a", expected, transposed)) << a << ' ' << b;
-        EXPECT_EQ(text_of("%a", dir[0], dir[1], dir[2]),
-                  text_of("%a", expected[8], expected[9], expected[10]));
+        EXPECT_PRED_FORMAT2(same_state, back, expected) << a << ' ' << b;
+        EXPECT_PRED_FORMAT2(same_state, into, transposed) << a << ' ' << b;
+        EXPECT_PRED_FORMAT2(same_state, point(dir), point(expected + 8)) << a << ' ' << b;
     }
 }
 
@@ -157,22 +157,23 @@ TEST(FacePredicates, VolumeNearestVertexAndEdge) {
     struct Case {
         POLY3D face;
         double p[2];
-        std::string nearest;
+        int edge;
+        Point nearest;
     };
     const Case cases[] = {
-        {face_of({}, {1}), {0.5, 1}, "1 ( 1 0 0 ) "},
-        {face_of({}, {2}), {0.5, 1}, "2 ( 1 0 0 ) "},
-        {face_of({}, {1}), {-0.5, 1}, "1 ( 1 0 0 ) "}, // always on the end side of the start
-        {face_of({}, {1}), {3, 1}, "1 ( 6 0 0 ) "},    // and not kept on the edge
-        {face_of({}, {0, 1, 3}), {1, 1}, "0 ( 0 1 0 ) "},
-        {face_of({}, {3, 1, 0}), {1, 1}, "3 ( 1 2 0 ) "},
-        {face_of({}, {3, 1, 0}), {0.25, 0.75}, "0 ( 0 0.75 0 ) "},
-        {face_of({}, {}), {0, 0}, "0 ( 7 7 7 ) "},
+        {face_of({}, {1}), {0.5, 1}, 1, {1, 0, 0}},
+        {face_of({}, {2}), {0.5, 1}, 2, {1, 0, 0}},
+        {face_of({}, {1}), {-0.5, 1}, 1, {1, 0, 0}}, // always on the end side of the start
+        {face_of({}, {1}), {3, 1}, 1, {6, 0, 0}},    // and not kept on the edge
+        {face_of({}, {0, 1, 3}), {1, 1}, 0, {0, 1, 0}},
+        {face_of({}, {3, 1, 0}), {1, 1}, 3, {1, 2, 0}},
+        {face_of({}, {3, 1, 0}), {0.25, 0.75}, 0, {0, 0.75, 0}},
+        {face_of({}, {}), {0, 0}, 0, {7, 7, 7}},
     };
     for (Case c : cases) {
         double q[3] = {7, 7, 7};
-        const int nearest = c.face.get_uvw_near_side(verts, lines, c.p, q);
-        EXPECT_EQ(text_of("%g", nearest, q), c.nearest);
+        EXPECT_EQ(c.face.get_uvw_near_side(verts, lines, c.p, q), c.edge);
+        EXPECT_PRED_FORMAT2(same_digits, point(q), c.nearest);
     }
 }
 
@@ -181,9 +182,9 @@ TEST(FacePredicates, NumbersOutsideTheArraysAreHarmless) {
     CArray<LINE3D, LINE3D&> lines;
     lines.SetSize(1);
     for (const int bad : {-1, 3, 2147483647, -2147483647 - 1}) {
-        for (int place = 0; place < 3; ++place) {
+        for (int corner = 0; corner < 3; ++corner) {
             POLY3D face = face_of({0, 1, 2}, {0, 0, 0});
-            face.verts[place] = face.lines[place] = bad;
+            face.verts[corner] = face.lines[corner] = bad;
             face.set_poly_eql(verts);
             face.get_rotated_poly_eql(verts);
             double p[3] = {0.2, 0.2, 0};
@@ -193,8 +194,8 @@ TEST(FacePredicates, NumbersOutsideTheArraysAreHarmless) {
             face.get_uvw_near_point(verts, p);
             face.get_uvw_near_side(verts, lines, p, p);
             face.line_to_vert(lines);
-            EXPECT_EQ(face.verts[place], bad);
-            lines[0].set_line_point(place == 0 ? bad : 0, place == 0 ? 0 : bad);
+            EXPECT_EQ(face.verts[corner], bad);
+            lines[0].set_line_point(corner == 0 ? bad : 0, corner == 0 ? 0 : bad);
             lines[0].set_line_eqt(verts);
             lines[0].set_line_2d_eqt(verts);
             EXPECT_EQ(lines[0].length, 0);

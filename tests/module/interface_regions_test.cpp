@@ -135,7 +135,7 @@ void fill(CCPloy2DRg& set) {
     set.creat_top_rel();
 }
 
-TEST(Interface, StoresDrawsAndAsksRegionSets) {
+TEST(Interface, StoresDrawsAndQueriesRegionSets) {
     CCPloy2DRg set;
     fill(set);
     const Stream file = stream_of();

@@ -70,7 +70,7 @@ TEST(Interface, TurnsAndSavesVertices) {
     EXPECT_EQ(vertex.model_xyz[1], 2);
 }
 
-TEST(Interface, BuildsAndAsksFacesAndEdges) {
+TEST(Interface, BuildsAndQueriesFacesAndEdges) {
     Verts verts;
     Lines lines;
     POLY3D face;

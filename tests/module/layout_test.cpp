@@ -1,6 +1,5 @@
-// What a host can tell of the exported classes without calling an operation: which types there are,
-// what their members are called and in which order they stand, what new objects hold, and that
-// every class is a value of its own.
+// What a host can use of the exported classes without calling an operation: the types, the names
+// and the order of their members, the values in new objects, and independent copies.
 
 #include <gtest/gtest.h>
 
@@ -17,8 +16,8 @@ using Verts = CArray<VERT3D, VERT3D&>;
 using Lines = CArray<LINE3D, LINE3D&>;
 using Polys = CArray<POLY3D, POLY3D&>;
 
-/// Takes note of a record's members, one after another, and fails where one is of another type or
-/// stands before one that was noted earlier.
+/// Notes the members of a record one after another, and fails when one has another type or precedes
+/// one that was noted earlier.
 template <class Record>
 class MembersOf {
 public:
@@ -41,7 +40,7 @@ private:
     int members_ = 0;
 };
 
-TEST(Layout, GeometryRecordsHoldTheirMembersInOrder) {
+TEST(Layout, GeometryRecordsHaveTheirMembersInOrder) {
     MembersOf<VERT3D>()
         .of_type<double[3]>(&VERT3D::model_xyz, &VERT3D::backup_xyz, &VERT3D::temp_view_xyz,
                             &VERT3D::view_xyz)
@@ -80,7 +79,7 @@ TEST(Layout, GeometryRecordsHoldTheirMembersInOrder) {
     MembersOf<TriUtvalinst::Triple>().of_type<int[3]>(&TriUtvalinst::Triple::v);
 }
 
-TEST(Layout, ModelsHoldTheirMembersInOrder) {
+TEST(Layout, ModelsHaveTheirMembersInOrder) {
     MembersOf<BODY3D>()
         .of_type<Ints>(&BODY3D::polys, &BODY3D::lines, &BODY3D::verts, &BODY3D::neighbour_bodies)
         .of_type<double>(&BODY3D::volume, &BODY3D::param_1)
@@ -121,7 +120,7 @@ TEST(Layout, ModelsHoldTheirMembersInOrder) {
         .of_type<int[8]>(&TMOD3D::tail_data);
 }
 
-TEST(Layout, RegionClassesHoldTheirMembersInOrder) {
+TEST(Layout, RegionBuilderHasItsMembersInOrder) {
     MembersOf<CREGION>()
         .of_type<CArray<tagPOINT>*>(&CREGION::input_pts)
         .of_type<Ints*>(&CREGION::input_counts)
@@ -159,7 +158,9 @@ TEST(Layout, RegionClassesHoldTheirMembersInOrder) {
     MembersOf<CREGION::PyToRg>()
         .of_type<int>(&CREGION::PyToRg::tag0, &CREGION::PyToRg::tag1, &CREGION::PyToRg::is_select)
         .of_type<Ints>(&CREGION::PyToRg::rings);
+}
 
+TEST(Layout, PolygonRegionsHaveTheirMembersInOrder) {
     static_assert(std::is_same_v<CCPloy2DRg::RING, PLYDT::RING>);
     using Ring = CCPloy2DRg::RING;
     MembersOf<Ring>()
@@ -213,7 +214,7 @@ TEST(Layout, RegionClassesHoldTheirMembersInOrder) {
         .of_type<int>(&Lifted::word);
 }
 
-TEST(Layout, NewObjectsHoldTheirDefaults) {
+TEST(Layout, NewObjectsHaveTheirDefaults) {
     const POLY3D_CPLX group;
     EXPECT_EQ(group.hue, 80);
     EXPECT_EQ(group.saturation, 0.5);

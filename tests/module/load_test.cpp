@@ -15,7 +15,7 @@ using korvel::test::chain;
 
 namespace {
 
-TEST(LoadedModule, IsInTheChainForAsLongAsItIsLoaded) {
+TEST(LoadedModule, IsInTheChainWhileLoaded) {
     int other_module = 0;
     AFX_EXTENSION_MODULE record;
     ASSERT_NE(AfxInitExtensionModule(record, &other_module), 0);

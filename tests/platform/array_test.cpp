@@ -211,7 +211,7 @@ TEST(Array, InsertsAndRemovesAnywhere) {
     EXPECT_TRUE(list.IsEmpty());
 }
 
-TEST(Array, TakesItsOwnElementsAsValues) {
+TEST(Array, AcceptsItsOwnElementsAsValues) {
     CArray<std::string> list;
     list.Add(std::string(40, 'a'));
     for (int i = 0; i < 30; ++i) {
@@ -307,7 +307,7 @@ TEST(Array, KeepsItsElementsThroughEverySizeAndMove) {
     }
 }
 
-TEST(Array, ReportsSizesThatCannotBe) {
+TEST(Array, ReportsImpossibleSizes) {
     CArray<int> list = counting_up_to(4);
     EXPECT_THROW(list.InsertAt(0, 1, std::numeric_limits<int>::max()), std::bad_alloc);
     EXPECT_THROW(list.SetAtGrow(std::numeric_limits<int>::max(), 1), std::bad_alloc);

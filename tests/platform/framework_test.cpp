@@ -86,7 +86,7 @@ TEST(Colour, PacksRedLowest) {
     EXPECT_EQ(GetBValue(colour), 0x56);
 }
 
-TEST(DrawingTools, AreMadeAndUnmade) {
+TEST(DrawingTools, AreCreatedAndDestroyed) {
     CPen pen(2, 5, RGB(10, 20, 30));
     EXPECT_EQ(pen.colour, RGB(10, 20, 30));
     EXPECT_NE(pen.CreatePen(PS_SOLID, 3, RGB(255, 0, 0)), 0);

@@ -1,5 +1,5 @@
-// What the triangulation's searches take for certain, against the exact tests on points that are
-// flat, close together and far from the origin.
+// Bounds and clearances on which the searches of the triangulation rely, against exact tests on
+// points that are nearly in line, close together or far from the origin.
 
 #include <algorithm>
 #include <cmath>

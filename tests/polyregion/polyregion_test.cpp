@@ -134,7 +134,7 @@ TEST(RegionFile, KeepsWhatIsNotRead) {
     EXPECT_EQ(ints(set.region_list[0].rings), (Ints{5, 7, 0}));
 }
 
-TEST(RegionFile, GetsSidesWithoutRegions) {
+TEST(RegionFile, BuildsSidesWithoutRegions) {
     CCPloy2DRg set;
     read(set, "3\n0 0\n1 0\n0 1\n1\n3\n0 1 2\n0\n");
     EXPECT_EQ(set.region_list.GetSize(), 0);
@@ -210,7 +210,7 @@ TEST(Drawing, TruncatesBeforeTheOffsetAndSaturates) {
     EXPECT_EQ(set.pt_list[0].y, 5);
 }
 
-TEST(Location, GoesByTheFirstRegionAndItsHoles) {
+TEST(Location, UsesTheFirstRegionAndItsHoles) {
     CCPloy2DRg set;
     Shape{{{0, 0}, {9, 0}, {9, 9}, {0, 9}, {3, 3}, {6, 3}, {6, 6}, {3, 6}},
           {{0, 1, 2, 3}, {4, 5, 6, 7}, {3, 2, 1, 0}, {0, 2}},
@@ -328,7 +328,7 @@ TEST(Triangles, RunFromGreenToRed) {
     EXPECT_EQ(dc.calls[dc.calls.size() - 3], "brush 253-2-127");
 }
 
-TEST(Copies, CarryWhatTheyShould) {
+TEST(Copies, ContainTheDocumentedMembers) {
     CCPloy2DRg polygons;
     Shape{{{1, 2}, {3, 4}, {5, 7}}, {{0, 1, 2}}, {{0}}}.add_to(polygons);
     polygons.creat_top_rel();

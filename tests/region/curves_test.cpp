@@ -131,7 +131,7 @@ TEST(Rings, FollowTheOrderInWhichTheyAreTraced) {
          "5,0 5,9; 5,0 0,0 0,9 5,9; 5,0 9,0 9,9 5,9;",
          {{1, -3}, {1, -2}, {-2, 3}},
          {{0}, {1}}},
-        {"a walk longer than there are curves is given up", dumbbell, {{1}, {-3}}, {{0}, {1}}},
+        {"a walk longer than there are curves is stopped", dumbbell, {{1}, {-3}}, {{0}, {1}}},
         {"of the rings that touch themselves only the first is dropped",
          dumbbell + "0,50 -5,55 -5,45 0,50; 0,50 10,50; 10,50 15,55 15,45 10,50;",
          {{1, 2, -3, -2}, {1}, {-3}, {4, 5, -6, -5}, {4}, {-6}},

@@ -107,7 +107,7 @@ TEST(CrossingLimit, IsOffUntilAHostSetsOne) {
     EXPECT_FALSE(CREGION().has_exceeded_crossing_limit());
 }
 
-TEST(CrossingLimit, GivesEmptyResultsAndIsReportedAfterTheCall) {
+TEST(CrossingLimit, LeavesEmptyResultsAndIsReportedAfterTheCall) {
     const CrossingLimitGuard guard;
     CREGION::set_crossing_limit(18);
     Analysed a(mesh);

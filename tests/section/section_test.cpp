@@ -1,15 +1,21 @@
 #include <cstdio>
-#include <sstream>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "korvel/section/tmod2d.h"
+#include "tests/support/lists.h"
 #include "tests/support/recording_dc.h"
 #include "tests/support/scratch.h"
 #include "tests/support/streams.h"
 
 namespace {
 
+using korvel::test::Ints;
+using korvel::test::ints;
+using korvel::test::Point;
+using korvel::test::point;
 using korvel::test::RecordingDC;
 using Calls = std::vector<std::string>;
 
@@ -22,44 +28,49 @@ std::string file_of(TMOD2D model) {
     return korvel::test::written([&](FILE* stream) { model.writedate(stream); });
 }
 
-/// One list of each record, each ended by a semicolon.
-std::string text_of(const auto& records, auto list) {
-    std::ostringstream text;
-    for (const auto& record : records) {
-        for (const auto value : record.*list) {
-            text << value << ' ';
-        }
-        text << "; ";
-    }
-    return text.str();
-}
-
 struct SectionFile {
     std::string text;
-    std::string verts; ///< expected, each vertex and list ended by a semicolon
-    std::string faces = "0 ; ";
-    std::string groups = "0 0 ; ";
+    std::vector<Point> verts; ///< expected
+    std::vector<Ints> faces = {{0}};
+    std::vector<Ints> groups = {{0, 0}};
 };
+
+/// Reads the file into a copy of a model and compares the lists.
+void expect_lists(const SectionFile& file, const TMOD2D& old) {
+    const TMOD2D model = read(file.text, old);
+    std::vector<Point> verts;
+    for (const VERT3D& vertex : model.verts) {
+        verts.push_back(point(vertex.model_xyz));
+    }
+    std::vector<Ints> faces;
+    for (const POLY3D& face : model.polys) {
+        faces.push_back(ints(face.verts));
+    }
+    std::vector<Ints> groups;
+    for (const POLY3D_CPLX& group : model.groups) {
+        groups.push_back(ints(group.polys));
+    }
+    EXPECT_EQ(verts, file.verts) << file.text;
+    EXPECT_EQ(faces, file.faces) << file.text;
+    EXPECT_EQ(groups, file.groups) << file.text;
+}
 
 // Read into a model with the vertex (0, 8, 9), the face 0 and the group 0 0.
 TEST(SectionFile, Reading) {
     const TMOD2D old = read("1 1 2 8 9 1 1 0 1 2 0 0");
     const std::string triangle = "3 0 1 0 0 10 0 0 10 ";
-    const std::string corners = "0 0 9 ; 10 0 0 ; 0 10 0 ; ";
+    const std::vector<Point> corners = {{0, 0, 9}, {10, 0, 0}, {0, 10, 0}};
     const SectionFile files[] = {
-        {triangle + "1 3 0 1 2 1 1 0", corners, "0 1 2 ; ", "0 ; "},
-        {"2\n0 2\n1 2 3 4 2 0 1 6 0", "1 8 2 ; 3 0 4 ; ", "; 6 ; "},
-        {"1 2 2 5 6 0 -1", "0 8 6 ; "}, // the second real overwrites the first
-        {"1 3 -1 5 6 0 0", "0 8 9 ; "}, // there are no such axes
-        {"0 0 1 0 0", ""},
-        {"-1 0 1 5 6 0 0", "0 8 9 ; "},
-        {triangle + "2 -5 3 1 4 2", corners, "; 1 4 2 ; "},
+        {triangle + "1 3 0 1 2 1 1 0", corners, {{0, 1, 2}}, {{0}}},
+        {"2\n0 2\n1 2 3 4 2 0 1 6 0", {{1, 8, 2}, {3, 0, 4}}, {{}, {6}}},
+        {"1 2 2 5 6 0 -1", {{0, 8, 6}}}, // the second real overwrites the first
+        {"1 3 -1 5 6 0 0", {{0, 8, 9}}}, // there are no such axes
+        {"0 0 1 0 0", {}},
+        {"-1 0 1 5 6 0 0", {{0, 8, 9}}},
+        {triangle + "2 -5 3 1 4 2", corners, {{}, {1, 4, 2}}},
     };
     for (const SectionFile& file : files) {
-        const TMOD2D model = read(file.text, old);
-        EXPECT_EQ(text_of(model.verts, &VERT3D::model_xyz), file.verts) << file.text;
-        EXPECT_EQ(text_of(model.polys, &POLY3D::verts), file.faces) << file.text;
-        EXPECT_EQ(text_of(model.groups, &POLY3D_CPLX::polys), file.groups) << file.text;
+        expect_lists(file, old);
     }
     EXPECT_EQ(read("1 0 1 0.1 0").verts[0].model_xyz[0], 0.1F); // single precision
 }
@@ -67,24 +78,23 @@ TEST(SectionFile, Reading) {
 // Lists have the declared size. What is not read keeps its value, or is zero.
 TEST(SectionFile, ReadingOfShortFiles) {
     const TMOD2D old = read("2 0 1 8 9 6 7 2 3 4 4 4 1 5 1 2 3 3");
-    const std::string kept = "8 9 0 ; 6 7 0 ; ";
+    const std::vector<Point> kept = {{8, 9, 0}, {6, 7, 0}};
     const SectionFile files[] = {
-        {"", kept, "4 4 4 ; 5 ; ", "3 3 ; "},
-        {"3 0 1 5 x", "5 9 0 ; 6 7 0 ; 0 0 0 ; ", "4 4 4 ; 5 ; ", "3 3 ; "},
-        {"2 0 1 1 2 - 3 4 -1", "1 2 0 ; 6 3 0 ; ", "; 5 ; ; ; ", "3 3 ; "}, // skips the sign
-        {"2 2 .5 1 2 3", "1 9 0.5 ; 3 7 2 ; ", "4 4 4 ; 5 ; ", "3 3 ; "},   // no second axis
-        {"1 0 1 1 2 3 4 0 1", "1 2 0 ; ", "0 1 4 0 ; 5 ; ; ", "3 3 ; "},
-        {"1 0 1 1 2 1 1 0 3 1 7 2", "1 2 0 ; ", "0 ; ", "7 ; 0 0 ; ; "},
+        {"", kept, {{4, 4, 4}, {5}}, {{3, 3}}},
+        {"3 0 1 5 x", {{5, 9, 0}, {6, 7, 0}, {0, 0, 0}}, {{4, 4, 4}, {5}}, {{3, 3}}},
+        // The sign is skipped.
+        {"2 0 1 1 2 - 3 4 -1", {{1, 2, 0}, {6, 3, 0}}, {{}, {5}, {}, {}}, {{3, 3}}},
+        // There is no second axis.
+        {"2 2 .5 1 2 3", {{1, 9, 0.5}, {3, 7, 2}}, {{4, 4, 4}, {5}}, {{3, 3}}},
+        {"1 0 1 1 2 3 4 0 1", {{1, 2, 0}}, {{0, 1, 4, 0}, {5}, {}}, {{3, 3}}},
+        {"1 0 1 1 2 1 1 0 3 1 7 2", {{1, 2, 0}}, {{0}}, {{7}, {0, 0}, {}}},
     };
     for (const SectionFile& file : files) {
-        const TMOD2D model = read(file.text, old);
-        EXPECT_EQ(text_of(model.verts, &VERT3D::model_xyz), file.verts) << file.text;
-        EXPECT_EQ(text_of(model.polys, &POLY3D::verts), file.faces) << file.text;
-        EXPECT_EQ(text_of(model.groups, &POLY3D_CPLX::polys), file.groups) << file.text;
+        expect_lists(file, old);
     }
 }
 
-TEST(SectionFile, CountsBeyondTheFileAreNotBelieved) {
+TEST(SectionFile, LimitsCountsBeyondTheFile) {
     TMOD2D model = read("2147483647 0 1 1 2");
     EXPECT_EQ(model.verts.GetSize(), 65536);
     EXPECT_EQ(model.verts[0].model_xyz[1], 2);

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -58,6 +60,17 @@ constexpr auto members_of(EveryBit, const TMOD3D*) {
                       KORVEL_MEMBER(TMOD3D, mut_weights), KORVEL_MEMBER(TMOD3D, sect_model_1),
                       KORVEL_MEMBER(TMOD3D, sect_model_2), KORVEL_MEMBER(TMOD3D, mode_ok),
                       KORVEL_MEMBER(TMOD3D, orig), KORVEL_MEMBER(TMOD3D, tail_data));
+}
+
+using Pairs = std::vector<std::pair<int, int>>;
+
+/// The two vertices of every edge.
+inline Pairs edge_ends(const TMOD3D& model) {
+    Pairs ends;
+    for (const LINE3D& line : model.lines) {
+        ends.emplace_back(line.start_vert, line.end_vert);
+    }
+    return ends;
 }
 
 /// The file that the model writes.

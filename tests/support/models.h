@@ -53,7 +53,7 @@ inline void orient_from(TMOD3D& model, int first_body) {
 /// From where `rebuilt` starts.
 struct Rebuild {
     int first_face = 0;        ///< edges are found for this face and those behind it
-    bool chained = true;       ///< puts their chains in order by the faces' own searches
+    bool chained = true;       ///< orders their chains by the searches of the faces
     int first_added_body = -1; ///< bodies from here on are oriented on their own first
 };
 

@@ -12,27 +12,24 @@
 
 namespace korvel::test {
 
-/// Values, arrays and lists one after another; what is not a number is "nan", whatever its sign.
-template <class... Values>
-std::string text_of(const char* real_format, const Values&... values) {
-    std::string text;
-    const auto add = [&](const auto& value) {
-        if constexpr (requires { std::begin(value); }) {
-            text += "( ";
-            for (const auto& element : value) {
-                text += text_of(real_format, element);
-            }
-            text += ") ";
-        } else if (std::isnan(static_cast<double>(value))) {
-            text += "nan ";
-        } else {
-            char digits[40];
-            std::snprintf(digits, sizeof digits, real_format, static_cast<double>(value));
-            text += std::string(digits) + ' ';
-        }
-    };
-    (add(values), ...);
-    return text;
+/// Numbers are the same when their six leading digits and their signs are, or when neither is a
+/// number.
+struct SixDigits {
+    static bool are_same(double a, double b) {
+        return printed(a) == printed(b) || (std::isnan(a) && std::isnan(b));
+    }
+    static std::string printed(double number) {
+        char digits[40];
+        std::snprintf(digits, sizeof digits, "%g", number);
+        return digits;
+    }
+};
+
+/// For `EXPECT_PRED_FORMAT2(same_digits, actual, expected)`, of numbers or lists of them.
+template <class Value>
+testing::AssertionResult same_digits(const char* actual_name, const char* expected_name,
+                                     const Value& actual, const Value& expected) {
+    return same_under(SixDigits(), actual_name, expected_name, actual, expected);
 }
 
 constexpr auto members_of(EveryBit, const VERT3D*) {
