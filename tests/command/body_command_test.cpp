@@ -59,7 +59,7 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
     ASSERT_EQ(run("section m --plane 0,0,1,-2 --picture p.png --size 500x400 -o s").status, 0);
     EXPECT_THAT(run("info s").out, HasSubstr("writes it\n32 vertices, 4 faces, 4 groups\n"
                                              "bounds x 0 to 10, y 0 to 8, z 2 to 2\n"));
-    const Pixels pixels(place("p.png"));
+    const Pixels pixels(path("p.png"));
     const COLORREF plate_colour = pixels.at(120, 120);
     const COLORREF filling = pixels.at(165, 230);
     EXPECT_EQ(pixels.at(420, 300), plate_colour);
@@ -105,12 +105,12 @@ TEST_F(BodyCommand, RaisesAsTheLibraryDoes) {
     EXPECT_EQ(by_library.bodies[0].hue, 80);
 
     TMOD3D by_command;
-    kit::read_model(kit::TextFile(place("m")), by_command);
+    kit::read_model(kit::TextFile(path("m")), by_command);
     by_library.bodies[0].hue = by_command.bodies[0].hue;
     by_library.bodies[0].saturation = by_command.bodies[0].saturation;
     by_library.bodies[0].lightness = by_command.bodies[0].lightness;
     EXPECT_NE(by_command.bodies[0].hue, 80);
-    kit::OutputFile out(place("library"));
+    kit::OutputFile out(path("library"));
     kit::write_model(by_library, out.stream());
     out.replace();
     EXPECT_EQ(read("m"), read("library"));
@@ -122,13 +122,13 @@ TEST_F(BodyCommand, SectionsHaveTheColoursOfTheirBodies) {
     ASSERT_EQ(run("starter cube --size 4,4,4 --center 6,0,0 -o b").status, 0);
     ASSERT_EQ(run("merge a b -o m").status, 0);
     TMOD3D model;
-    kit::read_model(kit::TextFile(place("m")), model);
+    kit::read_model(kit::TextFile(path("m")), model);
     for (int b = 0; b < 2; ++b) {
         model.bodies[b].hue = b == 0 ? 360 : 240;
         model.bodies[b].saturation = 0.5;
         model.bodies[b].lightness = 0.25; // a section is painted at 0.6
     }
-    kit::OutputFile out(place("m"));
+    kit::OutputFile out(path("m"));
     kit::write_model(model, out.stream());
     out.replace();
     const COLORREF colours[] = {RGB(204, 102, 102), RGB(102, 102, 204)};
@@ -139,7 +139,7 @@ TEST_F(BodyCommand, SectionsHaveTheColoursOfTheirBodies) {
     // Each slice of a sweep is cut after the ones before.
     ASSERT_EQ(run("section m --plane 0,0,1,0 --sweep 3 --picture s.png --size 500x300").status, 0);
     for (const char* const picture : {"p.png", "s-001.png", "s-003.png"}) {
-        const Pixels pixels(place(picture));
+        const Pixels pixels(path(picture));
         int found[2] = {};
         for (int y = 0; y < pixels.height(); ++y) {
             for (int x = 0; x < pixels.width(); ++x) {

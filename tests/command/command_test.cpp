@@ -56,9 +56,9 @@ TEST_F(Command, PaintsEachRegionInItsOwnColour) {
                " 5 0 100 0 150 50 150 50 100 0 100");
     ASSERT_EQ(run("regions c --picture p.png --size 104x154").status, 0);
     constexpr COLORREF white = RGB(255, 255, 255);
-    const Pixels pixels(place("p.png"));
+    const Pixels pixels(path("p.png"));
     EXPECT_EQ(pixels.height(), 154);
-    // A unit is 150/154 of the room between the margins: about a pixel.
+    // A unit is 150/154 of the width between the margins: about a pixel.
     const std::set<COLORREF> colours = {white, pixels.at(20, 50), pixels.at(52, 52),
                                         pixels.at(20, 120)};
     EXPECT_EQ(colours.size(), 4U);
@@ -66,7 +66,7 @@ TEST_F(Command, PaintsEachRegionInItsOwnColour) {
     EXPECT_EQ(pixels.at(80, 120), white);
 
     ASSERT_EQ(run("regions c --picture v.png --view 45,45,55,55 --size 50x50").status, 0);
-    const Pixels view(place("v.png"));
+    const Pixels view(path("v.png"));
     EXPECT_EQ(view.at(1, 1), view.at(48, 48));
     EXPECT_NE(view.at(1, 1), white);
 }
@@ -152,7 +152,7 @@ TEST_F(Command, OutputsThatCannotBeWrittenEndWithOne) {
     write("c", square_in_square);
     EXPECT_THAT(run("regions c -o no/where").err,
                 testing::StartsWith("no/where: cannot be written: No such file"));
-    std::filesystem::create_symlink("/dev/full", place("full.png"));
+    std::filesystem::create_symlink("/dev/full", path("full.png"));
     for (const char* arguments : {"regions c -o no/where", "regions c -o .",
                                   "regions c -o /dev/full", "regions c -o r --picture full.png"}) {
         EXPECT_EQ(run(arguments).status, 1) << arguments;

@@ -32,7 +32,7 @@ class EditCommand : public CommandScratch {
 protected:
     TMOD3D model(const std::string& name) const {
         TMOD3D model;
-        kit::read_model(kit::TextFile(place(name)), model);
+        kit::read_model(kit::TextFile(path(name)), model);
         return model;
     }
 
@@ -48,14 +48,14 @@ protected:
         return all;
     }
 
-    /// The corners of the faces of a body, in any order, as places.
+    /// The corners of the faces of a body, in any order, as points.
     static std::multiset<std::set<Point>> triangles(const TMOD3D& model, int body) {
-        const std::vector<Point> places = points(model);
+        const std::vector<Point> positions = points(model);
         std::multiset<std::set<Point>> all;
         for (const int f : model.bodies[body].polys) {
             std::set<Point> corners;
             for (const int v : model.polys[f].verts) {
-                corners.insert(places[v]);
+                corners.insert(positions[v]);
             }
             all.insert(corners);
         }

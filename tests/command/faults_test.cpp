@@ -1,4 +1,4 @@
-// What stands in the way of an output: full devices, limits, closed pipes, signals.
+// Faults of an output: full devices, limits, closed pipes, signals.
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -31,7 +31,7 @@ protected:
     void SetUp() override {
         write("out", "former");
         write("p.svg", "former picture");
-        std::filesystem::create_directory(place("t"));
+        std::filesystem::create_directory(path("t"));
         write("t/trg.dat", "former trace");
         write("disc", disc(100));
         write("coin", disc(16));
@@ -65,14 +65,14 @@ protected:
     }
 
     int entries(const std::string& directory) const {
-        const std::filesystem::directory_iterator all(place(directory));
+        const std::filesystem::directory_iterator all(path(directory));
         return static_cast<int>(std::distance(begin(all), end(all)));
     }
 
     int files_before_ = 0;
 };
 
-// Each writes more than the eight half-kilobytes of the limit below; OUT stands for the target.
+// Each writes more than the eight half-kilobytes of the limit below; OUT is replaced by the target.
 const std::vector<std::string> writing_commands = {
     "regions " + data + "us-states.curves -o OUT",
     "regions " + data + "us-states.curves --picture OUT.svg",
@@ -106,7 +106,7 @@ TEST_F(Faults, AFileLimitIsAnErrorLikeAnyOther) {
     expect_untouched("a picture over a former one");
 }
 
-TEST_F(Faults, ATraceStandsInItsPlaceWholeOrNotAtAll) {
+TEST_F(Faults, ATraceFileIsWrittenWholeOrNotAtAll) {
     const Result result = run("triangles coin --trace t -o out", {}, "ulimit -f 8; ");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err, "t: cannot be written: the traces are not complete\n");
@@ -220,7 +220,7 @@ private:
 };
 
 TEST_F(Faults, ASignalLeavesNothingBehind) {
-    ASSERT_EQ(mkfifo(place("pipe.svg").c_str(), 0600), 0);
+    ASSERT_EQ(mkfifo(path("pipe.svg").c_str(), 0600), 0);
     ++files_before_;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const Waiting command(directory_, [&] { std::signal(signal, SIG_DFL); });
@@ -234,10 +234,10 @@ TEST_F(Faults, ASignalLeavesNothingBehind) {
 }
 
 TEST_F(Faults, ASignalThatIsIgnoredStaysIgnored) {
-    ASSERT_EQ(mkfifo(place("pipe.svg").c_str(), 0600), 0);
+    ASSERT_EQ(mkfifo(path("pipe.svg").c_str(), 0600), 0);
     const Waiting command(directory_, [] { std::signal(SIGHUP, SIG_IGN); });
     command.send(SIGHUP);
-    const int reader = open(place("pipe.svg").c_str(), O_RDONLY | O_NONBLOCK);
+    const int reader = open(path("pipe.svg").c_str(), O_RDONLY | O_NONBLOCK);
     const int ended = command.wait();
     std::string picture(1 << 16, '\0'); // the pipe holds no more
     picture.resize(std::max<ssize_t>(0, ::read(reader, picture.data(), picture.size())));

@@ -28,7 +28,7 @@ protected:
     /// A model file as the command sees it at its usual angles.
     TMOD3D seen(const std::string& name) const {
         TMOD3D model;
-        kit::read_model(kit::TextFile(place(name).string()), model);
+        kit::read_model(kit::TextFile(path(name).string()), model);
         model.vis_angle_1 = 30;
         model.vis_angle_2 = -60;
         model.change_vis_parm();
@@ -36,7 +36,7 @@ protected:
     }
 };
 
-/// The share of one picture's pixels that another one has at other places.
+/// The share of the pixels of one picture that have the same colour at moved positions in another.
 template <class Moved>
 double agreement(const Pixels& a, const Pixels& b, Moved moved) {
     int same = 0;
@@ -58,8 +58,8 @@ TEST_F(ViewCommand, TurnsRoundOnce) {
     EXPECT_THAT(result.out, HasSubstr("wrote turned-00.png to turned-03.png in "));
     EXPECT_EQ(files(), 5);
     for (int i = 0; i < 4; ++i) {
-        const Pixels frame(place("turned-0" + std::to_string(i) + ".png"));
-        const Pixels next(place("turned-0" + std::to_string((i + 1) % 4) + ".png"));
+        const Pixels frame(path("turned-0" + std::to_string(i) + ".png"));
+        const Pixels next(path("turned-0" + std::to_string((i + 1) % 4) + ".png"));
         const auto stay = [](int x, int y) { return std::pair(x, y); };
         const auto quarter_turn = [](int x, int y) { return std::pair(side - 1 - y, x); };
         EXPECT_LT(agreement(frame, next, stay), 0.9) << i;
@@ -82,12 +82,12 @@ TEST_F(ViewCommand, PicksTheFacesOfABall) {
         ++picked;
         const int* const corners = face.verts.GetData();
         double at[3] = {};
-        double place[3] = {};
+        double expected[3] = {};
         for (int k = 0; k < 3; ++k) {
             const double parts[] = {0.55, 0.3, 0.15}; // near corner 0 and side 0-1
             for (int corner = 0; corner < 3; ++corner) {
                 at[k] += parts[corner] * model.verts[corners[corner]].view_xyz[k];
-                place[k] += parts[corner] * model.verts[corners[corner]].model_xyz[k];
+                expected[k] += parts[corner] * model.verts[corners[corner]].model_xyz[k];
             }
         }
         const std::string click = number(at[0]) + "," + number(at[1]);
@@ -95,14 +95,15 @@ TEST_F(ViewCommand, PicksTheFacesOfABall) {
         ASSERT_EQ(result.status, 0) << result.err;
         const std::string start = click + ": face " + std::to_string(f) + " of body 0, point ";
         ASSERT_THAT(result.out, HasSubstr(start));
-        double told[4] = {};
+        double reported[4] = {};
         ASSERT_EQ(std::sscanf(result.out.c_str() + result.out.find(start) + start.size(),
-                              "%lf,%lf,%lf, depth %lf", told, told + 1, told + 2, told + 3),
+                              "%lf,%lf,%lf, depth %lf", reported, reported + 1, reported + 2,
+                              reported + 3),
                   4);
         for (int k = 0; k < 3; ++k) {
-            EXPECT_NEAR(told[k], place[k], 1e-9);
+            EXPECT_NEAR(reported[k], expected[k], 1e-9);
         }
-        EXPECT_NEAR(told[3], at[2], 1e-9);
+        EXPECT_NEAR(reported[3], at[2], 1e-9);
         EXPECT_THAT(result.out, HasSubstr("nearest vertex " + std::to_string(corners[0]) + " at "));
         const std::string ends[] = {std::to_string(corners[0]), std::to_string(corners[1])};
         EXPECT_THAT(result.out,
@@ -142,37 +143,38 @@ TEST_F(ViewCommand, MarksWhatAPixelShows) {
     ASSERT_EQ(result.status, 0) << result.err;
     EXPECT_THAT(result.out, HasSubstr(": face " + std::to_string(face - model.polys.GetData()) +
                                       " of body 0, point"));
-    // What the command says of the view brings the pixel to the place that it picks at.
-    double told[4] = {};
+    // By the bounds of the view that the command prints, the pixel is at the position of the pick.
+    double bounds[4] = {};
     ASSERT_EQ(std::sscanf(result.out.c_str() + result.out.find("picture u"),
-                          "picture u %lf to %lf, v %lf to %lf", told, told + 1, told + 2, told + 3),
+                          "picture u %lf to %lf, v %lf to %lf", bounds, bounds + 1, bounds + 2,
+                          bounds + 3),
               4);
     double at[2] = {};
     ASSERT_EQ(std::sscanf(result.out.c_str() + result.out.find("pixel "),
                           "pixel %*d,%*d at %lf,%lf", at, at + 1),
               2);
-    EXPECT_NEAR(at[0], told[0] + (x + 0.5) / 600 * (told[1] - told[0]), 1e-9);
-    EXPECT_NEAR(at[1], told[3] - (y + 0.5) / 500 * (told[3] - told[2]), 1e-9);
+    EXPECT_NEAR(at[0], bounds[0] + (x + 0.5) / 600 * (bounds[1] - bounds[0]), 1e-9);
+    EXPECT_NEAR(at[1], bounds[3] - (y + 0.5) / 500 * (bounds[3] - bounds[2]), 1e-9);
 
-    const Pixels pixels(place("p.png"));
+    const Pixels pixels(path("p.png"));
     const auto colour = [&](std::pair<int, int> at) { return pixels.at(at.first, at.second); };
     EXPECT_EQ(colour({x, y}), RGB(255, 255, 255)) << "the point";
     EXPECT_EQ(colour(pixel(1, 0, 0)), RGB(0, 51, 255)) << "the vertex";
     EXPECT_EQ(colour(pixel(0.4, 0.6, 0)), RGB(230, 0, 0)) << "the edge";
-    for (const auto& place : {pixel(0.1, 0.3, 0.6), pixel(0.2, 0.6, 0.2), pixel(0.6, 0.1, 0.3)}) {
-        EXPECT_EQ(colour(place), RGB(255, 230, 0)) << "the face";
+    for (const auto& inside : {pixel(0.1, 0.3, 0.6), pixel(0.2, 0.6, 0.2), pixel(0.6, 0.1, 0.3)}) {
+        EXPECT_EQ(colour(inside), RGB(255, 230, 0)) << "the face";
     }
     EXPECT_NE(colour(pixel(-0.3, 0.8, 0.5)), RGB(255, 230, 0)) << "its neighbour";
 }
 
-TEST_F(ViewCommand, ShowsWhatItIsToldTo) {
+TEST_F(ViewCommand, ShowsWhatItsOptionsSelect) {
     write("m", tetrahedron);
     ASSERT_EQ(run("view m --picture all.png --size 200x150").status, 0);
     ASSERT_EQ(run("view m --picture part.png --size 200x150 --view -3,4,-1,-4").status, 0);
     ASSERT_EQ(run("view m --picture drawn.PNG --size 200x150 --edges --box").status, 0);
-    const Pixels all(place("all.png"));
-    const Pixels part(place("part.png"));
-    const Pixels drawn(place("drawn.PNG"));
+    const Pixels all(path("all.png"));
+    const Pixels part(path("part.png"));
+    const Pixels drawn(path("drawn.PNG"));
     EXPECT_EQ(all.width(), 200);
     EXPECT_EQ(all.height(), 150);
     EXPECT_EQ(all.at(0, 0), RGB(140, 140, 140));
@@ -202,8 +204,8 @@ TEST_F(ViewCommand, BadInputLeavesWhatThereWas) {
     write("huge", "3\n-3e38 0 0\n3e38 0 0\n0 1 0\n1\n0 1 2\n1\n1\n0 0 0\n0\n");
     write("torn", "4\n0.0 0 0\n6 0 0\n0 6 0\n0 0 6\n1\n0 1 7\n1\n1\n0 0 0\n0\n");
     write("curves", "1 2 0 0 4 4");
-    std::filesystem::create_directory(place("taken-02.png"));
-    std::filesystem::create_symlink("/dev/full", place("full.png"));
+    std::filesystem::create_directory(path("taken-02.png"));
+    std::filesystem::create_symlink("/dev/full", path("full.png"));
     struct Row {
         const char* arguments;
         int status;

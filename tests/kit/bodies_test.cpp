@@ -210,7 +210,7 @@ std::vector<Outline> outlines() {
          {around, {4, 5, 6}, {4, 7, 8}},
          75,
          0},
-        {"two holes at one place",
+        {"two holes at one position",
          with({{4, 4}, {7, 4}, {7, 6}, {4, 4}, {1, 4}, {1, 2}}),
          {around, {4, 5, 6}, {7, 8, 9}},
          75,

@@ -22,7 +22,7 @@ constexpr COLORREF blue = RGB(10, 20, 250);
 class Canvas : public Scratch {};
 
 TEST_F(Canvas, PaintsWithWhatIsSelected) {
-    OutputFile out(place("p.png"));
+    OutputFile out(path("p.png"));
     PictureCanvas canvas(out, PictureFormat::png, {40, 30});
     CBrush brush(blue);
     CPen pen(PS_SOLID, 3, RGB(200, 0, 0));
@@ -51,7 +51,7 @@ TEST_F(Canvas, PaintsWithWhatIsSelected) {
     canvas.finish();
     out.replace();
 
-    const Pixels pixels(place("p.png"));
+    const Pixels pixels(path("p.png"));
     EXPECT_EQ(pixels.width(), 40);
     EXPECT_EQ(pixels.height(), 30);
     EXPECT_EQ(pixels.at(0, 0), white);
@@ -75,7 +75,7 @@ TEST_F(Canvas, TheEndingChoosesTheFormat) {
         const char* end;
     };
     for (const Row& row : {Row{"p.svg", "<?xml", "</svg>\n"}, Row{"p.pdf", "%PDF-", "%%EOF\n"}}) {
-        OutputFile out(place(row.file));
+        OutputFile out(path(row.file));
         PictureCanvas canvas(out, kit::picture_format(row.file), {50, 50}, 16);
         const POINT triangle[] = {{160, 160}, {480, 160}, {160, 480}};
         canvas.Polygon(triangle, 3);
@@ -89,24 +89,24 @@ TEST_F(Canvas, TheEndingChoosesTheFormat) {
 
 TEST_F(Canvas, OutputFilesReplaceOnlyWhenComplete) {
     write("target", "former");
-    std::filesystem::create_symlink("target", place("link"));
+    std::filesystem::create_symlink("target", path("link"));
     constexpr auto readable = std::filesystem::perms::owner_read |
                               std::filesystem::perms::owner_write |
                               std::filesystem::perms::group_read;
-    std::filesystem::permissions(place("target"), readable);
+    std::filesystem::permissions(path("target"), readable);
     {
-        const OutputFile dropped(place("link"));
+        const OutputFile dropped(path("link"));
         std::fputs("half", dropped.stream());
         EXPECT_EQ(files(), 3);
     }
     EXPECT_EQ(files(), 2);
     EXPECT_EQ(read("target"), "former");
-    OutputFile complete(place("link"));
+    OutputFile complete(path("link"));
     std::fputs("new", complete.stream());
     complete.replace();
     EXPECT_EQ(read("target"), "new");
-    EXPECT_TRUE(std::filesystem::is_symlink(place("link")));
-    EXPECT_EQ(std::filesystem::status(place("target")).permissions(), readable);
+    EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
+    EXPECT_EQ(std::filesystem::status(path("target")).permissions(), readable);
     EXPECT_EQ(files(), 2);
 }
 

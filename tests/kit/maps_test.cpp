@@ -25,7 +25,7 @@ struct Row {
 
 std::vector<Row> coverage_table() {
     const std::vector<std::pair<double, double>> square = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
-    // Twice the size of what a double's 53 bits tell apart in products of coordinates.
+    // Twice the size of what 53 bits can distinguish in products of coordinates.
     constexpr double far = 2147483647;
     const std::vector<std::pair<double, double>> cut_corner = {
         {-far, -far}, {1 - far, -far}, {far, -far}, {far, far}, {-far, far}, {-far, 1 - far}};
@@ -97,11 +97,11 @@ TEST(Coverage, HolesDoNotCount) {
     // A square with a square hole; four triangles at the sides would leave the corners.
     PLYDT set;
     set.pt_list.SetSize(8);
-    const double places[][2] = {{0, 0}, {6, 0}, {6, 6}, {0, 6}, {2, 2}, {4, 2}, {4, 4}, {2, 4}};
+    const double corners[][2] = {{0, 0}, {6, 0}, {6, 6}, {0, 6}, {2, 2}, {4, 2}, {4, 4}, {2, 4}};
     set.ring_list.SetSize(2);
     for (int i = 0; i < 8; ++i) {
-        set.pt_list[i].x = places[i][0];
-        set.pt_list[i].y = places[i][1];
+        set.pt_list[i].x = corners[i][0];
+        set.pt_list[i].y = corners[i][1];
         set.ring_list[i / 4].pts.Add(i);
     }
     set.region_list.SetSize(1);

@@ -46,14 +46,14 @@ protected:
         kit::OffscreenRenderer screen(size);
         screen.begin(frame);
         kit::draw_model(model_, with_edges, with_box);
-        kit::OutputFile out(place(name));
+        kit::OutputFile out(path(name));
         screen.write_png(out);
         out.replace();
         return frame;
     }
 
     int count(const std::string& name, COLORREF colour) const {
-        const Pixels pixels(place(name));
+        const Pixels pixels(path(name));
         int found = 0;
         for (int y = 0; y < pixels.height(); ++y) {
             for (int x = 0; x < pixels.width(); ++x) {
@@ -70,7 +70,7 @@ protected:
 TEST_F(ModelPicture, ShowsTheSidesThatFaceTheViewerInTheirColours) {
     model_.bodies[0].lightness = 0.9; // not drawn with
     const kit::ViewFrame frame = paint("p.png", false, false);
-    const Pixels pixels(place("p.png"));
+    const Pixels pixels(path("p.png"));
     int visible = 0;
     for (int axis = 0; axis < 3; ++axis) {
         for (const double sign : {-1.0, 1.0}) {
@@ -109,7 +109,7 @@ TEST_F(ModelPicture, ShowsTheSidesThatFaceTheViewerInTheirColours) {
 
 TEST_F(ModelPicture, FillsThePageUpToItsMargin) {
     paint("p.png", false, false);
-    const Pixels pixels(place("p.png"));
+    const Pixels pixels(path("p.png"));
     std::vector<int> xs;
     std::vector<int> ys;
     for (int y = 0; y < size.height; ++y) {
@@ -149,7 +149,7 @@ TEST_F(ModelPicture, TheBoxFitsInToo) {
     const kit::ViewFrame alone = kit::whole_view(model_, false, size);
     const kit::ViewFrame boxed = paint("p.png", false, true);
     EXPECT_GT(boxed.unit, 1.2 * alone.unit);
-    const Pixels pixels(place("p.png"));
+    const Pixels pixels(path("p.png"));
     int lowest = 0;
     for (int y = 0; y < size.height; ++y) {
         for (int x = 0; x < size.width; ++x) {

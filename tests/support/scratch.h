@@ -26,13 +26,13 @@ protected:
     }
     ~Scratch() override { std::filesystem::remove_all(directory_); }
 
-    std::filesystem::path place(const std::string& name) const { return directory_ / name; }
+    std::filesystem::path path(const std::string& name) const { return directory_ / name; }
 
     void write(const std::string& name, const std::string& text) const {
-        std::ofstream(place(name), std::ios::binary) << text;
+        std::ofstream(path(name), std::ios::binary) << text;
     }
 
-    std::string read(const std::string& name) const { return contents(place(name)); }
+    std::string read(const std::string& name) const { return contents(path(name)); }
 
     int files() const {
         const std::filesystem::directory_iterator entries(directory_);
