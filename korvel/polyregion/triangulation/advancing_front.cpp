@@ -3,30 +3,18 @@
 #include <algorithm>
 #include <cmath>
 
+#include "korvel/base/ring_sides.h"
 #include "korvel/polyregion/side_topology.h"
 
 namespace korvel {
-namespace {
-
-/// Calls `use(from, to)` for each edge of a ring.
-template <class Use>
-void each_edge(const RING& ring, Use use) {
-    for (int k = 0; k < ring.pts.GetSize(); ++k) {
-        use(ring.pts[k], ring.pts[k + 1 < ring.pts.GetSize() ? k + 1 : 0]);
-    }
-}
-
-} // namespace
-
 AdvancingFront::AdvancingFront(PLYDT& set, ListedTriangles& listed)
-    : set_(set), listed_(listed), vertex_of_(static_cast<std::size_t>(set.pt_list.GetSize()), -1),
-      sides_(region_points_), guide_(region_points_),
+    : set_(set), listed_(listed), sides_(region_points_), guide_(region_points_),
       search_(region_points_, sides_, guide_, indices_, listed) {}
 
 bool AdvancingFront::close(const PLYDT::PyToRg& region) {
     number_vertices(region);
-    // A point with a coordinate that is not a number turns away from every edge and counts as inside of every
-    // triangle: with one of them there are none.
+    // A point with a coordinate that is not a number turns away from every edge and counts as
+    // inside of every triangle: with one of them there are none.
     const bool has_triangles = std::none_of(points_.begin(), points_.end(), [](PlanePoint p) {
         return std::isnan(p.x) || std::isnan(p.y);
     });
@@ -40,31 +28,28 @@ bool AdvancingFront::close(const PLYDT::PyToRg& region) {
         close_boundary(region);
         close_front();
     }
-    forget_vertices();
     return can_serve;
 }
 
-/// Each distinct point gets the number of its position in the order in which the rings list them, so that
-/// the first of several equals is the one with the smallest name.
+/// Each distinct point gets the number of its position in the order in which the rings list them,
+/// so that the first of several equals is the one with the smallest number.
 void AdvancingFront::number_vertices(const PLYDT::PyToRg& region) {
+    indices_.clear();
+    points_.clear();
+    int entries = 0;
+    for (const int ring : region.rings) {
+        entries += set_.ring_list[ring].pts.GetSize();
+    }
+    vertex_of_ = KeyIndex(entries);
     for (const int ring : region.rings) {
         for (const int pt : set_.ring_list[ring].pts) {
-            int& vertex = vertex_of_[pt];
-            if (vertex < 0) {
-                vertex = static_cast<int>(indices_.size());
+            const int next = static_cast<int>(indices_.size());
+            if (vertex_of_.find_or_add(static_cast<std::uint32_t>(pt), next) == next) {
                 indices_.push_back(pt);
                 points_.push_back(plane_point(set_.pt_list[pt]));
             }
         }
     }
-}
-
-void AdvancingFront::forget_vertices() {
-    for (const int pt : indices_) {
-        vertex_of_[pt] = -1;
-    }
-    indices_.clear();
-    points_.clear();
 }
 
 /// Whether magnitudes neither overflow nor vanish in products, and every side has the direction
@@ -96,7 +81,8 @@ bool AdvancingFront::is_ordinary(const PLYDT::PyToRg& region) const {
     };
     bool is_sound = true;
     for (const int ring : region.rings) {
-        each_edge(set_.ring_list[ring], [&](int from, int to) {
+        const CArray<int>& pts = set_.ring_list[ring].pts;
+        for_each_side(pts, pts.GetSize(), [&](int, int from, int to) {
             is_sound = is_sound && is_long_enough(direction(from, to).len);
         });
         for (const int number : set_.ring_list[ring].sides) {
@@ -126,7 +112,8 @@ void AdvancingFront::close_boundary(const PLYDT::PyToRg& region) {
     first_front_ = sides_.count();
     is_open_.clear();
     for (int i = 0; i < region.rings.GetSize(); ++i) {
-        each_edge(set_.ring_list[region.rings[i]], [&](int from, int to) {
+        const CArray<int>& pts = set_.ring_list[region.rings[i]].pts;
+        for_each_side(pts, pts.GetSize(), [&](int, int from, int to) {
             const int a = vertex_of(i == 0 ? from : to);
             const int b = vertex_of(i == 0 ? to : from);
             const int side = sides_.find(a, b, Kind::boundary);

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
+#include "korvel/base/key_index.h"
 #include "korvel/polyregion/plydt.h"
 #include "korvel/polyregion/triangulation/constrained_delaunay.h"
 #include "korvel/polyregion/triangulation/listed_triangles.h"
@@ -31,7 +33,6 @@ private:
     using Kind = SideTree::Kind;
 
     void number_vertices(const PLYDT::PyToRg& region);
-    void forget_vertices();
     bool is_ordinary(const PLYDT::PyToRg& region) const;
     void close_boundary(const PLYDT::PyToRg& region);
     void close_front();
@@ -39,14 +40,14 @@ private:
     void add_side(int p0, int p1, Direction direction, Kind kind);
     void open_or_close(int p0, int p1, int opposite, bool is_apex);
 
-    int vertex_of(int index) const { return vertex_of_[index]; }
+    int vertex_of(int index) const { return vertex_of_.find(static_cast<std::uint32_t>(index)); }
     int hint(int side) const { return hints_[side]; }
     int index(int vertex) const { return indices_[vertex]; }
 
     PLYDT& set_;
     ListedTriangles& listed_;
-    std::vector<int> vertex_of_; ///< number of each point of the set as a vertex, −1 for those of other regions
-    std::vector<int> indices_;   ///< of the point of each vertex
+    KeyIndex vertex_of_{0};    ///< the vertex of each point of the region
+    std::vector<int> indices_; ///< of the point of each vertex
     std::vector<PlanePoint> points_;
     RegionPoints region_points_;
     SideTree sides_;

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <vector>
 
-#include "korvel/base/bloom_filter.h"
 #include "korvel/base/key_index.h"
 #include "korvel/polyregion/plydt.h"
 
@@ -16,9 +16,7 @@ namespace korvel {
 class ListedTriangles {
 public:
     /// Knows of no triangle yet; `list` must outlive this object.
-    ListedTriangles(const CArray<PLYDT::TRG>& list, int expected) : list_(list), known_(expected) {
-        filter_.start(expected);
-    }
+    ListedTriangles(const CArray<PLYDT::TRG>& list, int expected) : list_(list), known_(expected) {}
 
     /// Takes in what has been appended to the list since the last call.
     void add_new_triangles() {
@@ -27,27 +25,29 @@ public:
         }
     }
 
-    /// Takes in those triangles of the list whose corners are all points of the region; no other
-    /// can be met while it is triangulated.
+    /// Takes in the triangles of the list whose corners are all points of the region, and possibly
+    /// a few others, which the region cannot have. Reads the whole list.
     void add_triangles_of(const PLYDT& set, const PLYDT::PyToRg& region) {
-        const PointSet points(set, region);
-        for (; taken_ < list_.GetSize(); ++taken_) {
-            if (points.has_corners_of(list_[taken_])) {
-                add(taken_);
+        const PointFilter points(set, region);
+        const PLYDT::TRG* const triangles = list_.GetData();
+        const int count = list_.GetSize();
+        for (int i = taken_; i < count; ++i) {
+            const PLYDT::TRG& t = triangles[i];
+            if (points.may_have(t.va) && points.may_have(t.vb) && points.may_have(t.vc)) {
+                add(i);
             }
         }
+        taken_ = count;
     }
 
     bool contains(int a, int b, int c) const {
         const std::array<int, 3> corners = sorted(a, b, c);
         std::uint64_t key = key_of(corners);
-        if (filter_.may_have(mix_bits(key))) {
-            for (int listed = known_.find(key); listed >= 0; listed = known_.find(key)) {
-                if (corners_of(listed) == corners) {
-                    return true;
-                }
-                key = mix_bits(key);
+        for (int listed = known_.find(key); listed >= 0; listed = known_.find(key)) {
+            if (corners_of(listed) == corners) {
+                return true;
             }
+            key = mix_bits(key);
         }
         const auto is_corner = [&](int v) { return v == a || v == b || v == c; };
         return std::any_of(degenerate_.begin(), degenerate_.end(), [&](int listed) {
@@ -57,41 +57,38 @@ public:
     }
 
 private:
-    /// The points of a region, as a byte for each index from the smallest to the largest and one
-    /// for all others. It is asked for every listed triangle, and most of these belong to other
-    /// regions: the answer takes no branch.
-    class PointSet {
+    /// A one-hash Bloom filter of the points of a region: excludes about 31 of 32 other indices,
+    /// so that the branch in the loop over all triangles is predictable. It takes 32 to 64 bytes
+    /// for each ring entry of the region, however large the set is.
+    class PointFilter {
     public:
-        PointSet(const PLYDT& set, const PLYDT::PyToRg& region) {
-            std::uint32_t high = 0;
-            const auto each_point = [&](auto use) {
-                for (const int ring : region.rings) {
-                    for (const int pt : set.ring_list[ring].pts) {
-                        use(static_cast<std::uint32_t>(pt));
-                    }
+        PointFilter(const PLYDT& set, const PLYDT::PyToRg& region) {
+            std::size_t entries = 0;
+            for (const int ring : region.rings) {
+                entries += static_cast<std::size_t>(set.ring_list[ring].pts.GetSize());
+            }
+            const int bits = std::bit_width(32 * entries + 1);
+            has_.assign(std::size_t{1} << static_cast<unsigned>(bits), 0);
+            shift_ = 64U - static_cast<unsigned>(bits);
+            for (const int ring : region.rings) {
+                for (const int pt : set.ring_list[ring].pts) {
+                    has_[slot_of(pt)] = 1;
                 }
-            };
-            each_point([&](std::uint32_t pt) {
-                low_ = std::min(low_, pt);
-                high = std::max(high, pt);
-            });
-            others_ = high < low_ ? 0 : high - low_ + 1;
-            has_.assign(std::size_t{others_} + 1, 0);
-            each_point([&](std::uint32_t pt) { has_[pt - low_] = 1; });
+            }
         }
 
-        bool has_corners_of(const PLYDT::TRG& t) const {
-            return (has(t.va) & has(t.vb) & has(t.vc)) != 0;
-        }
+        bool may_have(int pt) const { return has_[slot_of(pt)] != 0; }
 
     private:
-        unsigned has(int pt) const {
-            return has_[std::min(static_cast<std::uint32_t>(pt) - low_, others_)];
+        /// Multiplicative hashing by the golden ratio: indices that follow one another spread.
+        std::size_t slot_of(int pt) const {
+            return (static_cast<std::uint64_t>(static_cast<std::uint32_t>(pt)) *
+                    0x9e3779b97f4a7c15U) >>
+                   shift_;
         }
 
-        std::uint32_t low_ = std::numeric_limits<std::uint32_t>::max();
-        std::uint32_t others_ = 0; ///< where `has_` answers for all other indices
         std::vector<unsigned char> has_;
+        unsigned shift_ = 63;
     };
 
     static std::array<int, 3> sorted(int a, int b, int c) {
@@ -113,7 +110,6 @@ private:
             // With two equal corners it is the same as every triangle that has both of its points.
             degenerate_.push_back(triangle);
         } else {
-            filter_.add(mix_bits(key_of(corners)));
             first_equal(known_, key_of(corners), triangle,
                         [&](int i, int j) { return corners_of(i) == corners_of(j); });
         }
@@ -121,7 +117,6 @@ private:
 
     const CArray<PLYDT::TRG>& list_;
     KeyIndex known_;
-    BloomFilter filter_; ///< of its first keys
     std::vector<int> degenerate_;
     int taken_ = 0;
 };
