@@ -4,6 +4,7 @@
 
 #include "korvel/base/packed_lists.h"
 #include "korvel/plane/live_points.h"
+#include "korvel/platform/prefetch.h"
 #include "korvel/region/ring_points.h"
 
 namespace {
@@ -15,6 +16,7 @@ public:
           is_visited_(static_cast<std::size_t>(pts_.GetSize()), 0),
           boxes_(static_cast<std::size_t>(rings_.GetSize())) {}
 
+    void prefetch_rings_at(int point) const;
     void mark_at(int point);
 
 private:
@@ -41,6 +43,8 @@ void CREGION::GetRStoPt() {
     link_points(*this);
     EnvelopeFinder envelopes(*this);
     for (int point = 0; point < pt_links.GetSize(); ++point) {
+        constexpr int points_ahead = 8;
+        envelopes.prefetch_rings_at(point + points_ahead);
         envelopes.mark_at(point);
     }
     korvel::remove_marked_rings(ring_pts);
@@ -69,6 +73,14 @@ void link_points(CREGION& region) {
     };
     korvel::distribute(points, each_ring, [&](int pt) -> CArray<int>& { return links[pt].rings; });
     korvel::distribute(points, each_side, [&](int pt) -> CArray<int>& { return links[pt].sides; });
+}
+
+void EnvelopeFinder::prefetch_rings_at(int point) const {
+    if (point < links_.GetSize()) {
+        for (const int ring : links_[point].rings) {
+            korvel::prefetch(&rings_[ring]);
+        }
+    }
 }
 
 /// Marks the envelope at a point, if there is one, and claims all rings of its group.
@@ -110,6 +122,11 @@ bool EnvelopeFinder::encloses_others(int largest, const CArray<int>& rings) {
 }
 
 bool EnvelopeFinder::lies_on(int point, int ring) const {
+    constexpr int few = 64; // are searched faster than another record is fetched
+    const CArray<int>& pts = rings_[ring].pts;
+    if (pts.GetSize() <= few) {
+        return std::find(pts.begin(), pts.end(), point) != pts.end();
+    }
     const CArray<int>& through = links_[point].rings;
     return std::binary_search(through.begin(), through.end(), ring);
 }

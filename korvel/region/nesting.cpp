@@ -5,6 +5,7 @@
 #include "korvel/base/indices.h"
 #include "korvel/base/packed_lists.h"
 #include "korvel/plane/live_points.h"
+#include "korvel/platform/prefetch.h"
 #include "korvel/region/ring_points.h"
 
 namespace {
@@ -13,6 +14,8 @@ namespace {
 class HoleFinder {
 public:
     HoleFinder(const CArray<CREGION::RToPt>& rings, const CArray<tagPOINT>& pts);
+
+    void prefetch_points_of(int ring) const;
 
     /// The holes of a ring, ascending, each of which is thereby claimed. To be called once for each
     /// ring, in order. The list holds until the next call.
@@ -47,6 +50,8 @@ void CREGION::SearchAllRegion() {
     start_regions(regions, ring_pts);
     HoleFinder finder(ring_pts, unique_pts);
     for (int ring = 0; ring < ring_pts.GetSize(); ++ring) {
+        constexpr int rings_ahead = 2;
+        finder.prefetch_points_of(ring + rings_ahead);
         for (const int hole : finder.claim_holes_of(ring)) {
             regions[ring].rings.Add(hole);
             ring_pts[hole].is_hole = 1;
@@ -83,6 +88,16 @@ std::vector<POINT> HoleFinder::first_points_of(const CArray<CREGION::RToPt>& rin
     return points;
 }
 
+void HoleFinder::prefetch_points_of(int ring) const {
+    if (korvel::has_element(rings_, ring)) {
+        for (const int pt : rings_[ring].pts) {
+            if (korvel::has_element(pts_, pt)) {
+                korvel::prefetch(&pts_[pt]);
+            }
+        }
+    }
+}
+
 const std::vector<int>& HoleFinder::claim_holes_of(int ring) {
     holes_.clear();
     // A ring that a host has emptied, or given points that do not exist, lies nowhere.
@@ -91,8 +106,14 @@ const std::vector<int>& HoleFinder::claim_holes_of(int ring) {
     }
     set_outline(ring);
     unclaimed_.collect(box_, holes_); // a point outside the box is outside the ring
-    std::erase_if(
-        holes_, [&](int other) { return touches(ring, other) || !encloses(first_points_[other]); });
+    // Touching rings are found at a cost for each ring asked about, which few candidates do not
+    // repay.
+    constexpr std::size_t few = 8;
+    const bool are_many = holes_.size() > few;
+    std::erase_if(holes_, [&](int other) {
+        return (are_many && touches(ring, other)) || !encloses(first_points_[other]) ||
+               touches(ring, other);
+    });
     for (const int hole : holes_) {
         unclaimed_.set_alive(hole, false);
     }
