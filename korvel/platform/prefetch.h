@@ -2,8 +2,8 @@
 
 namespace korvel {
 
-/// Tells the processor that memory is going to be read soon; a hint that changes nothing else and
-/// that not every compiler has.
+/// Asks the processor to fetch memory that will be read soon. A hint without other effect, which
+/// not every compiler has.
 inline void prefetch([[maybe_unused]] const void* address) {
 #ifdef __GNUC__
     __builtin_prefetch(address);

@@ -10,6 +10,7 @@
 #include "korvel/body/derive/orientation.h"
 #include "korvel/body/derive/relations.h"
 #include "korvel/geometry/marks.h"
+#include "korvel/platform/prefetch.h"
 
 namespace korvel {
 namespace {
@@ -22,10 +23,32 @@ public:
     void operator()(int v, VERT3D& vertex) const {
         std::copy_n(flat_.points[v].view, 3, vertex.view_xyz);
     }
-    void operator()(int /*e*/, LINE3D& line) const { set_equations(line, flat_.points); }
-    void operator()(int /*f*/, POLY3D& face) const { set_equations(face, flat_.points); }
+    void operator()(int e, LINE3D& line) const {
+        if (e + records_ahead < static_cast<int>(flat_.edges.size())) {
+            prefetch_point(flat_.edges[e + records_ahead].a);
+            prefetch_point(flat_.edges[e + records_ahead].b);
+        }
+        set_equations(line, flat_.points);
+    }
+    void operator()(int f, POLY3D& face) const {
+        if (f + records_ahead < flat_.face_verts.size()) {
+            for (const int v : flat_.face_verts[f + records_ahead]) {
+                prefetch_point(v);
+            }
+        }
+        set_equations(face, flat_.points);
+    }
 
 private:
+    static constexpr int records_ahead = 8; ///< whose points, which lie anywhere, are prefetched
+
+    void prefetch_point(int v) const {
+        if (v >= 0 && static_cast<std::size_t>(v) < flat_.points.size()) {
+            prefetch(&flat_.points[v]);
+            prefetch(flat_.points[v].view + 2); // it may extend over two cache lines
+        }
+    }
+
     const FlatModel& flat_;
 };
 
