@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    korvel::Box box_;
+    korvel::Box3 box_;
     bool is_empty_ = true;
 };
 

@@ -32,8 +32,6 @@ struct Box3 {
     }
 };
 
-using Box = Box3; ///< the name in the edge-face crossings
-
 /// Queries for the boxes that meet a given one: a binary tree that divides them in halves along the
 /// longest side of their common box. A query costs about the logarithm of their number plus the
 /// size of the result.

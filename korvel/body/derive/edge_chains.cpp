@@ -15,13 +15,13 @@ namespace {
 
 /// Sides that may be edges, and the edge of each.
 struct SideEdges {
-    std::vector<Side> sides;
+    std::vector<IndexPair> sides;
     std::vector<int> edge_of;
     std::size_t known = 0; ///< sides that stem from edges of the model; they come first
 };
 
 SideEdges known_edges(const TMOD3D& model, int first_face);
-void add_sides_of_faces(const TMOD3D& model, int first_face, std::vector<Side>& sides);
+void add_sides_of_faces(const TMOD3D& model, int first_face, std::vector<IndexPair>& sides);
 void append_new_edges(TMOD3D& model, SideEdges& found);
 
 /// `POLY3D::vert_to_line` for face after face. Where a face names an edge between two vertices it
@@ -106,7 +106,7 @@ SideEdges known_edges(const TMOD3D& model, int first_face) {
     return known;
 }
 
-void add_sides_of_faces(const TMOD3D& model, int first_face, std::vector<Side>& sides) {
+void add_sides_of_faces(const TMOD3D& model, int first_face, std::vector<IndexPair>& sides) {
     constexpr std::size_t corners = 3; // of most faces
     sides.reserve(sides.size() +
                   corners * static_cast<std::size_t>(model.polys.GetSize() - first_face));
@@ -118,7 +118,7 @@ void add_sides_of_faces(const TMOD3D& model, int first_face, std::vector<Side>& 
 
 /// Gives every side its edge; a side that equals none before it becomes a new edge.
 void append_new_edges(TMOD3D& model, SideEdges& found) {
-    const std::vector<int> first = first_equal_sides(found.sides);
+    const std::vector<int> first = first_equal_pairs(found.sides);
     found.edge_of.resize(found.sides.size());
     int next = model.lines.GetSize();
     std::vector<std::size_t> added;
@@ -195,7 +195,7 @@ public:
     int number(int a, int b) {
         int& first = first_[std::min(a, b)];
         for (int e = first; e >= 0; e = next_[e]) {
-            const Side& edge = edges_[e];
+            const IndexPair& edge = edges_[e];
             --steps_left_;
             if ((edge.a ^ edge.b) == (a ^ b)) {
                 return e; // the lower ends are equal, so the others are
@@ -208,11 +208,11 @@ public:
 
     bool takes_too_long() const { return steps_left_ < 0; }
 
-    std::vector<Side>& edges() { return edges_; }
+    std::vector<IndexPair>& edges() { return edges_; }
 
 private:
     std::vector<int> first_; ///< by lower point
-    std::vector<Side> edges_;
+    std::vector<IndexPair> edges_;
     std::vector<int> next_; ///< with the same lower point
     std::int64_t steps_left_;
 };

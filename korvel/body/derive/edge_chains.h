@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "korvel/base/equal_sides.h"
+#include "korvel/base/equal_pairs.h"
 #include "korvel/body/tmod3d.h"
 
 namespace korvel {
@@ -23,7 +23,7 @@ void chain_verts_and_lines(TMOD3D& model);
 /// The result of `find_all_sides` for the triangles of a new model, as flat lists of three: its
 /// edges, and each triangle's edges and rewritten vertices.
 struct TriangleChains {
-    std::vector<Side> edges;
+    std::vector<IndexPair> edges;
     std::vector<int> lines;
     std::vector<int> verts;
     std::vector<int> side_lines; ///< the triangles' edges in the order of their rewritten vertices

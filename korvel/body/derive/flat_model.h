@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "korvel/base/equal_sides.h"
+#include "korvel/base/equal_pairs.h"
 #include "korvel/base/packed_lists.h"
 #include "korvel/body/tmod3d.h"
 
@@ -16,7 +16,7 @@ struct FlatModel {
         double view[3];
     };
     std::vector<Point> points;
-    std::vector<Side> edges;
+    std::vector<IndexPair> edges;
     // Only indices of records that exist, each once in its list.
     PackedLists face_verts;
     PackedLists face_lines;

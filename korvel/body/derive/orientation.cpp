@@ -105,7 +105,7 @@ Outcome orient(const std::vector<int>& listed, Faces faces) {
     }
     PackedLists verts;
     verts.reserve(static_cast<int>(listed.size()), 3 * listed.size());
-    std::vector<Side> sides;
+    std::vector<IndexPair> sides;
     sides.reserve(3 * listed.size());
     for (const int f : listed) {
         const auto face = faces.verts(f);
@@ -115,7 +115,7 @@ Outcome orient(const std::vector<int>& listed, Faces faces) {
         }
         verts.end_list();
     }
-    const std::vector<int> kinds = first_equal_sides(sides);
+    const std::vector<int> kinds = first_equal_pairs(sides);
     OrientationWalk walk(listed, verts, kinds);
     walk.run();
     return store(walk, listed, faces);

@@ -14,12 +14,12 @@ std::vector<int> next_positions_of_same_face(const std::vector<int>& faces) {
     if (is_ascending) {
         return {};
     }
-    std::vector<Side> points;
+    std::vector<IndexPair> points;
     points.reserve(faces.size());
     for (const int f : faces) {
-        points.push_back(point_side(f));
+        points.push_back(IndexPair{f, f});
     }
-    const std::vector<int> first = first_equal_sides(points);
+    const std::vector<int> first = first_equal_pairs(points);
     std::vector<int> next(faces.size(), -1);
     std::vector<int> last(faces.size(), -1); // of those so far, by the first one
     bool any_repeated = false;
@@ -71,8 +71,8 @@ void OrientationWalk::orient_neighbours(int position) {
             continue;
         }
         const int other = verts_.list_at(met);
-        const Side theirs = side_at(other, met);
-        const Side ours = side_at(position, own);
+        const IndexPair theirs = side_at(other, met);
+        const IndexPair ours = side_at(position, own);
         const bool is_same_way = theirs.a == ours.a && theirs.b == ours.b;
         const bool is_other_way = theirs.a == ours.b && theirs.b == ours.a;
         if (is_turned ? is_other_way : is_same_way) {
@@ -92,7 +92,7 @@ int OrientationWalk::first_not_oriented(int side) {
     return first;
 }
 
-Side OrientationWalk::side_at(int position, int side) const {
+IndexPair OrientationWalk::side_at(int position, int side) const {
     const std::span<const int> face = verts_[position];
     const std::size_t k = static_cast<std::size_t>(side) - verts_.start(position);
     return {face[k], k + 1 < face.size() ? face[k + 1] : face[0]};

@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-#include "korvel/base/equal_sides.h"
+#include "korvel/base/equal_pairs.h"
 #include "korvel/base/index_set.h"
 #include "korvel/base/packed_lists.h"
 
@@ -38,7 +38,7 @@ public:
 private:
     void orient_neighbours(int position);
     int first_not_oriented(int side);
-    Side side_at(int position, int side) const;
+    IndexPair side_at(int position, int side) const;
     void turn(int position);
     void orient(int position, int present);
 

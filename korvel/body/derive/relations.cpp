@@ -34,7 +34,7 @@ PackedLists joined(const PackedLists& lists, const PackedLists& of_entry, int si
 }
 
 /// For each vertex the edges that end there, ascending.
-PackedLists edges_at_vertices(const std::vector<Side>& edges, int verts) {
+PackedLists edges_at_vertices(const std::vector<IndexPair>& edges, int verts) {
     return PackedLists(verts, [&](auto add) {
         int e = 0;
         for (const auto [start, end] : edges) {

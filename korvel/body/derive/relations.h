@@ -34,7 +34,7 @@ public:
     void store(int v, VERT3D& vertex) const;
 
 private:
-    const std::vector<Side>& edges_;
+    const std::vector<IndexPair>& edges_;
     PackedLists lines_;
     PackedLists faces_;
     BodiesOfRecords bodies_;

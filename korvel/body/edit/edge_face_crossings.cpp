@@ -10,7 +10,7 @@
 #include "korvel/geometry/box_tree.h"
 #include "korvel/geometry/marks.h"
 
-using korvel::Box;
+using korvel::Box3;
 using korvel::has_element;
 
 namespace {
@@ -27,11 +27,11 @@ public:
 
 private:
     double largest_coordinate(const std::vector<int>& edges) const;
-    bool box_edge(const LINE3D& edge, Box& box) const;
-    bool box_face(const POLY3D& face, Box& box) const;
-    bool box_corners(const POLY3D& face, Box& box) const;
+    bool box_edge(const LINE3D& edge, Box3& box) const;
+    bool box_face(const POLY3D& face, Box3& box) const;
+    bool box_corners(const POLY3D& face, Box3& box) const;
     double twice_area(const POLY3D& face, int i, int j) const;
-    void box_along(int axis, const double* plane, Box& box) const;
+    void box_along(int axis, const double* plane, Box3& box) const;
     double slack() const;
 
     TMOD3D& model_;
@@ -99,9 +99,9 @@ CrossingFinder::CrossingFinder(TMOD3D& model, const std::vector<int>& edges)
         largest_ = largest_coordinate(edges);
         uses_boxes_ = largest_ > smallest && largest_ < greatest;
     }
-    std::vector<Box> boxes;
+    std::vector<Box3> boxes;
     for (int f = 0; f < model.polys.GetSize(); ++f) {
-        Box box;
+        Box3 box;
         if (uses_boxes_ && box_face(model.polys[f], box)) {
             boxed_.push_back(f);
             boxes.push_back(box);
@@ -145,7 +145,7 @@ int CrossingFinder::first_crossed(int edge) {
             first = f;
         }
     };
-    Box box;
+    Box3 box;
     if (boxed_.empty() || box_edge(line, box)) {
         tree_.for_each_meeting(box, [&](int i) { test(boxed_[i]); });
     } else {
@@ -172,7 +172,7 @@ double CrossingFinder::slack() const {
 
 /// A box around every point in which the full test can find the edge to meet a plane. False for an
 /// edge with values that are not finite, or a direction that is far from unit length.
-bool CrossingFinder::box_edge(const LINE3D& edge, Box& box) const {
+bool CrossingFinder::box_edge(const LINE3D& edge, Box3& box) const {
     if (!has_element(model_.verts, edge.start_vert) || !std::isfinite(edge.length)) {
         return false;
     }
@@ -212,7 +212,7 @@ bool is_sound(const double* plane, int axis) {
 /// width. Farther out, the computed sign of one turn is therefore certainly negative, while that of
 /// the largest turn, at least a third of the area, is certainly positive: the test returns false.
 /// In the direction of the main axis the point lies on the plane.
-bool CrossingFinder::box_face(const POLY3D& face, Box& box) const {
+bool CrossingFinder::box_face(const POLY3D& face, Box3& box) const {
     const int axis = face.main_axis;
     if (axis < 0 || axis > 2 || !box_corners(face, box) || !is_sound(face.plane, axis)) {
         return false;
@@ -234,7 +234,7 @@ bool CrossingFinder::box_face(const POLY3D& face, Box& box) const {
 }
 
 /// The bounds of a triangle's corners; false when there are not three that exist and are finite.
-bool CrossingFinder::box_corners(const POLY3D& face, Box& box) const {
+bool CrossingFinder::box_corners(const POLY3D& face, Box3& box) const {
     if (face.verts.GetSize() != 3) {
         return false;
     }
@@ -256,7 +256,7 @@ double CrossingFinder::twice_area(const POLY3D& face, int i, int j) const {
 }
 
 /// Bounds the box along an axis by the plane over the corners of its extent in the other two.
-void CrossingFinder::box_along(int axis, const double* plane, Box& box) const {
+void CrossingFinder::box_along(int axis, const double* plane, Box3& box) const {
     const int i = (axis + 1) % 3;
     const int j = (axis + 2) % 3;
     box.low[axis] = std::numeric_limits<double>::infinity();

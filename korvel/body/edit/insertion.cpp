@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "korvel/base/equal_sides.h"
+#include "korvel/base/equal_pairs.h"
 #include "korvel/base/indices.h"
 #include "korvel/base/ring_sides.h"
 #include "korvel/body/derive/derive_all.h"
@@ -13,14 +13,14 @@
 #include "korvel/body/tmod3d.h"
 
 using korvel::has_element;
-using korvel::Side;
+using korvel::IndexPair;
 
 namespace {
 
 /// A face, and the sides that a new vertex makes triangles with.
 struct Fan {
     int face;
-    std::vector<Side> sides;
+    std::vector<IndexPair> sides;
 };
 
 bool takes_point(const TMOD3D& model, int face, const double* point);
@@ -111,7 +111,7 @@ Fan whole_fan(const TMOD3D& model, int face) {
 /// The face's sides except those between the two ends of a cut edge.
 Fan fan_without(const TMOD3D& model, int face, const LINE3D& edge) {
     Fan fan = whole_fan(model, face);
-    std::erase_if(fan.sides, [&](const Side& side) {
+    std::erase_if(fan.sides, [&](const IndexPair& side) {
         return (side.a == edge.start_vert && side.b == edge.end_vert) ||
                (side.a == edge.end_vert && side.b == edge.start_vert);
     });
@@ -141,7 +141,7 @@ bool is_proper(const TMOD3D& model, const Fan& fan, const double* point) {
     const auto at = [&](int v) { return model.verts[v].model_xyz; };
     const Vector face_normal = normal_of(at(corners[0]), at(corners[1]), at(corners[2]));
     const double size = dot(face_normal, face_normal);
-    return size > 0 && std::all_of(fan.sides.begin(), fan.sides.end(), [&](const Side& side) {
+    return size > 0 && std::all_of(fan.sides.begin(), fan.sides.end(), [&](const IndexPair& side) {
                return dot(face_normal, normal_of(at(side.a), at(side.b), point)) > flat * size;
            });
 }
@@ -164,7 +164,7 @@ void insert_vertex(TMOD3D& model, const double* point, const std::vector<Fan>& f
     model.edit_state[korvel::edit_is_picked] = 0; // the picked face has been replaced
 }
 
-void set_triangle(POLY3D& face, const Side& side, int vertex);
+void set_triangle(POLY3D& face, const IndexPair& side, int vertex);
 
 /// The face becomes the fan's first triangle; the others are appended, to its bodies as well.
 void replace_face(TMOD3D& model, const Fan& fan, int vertex) {
@@ -184,7 +184,7 @@ void replace_face(TMOD3D& model, const Fan& fan, int vertex) {
     }
 }
 
-void set_triangle(POLY3D& face, const Side& side, int vertex) {
+void set_triangle(POLY3D& face, const IndexPair& side, int vertex) {
     face.verts.SetSize(3);
     face.verts[0] = side.a;
     face.verts[1] = side.b;
