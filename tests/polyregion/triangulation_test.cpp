@@ -118,8 +118,8 @@ TEST_F(Triangulation, UsesSidesThatAHostHasEdited) {
                              {{0, 1}}};
     for (const auto& [length, third] : {std::pair{7.0, 2}, {4.0, 2}, {2.0, 2}, {1.0, 4}}) {
         expect_in_both_forms(
-            below_a_side, [&](PLYDT& set) { set.side_list[2].len = length; }, {{0, 1, third}},
-            "length " + std::to_string(length));
+            below_a_side, [edited = length](PLYDT& set) { set.side_list[2].len = edited; },
+            {{0, 1, third}}, "length " + std::to_string(length));
     }
 
     // Only the side 1-2 is left. The base 0-1 of the first triangle may be crossed, so the edge 1-2
