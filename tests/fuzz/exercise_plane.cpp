@@ -60,11 +60,22 @@ struct View {
     double s;
 };
 
+/// Writes a section unless its file would be huge: each group is written with as many numbers as
+/// the last face has corners.
+void write_unless_huge(TMOD2D& section) {
+    constexpr long long most_numbers = 1'000'000;
+    const int faces = section.polys.GetSize();
+    const long long corners = faces > 0 ? section.polys[faces - 1].verts.GetSize() : 0;
+    if (corners * section.groups.GetSize() <= most_numbers) {
+        section.writedate(nowhere());
+    }
+}
+
 } // namespace
 
 void exercise(TMOD2D& section, Bytes& bytes) {
     ReadingDc dc;
-    section.writedate(nowhere());
+    write_unless_huge(section);
     for (int round = 0; round < 2; ++round) {
         const View view(bytes);
         section.draw_filled_model(bytes.choice(5) - 1, bytes.choice(5) - 1, view.ox, view.oy,
@@ -77,6 +88,10 @@ void exercise(TMOD2D& section, Bytes& bytes) {
         group.cpgn_area(section.polys);
     }
     for (POLY3D& face : section.polys) {
+        constexpr int most_corners = 1000; // edge chains cost the square of the corners
+        if (face.verts.GetSize() > most_corners || face.lines.GetSize() > most_corners) {
+            continue;
+        }
         face.find_side(section.lines);
         face.line_to_vert(section.lines);
     }
