@@ -232,7 +232,7 @@ int exit_of(const TMOD3D& model, const POLY3D& face, int entry) {
     if ((face.state_flags & face_mark::in_cut_body) == 0) {
         return -1;
     }
-    const auto found = std::find_if(face.lines.begin(), face.lines.end(), [&](int e) {
+    const auto* const found = std::find_if(face.lines.begin(), face.lines.end(), [&](int e) {
         return has_element(model.lines, e) && (model.lines[e].state_flags & edge_mark::cut) != 0 &&
                e != entry;
     });
