@@ -37,6 +37,7 @@ std::size_t reach(const TextFile& file, FileKind kind);
 const std::vector<FileKind>& file_kinds() {
     static const std::vector<FileKind> kinds = [] {
         std::vector<FileKind> all;
+        all.reserve(all_names.size());
         for (const KindNames& names : all_names) {
             all.push_back(names.kind);
         }
