@@ -14,28 +14,9 @@ using korvel::PlanePoint;
 namespace {
 
 template <class RegionSet>
-void write_point(RegionSet& out, int slot, const tagPOINT& pt) {
-    out.pt_list[slot].x = pt.x;
-    out.pt_list[slot].y = pt.y;
-}
-
-/// Writes everything; the rings have their final orientation already.
+void write_all(RegionSet& out, const CREGION& source);
 template <class RegionSet>
-void write_all(RegionSet& out, const CREGION& source) {
-    out.RemoveAll();
-    out.pt_list.SetSize(source.unique_pts.GetSize());
-    for (int i = 0; i < out.pt_list.GetSize(); ++i) {
-        write_point(out, i, source.unique_pts[i]);
-    }
-    out.ring_list.SetSize(source.ring_pts.GetSize());
-    for (int k = 0; k < out.ring_list.GetSize(); ++k) {
-        out.ring_list[k].pts.Copy(source.ring_pts[k].pts);
-    }
-    out.region_list.SetSize(source.regions.GetSize());
-    for (int k = 0; k < out.region_list.GetSize(); ++k) {
-        out.region_list[k].rings.Copy(source.regions[k].rings);
-    }
-}
+void write_point(RegionSet& out, int slot, const tagPOINT& pt);
 
 } // namespace
 
@@ -161,3 +142,31 @@ void CREGION::ClockwiseRing(RToPt& ring, CArray<tagPOINT>& pts) {
         std::reverse(ring.pts.begin(), ring.pts.end());
     }
 }
+
+namespace {
+
+/// Writes everything; the rings have their final orientation already.
+template <class RegionSet>
+void write_all(RegionSet& out, const CREGION& source) {
+    out.RemoveAll();
+    out.pt_list.SetSize(source.unique_pts.GetSize());
+    for (int i = 0; i < out.pt_list.GetSize(); ++i) {
+        write_point(out, i, source.unique_pts[i]);
+    }
+    out.ring_list.SetSize(source.ring_pts.GetSize());
+    for (int k = 0; k < out.ring_list.GetSize(); ++k) {
+        out.ring_list[k].pts.Copy(source.ring_pts[k].pts);
+    }
+    out.region_list.SetSize(source.regions.GetSize());
+    for (int k = 0; k < out.region_list.GetSize(); ++k) {
+        out.region_list[k].rings.Copy(source.regions[k].rings);
+    }
+}
+
+template <class RegionSet>
+void write_point(RegionSet& out, int slot, const tagPOINT& pt) {
+    out.pt_list[slot].x = pt.x;
+    out.pt_list[slot].y = pt.y;
+}
+
+} // namespace

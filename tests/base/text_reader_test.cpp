@@ -15,9 +15,7 @@
 
 namespace {
 
-using korvel::test::Dice;
-using korvel::test::Stream;
-using korvel::test::stream_of;
+using namespace korvel::test;
 
 bool scan(FILE* stream, int& value) {
     return std::fscanf(stream, "%d", &value) == 1;

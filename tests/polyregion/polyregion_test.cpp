@@ -12,22 +12,17 @@
 #include "tests/support/shape.h"
 #include "tests/support/streams.h"
 
-using korvel::test::Dice;
-using korvel::test::Ints;
-using korvel::test::ints;
-using korvel::test::RecordingDC;
-using korvel::test::Shape;
-using korvel::test::Xy;
+using namespace korvel::test;
 using Calls = std::vector<std::string>;
 
 namespace {
 
 std::string file_of(CCPloy2DRg& set) {
-    return korvel::test::written([&](FILE* stream) { set.writepolyrg(stream); });
+    return written([&](FILE* stream) { set.writepolyrg(stream); });
 }
 
 void read(CCPloy2DRg& set, const std::string& text) {
-    set.readpolyrg(korvel::test::stream_of(text).get());
+    set.readpolyrg(stream_of(text).get());
 }
 
 TEST(RegionFile, IsWrittenAndReadBack) {

@@ -8,9 +8,7 @@
 
 #include "tests/polyregion/triangulation.h"
 
-using korvel::test::contents;
-using korvel::test::rectangle_and_triangle;
-using korvel::test::Triangulation;
+using namespace korvel::test;
 
 namespace {
 

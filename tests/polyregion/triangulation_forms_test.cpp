@@ -12,12 +12,7 @@
 #include "tests/polyregion/triangulation.h"
 #include "tests/support/dice.h"
 
-using korvel::test::Dice;
-using korvel::test::Ints;
-using korvel::test::Shape;
-using korvel::test::triangles;
-using korvel::test::Triangulation;
-using korvel::test::Xy;
+using namespace korvel::test;
 
 namespace {
 

@@ -9,14 +9,7 @@
 
 #include "tests/polyregion/triangulation.h"
 
-using korvel::test::contents;
-using korvel::test::Corners;
-using korvel::test::rectangle_and_triangle;
-using korvel::test::set_ints;
-using korvel::test::Shape;
-using korvel::test::triangles;
-using korvel::test::Triangulation;
-using korvel::test::Xy;
+using namespace korvel::test;
 
 namespace {
 

@@ -6,13 +6,7 @@
 
 #include "tests/region/analysed.h"
 
-using korvel::test::Analysed;
-using korvel::test::curves_from;
-using korvel::test::curves_in;
-using korvel::test::Ints;
-using korvel::test::ints;
-using korvel::test::Lists;
-using korvel::test::Network;
+using namespace korvel::test;
 
 namespace {
 
@@ -87,7 +81,7 @@ TEST(Ends, AreMovedOntoTheFirstNodeWithinHalfTheTolerance) {
         const Analysed a(c.curves, c.tolerance);
         EXPECT_EQ(curves_in(a.region.curve_pts, a.region.curve_counts), curves_from(c.snapped))
             << c.name;
-        EXPECT_EQ(korvel::test::analysis_of(a.region).nodes, curves_from(c.nodes)[0]) << c.name;
+        EXPECT_EQ(analysis_of(a.region).nodes, curves_from(c.nodes)[0]) << c.name;
     }
 }
 
@@ -141,7 +135,7 @@ TEST(Rings, FollowTheOrderInWhichTheyAreTraced) {
         std::string curves = c.curves;
         curves.pop_back();
         const Analysed a(curves.c_str());
-        EXPECT_EQ(korvel::test::analysis_of(a.region).rings, c.rings) << c.name;
+        EXPECT_EQ(analysis_of(a.region).rings, c.rings) << c.name;
         EXPECT_EQ(a.regions(), c.regions) << c.name;
     }
 }

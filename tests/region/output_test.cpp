@@ -11,13 +11,7 @@
 #include "tests/region/analysed.h"
 #include "tests/support/recording_dc.h"
 
-using korvel::test::Analysed;
-using korvel::test::curves_from;
-using korvel::test::Ints;
-using korvel::test::ints;
-using korvel::test::Lists;
-using korvel::test::Pt;
-using korvel::test::Pts;
+using namespace korvel::test;
 using Calls = std::vector<std::string>;
 
 namespace {
@@ -32,7 +26,7 @@ TEST(Selection, PicksTheFirstOuterRingUnderAClick) {
     a.region.SetSelectRegion({5, 5});
     EXPECT_EQ(a.selected(), (Ints{0, 1, 0}));
 
-    korvel::test::RecordingDC dc;
+    RecordingDC dc;
     a.region.Draw_Regon(&dc);
     EXPECT_EQ(dc.calls,
               (Calls{"fill mode 1", "brush 85-170-127",

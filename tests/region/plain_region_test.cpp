@@ -5,12 +5,7 @@
 #include "tests/region/plain_region.h"
 #include "tests/support/dice.h"
 
-using korvel::test::Analysis;
-using korvel::test::Curves;
-using korvel::test::Dice;
-using korvel::test::Network;
-using korvel::test::Pt;
-using korvel::test::Pts;
+using namespace korvel::test;
 
 namespace {
 
@@ -174,7 +169,7 @@ TEST(PlainForm, AgreesWithTheLibrary) {
         const Curves curves = random_network(dice);
         const double tolerance = tolerances[dice(0, 5)];
         const Pt at = random_point(dice, 20);
-        const Analysis plain = korvel::test::analyse_plainly(curves, at, tolerance);
+        const Analysis plain = analyse_plainly(curves, at, tolerance);
         if (plain.unique_pts.empty()) {
             region.RemoveAll(); // or the distinct points of the network before would stay
         }
@@ -183,7 +178,7 @@ TEST(PlainForm, AgreesWithTheLibrary) {
         region.SetSeedPt({at.x, at.y});
         region.SetPtsInfo(network.pts, network.counts);
         region.CalcInExRing();
-        expect_equal(korvel::test::analysis_of(region), plain);
+        expect_equal(analysis_of(region), plain);
         rings += plain.ring_pts.size();
         around_seeds += plain.in_rings.size();
         inside_them += plain.ex_rings.size();

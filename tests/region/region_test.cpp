@@ -12,14 +12,7 @@
 #include "tests/support/recording_dc.h"
 #include "tests/support/sample_curves.h"
 
-using korvel::test::Analysed;
-using korvel::test::Curves;
-using korvel::test::curves_from;
-using korvel::test::curves_in;
-using korvel::test::Ints;
-using korvel::test::ints;
-using korvel::test::Lists;
-using korvel::test::Network;
+using namespace korvel::test;
 
 namespace {
 
@@ -36,7 +29,7 @@ TEST(Region, ReplacesTheResultsOfTheFormerNetwork) {
     a.region.SetPtsInfo(other.pts, other.counts);
     EXPECT_EQ(a.regions(), Lists{{0}});
     EXPECT_EQ(a.selected(), Ints{0});
-    EXPECT_EQ(korvel::test::analysis_of(second).regions, (Lists{{0}, {1}}));
+    EXPECT_EQ(analysis_of(second).regions, (Lists{{0}, {1}}));
     EXPECT_EQ(second.seed_pt.x, 3);
     EXPECT_EQ(second.input_pts, &a.network.pts);
 
@@ -197,7 +190,7 @@ TEST(Region, IgnoresIndicesOutOfRange) {
     EXPECT_EQ(ints(all.ring_list[2].pts), former);
     a.region.GetSelectRegion(out);
     EXPECT_EQ(out.ring_list[out.ring_list.GetUpperBound()].pts.GetSize(), 3);
-    korvel::test::RecordingDC dc;
+    RecordingDC dc;
     a.region.Draw_Regon(&dc);
     a.region.SearchAllRegion();
     EXPECT_EQ(a.regions(), (Lists{{0}, {1}, {2}}));
@@ -241,7 +234,7 @@ TEST(Region, FindsEveryFaceOfTheSampleNetworks) {
         int faces_lost; ///< to the rule that the first ring that touches itself is dropped
     } cases[] = {{"us-states", 0}, {"us-counties", 1}, {"world-110m", 0}};
     for (const auto& c : cases) {
-        const korvel::test::CurveArrays sample = korvel::test::sample_curves(c.name);
+        const CurveArrays sample = sample_curves(c.name);
         const Analysed a(curves_in(sample.pts, sample.counts));
         EXPECT_GT(a.region.regions.GetSize(), 200) << c.name;
         EXPECT_EQ(a.region.regions.GetSize() + c.faces_lost, bounded_faces(a.region)) << c.name;

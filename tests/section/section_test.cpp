@@ -12,20 +12,16 @@
 
 namespace {
 
-using korvel::test::Ints;
-using korvel::test::ints;
-using korvel::test::Point;
-using korvel::test::point;
-using korvel::test::RecordingDC;
+using namespace korvel::test;
 using Calls = std::vector<std::string>;
 
 TMOD2D read(const std::string& text, TMOD2D model = {}) {
-    model.readdate(korvel::test::stream_of(text).get());
+    model.readdate(stream_of(text).get());
     return model;
 }
 
 std::string file_of(TMOD2D model) {
-    return korvel::test::written([&](FILE* stream) { model.writedate(stream); });
+    return written([&](FILE* stream) { model.writedate(stream); });
 }
 
 struct SectionFile {
@@ -152,7 +148,7 @@ TEST(FilledGroup, DividesByTheUnitBeforeItScales) {
     EXPECT_EQ(dc.calls, (Calls{"fill mode 1", "brush 0-0-0", "polygons 100,50;", "brush back"}));
 }
 
-class SectionModel : public korvel::test::ScratchAsCurrent {};
+class SectionModel : public ScratchAsCurrent {};
 
 TEST_F(SectionModel, DefaultContentAndCopies) {
     TMOD2D model;
@@ -172,11 +168,11 @@ TEST_F(SectionModel, DefaultContentAndCopies) {
     const TMOD2D copy(model);
     model.polys[1].lines.SetSize(3); // a missing edge is left out of the dump
     model.set_poly_at_grow();
-    EXPECT_EQ(korvel::test::contents("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
+    EXPECT_EQ(contents("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
     model.intlmode();
     EXPECT_EQ(model.polys[3].verts[3], 7); // counts from 0 on a filled model, too
     model.set_poly_at_grow();              // of four faces the first two
-    EXPECT_EQ(korvel::test::contents("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
+    EXPECT_EQ(contents("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
     EXPECT_EQ(copy.verts.GetSize() + copy.lines.GetSize(), 16);
     EXPECT_EQ(copy.polys[1].lines.GetSize(), 4);
     EXPECT_EQ(copy.groups[1].rgb, 6737066);

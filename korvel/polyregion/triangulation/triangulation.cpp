@@ -39,30 +39,8 @@ private:
     FILE* file_;
 };
 
-/// The ring of a region that is a triangle already, or null. Nothing but its three indices counts:
-/// neither where the points lie nor whether they exist.
-const RING* lone_triangle(const PLYDT& set, const PLYDT::PyToRg& region) {
-    if (region.rings.GetSize() != 1 || !korvel::has_element(set.ring_list, region.rings[0])) {
-        return nullptr;
-    }
-    const RING& ring = set.ring_list[region.rings[0]];
-    return ring.pts.GetSize() == 3 ? &ring : nullptr;
-}
-
-/// Whether every index that the triangulation of a region follows names a record.
-bool is_sound(const PLYDT& set, const PLYDT::PyToRg& region) {
-    const auto is_sound_side = [&](int side) {
-        return korvel::has_element(set.side_list, side) &&
-               korvel::has_element(set.pt_list, set.side_list[side].p0) &&
-               korvel::has_element(set.pt_list, set.side_list[side].p1);
-    };
-    return std::all_of(region.rings.begin(), region.rings.end(), [&](int ring) {
-        return korvel::has_element(set.ring_list, ring) &&
-               korvel::has_all_points(set.ring_list[ring], set.pt_list) &&
-               std::all_of(set.ring_list[ring].sides.begin(), set.ring_list[ring].sides.end(),
-                           is_sound_side);
-    });
-}
+const RING* lone_triangle(const PLYDT& set, const PLYDT::PyToRg& region);
+bool is_sound(const PLYDT& set, const PLYDT::PyToRg& region);
 
 } // namespace
 
@@ -145,3 +123,32 @@ void PLYDT::write_summary(FILE* summary) {
         std::fprintf(summary, "%d %d %d\n", triangle.va, triangle.vb, triangle.vc);
     }
 }
+
+namespace {
+
+/// The ring of a region that is a triangle already, or null. Nothing but its three indices counts:
+/// neither where the points lie nor whether they exist.
+const RING* lone_triangle(const PLYDT& set, const PLYDT::PyToRg& region) {
+    if (region.rings.GetSize() != 1 || !korvel::has_element(set.ring_list, region.rings[0])) {
+        return nullptr;
+    }
+    const RING& ring = set.ring_list[region.rings[0]];
+    return ring.pts.GetSize() == 3 ? &ring : nullptr;
+}
+
+/// Whether every index that the triangulation of a region follows names a record.
+bool is_sound(const PLYDT& set, const PLYDT::PyToRg& region) {
+    const auto is_sound_side = [&](int side) {
+        return korvel::has_element(set.side_list, side) &&
+               korvel::has_element(set.pt_list, set.side_list[side].p0) &&
+               korvel::has_element(set.pt_list, set.side_list[side].p1);
+    };
+    return std::all_of(region.rings.begin(), region.rings.end(), [&](int ring) {
+        return korvel::has_element(set.ring_list, ring) &&
+               korvel::has_all_points(set.ring_list[ring], set.pt_list) &&
+               std::all_of(set.ring_list[ring].sides.begin(), set.ring_list[ring].sides.end(),
+                           is_sound_side);
+    });
+}
+
+} // namespace
