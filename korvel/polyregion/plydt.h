@@ -7,11 +7,6 @@
 #include "korvel/polyregion/ring.h"
 #include "korvel/polyregion/vert2d.h"
 
-namespace korvel {
-class AdvancingFront;
-class ListedTriangles;
-} // namespace korvel
-
 /// Plane polygonal regions over one list of points, together with the triangles that cover them and
 /// the points lifted into two parallel planes. `CREGION` fills points, rings and regions; the rest
 /// is derived.
@@ -133,7 +128,6 @@ public:
     static bool has_lost_trace();
 
 private:
-    void triangulate(PyToRg& rg, korvel::ListedTriangles& listed, korvel::AdvancingFront& front);
     void write_summary(FILE* summary);
 
     // The exhaustive form of one region's triangulation; a null trace is not written. Only with

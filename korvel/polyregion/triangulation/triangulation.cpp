@@ -1,5 +1,6 @@
 // Triangulation of regions: the order of the work, and its trace files.
 
+#include <algorithm>
 #include <cstdio>
 
 #include "korvel/polyregion/plydt.h"
@@ -39,6 +40,9 @@ private:
     FILE* file_;
 };
 
+template <class CloseExhaustively>
+void triangulate(PLYDT& set, PLYDT::PyToRg& region, korvel::ListedTriangles& listed,
+                 korvel::AdvancingFront& front, const CloseExhaustively& close_exhaustively);
 const RING* lone_triangle(const PLYDT& set, const PLYDT::PyToRg& region);
 bool is_sound(const PLYDT& set, const PLYDT::PyToRg& region);
 
@@ -63,7 +67,8 @@ void PLYDT::region_tranglate() {
     korvel::ListedTriangles listed(trg_list, side_list.GetSize());
     korvel::AdvancingFront front(*this, listed);
     for (PyToRg& region : region_list) {
-        triangulate(region, listed, front);
+        triangulate(*this, region, listed, front,
+                    [&](FILE* trace) { close_front_exhaustively(trace, region); });
     }
     const TraceFile summary("wwwtrg.dat");
     if (summary.stream() != nullptr) {
@@ -77,22 +82,8 @@ void PLYDT::poly_tranglate(PyToRg& rg) {
         listed.add_triangles_of(*this, rg);
     }
     korvel::AdvancingFront front(*this, listed);
-    triangulate(rg, listed, front);
-}
-
-void PLYDT::triangulate(PyToRg& rg, korvel::ListedTriangles& listed,
-                        korvel::AdvancingFront& front) {
-    const TraceFile trace("trg.dat"); // each region truncates it
-    if (const RING* const ring = lone_triangle(*this, rg)) {
-        TRG whole;
-        whole.va = ring->pts[0];
-        whole.vb = ring->pts[1];
-        whole.vc = ring->pts[2];
-        trg_list.Add(whole); // its radius is not computed
-    } else if (!rg.rings.IsEmpty() && is_sound(*this, rg) && (trace_files || !front.close(rg))) {
-        close_front_exhaustively(trace.stream(), rg);
-    }
-    listed.add_new_triangles();
+    triangulate(*this, rg, listed, front,
+                [&](FILE* trace) { close_front_exhaustively(trace, rg); });
 }
 
 void PLYDT::write_summary(FILE* summary) {
@@ -125,6 +116,25 @@ void PLYDT::write_summary(FILE* summary) {
 }
 
 namespace {
+
+/// Appends the triangles of one region. The exhaustive form, an operation that only `PLYDT` may
+/// call, is passed as a function of the trace.
+template <class CloseExhaustively>
+void triangulate(PLYDT& set, PLYDT::PyToRg& region, korvel::ListedTriangles& listed,
+                 korvel::AdvancingFront& front, const CloseExhaustively& close_exhaustively) {
+    const TraceFile trace("trg.dat"); // each region truncates it
+    if (const RING* const ring = lone_triangle(set, region)) {
+        PLYDT::TRG whole;
+        whole.va = ring->pts[0];
+        whole.vb = ring->pts[1];
+        whole.vc = ring->pts[2];
+        set.trg_list.Add(whole); // its radius is not computed
+    } else if (!region.rings.IsEmpty() && is_sound(set, region) &&
+               (trace_files || !front.close(region))) {
+        close_exhaustively(trace.stream());
+    }
+    listed.add_new_triangles();
+}
 
 /// The ring of a region that is a triangle already, or null. Nothing but its three indices counts:
 /// neither where the points lie nor whether they exist.
