@@ -7,7 +7,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/text_file.h"
 
 namespace korvel::command {
@@ -98,7 +98,7 @@ std::vector<double> parse_reals(const std::string& option, const std::string& te
 }
 
 void refuse(const std::string& option, const std::string& text, const std::string& expected) {
-    throw kit::InputError("korvel: " + option + ": " + kit::quoted(text) + " is not " + expected);
+    throw kit::input_error("korvel: " + option + ": " + kit::quoted(text) + " is not " + expected);
 }
 
 void check_stretch(double factor) {

@@ -15,7 +15,7 @@ struct RealPoint {
     double y = 0;
 };
 
-// Each reads the text of an argument and throws InputError, naming the option, when it does not
+// Each reads the text of an argument and throws an input error, naming the option, when it does not
 // fit.
 
 /// X,Y in integers of 32 bits.
@@ -35,7 +35,7 @@ kit::Rectangle parse_box(const std::string& option, const std::string& text);
 std::vector<double> parse_reals(const std::string& option, const std::string& text,
                                 const std::string& form);
 
-/// Throws InputError: "korvel: --levels: '5' is not two levels LO,HI".
+/// Throws an input error: "korvel: --levels: '5' is not two levels LO,HI".
 [[noreturn]] void refuse(const std::string& option, const std::string& text,
                          const std::string& expected);
 

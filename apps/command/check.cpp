@@ -5,7 +5,7 @@
 
 #include "apps/command/command.h"
 #include "apps/command/messages.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/file_kind.h"
 #include "kit/solids/file_check.h"
 
@@ -37,8 +37,8 @@ void CheckCommand::run() const {
     const int problems = static_cast<int>(findings.problems.size());
     if (problems > 0) {
         std::fflush(stdout);
-        throw kit::InputError(input_ + ": " + kit::kind_name(kind) + " with " +
-                              counted(problems, "problem"));
+        throw kit::input_error(input_ + ": " + kit::kind_name(kind) + " with " +
+                               counted(problems, "problem"));
     }
     std::printf("%s: %s, nothing wrong\n", input_.c_str(), kit::kind_name(kind));
 }

@@ -8,7 +8,7 @@
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 
 namespace korvel::command {
 namespace {
@@ -40,8 +40,8 @@ void CleanCommand::run() {
     const int vertices = model_.verts.GetSize();
     delete_bodies();
     if (model_.polys.IsEmpty()) {
-        throw kit::InputError(input_ +
-                              ": nothing would be left, and a model without faces is no model");
+        throw kit::input_error(input_ +
+                               ": nothing would be left, and a model without faces is no model");
     }
     std::printf("%s: %s\n", input_.c_str(), elements_text(bodies, faces, vertices).c_str());
     std::printf("taken out: %s\n",

@@ -17,7 +17,7 @@ public:
     /// Adds `--tolerance` and `--select` to a command.
     void add_options(CLI::App& command);
 
-    /// Throws InputError when an option does not fit. Cheap, so that it can come first.
+    /// Throws an input error when an option does not fit. Cheap, so that it can come first.
     void check() const;
 
     /// Reads the curves, finds the regions and prints how many of both there are.

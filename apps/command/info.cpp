@@ -7,7 +7,7 @@
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "kit/base/areas.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/base/rectangle.h"
 #include "kit/files/file_kind.h"
 #include "kit/files/model_file.h"

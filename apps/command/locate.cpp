@@ -5,7 +5,7 @@
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
 #include "apps/command/messages.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/region_file.h"
 
 namespace korvel::command {

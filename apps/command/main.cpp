@@ -11,7 +11,7 @@
 
 #include "apps/command/command.h"
 #include "apps/command/program.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/base/interruption.h"
 
 namespace {
@@ -27,11 +27,11 @@ int main(int argc, char** argv) {
     korvel::kit::set_up_signals();
     try {
         return run(argc, argv);
-    } catch (const korvel::kit::InputError& error) {
+    } catch (const korvel::kit::Error& error) {
         std::fprintf(stderr, "%s\n", error.what());
-        return bad_input;
-    } catch (const korvel::kit::OutputError& error) {
-        std::fprintf(stderr, "%s\n", error.what());
+        if (error.kind() == korvel::kit::Error::Kind::input) {
+            return bad_input;
+        }
     } catch (const std::bad_alloc&) {
         std::fputs("korvel: not enough memory\n", stderr);
     } catch (const std::exception& error) {
@@ -62,8 +62,8 @@ ExitStatus run(int argc, char** argv) {
 
 void finish_standard_output() {
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw korvel::kit::OutputError("standard output: cannot be written: " +
-                                       std::generic_category().message(errno != 0 ? errno : EIO));
+        throw korvel::kit::output_error("standard output: cannot be written: " +
+                                        std::generic_category().message(errno != 0 ? errno : EIO));
     }
 }
 
@@ -106,7 +106,7 @@ std::vector<std::string> korvel::command::arguments(int argc, char** argv) {
         std::string& word = words[i];
         // An empty word would name the parser's groups of options, in which it loses its way.
         if (word.empty()) {
-            throw kit::InputError("korvel: argument " + std::to_string(i + 1) + " is empty");
+            throw kit::input_error("korvel: argument " + std::to_string(i + 1) + " is empty");
         }
         // The parser knows -1,2 for a value but takes -.5,2 for an option.
         const bool lacks_zero = word.size() > 2 && word[0] == '-' && word[1] == '.' &&

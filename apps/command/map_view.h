@@ -14,7 +14,7 @@ class MapView {
 public:
     void add_options(CLI::App& command);
 
-    /// Throws InputError when an option does not fit.
+    /// Throws an input error when an option does not fit.
     void check() const;
 
     /// Shows `box` unless the user asked for another view.

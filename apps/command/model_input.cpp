@@ -7,7 +7,7 @@
 
 #include "apps/command/arguments.h"
 #include "apps/command/messages.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/file_kind.h"
 #include "kit/files/model_file.h"
 
@@ -24,12 +24,12 @@ void load_model(const std::string& file, TMOD3D& out) {
         if (const auto note = kit::read_model(text, out)) {
             warn(*note);
         }
-    } catch (const kit::InputError&) {
+    } catch (const kit::Error&) {
         const kit::FileKind kind = kit::kind_of(text);
         // A damaged model may follow another kind farther.
         if (kind != kit::FileKind::model && kit::is_whole(text, kind)) {
-            throw kit::InputError(file + ": is a " + kit::kind_name(kind) +
-                                  ", not a body model file");
+            throw kit::input_error(file + ": is a " + kit::kind_name(kind) +
+                                   ", not a body model file");
         }
         throw;
     }

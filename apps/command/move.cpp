@@ -11,7 +11,7 @@
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/solids/moving.h"
 
 namespace korvel::command {
@@ -126,8 +126,8 @@ void MoveCommand::take() {
     if (body_option_->count() > 0) {
         check_number("--body", body_, model_.bodies.GetSize(), "body", input_);
         if (model_.bodies[body_].verts.IsEmpty()) {
-            throw kit::InputError(input_ + ": body " + std::to_string(body_) +
-                                  " has no face, there is nothing to move");
+            throw kit::input_error(input_ + ": body " + std::to_string(body_) +
+                                   " has no face, there is nothing to move");
         }
         kit::select_body(model_, body_);
     } else {
@@ -135,9 +135,9 @@ void MoveCommand::take() {
         kit::select_vertex(model_, vertex_, depth_);
     }
     if (!kit::can_move(model_)) {
-        throw kit::InputError(input_ + ": all vertices within " + counted(depth_, "edge") +
-                              " of vertex " + std::to_string(vertex_) +
-                              " have the same position, a move cannot fade out over them");
+        throw kit::input_error(input_ + ": all vertices within " + counted(depth_, "edge") +
+                               " of vertex " + std::to_string(vertex_) +
+                               " have the same position, a move cannot fade out over them");
     }
 }
 
@@ -147,9 +147,9 @@ void MoveCommand::check_range() const {
     for (const int v : model_.relat_list_2) {
         for (const double coordinate : model_.verts[v].model_xyz) {
             if (!(std::abs(coordinate) <= largest)) {
-                throw kit::InputError(input_ + ": --by " + by_ + " takes vertex " +
-                                      std::to_string(v) + " to " + number_text(coordinate) +
-                                      ", which does not fit single precision");
+                throw kit::input_error(input_ + ": --by " + by_ + " takes vertex " +
+                                       std::to_string(v) + " to " + number_text(coordinate) +
+                                       ", which does not fit single precision");
             }
         }
     }
@@ -157,7 +157,7 @@ void MoveCommand::check_range() const {
 
 void MoveCommand::check_collisions() {
     if (const auto collision = kit::first_collision(model_)) {
-        throw kit::InputError(input_ + ": --by " + by_ + ": " + collision_text(*collision));
+        throw kit::input_error(input_ + ": --by " + by_ + ": " + collision_text(*collision));
     }
 }
 

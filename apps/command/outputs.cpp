@@ -7,7 +7,7 @@
 
 #include "apps/command/arguments.h"
 #include "apps/command/progress_line.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/output_file.h"
 #include "kit/pictures/picture_fit.h"
 
@@ -37,7 +37,7 @@ void Outputs::check() const {
         return std::filesystem::weakly_canonical(std::filesystem::absolute(file), error);
     };
     if (!file_.empty() && !picture_.empty() && place(file_) == place(picture_)) {
-        throw kit::InputError("korvel: " + file_ + ": named both for the picture and by --output");
+        throw kit::input_error("korvel: " + file_ + ": named both for the picture and by --output");
     }
     for (const std::string& file : {file_, picture_}) {
         if (!file.empty()) {

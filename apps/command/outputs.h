@@ -21,7 +21,7 @@ public:
     void add_picture(CLI::App& command);
 
     /// Looks for everything that would make `write` fail at the end of a long run. Throws
-    /// InputError or OutputError.
+    /// an input error or an output error.
     void check() const;
 
     bool has_file() const { return !file_.empty(); }

@@ -18,7 +18,7 @@ public:
     /// Adds the file, `--tolerance` and `--select` to a command.
     void add_options(CLI::App& command);
 
-    /// Throws InputError when an option does not fit.
+    /// Throws an input error when an option does not fit.
     void check() const { curve_input_.check(); }
 
     /// Reads the file, prints what it holds and fills the empty `set`. Rings turn the way that the

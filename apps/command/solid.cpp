@@ -9,7 +9,7 @@
 #include "apps/command/outputs.h"
 #include "apps/command/progress_line.h"
 #include "apps/command/region_input.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/model_file.h"
 #include "kit/maps/cap.h"
 #include "kit/maps/region_colours.h"
@@ -156,7 +156,7 @@ void SolidCommand::raise_regions() {
         progress.update(region + 1, regions);
     }
     if (raised_.empty()) {
-        throw kit::InputError(input_.file() + ": there is no region to raise");
+        throw kit::input_error(input_.file() + ": there is no region to raise");
     }
     kit::derive(model_);
 }
@@ -178,7 +178,7 @@ bool SolidCommand::raise(int region) {
 void SolidCommand::leave_out(int region) const {
     const std::string name = input_.name(set_, region);
     if (fill_ != kit::Fill::front) {
-        throw kit::InputError(
+        throw kit::input_error(
             input_.file() + ": " + name +
             ": cannot be raised: its rings cross, overlap, cut it apart or have no area");
     }
@@ -203,8 +203,8 @@ void SolidCommand::check_bodies() const {
     const std::vector<kit::Surface> all = kit::surfaces(model_);
     for (std::size_t body = 0; body < all.size(); ++body) {
         if (!all[body].is_clean()) {
-            throw kit::InputError(input_.file() + ": " + input_.name(set_, raised_[body]) +
-                                  ": its body would be " + kit::state_text(all[body]));
+            throw kit::input_error(input_.file() + ": " + input_.name(set_, raised_[body]) +
+                                   ": its body would be " + kit::state_text(all[body]));
         }
     }
     warn_of_rounding(model_, "; --origin and --unit bring the model closer to 0,0");

@@ -3,7 +3,7 @@
 #include <system_error>
 
 #include "apps/command/progress_line.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 
 namespace korvel::command {
 namespace fs = std::filesystem;
@@ -34,7 +34,7 @@ private:
 };
 
 [[noreturn]] void fail(const std::string& name, const std::string& reason) {
-    throw kit::OutputError(name + ": cannot be written: " + reason);
+    throw kit::output_error(name + ": cannot be written: " + reason);
 }
 
 void make(const fs::path& directory, const std::string& name) {

@@ -12,7 +12,7 @@ namespace korvel::command {
 /// The two trace files of the triangulation, put into a directory when they are complete. Until
 /// `replace` the former ones stay as they were, also when a signal ends the program.
 ///
-/// Every call throws OutputError when the system refuses.
+/// Every call throws an output error when the system refuses.
 class TraceFiles {
 public:
     /// Makes the directory if need be.

@@ -14,7 +14,7 @@
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
 #include "apps/command/progress_line.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/output_file.h"
 #include "kit/pictures/model_picture.h"
 #include "kit/pictures/offscreen_renderer.h"
@@ -151,12 +151,12 @@ void ViewCommand::check() const {
     size();
     if (picture_.empty()) {
         if (!is_picking()) {
-            throw kit::InputError("korvel: nothing to do without --picture, --pick or --click");
+            throw kit::input_error("korvel: nothing to do without --picture, --pick or --click");
         }
         return;
     }
     if (!is_png(picture_)) {
-        throw kit::InputError(picture_ + ": the name of a picture of a model ends in .png");
+        throw kit::input_error(picture_ + ": the name of a picture of a model ends in .png");
     }
     for (int i = 0; i < turntable_; ++i) {
         kit::OutputFile::check(picture_of(i));
@@ -246,8 +246,8 @@ kit::ViewFrame ViewCommand::checked(const kit::ViewFrame& frame) const {
     const auto fits = [](double length) { return length >= 1e-30 && length <= 1e30; };
     if (!fits(frame.right() - frame.left) || !fits(frame.top() - frame.bottom) ||
         !fits(frame.nearest - frame.farthest)) {
-        throw kit::InputError(input_ + ": a picture " + number_text(frame.right() - frame.left) +
-                              " wide cannot be drawn");
+        throw kit::input_error(input_ + ": a picture " + number_text(frame.right() - frame.left) +
+                               " wide cannot be drawn");
     }
     return frame;
 }

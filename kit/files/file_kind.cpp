@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/model_file.h"
 #include "kit/files/region_file.h"
 #include "kit/files/section_file.h"
@@ -112,7 +112,7 @@ std::size_t reach(const TextFile& file, FileKind kind) {
     FileContents contents;
     try {
         read_as(kind, words, contents);
-    } catch (const InputError&) {
+    } catch (const Error&) {
         return words.reach();
     }
     return words.has_mismatch() ? words.reach() : file.text.size() + 1;

@@ -1,6 +1,6 @@
 #include "kit/files/model_file.h"
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 
 namespace korvel::kit {
 namespace {
@@ -18,7 +18,7 @@ std::optional<std::string> read_model(const TextFile& file, TMOD3D& out) {
     const RecordLines lines = read_model(words, checked);
     out.read_mode(stream_of(file).get());
     if (out.mode_ok == 0) {
-        throw InputError(file.name + ": the library does not read this model");
+        throw input_error(file.name + ": the library does not read this model");
     }
     colours_from_parameters(out);
     return message(file, first_change(checked, lines));

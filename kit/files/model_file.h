@@ -11,8 +11,8 @@
 namespace korvel::kit {
 
 /// Reads a body model file into an empty model with `TMOD3D::read_mode`, after checking what that
-/// call takes on trust: counts, numbers and indices. Throws InputError at the first thing that does
-/// not fit. Bodies take on the colours that the file holds (see `colours_from_parameters`).
+/// call takes on trust: counts, numbers and indices. Throws an input error at the first thing that
+/// does not fit. Bodies take on the colours that the file holds (see `colours_from_parameters`).
 ///
 /// Coordinates pass through single precision. The result names the first whole-numbered coordinate
 /// that this changes, if there is one.

@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 
 namespace korvel::kit {
 namespace fs = std::filesystem;
@@ -118,7 +118,7 @@ void OutputFile::fail(int error) const {
 }
 
 void OutputFile::fail(const std::string& reason) const {
-    throw OutputError(name_.string() + ": cannot be written: " + reason);
+    throw output_error(name_.string() + ": cannot be written: " + reason, {.file = name_.string()});
 }
 
 OutputFile::~OutputFile() {

@@ -17,7 +17,7 @@ std::string temporary_name();
 /// when a signal ends the program.
 ///
 /// A target that is not a regular file (a device, a pipe) is written directly. Every call throws
-/// OutputError when the system refuses.
+/// an output error when the system refuses.
 class OutputFile {
 public:
     explicit OutputFile(const std::filesystem::path& target);
@@ -31,7 +31,7 @@ public:
     /// Open for writing until `close`.
     FILE* stream() const { return stream_; }
 
-    /// Throws OutputError with the name of the target and the reason.
+    /// Throws an output error with the name of the target and the reason.
     [[noreturn]] void fail(const std::string& reason) const;
 
     /// Writes out what is still buffered. An error of any write before shows here at the latest.

@@ -1,6 +1,6 @@
 #include "kit/files/region_file.h"
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 
 namespace korvel::kit {
 
@@ -17,12 +17,14 @@ std::optional<std::string> read_regions(const TextFile& file, CCPloy2DRg& out) {
         WordReader words(file);
         const RecordLines lines = read_regions(words, checked);
         change = first_change(checked, lines);
-    } catch (const InputError& error) {
+    } catch (const Error& error) {
         if (holds_regions(file)) {
             throw;
         }
-        throw InputError(std::string(error.what()) + " (a polygon-region file begins with the " +
-                         "number of points and real coordinates; is this a curve file?)");
+        const std::string advice = "a polygon-region file begins with the number of points and "
+                                   "real coordinates; is this a curve file?";
+        throw input_error(std::string(error.what()) + " (" + advice + ")",
+                          {error.file(), error.line(), error.value(), advice});
     }
     out.readpolyrg(stream_of(file).get());
     return message(file, change);

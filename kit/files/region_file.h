@@ -15,8 +15,8 @@ namespace korvel::kit {
 bool holds_regions(const TextFile& file);
 
 /// Reads a polygon-region file into an empty set with `CCPloy2DRg::readpolyrg`, after checking what
-/// that call takes on trust: counts, numbers and indices. Throws InputError at the first thing that
-/// does not fit.
+/// that call takes on trust: counts, numbers and indices. Throws an input error at the first thing
+/// that does not fit.
 ///
 /// Coordinates pass through single precision. The result names the first whole-numbered coordinate
 /// that this changes, if there is one.

@@ -9,7 +9,7 @@
 #include <limits>
 #include <system_error>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 
 namespace korvel::kit {
 namespace {
@@ -18,7 +18,8 @@ namespace {
 constexpr std::string_view white_space = " \t\n\v\f\r";
 
 [[noreturn]] void fail_to_read(const std::string& name, int error) {
-    throw InputError(name + ": cannot be read: " + std::generic_category().message(error));
+    throw input_error(name + ": cannot be read: " + std::generic_category().message(error),
+                      {.file = name});
 }
 
 // Numbers are written the way fscanf takes them, which allows a leading plus.
@@ -61,12 +62,12 @@ bool WordReader::at_end() {
 
 std::string_view WordReader::next() {
     if (at_end()) {
-        return {};
+        return word_ = {};
     }
     line_ = next_line_;
     const std::string_view word = rest_.substr(0, rest_.find_first_of(white_space));
     rest_.remove_prefix(word.size());
-    return word;
+    return word_ = word;
 }
 
 int WordReader::next_integer(const char* what) {
@@ -182,7 +183,8 @@ void WordReader::fail(const std::string& message) const {
     if (problems_ != nullptr) {
         problems_->push_back({line_, message + remark_});
     }
-    throw InputError(file_.name + ":" + std::to_string(line_) + ": " + message + remark_);
+    throw input_error(file_.name + ":" + std::to_string(line_) + ": " + message + remark_,
+                      {.file = file_.name, .line = line_, .value = std::string(word_)});
 }
 
 std::string quoted(std::string_view word) {
@@ -200,8 +202,8 @@ std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file) {
     const std::size_t size = file.text.size();
     if (!scratch || std::fwrite(file.text.data(), 1, size, scratch.get()) != size ||
         std::fseek(scratch.get(), 0, SEEK_SET) != 0) {
-        throw OutputError("cannot write a temporary file: " +
-                          std::generic_category().message(errno));
+        throw output_error("cannot write a temporary file: " +
+                           std::generic_category().message(errno));
     }
     return scratch;
 }

@@ -15,7 +15,7 @@ struct TextFile {
     std::string name; ///< as the user spelled it
     std::string text;
 
-    /// Throws InputError when the file cannot be opened or read.
+    /// Throws an input error when the file cannot be opened or read.
     explicit TextFile(const std::filesystem::path& file);
 };
 
@@ -71,7 +71,7 @@ public:
     /// Throws, or adds a problem in the present line.
     void report(const std::string& message);
 
-    /// Throws InputError with "FILE:LINE: message", after adding the problem to the list.
+    /// Throws an input error with "FILE:LINE: message", after adding the problem to the list.
     [[noreturn]] void fail(const std::string& message) const;
 
     /// True after a word that was not a number of the expected kind.
@@ -91,6 +91,7 @@ private:
     const TextFile& file_;
     std::string_view rest_;
     std::vector<Finding>* problems_;
+    std::string_view word_; // the last one that was read
     std::string remark_;
     std::size_t first_mismatch_ = none;
     int line_ = 1;
@@ -101,7 +102,7 @@ private:
 std::string quoted(std::string_view word);
 
 /// Text as a stream, for library calls that read from one: a temporary file, positioned at its
-/// start. Throws OutputError when it cannot be written.
+/// start. Throws an output error when it cannot be written.
 std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file);
 
 /// The shortest digits that read back as the same number.

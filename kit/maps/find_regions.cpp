@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 
 namespace korvel::kit {
 namespace {
@@ -32,10 +32,11 @@ void find_regions(CurveNetwork& curves, const std::string& file, CREGION& builde
     }
     if (builder.has_exceeded_crossing_limit()) {
         // The limit counts a crossing on each of its two segments.
-        throw InputError(file + ": the curves have more than " +
-                         std::to_string(most_crossings / 2) +
-                         " crossings, for which there is not enough memory: split the file, or "
-                         "remove curves that cross many others");
+        const std::string advice = "split the file, or remove curves that cross many others";
+        throw input_error(file + ": the curves have more than " +
+                              std::to_string(most_crossings / 2) +
+                              " crossings, for which there is not enough memory: " + advice,
+                          {.file = file, .advice = advice});
     }
 }
 

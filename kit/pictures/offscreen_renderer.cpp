@@ -13,7 +13,7 @@
 #include <string>
 #include <system_error>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 
 namespace korvel::kit {
 namespace {
@@ -24,7 +24,7 @@ void check_size(PictureSize size);
 void forget_errors();
 
 [[noreturn]] void fail(const std::string& reason) {
-    throw OutputError("korvel: there is no OpenGL to draw with: " + reason);
+    throw output_error("korvel: there is no OpenGL to draw with: " + reason);
 }
 
 } // namespace
@@ -78,7 +78,7 @@ OffscreenRenderer::OffscreenRenderer(PictureSize size)
         samples = 0;
     }
     if (!page_->make(size, samples) && !page_->make(size, 0)) {
-        throw OutputError("korvel: OpenGL has no memory for a picture of this size");
+        throw output_error("korvel: OpenGL has no memory for a picture of this size");
     }
 }
 
@@ -280,10 +280,10 @@ void check_size(PictureSize size) {
     const int width = std::min(largest[0], buffer);
     const int height = std::min(largest[1], buffer);
     if (size.width > width || size.height > height) {
-        throw InputError("korvel: a picture of " + std::to_string(size.width) + "x" +
-                         std::to_string(size.height) + " is larger than the " +
-                         std::to_string(width) + "x" + std::to_string(height) +
-                         " that OpenGL draws here");
+        throw input_error("korvel: a picture of " + std::to_string(size.width) + "x" +
+                          std::to_string(size.height) + " is larger than the " +
+                          std::to_string(width) + "x" + std::to_string(height) +
+                          " that OpenGL draws here");
     }
 }
 

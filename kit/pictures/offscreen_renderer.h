@@ -12,8 +12,8 @@ namespace korvel::kit {
 /// in software. Its context is the thread's current one as long as it lives; only one at a time.
 class OffscreenRenderer {
 public:
-    /// Throws InputError for a page larger than OpenGL can draw here, and OutputError where there
-    /// is no OpenGL for it.
+    /// Throws an input error for a page larger than OpenGL can draw here, and an output error where
+    /// there is no OpenGL for it.
     explicit OffscreenRenderer(PictureSize size);
     ~OffscreenRenderer();
     OffscreenRenderer(const OffscreenRenderer&) = delete;
@@ -23,7 +23,7 @@ public:
     /// coordinates. What is nearer to the viewer hides what is farther.
     void begin(const ViewFrame& frame);
 
-    /// Writes the page as a PNG. Throws OutputError when drawing or writing failed.
+    /// Writes the page as a PNG. Throws an output error when drawing or writing failed.
     void write_png(OutputFile& out);
 
 private:

@@ -9,7 +9,7 @@
 #include <string>
 #include <system_error>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 
 namespace korvel::kit {
 
@@ -26,7 +26,7 @@ PictureFormat picture_format(const std::filesystem::path& file) {
     if (ending == ".pdf") {
         return PictureFormat::pdf;
     }
-    throw InputError(file.string() + ": the name of a picture ends in .png, .svg or .pdf");
+    throw input_error(file.string() + ": the name of a picture ends in .png, .svg or .pdf");
 }
 
 PictureCanvas::PictureCanvas(OutputFile& out, PictureFormat format, PictureSize size,

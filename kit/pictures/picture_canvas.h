@@ -22,8 +22,8 @@ struct PictureSize {
 /// Alignment of a text at its position: to the right of it, centred, to the left of it.
 enum class Anchor { start, middle, end };
 
-/// The format that a file's extension selects, in upper or lower case. Throws InputError for any
-/// other.
+/// The format that a file's extension selects, in upper or lower case. Throws an input error for
+/// any other.
 PictureFormat picture_format(const std::filesystem::path& file);
 
 /// A device context that paints a picture with Cairo. The page is white at the start; a black pen
@@ -35,11 +35,11 @@ PictureFormat picture_format(const std::filesystem::path& file);
 class PictureCanvas final : public CDC {
 public:
     /// The picture goes to `out`, which must outlive the canvas and which the caller closes. Throws
-    /// OutputError when there is not enough memory for the page.
+    /// an output error when there is not enough memory for the page.
     PictureCanvas(OutputFile& out, PictureFormat format, PictureSize size, int units_per_pixel = 1);
 
-    /// Completes the picture. Throws OutputError when painting or writing failed. Without this call
-    /// the picture is incomplete.
+    /// Completes the picture. Throws an output error when painting or writing failed. Without this
+    /// call the picture is incomplete.
     void finish();
 
     /// Writes a line of text in the pen's colour, its height around `y`. Place and size are in

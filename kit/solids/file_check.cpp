@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/maps/map_check.h"
 #include "kit/solids/model_check.h"
 #include "kit/solids/section_check.h"
@@ -22,7 +22,7 @@ Findings check_file(const TextFile& file, FileKind kind) {
     try {
         read_as(kind, words, contents);
         check_contents(kind, contents, findings);
-    } catch (const InputError&) {
+    } catch (const Error&) {
         // The file cannot be read on; the reason is among the problems.
     }
     sort_by_line(findings.problems);

@@ -9,7 +9,7 @@
 
 #include "apps/command/arguments.h"
 #include "apps/command/program.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "tests/fuzz/exercise.h"
 
 namespace {
@@ -32,7 +32,7 @@ void parse(const std::vector<std::string>& words) {
     } catch (const CLI::ParseError& error) {
         std::ostringstream out;
         program.exit(error, out, out);
-    } catch (const InputError&) {
+    } catch (const Error&) {
         // Refused.
     }
 }
@@ -41,7 +41,7 @@ template <class Parse>
 void try_to(Parse parse) {
     try {
         parse();
-    } catch (const InputError&) {
+    } catch (const Error&) {
         // Refused.
     }
 }

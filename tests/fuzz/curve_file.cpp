@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/file_kind.h"
 #include "kit/files/model_file.h"
 #include "kit/solids/file_check.h"
@@ -23,7 +23,7 @@ void read_all(const TextFile& file) {
             FileContents contents;
             WordReader words(file);
             read_as(kind, words, contents);
-        } catch (const InputError&) {
+        } catch (const Error&) {
             // The file is of another kind, or damaged.
         }
     }
@@ -37,7 +37,7 @@ void read_through_library(const TextFile& file) {
         surfaces(model);
         cut_model(model, {0, 0, 1, -1.5});
         write_model(model, korvel::test::nowhere());
-    } catch (const InputError& error) {
+    } catch (const Error& error) {
         if (std::strstr(error.what(), "the library does not read") != nullptr) {
             std::abort();
         }

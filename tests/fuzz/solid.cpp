@@ -2,7 +2,7 @@
 // raised to a body.
 
 #include "kit/base/areas.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/files/region_file.h"
 #include "kit/maps/cap.h"
 #include "kit/maps/coverage.h"
@@ -65,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CCPloy2DRg regions;
     try {
         read_regions(file, regions);
-    } catch (const InputError&) {
+    } catch (const Error&) {
         return 0;
     }
     if (is_large(regions)) {

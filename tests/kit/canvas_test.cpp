@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/pictures/picture_fit.h"
 #include "tests/support/pixels.h"
 #include "tests/support/scratch.h"
@@ -68,7 +68,7 @@ TEST_F(Canvas, PaintsWithWhatIsSelected) {
 
 TEST_F(Canvas, TheEndingChoosesTheFormat) {
     EXPECT_EQ(kit::picture_format("a.b/C.PNG"), PictureFormat::png);
-    EXPECT_THROW(kit::picture_format("png"), kit::InputError);
+    EXPECT_THROW(kit::picture_format("png"), kit::Error);
     struct Row {
         const char* file;
         const char* start;

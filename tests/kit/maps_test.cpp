@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "kit/base/areas.h"
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/base/rectangle.h"
 #include "kit/maps/coverage.h"
 #include "kit/maps/find_regions.h"
@@ -171,7 +171,7 @@ TEST(FindRegions, NamesTheFileWhenMemoryIsNotEnough) {
     try {
         find(enough - 1);
         ADD_FAILURE() << "the limit is not reported";
-    } catch (const kit::InputError& error) {
+    } catch (const kit::Error& error) {
         EXPECT_STREQ(error.what(),
                      "grid: the curves have more than 99 crossings, for which there is not enough "
                      "memory: split the file, or remove curves that cross many others");

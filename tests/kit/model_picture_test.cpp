@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/base/errors.h"
+#include "kit/base/error.h"
 #include "kit/pictures/model_picture.h"
 #include "kit/pictures/offscreen_renderer.h"
 #include "tests/support/pixels.h"
@@ -184,7 +184,7 @@ TEST_F(ModelPicture, KeepsInsideOfItsFrameWhileItTurns) {
 }
 
 TEST_F(ModelPicture, NothingIsTooMuch) {
-    EXPECT_THROW(kit::OffscreenRenderer({1 << 20, 16}), kit::InputError);
+    EXPECT_THROW(kit::OffscreenRenderer({1 << 20, 16}), kit::Error);
     // A point, and a model that was never turned: empty pages.
     for (const int vertices : {1, 0}) {
         model_.RemoveAll();
