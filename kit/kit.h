@@ -2,7 +2,9 @@
 
 // The one header of the kit that a host includes.
 
-#include "kit/base/errors.h"
+#include "kit/base/context.h"
+#include "kit/base/error.h"
+#include "kit/base/points.h"
 #include "kit/base/rectangle.h"
 #include "kit/files/curve_file.h"
 #include "kit/files/file_kind.h"
