@@ -2,6 +2,7 @@
 
 // The one header of the kit that a host includes.
 
+#include "kit/base/colour.h"
 #include "kit/base/context.h"
 #include "kit/base/error.h"
 #include "kit/base/points.h"
@@ -17,8 +18,11 @@
 #include "kit/maps/cap.h"
 #include "kit/maps/coverage.h"
 #include "kit/maps/find_regions.h"
+#include "kit/maps/map.h"
+#include "kit/maps/network.h"
 #include "kit/maps/region_colours.h"
 #include "kit/maps/region_sets.h"
+#include "kit/maps/triangulation.h"
 #include "kit/pictures/model_picture.h"
 #include "kit/pictures/offscreen_renderer.h"
 #include "kit/pictures/picture_canvas.h"

@@ -50,7 +50,7 @@ void CleanCommand::run() {
                     .c_str());
     std::printf("left: %s, %s\n", counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
                 model_figures(model_).c_str());
-    outputs_.write([&](FILE* out) { model_.write_mode(out); });
+    outputs_.write([&](kit::OutputFile& out) { model_.write_mode(out.stream()); });
 }
 
 } // namespace

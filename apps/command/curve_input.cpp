@@ -5,7 +5,6 @@
 #include "apps/command/arguments.h"
 #include "apps/command/messages.h"
 #include "apps/command/progress_line.h"
-#include "kit/maps/find_regions.h"
 
 namespace korvel::command {
 
@@ -29,52 +28,40 @@ void CurveInput::load(const kit::TextFile& file) {
         points_.push_back(parse_lattice_point("--select", text));
     }
     const Stopwatch reading;
-    curves_ = kit::read_curves(file);
+    kit::Network network = kit::Network::read(file);
     const double read_time = reading.milliseconds();
-    std::printf("%s: %s, %s\n", file.name.c_str(),
-                counted(curves_.counts.GetSize(), "curve").c_str(),
-                counted(curves_.pts.GetSize(), "point").c_str());
+    std::printf("%s: %s, %s\n", file.name.c_str(), counted(network.curve_count(), "curve").c_str(),
+                counted(network.point_count(), "point").c_str());
 
     const Stopwatch finding;
     {
-        const ProgressLine progress("finding regions");
-        builder_.SetTolerance(tolerance_);
-        kit::find_regions(curves_, file.name, builder_);
+        ProgressLine progress("finding regions");
+        found_ =
+            kit::find_regions(std::move(network), {.tolerance = tolerance_}, progress.context());
     }
+    const kit::Map& map = found_->map();
     int holes = 0;
-    for (const CREGION::PyToRg& region : builder_.regions) {
-        holes += region.rings.GetSize() - 1;
+    for (const kit::Region region : map) {
+        holes += region.hole_count();
     }
-    std::printf("%s with %s, %s\n", counted(builder_.regions.GetSize(), "region").c_str(),
+    std::printf("%s with %s, %s\n", counted(map.size(), "region").c_str(),
                 counted(holes, "hole").c_str(),
-                counted(builder_.unique_pts.GetSize(), "distinct point").c_str());
+                counted(map.point_count(), "distinct point").c_str());
     std::printf("reading %.1f ms, finding regions %.1f ms\n", read_time, finding.milliseconds());
 }
 
-std::vector<int> CurveInput::select() {
+std::vector<int> CurveInput::select() const {
+    std::vector<int> regions;
     for (std::size_t i = 0; i < points_.size(); ++i) {
-        builder_.SetSelectRegion(points_[i]);
-        const std::vector<int> found = selected_regions();
-        if (found.empty()) {
-            warn(select_[i] + ": no region contains this point");
+        const std::optional<int> region = found_->map().outline_at(kit::to_point(points_[i]));
+        if (region) {
+            std::printf("%s: region %d\n", select_[i].c_str(), *region);
+            regions.push_back(*region);
         } else {
-            std::printf("%s: region %d\n", select_[i].c_str(), found.front());
+            warn(select_[i] + ": no region contains this point");
         }
     }
-    for (const tagPOINT point : points_) {
-        builder_.AddSelectRegion(point);
-    }
-    return selected_regions();
-}
-
-std::vector<int> CurveInput::selected_regions() const {
-    std::vector<int> selected;
-    for (int i = 0; i < builder_.regions.GetSize(); ++i) {
-        if (builder_.regions[i].is_select != 0) {
-            selected.push_back(i);
-        }
-    }
-    return selected;
+    return regions;
 }
 
 } // namespace korvel::command

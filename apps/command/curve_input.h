@@ -2,12 +2,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "kit/files/curve_file.h"
-#include "kit/files/text_file.h"
-#include "korvel/module/korvel.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 
@@ -26,20 +25,16 @@ public:
     bool has_selection() const { return !select_.empty(); }
     const std::vector<std::string>& selection() const { return select_; }
 
-    /// Selects the regions under the given points; prints which, and warns of points without one.
-    /// Returns the indices of the selected regions, ascending.
-    std::vector<int> select();
+    /// The regions under the given points; prints which, and warns of points without one.
+    std::vector<int> select() const;
 
-    CREGION& builder() { return builder_; }
+    kit::FoundRegions& found() { return *found_; }
 
 private:
-    std::vector<int> selected_regions() const;
-
     double tolerance_ = 1.0;
     std::vector<std::string> select_;
     std::vector<tagPOINT> points_; // of `select_`
-    kit::CurveNetwork curves_;     // outlives the builder, which points into it
-    CREGION builder_;
+    std::optional<kit::FoundRegions> found_;
 };
 
 } // namespace korvel::command

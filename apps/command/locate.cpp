@@ -1,12 +1,12 @@
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
 #include "apps/command/messages.h"
-#include "kit/base/error.h"
-#include "kit/files/region_file.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -26,15 +26,10 @@ void LocateCommand::run() const {
     for (const std::string& text : points_) {
         points.push_back(parse_real_point("POINTS", text));
     }
-    CCPloy2DRg regions;
-    const kit::TextFile file(input_);
-    if (const auto note = kit::read_regions(file, regions)) {
-        warn(*note);
-    }
+    const kit::Map map = kit::Map::read(input_, {.on_warning = warn});
     for (std::size_t i = 0; i < points.size(); ++i) {
-        double place[] = {points[i].x, points[i].y};
-        const int found = regions.search_pt_polyrg(place);
-        const std::string answer = found >= 0 ? std::to_string(found) : "none";
+        const std::optional<int> region = map.region_at({points[i].x, points[i].y});
+        const std::string answer = region ? std::to_string(*region) : "none";
         std::printf("%s %s\n", points_[i].c_str(), answer.c_str());
     }
 }

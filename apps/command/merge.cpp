@@ -36,7 +36,7 @@ void MergeCommand::run() const {
     TMOD3D whole;
     whole.add_model(parts);
     print_figures("together", whole);
-    outputs_.write([&](FILE* out) { whole.write_mode(out); });
+    outputs_.write([&](kit::OutputFile& out) { whole.write_mode(out.stream()); });
 }
 
 } // namespace

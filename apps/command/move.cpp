@@ -59,7 +59,7 @@ void MoveCommand::run() {
     model_.comput_mode_aux_parm();
     model_.rotate_model();
     report();
-    outputs_.write([&](FILE* out) { model_.write_mode(out); });
+    outputs_.write([&](kit::OutputFile& out) { model_.write_mode(out.stream()); });
 }
 
 } // namespace

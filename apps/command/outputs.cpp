@@ -52,7 +52,7 @@ void Outputs::write(const WriteFile& write_file, const Paint& paint) const {
     std::optional<kit::OutputFile> picture;
     if (!file_.empty()) {
         file.emplace(file_);
-        write_file(file->stream());
+        write_file(*file);
         file->close();
     }
     if (!picture_.empty()) {

@@ -27,7 +27,7 @@ public:
     bool has_file() const { return !file_.empty(); }
     const std::string& picture() const { return picture_; }
 
-    using WriteFile = std::function<void(FILE* out)>;
+    using WriteFile = std::function<void(kit::OutputFile& out)>;
     using Paint = std::function<void(kit::PictureCanvas& canvas, kit::PictureSize size)>;
 
     /// Writes the requested files. Both replace their targets once both are complete.

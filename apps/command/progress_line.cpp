@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "apps/command/messages.h"
+
 #if defined(_WIN32)
 #include <io.h>
 #else
@@ -37,15 +39,30 @@ ProgressLine::~ProgressLine() {
 }
 
 void ProgressLine::update(int done, int all) {
-    constexpr std::chrono::milliseconds pause(100);
-    if (!on_terminal_) {
-        return;
-    }
-    const auto now = std::chrono::steady_clock::now();
-    if (now - shown_ >= pause) {
-        shown_ = now;
+    if (is_time_to_show()) {
         std::fprintf(stderr, "\r\033[K%s ... %d of %d", what_.c_str(), done, all);
     }
+}
+
+void ProgressLine::update(double fraction) {
+    if (is_time_to_show()) {
+        std::fprintf(stderr, "\r\033[K%s ... %.0f %%", what_.c_str(), 100 * fraction);
+    }
+}
+
+kit::Context ProgressLine::context() {
+    return {.on_progress = [this](const kit::Progress& progress) { update(progress.fraction); },
+            .on_warning = warn};
+}
+
+bool ProgressLine::is_time_to_show() {
+    constexpr std::chrono::milliseconds pause(100);
+    const auto now = std::chrono::steady_clock::now();
+    if (!on_terminal_ || now - shown_ < pause) {
+        return false;
+    }
+    shown_ = now;
+    return true;
 }
 
 } // namespace korvel::command

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <string>
 
+#include "kit/kit.h"
+
 namespace korvel::command {
 
 /// A line on the terminal with a task and its progress, erased when this object is destroyed.
@@ -16,8 +18,15 @@ public:
 
     /// Cheap enough to be called at every step.
     void update(int done, int all);
+    void update(double fraction);
+
+    /// Shows the progress of an operation, and its warnings on standard error. Valid as long as
+    /// this object is.
+    kit::Context context();
 
 private:
+    bool is_time_to_show();
+
     std::string what_;
     bool on_terminal_;
     std::chrono::steady_clock::time_point shown_;

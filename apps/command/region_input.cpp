@@ -1,14 +1,9 @@
 #include "apps/command/region_input.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <cstdio>
 
 #include "apps/command/arguments.h"
 #include "apps/command/messages.h"
-#include "kit/base/rectangle.h"
-#include "kit/files/region_file.h"
-#include "kit/maps/region_sets.h"
 
 namespace korvel::command {
 
@@ -19,72 +14,46 @@ void RegionInput::add_options(CLI::App& command) {
     curve_input_.add_options(command);
 }
 
-void RegionInput::load(PLYDT& set) {
+kit::Map RegionInput::load() {
     const kit::TextFile file(file_);
-    if (kit::holds_regions(file)) {
-        load_region_set(file, set);
-    } else {
-        load_curves(file, set);
-    }
-    // Rings in a file may turn either way. Of a network the region builder leaves a ring as it was
-    // traced when rounding spoils the angles that it sums up, with points in line with the last
-    // one.
-    kit::orient_rings(set);
+    return kit::holds_regions(file) ? load_region_set(file) : load_curves(file);
 }
 
-void RegionInput::load_curves(const kit::TextFile& file, PLYDT& set) {
+kit::Map RegionInput::load_curves(const kit::TextFile& file) {
     curve_input_.load(file);
     if (curve_input_.has_selection()) {
-        numbers_ = curve_input_.select();
-        curve_input_.builder().GetSelectRegion(set);
-    } else {
-        curve_input_.builder().GetAllRegion(set);
+        return curve_input_.found().map().kept(curve_input_.select());
     }
+    return curve_input_.found().take_map();
 }
 
-void RegionInput::load_region_set(const kit::TextFile& file, PLYDT& set) {
-    std::vector<RealPoint> places;
+kit::Map RegionInput::load_region_set(const kit::TextFile& file) {
     for (const std::string& text : curve_input_.selection()) {
-        places.push_back(parse_real_point("--select", text));
+        parse_real_point("--select", text);
     }
-    CCPloy2DRg regions;
-    if (const auto note = kit::read_regions(file, regions)) {
-        warn(*note);
-    }
-    std::printf("%s: %s, %s\n", file.name.c_str(),
-                counted(regions.region_list.GetSize(), "region").c_str(),
-                counted(regions.pt_list.GetSize(), "point").c_str());
-    kit::copy_regions(regions, set);
-    if (curve_input_.has_selection()) {
-        numbers_ = select(regions, places);
-        kit::keep_regions(set, numbers_);
-    }
+    kit::Map map = kit::Map::read(file, {.on_warning = warn});
+    std::printf("%s: %s, %s\n", file.name.c_str(), counted(map.size(), "region").c_str(),
+                counted(map.point_count(), "point").c_str());
+    return curve_input_.has_selection() ? map.kept(select(map)) : map;
 }
 
-std::vector<int> RegionInput::select(CCPloy2DRg& regions,
-                                     const std::vector<RealPoint>& places) const {
-    std::vector<int> selected;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        const std::string& text = curve_input_.selection()[i];
-        double place[] = {places[i].x, places[i].y};
-        const int found = regions.search_pt_polyrg(place);
-        if (found >= 0) {
-            std::printf("%s: region %d\n", text.c_str(), found);
-            selected.push_back(found);
+std::vector<int> RegionInput::select(const kit::Map& map) const {
+    std::vector<int> regions;
+    for (const std::string& text : curve_input_.selection()) {
+        const RealPoint point = parse_real_point("--select", text);
+        if (const std::optional<int> region = map.region_at({point.x, point.y})) {
+            std::printf("%s: region %d\n", text.c_str(), *region);
+            regions.push_back(*region);
         } else {
             warn(text + ": no region contains this point");
         }
     }
-    std::sort(selected.begin(), selected.end());
-    selected.erase(std::unique(selected.begin(), selected.end()), selected.end());
-    return selected;
+    return regions;
 }
 
-std::string RegionInput::name(const PLYDT& set, int region) const {
-    kit::Rectangle box;
-    kit::take_in_region(box, set, set.region_list[region]);
-    const int number = numbers_.empty() ? region : numbers_[region];
-    return "region " + std::to_string(number) + " (" + number_text(box.left) + "," +
+std::string RegionInput::name(const kit::Region& region) {
+    const kit::Rectangle box = region.bounds();
+    return "region " + std::to_string(region.number()) + " (" + number_text(box.left) + "," +
            number_text(box.top) + " to " + number_text(box.right) + "," + number_text(box.bottom) +
            ")";
 }

@@ -5,10 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "apps/command/arguments.h"
 #include "apps/command/curve_input.h"
-#include "kit/files/text_file.h"
-#include "korvel/module/korvel.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 
@@ -21,23 +19,21 @@ public:
     /// Throws an input error when an option does not fit.
     void check() const { curve_input_.check(); }
 
-    /// Reads the file, prints what it holds and fills the empty `set`. Rings turn the way that the
-    /// triangulation expects.
-    void load(PLYDT& set);
+    /// Reads the file, prints what it contains and returns its regions or the selected ones.
+    kit::Map load();
 
-    /// The number of a region of the set in the file, and where it lies.
-    std::string name(const PLYDT& set, int region) const;
+    /// The number of a region in the file, and where it lies.
+    static std::string name(const kit::Region& region);
 
     const std::string& file() const { return file_; }
 
 private:
-    void load_curves(const kit::TextFile& file, PLYDT& set);
-    void load_region_set(const kit::TextFile& file, PLYDT& set);
-    std::vector<int> select(CCPloy2DRg& regions, const std::vector<RealPoint>& places) const;
+    kit::Map load_curves(const kit::TextFile& file);
+    kit::Map load_region_set(const kit::TextFile& file);
+    std::vector<int> select(const kit::Map& map) const;
 
     std::string file_;
     CurveInput curve_input_;
-    std::vector<int> numbers_; // of the regions before the selection; empty without one
 };
 
 } // namespace korvel::command

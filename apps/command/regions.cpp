@@ -10,9 +10,7 @@
 #include "apps/command/messages.h"
 #include "apps/command/outputs.h"
 #include "kit/base/areas.h"
-#include "kit/maps/region_colours.h"
-#include "kit/maps/region_sets.h"
-#include "kit/pictures/picture_fit.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -24,7 +22,6 @@ public:
 
 private:
     void take_selected_regions();
-    void print_region(int number, const CCPloy2DRg::PyToRg& region) const;
     void take_region_around_seed();
     void print_areas() const;
     void write();
@@ -35,7 +32,7 @@ private:
     CurveInput curve_input_;
     Outputs outputs_;
     MapView view_;
-    CCPloy2DRg regions_;
+    kit::Map map_;
 };
 
 void RegionsCommand::run() {
@@ -43,7 +40,7 @@ void RegionsCommand::run() {
     view_.check();
     outputs_.check();
     if (!seed_.empty()) {
-        curve_input_.builder().SetSeedPt(parse_lattice_point("--seed", seed_));
+        parse_lattice_point("--seed", seed_);
     }
     curve_input_.load(kit::TextFile(input_));
     if (!seed_.empty()) {
@@ -51,7 +48,7 @@ void RegionsCommand::run() {
     } else if (curve_input_.has_selection()) {
         take_selected_regions();
     } else {
-        curve_input_.builder().GetAllRegion(regions_);
+        map_ = curve_input_.found().take_map();
         print_areas();
     }
     write();
@@ -87,91 +84,56 @@ RegionsCommand::RegionsCommand(CLI::App& command) {
 }
 
 void RegionsCommand::take_selected_regions() {
-    const std::vector<int> numbers = curve_input_.select();
-    PLYDT selected;
-    curve_input_.builder().GetSelectRegion(selected);
-    kit::copy_regions(selected, regions_);
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        print_region(numbers[i], regions_.region_list[static_cast<int>(i)]);
+    map_ = curve_input_.found().map().kept(curve_input_.select());
+    for (const kit::Region region : map_) {
+        std::printf("region %d: %s, %s, area %s\n", region.number(),
+                    counted(region.point_count(), "point").c_str(),
+                    counted(region.hole_count(), "hole").c_str(),
+                    number_text(region.area()).c_str());
     }
 }
 
-void RegionsCommand::print_region(int number, const CCPloy2DRg::PyToRg& region) const {
-    int points = 0;
-    for (const int ring : region.rings) {
-        points += regions_.ring_list[ring].pts.GetSize();
-    }
-    std::printf("region %d: %s, %s, area %s\n", number, counted(points, "point").c_str(),
-                counted(region.rings.GetSize() - 1, "hole").c_str(),
-                number_text(kit::region_area(regions_, region, true)).c_str());
-}
-
-// One region out of the rings that the seed search hands out: the ring around the point comes
-// first, those inside it follow.
 void RegionsCommand::take_region_around_seed() {
-    CREGION& builder = curve_input_.builder();
-    CArray<tagPOINT> no_points;
-    CArray<int> no_counts;
-    CArray<int> no_holes;
-    builder.GetRegion(no_points, no_counts, no_holes);
-    CArray<int> ring_points;
-    CArray<int> counts;
-    const int rings = builder.GetRegionPts(ring_points, counts);
-
-    if (rings == 0) {
+    map_ = curve_input_.found().around(parse_lattice_point("--seed", seed_));
+    if (map_.empty()) {
         warn(seed_ + ": no ring surrounds this point");
         return;
     }
-    regions_.region_list.SetSize(1);
-    regions_.ring_list.SetSize(rings);
-    int next = 0;
-    for (int i = 0; i < rings; ++i) {
-        RING& ring = regions_.ring_list[i];
-        for (int k = 0; k < counts[i]; ++k, ++next) {
-            const tagPOINT& point = builder.unique_pts[ring_points[next]];
-            const int index = regions_.pt_list.GetSize();
-            regions_.pt_list.SetSize(index + 1);
-            regions_.pt_list[index].x = point.x;
-            regions_.pt_list[index].y = point.y;
-            ring.pts.Add(index);
-        }
-        regions_.region_list[0].rings.Add(i);
-        const auto area =
-            static_cast<double>(kit::twice_area<kit::WideInteger>(regions_.pt_list, ring)) / 2;
+    const kit::Region region = map_[0];
+    for (int i = 0; i < region.ring_count(); ++i) {
         std::printf("%s: %s, area %s\n", i == 0 ? "ring around the seed" : "ring inside it",
-                    counted(counts[i], "point").c_str(), number_text(std::abs(area)).c_str());
+                    counted(region.ring(i).size(), "point").c_str(),
+                    number_text(region.ring_area(i)).c_str());
     }
-    std::printf("%s, area between them %s\n", counted(rings, "ring").c_str(),
-                number_text(kit::region_area(regions_, regions_.region_list[0], true)).c_str());
+    std::printf("%s, area between them %s\n", counted(region.ring_count(), "ring").c_str(),
+                number_text(region.area()).c_str());
 }
 
 void RegionsCommand::print_areas() const {
     std::vector<double> areas;
-    double sum = 0;
-    for (const CCPloy2DRg::PyToRg& region : regions_.region_list) {
-        areas.push_back(kit::region_area(regions_, region, true));
-        sum += areas.back();
+    for (const kit::Region region : map_) {
+        areas.push_back(region.area());
     }
     if (areas.empty()) {
         return;
     }
     const auto [smallest, largest] = std::minmax_element(areas.begin(), areas.end());
     std::printf("area %s in all, smallest region %d with %s, largest region %d with %s\n",
-                number_text(sum).c_str(), static_cast<int>(smallest - areas.begin()),
+                number_text(map_.area()).c_str(), static_cast<int>(smallest - areas.begin()),
                 number_text(*smallest).c_str(), static_cast<int>(largest - areas.begin()),
                 number_text(*largest).c_str());
 }
 
 void RegionsCommand::write() {
-    outputs_.write([&](FILE* out) { regions_.writepolyrg(out); },
+    outputs_.write([&](kit::OutputFile& out) { map_.write(out); },
                    [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
-                       paint(canvas, view_.fit(kit::box_of_regions(regions_), size));
+                       paint(canvas, view_.fit(map_.bounds(), size));
                    });
 }
 
 // Large regions first: what lies inside a region that does not have it as a hole stays visible.
 void RegionsCommand::paint(CDC& dc, const kit::PictureFit& fit) const {
-    CCPloy2DRg picture = regions_;
+    CCPloy2DRg picture = map_.regions();
     picture.creat_top_rel();
     kit::colour_regions(picture);
     std::stable_sort(picture.region_list.begin(), picture.region_list.end(),

@@ -145,9 +145,9 @@ void SectionCommand::cut_once() {
     const kit::PlaneAxes axes(cut.plane);
     const kit::Rectangle box = cut.bodies.empty() ? model_box(axes) : section_box(cut, axes);
     outputs_.write(
-        [&](FILE* out) {
+        [&](kit::OutputFile& out) {
             TMOD2D section = cut.section;
-            section.writedate(out);
+            section.writedate(out.stream());
         },
         [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
             kit::paint_section(canvas, size, cut, view(cut, box));

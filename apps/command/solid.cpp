@@ -48,6 +48,7 @@ private:
     tagPOINT zero_ = {};        // of the map, comes to 0,0
     kit::Fill fill_ = kit::Fill::automatic;
 
+    kit::Map map_;
     PLYDT set_;
     TMOD3D model_;
     std::vector<int> raised_; // the region of each body
@@ -76,13 +77,14 @@ void SolidCommand::run() {
     input_.check();
     read_arguments();
     outputs_.check();
-    input_.load(set_);
+    map_ = input_.load();
+    kit::copy_oriented(map_, set_);
     const Stopwatch time;
     raise_regions();
     colour_bodies();
     check_bodies();
     report(time.milliseconds());
-    outputs_.write([&](FILE* out) { kit::write_model(model_, out); });
+    outputs_.write([&](kit::OutputFile& out) { kit::write_model(model_, out.stream()); });
 }
 
 } // namespace
@@ -176,7 +178,7 @@ bool SolidCommand::raise(int region) {
 }
 
 void SolidCommand::leave_out(int region) const {
-    const std::string name = input_.name(set_, region);
+    const std::string name = RegionInput::name(map_[region]);
     if (fill_ != kit::Fill::front) {
         throw kit::input_error(
             input_.file() + ": " + name +
@@ -188,10 +190,7 @@ void SolidCommand::leave_out(int region) const {
 void SolidCommand::colour_bodies() {
     constexpr double saturation = 0.55;
     constexpr double lightness = 0.6;
-    CCPloy2DRg map;
-    kit::copy_regions(set_, map);
-    map.creat_top_rel();
-    const std::vector<double> hues = kit::hues_of_regions(map);
+    const std::vector<double> hues = map_.distinct_hues();
     for (int body = 0; body < model_.bodies.GetSize(); ++body) {
         model_.bodies[body].hue = hues[raised_[body]];
         model_.bodies[body].saturation = saturation;
@@ -203,7 +202,7 @@ void SolidCommand::check_bodies() const {
     const std::vector<kit::Surface> all = kit::surfaces(model_);
     for (std::size_t body = 0; body < all.size(); ++body) {
         if (!all[body].is_clean()) {
-            throw kit::input_error(input_.file() + ": " + input_.name(set_, raised_[body]) +
+            throw kit::input_error(input_.file() + ": " + RegionInput::name(map_[raised_[body]]) +
                                    ": its body would be " + kit::state_text(all[body]));
         }
     }

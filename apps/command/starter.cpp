@@ -37,7 +37,7 @@ void StarterCommand::run() {
     model.inti_mode(center.data(), size.data(), kind_ == "cube" ? 1 : 0, rounds_);
     std::printf("%s, %s\n", model_figures(model).c_str(),
                 kit::state_text(kit::surfaces(model)[0]).c_str());
-    outputs_.write([&](FILE* out) { kit::write_model(model, out); });
+    outputs_.write([&](kit::OutputFile& out) { kit::write_model(model, out.stream()); });
 }
 
 } // namespace

@@ -19,9 +19,9 @@ struct Progress {
 ///
 /// The functions are called in the thread of the operation, at most once for each unit of work.
 struct Context {
-    std::function<void(const Progress&)> on_progress;
-    std::function<void(const std::string&)> on_warning;
-    std::stop_token stop;
+    std::function<void(const Progress&)> on_progress = {};
+    std::function<void(const std::string&)> on_warning = {};
+    std::stop_token stop = {};
 
     /// Reports progress, and throws when the operation is to stop.
     void report(std::string_view stage, int done, int all) const;

@@ -7,6 +7,7 @@
 namespace korvel::kit {
 
 /// The items 0 … size − 1 of a list, each made by a function of its index when it is asked for.
+/// Iterators contain a copy of the function, so that they may outlive the range.
 template <class MakeItem>
 class IndexedRange {
 public:
@@ -19,8 +20,8 @@ public:
         using pointer = void;
 
         iterator() = default;
-        iterator(const MakeItem* make, int index) : make_(make), index_(index) {}
-        value_type operator*() const { return (*make_)(index_); }
+        iterator(MakeItem make, int index) : make_(std::move(make)), index_(index) {}
+        value_type operator*() const { return make_(index_); }
         iterator& operator++() {
             ++index_;
             return *this;
@@ -33,7 +34,7 @@ public:
         bool operator==(const iterator& other) const { return index_ == other.index_; }
 
     private:
-        const MakeItem* make_ = nullptr;
+        MakeItem make_{};
         int index_ = 0;
     };
 
@@ -42,8 +43,8 @@ public:
     int size() const { return size_; }
     bool empty() const { return size_ == 0; }
     auto operator[](int index) const { return make_(index); }
-    iterator begin() const { return {&make_, 0}; }
-    iterator end() const { return {&make_, size_}; }
+    iterator begin() const { return {make_, 0}; }
+    iterator end() const { return {make_, size_}; }
 
 private:
     int size_;

@@ -25,6 +25,9 @@ public:
 
     Value& operator*() { return *value_; }
     const Value& operator*() const { return *value_; }
+    /// Hands the value over; the object is then as if it had been moved from.
+    std::unique_ptr<Value> release() { return std::move(value_); }
+
     Value* operator->() { return value_.get(); }
     const Value* operator->() const { return value_.get(); }
 

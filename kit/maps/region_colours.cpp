@@ -10,7 +10,7 @@
 namespace korvel::kit {
 namespace {
 
-struct Colour {
+struct RealColour {
     double red;
     double green;
     double blue;
@@ -22,17 +22,16 @@ template <class Nth, class Distance>
 std::vector<int> choose(const CCPloy2DRg& set, Nth nth, Distance distance);
 double nth_hue(int n);
 double hue_distance(double a, double b);
-Colour nth_colour(int n);
-Colour from_hue(double hue, double saturation, double lightness);
-std::vector<std::vector<int>> neighbours_of_regions(const CCPloy2DRg& set);
-double distance(const Colour& a, const Colour& b);
+RealColour nth_colour(int n);
+RealColour from_hue(double hue, double saturation, double lightness);
+double distance(const RealColour& a, const RealColour& b);
 
 } // namespace
 
 void colour_regions(CCPloy2DRg& set) {
     const std::vector<int> chosen = choose(set, nth_colour, distance);
     for (int region = 0; region < set.region_list.GetSize(); ++region) {
-        const Colour colour = nth_colour(chosen[region]);
+        const RealColour colour = nth_colour(chosen[region]);
         set.region_list[region].red = static_cast<unsigned char>(std::lround(255 * colour.red));
         set.region_list[region].green = static_cast<unsigned char>(std::lround(255 * colour.green));
         set.region_list[region].blue = static_cast<unsigned char>(std::lround(255 * colour.blue));
@@ -45,6 +44,35 @@ std::vector<double> hues_of_regions(const CCPloy2DRg& set) {
         hues.push_back(nth_hue(n));
     }
     return hues;
+}
+
+std::vector<std::vector<int>> neighbours_of_regions(const CCPloy2DRg& set) {
+    constexpr std::size_t most_at_side = 4;
+    std::vector<std::vector<int>> regions_at_side(set.side_list.GetSize());
+    for (int region = 0; region < set.region_list.GetSize(); ++region) {
+        for (const int ring : set.region_list[region].rings) {
+            for (const int side : set.ring_list[ring].sides) {
+                if (regions_at_side[side].size() < most_at_side) {
+                    regions_at_side[side].push_back(region);
+                }
+            }
+        }
+    }
+    std::vector<std::vector<int>> neighbours(set.region_list.GetSize());
+    for (const std::vector<int>& regions : regions_at_side) {
+        for (const int a : regions) {
+            for (const int b : regions) {
+                if (a != b) {
+                    neighbours[a].push_back(b);
+                }
+            }
+        }
+    }
+    for (std::vector<int>& list : neighbours) {
+        std::sort(list.begin(), list.end());
+        list.erase(std::unique(list.begin(), list.end()), list.end());
+    }
+    return neighbours;
 }
 
 namespace {
@@ -89,7 +117,7 @@ double hue_distance(double a, double b) {
 
 // Steps of the golden angle spread hues evenly however many there are; lightness and saturation
 // change with other periods, so that colours whose hues come close still differ.
-Colour nth_colour(int n) {
+RealColour nth_colour(int n) {
     constexpr std::array lightness = {0.70, 0.58, 0.80, 0.64};
     constexpr std::array saturation = {0.55, 0.42, 0.62};
     const double turns = 0.55 + n * golden_section;
@@ -98,7 +126,7 @@ Colour nth_colour(int n) {
 }
 
 // Red, green and blue of a hue (in turns), saturation and lightness in the HSL model.
-Colour from_hue(double hue, double saturation, double lightness) {
+RealColour from_hue(double hue, double saturation, double lightness) {
     const auto part = [&](double offset) {
         const double k = std::fmod(offset + hue * 12, 12.0);
         const double amplitude = saturation * std::min(lightness, 1 - lightness);
@@ -107,39 +135,8 @@ Colour from_hue(double hue, double saturation, double lightness) {
     return {part(0), part(8), part(4)};
 }
 
-// Two or three regions run along a side unless regions lie on top of each other. Looking at the
-// first few keeps the cost linear even then.
-std::vector<std::vector<int>> neighbours_of_regions(const CCPloy2DRg& set) {
-    constexpr std::size_t most_at_side = 4;
-    std::vector<std::vector<int>> regions_at_side(set.side_list.GetSize());
-    for (int region = 0; region < set.region_list.GetSize(); ++region) {
-        for (const int ring : set.region_list[region].rings) {
-            for (const int side : set.ring_list[ring].sides) {
-                if (regions_at_side[side].size() < most_at_side) {
-                    regions_at_side[side].push_back(region);
-                }
-            }
-        }
-    }
-    std::vector<std::vector<int>> neighbours(set.region_list.GetSize());
-    for (const std::vector<int>& regions : regions_at_side) {
-        for (const int a : regions) {
-            for (const int b : regions) {
-                if (a != b) {
-                    neighbours[a].push_back(b);
-                }
-            }
-        }
-    }
-    for (std::vector<int>& list : neighbours) {
-        std::sort(list.begin(), list.end());
-        list.erase(std::unique(list.begin(), list.end()), list.end());
-    }
-    return neighbours;
-}
-
 // The eye is most sensitive to green and least to blue.
-double distance(const Colour& a, const Colour& b) {
+double distance(const RealColour& a, const RealColour& b) {
     return std::hypot(std::sqrt(0.30) * (a.red - b.red), std::sqrt(0.59) * (a.green - b.green),
                       std::sqrt(0.11) * (a.blue - b.blue));
 }

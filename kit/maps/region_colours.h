@@ -14,4 +14,10 @@ void colour_regions(CCPloy2DRg& set);
 /// have clearly different hues. The sides must have been derived.
 std::vector<double> hues_of_regions(const CCPloy2DRg& set);
 
+/// For each region those that share a side with it, ascending. The sides must have been derived.
+///
+/// Two or three regions run along a side unless regions lie on top of each other. The first four
+/// count, which keeps the cost linear even then.
+std::vector<std::vector<int>> neighbours_of_regions(const CCPloy2DRg& set);
+
 } // namespace korvel::kit

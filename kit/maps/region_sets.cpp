@@ -48,7 +48,8 @@ void orient_rings(PLYDT& set) {
     }
 }
 
-void keep_regions(PLYDT& set, const std::vector<int>& regions) {
+template <class Set>
+void keep_regions(Set& set, const std::vector<int>& regions) {
     Renumbering region_numbers(set.region_list.GetSize());
     Renumbering ring_numbers(set.ring_list.GetSize());
     Renumbering point_numbers(set.pt_list.GetSize());
@@ -64,12 +65,15 @@ void keep_regions(PLYDT& set, const std::vector<int>& regions) {
     region_numbers.compact(set.region_list);
     ring_numbers.compact(set.ring_list);
     point_numbers.compact(set.pt_list);
-    for (PLYDT::PyToRg& region : set.region_list) {
+    for (typename Set::PyToRg& region : set.region_list) {
         ring_numbers.rename(region.rings);
     }
     for (RING& ring : set.ring_list) {
         point_numbers.rename(ring.pts);
     }
 }
+
+template void keep_regions(PLYDT& set, const std::vector<int>& regions);
+template void keep_regions(CCPloy2DRg& set, const std::vector<int>& regions);
 
 } // namespace korvel::kit

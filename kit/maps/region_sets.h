@@ -55,6 +55,7 @@ void copy_regions(const Source& source, Target& target) {
 void orient_rings(PLYDT& set);
 
 /// Keeps the regions of the given indices, in index order, and the rings and points that they use.
-void keep_regions(PLYDT& set, const std::vector<int>& regions);
+template <class Set>
+void keep_regions(Set& set, const std::vector<int>& regions);
 
 } // namespace korvel::kit

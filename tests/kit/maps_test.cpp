@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <set>
+#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -9,8 +11,10 @@
 #include "kit/base/error.h"
 #include "kit/base/rectangle.h"
 #include "kit/maps/coverage.h"
+#include "kit/maps/curve_index.h"
 #include "kit/maps/find_regions.h"
 #include "kit/maps/region_sets.h"
+#include "kit/maps/triangulation.h"
 
 namespace korvel::test {
 namespace {
@@ -149,36 +153,131 @@ TEST(RegionSets, KeepOnlyWhatTheRegionsUse) {
     EXPECT_EQ(box.right, 8);
 }
 
+kit::Network network(const std::vector<std::vector<kit::GridPoint>>& curves) {
+    kit::Network made;
+    for (const std::vector<kit::GridPoint>& curve : curves) {
+        made.add_curve(curve);
+    }
+    return made;
+}
+
+// Two halves of a square with an island in the left one, and what is on no border.
+const std::vector<std::vector<kit::GridPoint>> halves = {{{0, 0}, {9, 0}, {9, 9}, {0, 9}, {0, 0}},
+                                                         {{5, -4}, {5, 12}},
+                                                         {{2, 2}, {4, 2}, {4, 4}, {2, 4}, {2, 2}},
+                                                         {{5, 12}, {5, 12}, {5, -4}},
+                                                         {{7, 7}, {7, 7}}};
+
 TEST(FindRegions, NamesTheFileWhenMemoryIsNotEnough) {
     // Ten strokes across ten others: a crossing on each of two segments, at 350 bytes.
     constexpr std::uint64_t enough = 2 * 10 * 10 * 350;
-    const auto find = [](std::uint64_t memory) {
-        kit::CurveNetwork curves;
-        for (int i = 1; i <= 10; ++i) {
-            curves.pts.Add({0, 100 * i});
-            curves.pts.Add({1100, 100 * i});
-            curves.pts.Add({100 * i, 0});
-            curves.pts.Add({100 * i, 1100});
-            curves.counts.Add(2);
-            curves.counts.Add(2);
-        }
-        CREGION builder;
-        builder.SetTolerance(1);
-        kit::find_regions(curves, "grid", builder, memory);
-        return builder.regions.GetSize();
-    };
-    EXPECT_EQ(find(enough), 81);
+    kit::Network grid;
+    for (int i = 1; i <= 10; ++i) {
+        grid.add_curve(std::vector<kit::GridPoint>{{0, 100 * i}, {1100, 100 * i}});
+        grid.add_curve(std::vector<kit::GridPoint>{{100 * i, 0}, {100 * i, 1100}});
+    }
+    EXPECT_EQ(kit::find_regions(grid, {.memory = enough}).map().size(), 81);
     try {
-        find(enough - 1);
+        kit::find_regions(grid, {.memory = enough - 1});
         ADD_FAILURE() << "the limit is not reported";
     } catch (const kit::Error& error) {
         EXPECT_STREQ(error.what(),
-                     "grid: the curves have more than 99 crossings, for which there is not enough "
-                     "memory: split the file, or remove curves that cross many others");
+                     "network: the curves have more than 99 crossings, for which there is not "
+                     "enough memory: split the file, or remove curves that cross many others");
+        EXPECT_EQ(error.kind(), kit::Error::Kind::input);
     }
     EXPECT_EQ(CREGION::set_crossing_limit(CREGION::no_crossing_limit), CREGION::no_crossing_limit)
         << "the former limit is restored";
     EXPECT_GT(kit::available_memory(), 1U << 20);
+}
+
+TEST(FindRegions, ListsWhatIsOnNoBorder) {
+    std::vector<std::string> texts;
+    for (const kit::Dropped& dropped : kit::find_regions(network(halves)).dropped()) {
+        texts.push_back(kit::text(dropped));
+    }
+    EXPECT_EQ(texts,
+              (std::vector<std::string>{"curve 1 is on no closed ring between 5,-4 and 5,0",
+                                        "curve 1 is on no closed ring between 5,9 and 5,12",
+                                        "curve 3 equals an earlier one", "curve 4 has no length"}));
+    const auto touching = kit::find_regions(network({{{0, 0}, {8, 0}, {8, 8}, {0, 0}},
+                                                     {{0, 0}, {-8, 1}, {-8, -8}, {0, 0}},
+                                                     {{0, 0}, {6, 2}, {6, 4}, {0, 0}}}))
+                              .dropped();
+    for (const kit::Dropped& dropped : touching) {
+        EXPECT_EQ(kit::text(dropped), "a ring touches itself at 0,0");
+    }
+}
+
+TEST(FindRegions, KnowsTheCurvesOfEachRing) {
+    const kit::FoundRegions found = kit::find_regions(network(halves));
+    std::set<std::vector<int>> curves;
+    for (const std::vector<int>& of_ring : found.curves_of_rings()) {
+        curves.insert(of_ring);
+    }
+    EXPECT_EQ(curves, (std::set<std::vector<int>>{{0, 1}, {2}}));
+
+    // A nearer curve wins over one that is listed before it.
+    const kit::CurveIndex index(network({{{0, 10}, {99, 10}}, {{0, 0}, {50, 0}, {99, 1}}}));
+    EXPECT_EQ(index.nearest_curve({10, 4}, {20, 4}), 1);
+    EXPECT_EQ(index.nearest_curve({10, 4}, {20, 6}), 0) << "the farther end decides";
+}
+
+TEST(Map, AnswersForItsRegions) {
+    const kit::FoundRegions found = kit::find_regions(network(halves));
+    const kit::Map& map = found.map();
+    ASSERT_EQ(map.size(), 3);
+    EXPECT_EQ(map.area(),
+              45 + 36 - 0 + 4 -
+                  (map[2].hole_count() + map[1].hole_count() + map[0].hole_count()) * 4.0)
+        << "an island that is a hole counts once";
+    const auto island = map.region_at({3, 3});
+    ASSERT_TRUE(island.has_value());
+    EXPECT_EQ(map[*map.region_at({7, 3})].area(), 36);
+    EXPECT_FALSE(map.region_at({20, 3}).has_value());
+
+    kit::Map kept = map.kept(std::vector<int>{*map.region_at({7, 3}), *map.region_at({7, 3})});
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(kept[0].number(), *map.region_at({7, 3}));
+    EXPECT_EQ(kept.point_count(), 4);
+    EXPECT_THROW(map.kept(std::vector<int>{3}), kit::Error);
+
+    kept.set_name(0, "east");
+    const kit::Map copy = kept;
+    kept.set_name(0, "west");
+    EXPECT_EQ(copy[0].name(), "east") << "a copy is a value";
+
+    const kit::Map seeded = found.around({1, 1});
+    ASSERT_EQ(seeded.size(), 1);
+    EXPECT_EQ(seeded[0].hole_count(), 1);
+    EXPECT_EQ(seeded.area(), 41);
+
+    CCPloy2DRg broken;
+    broken.region_list.SetSize(1);
+    broken.region_list[0].rings.Add(2);
+    EXPECT_THROW(kit::Map{broken}, kit::Error);
+}
+
+TEST(Map, TriangulatesRegionByRegionAndCanBeCancelled) {
+    const kit::FoundRegions found = kit::find_regions(network(halves));
+    const kit::Triangulation covered = kit::triangulate(found.map());
+    for (const kit::Region region : found.map()) {
+        EXPECT_TRUE(covered.coverage(region.index()).is_tiling) << region.index();
+        EXPECT_EQ(covered.of_region(region.index()).size(),
+                  region.point_count() + 2 * region.hole_count() - 2);
+    }
+    std::stop_source stop;
+    kit::Context context{.stop = stop.get_token()};
+    context.on_progress = [&](const kit::Progress& progress) {
+        EXPECT_EQ(progress.stage, "triangulating regions");
+        stop.request_stop();
+    };
+    try {
+        kit::triangulate(found.map(), context);
+        ADD_FAILURE() << "not stopped";
+    } catch (const kit::Error& error) {
+        EXPECT_EQ(error.kind(), kit::Error::Kind::cancelled);
+    }
 }
 
 } // namespace

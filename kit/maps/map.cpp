@@ -1,0 +1,220 @@
+#include "kit/maps/map.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "kit/base/areas.h"
+#include "kit/base/error.h"
+#include "kit/files/region_file.h"
+#include "kit/maps/region_colours.h"
+#include "kit/maps/region_sets.h"
+
+namespace korvel::kit {
+namespace {
+
+void check_indices(const CCPloy2DRg& set);
+CCPloy2DRg with_sides(const CCPloy2DRg& set);
+
+/// For queries of the exact class that are not `const` but change nothing.
+CCPloy2DRg& queried(const CCPloy2DRg& set) {
+    return const_cast<CCPloy2DRg&>(set); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+}
+
+} // namespace
+
+Map::Map(std::unique_ptr<CCPloy2DRg> regions) : regions_(std::move(regions)) {
+    check_indices(*regions_);
+    is_on_grid_ = are_lattice_points(regions_->pt_list);
+}
+
+Map::Map(const CCPloy2DRg& regions) : Map(std::make_unique<CCPloy2DRg>(regions)) {}
+
+Map Map::kept(std::span<const int> regions) const {
+    std::vector<int> numbers(regions.begin(), regions.end());
+    std::sort(numbers.begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+    if (!numbers.empty() && (numbers.front() < 0 || numbers.back() >= size())) {
+        throw input_error("the map has no region " +
+                          std::to_string(numbers.front() < 0 ? numbers.front() : numbers.back()));
+    }
+    auto set = std::make_unique<CCPloy2DRg>();
+    copy_regions(*regions_, *set);
+    keep_regions(*set, numbers);
+    Map map(std::move(set));
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        const Region region = (*this)[numbers[i]];
+        map.set_name(static_cast<int>(i), region.name());
+        map.set_colour(static_cast<int>(i), region.colour());
+        map.numbers_.push_back(region.number());
+    }
+    return map;
+}
+
+Map Map::read(const std::filesystem::path& file, const Context& context) {
+    return read(TextFile(file), context);
+}
+
+Map Map::read(const TextFile& file, const Context& context) {
+    auto set = std::make_unique<CCPloy2DRg>();
+    if (const auto note = read_regions(file, *set)) {
+        context.warn(*note);
+    }
+    return Map(std::move(set));
+}
+
+void Map::write(const std::filesystem::path& file) const {
+    OutputFile out(file);
+    write(out);
+    out.replace();
+}
+
+void Map::write(OutputFile& out) const {
+    queried(*regions_).writepolyrg(out.stream());
+}
+
+std::optional<int> Map::region_at(const Point2& point) const {
+    Point2 at = point;
+    const int region = queried(*regions_).search_pt_polyrg(at.data());
+    return region >= 0 ? std::optional(region) : std::nullopt;
+}
+
+std::optional<int> Map::outline_at(const Point2& point) const {
+    Point2 at = point;
+    CCPloy2DRg& set = queried(*regions_);
+    const auto* const found = std::find_if(
+        set.region_list.begin(), set.region_list.end(), [&](const CCPloy2DRg::PyToRg& region) {
+            return !region.rings.IsEmpty() &&
+                   set.PtInRing(at.data(), set.ring_list[region.rings[0]]) == 1;
+        });
+    return found != set.region_list.end()
+               ? std::optional(static_cast<int>(found - set.region_list.begin()))
+               : std::nullopt;
+}
+
+std::vector<std::vector<int>> Map::neighbours() const {
+    return neighbours_of_regions(with_sides(*regions_));
+}
+
+Rectangle Map::bounds() const {
+    return box_of_regions(*regions_);
+}
+
+double Map::area() const {
+    return std::accumulate(begin(), end(), 0.0,
+                           [](double sum, const Region& region) { return sum + region.area(); });
+}
+
+void Map::set_name(int region, std::string_view name) {
+    const auto slot = static_cast<std::size_t>(region);
+    if (!name.empty() || slot < names_.size()) {
+        names_.resize(std::max(names_.size(), slot + 1));
+        names_[slot] = name;
+    }
+}
+
+void Map::set_colour(int region, Colour colour) {
+    CCPloy2DRg::PyToRg& record = regions_->region_list[region];
+    record.red = colour.red;
+    record.green = colour.green;
+    record.blue = colour.blue;
+}
+
+void Map::colour_distinctly() {
+    CCPloy2DRg coloured = with_sides(*regions_);
+    colour_regions(coloured);
+    for (int i = 0; i < size(); ++i) {
+        const CCPloy2DRg::PyToRg& region = coloured.region_list[i];
+        set_colour(i, {region.red, region.green, region.blue});
+    }
+}
+
+std::vector<double> Map::distinct_hues() const {
+    return hues_of_regions(with_sides(*regions_));
+}
+
+std::unique_ptr<CCPloy2DRg> Map::take_regions() {
+    std::unique_ptr<CCPloy2DRg> regions = regions_.release();
+    *this = Map();
+    return regions;
+}
+
+int Region::number() const {
+    return map_->numbers_.empty() ? index_ : map_->numbers_[static_cast<std::size_t>(index_)];
+}
+
+IndexedRange<Region::Corner> Region::ring(int which) const {
+    const CCPloy2DRg& set = *map_->regions_;
+    const CArray<int>& corners = set.ring_list[record().rings[which]].pts;
+    return {corners.GetSize(), {&set, &corners}};
+}
+
+int Region::point_count() const {
+    int count = 0;
+    for (int i = 0; i < ring_count(); ++i) {
+        count += ring(i).size();
+    }
+    return count;
+}
+
+double Region::area() const {
+    return region_area(*map_->regions_, record(), map_->is_on_grid_);
+}
+
+double Region::ring_area(int which) const {
+    const CCPloy2DRg& set = *map_->regions_;
+    const RING& ring = set.ring_list[record().rings[which]];
+    const double doubled = map_->is_on_grid_
+                               ? static_cast<double>(twice_area<WideInteger>(set.pt_list, ring))
+                               : twice_area<double>(set.pt_list, ring);
+    return std::abs(doubled) / 2;
+}
+
+Rectangle Region::bounds() const {
+    Rectangle box;
+    take_in_region(box, *map_->regions_, record());
+    return box;
+}
+
+Colour Region::colour() const {
+    return {record().red, record().green, record().blue};
+}
+
+const std::string& Region::name() const {
+    static const std::string none;
+    const auto slot = static_cast<std::size_t>(index_);
+    return slot < map_->names_.size() ? map_->names_[slot] : none;
+}
+
+const CCPloy2DRg::PyToRg& Region::record() const {
+    return map_->regions_->region_list[index_];
+}
+
+namespace {
+
+void check_indices(const CCPloy2DRg& set) {
+    const auto check = [](const CArray<int>& indices, int size, const char* what) {
+        for (const int index : indices) {
+            if (index < 0 || index >= size) {
+                throw input_error("the regions refer to " + std::string(what) + " " +
+                                  std::to_string(index) + ", there are " + std::to_string(size));
+            }
+        }
+    };
+    for (const RING& ring : set.ring_list) {
+        check(ring.pts, set.pt_list.GetSize(), "point");
+    }
+    for (const CCPloy2DRg::PyToRg& region : set.region_list) {
+        check(region.rings, set.ring_list.GetSize(), "ring");
+    }
+}
+
+CCPloy2DRg with_sides(const CCPloy2DRg& set) {
+    CCPloy2DRg copy;
+    copy_regions(set, copy);
+    copy.creat_top_rel();
+    return copy;
+}
+
+} // namespace
+} // namespace korvel::kit

@@ -1,0 +1,68 @@
+#include "kit/maps/network.h"
+
+#include <cstdio>
+
+#include "kit/files/curve_file.h"
+
+namespace korvel::kit {
+
+void Network::add_curve(std::span<const GridPoint> points) {
+    points_.insert(points_.end(), points.begin(), points.end());
+    ends_.push_back(point_count());
+}
+
+Network Network::read(const std::filesystem::path& file) {
+    return read(TextFile(file));
+}
+
+Network Network::read(const TextFile& file) {
+    const CurveNetwork curves = read_curves(file);
+    Network network;
+    network.points_.assign(curves.pts.begin(), curves.pts.end());
+    network.ends_.reserve(static_cast<std::size_t>(curves.counts.GetSize()));
+    int end = 0;
+    for (const int count : curves.counts) {
+        network.ends_.push_back(end += count);
+    }
+    network.name_ = file.name;
+    return network;
+}
+
+void Network::write(const std::filesystem::path& file) const {
+    OutputFile out(file);
+    write(out);
+    out.replace();
+}
+
+void Network::write(OutputFile& out) const {
+    std::fprintf(out.stream(), "%d\n", curve_count());
+    for (int i = 0; i < curve_count(); ++i) {
+        std::fprintf(out.stream(), "%zu\n", curve(i).size());
+        for (const GridPoint& point : curve(i)) {
+            std::fprintf(out.stream(), "%d %d\n", static_cast<int>(point.x),
+                         static_cast<int>(point.y));
+        }
+    }
+}
+
+std::span<const GridPoint> Network::curve(int index) const {
+    const int start = index == 0 ? 0 : ends_[index - 1];
+    return std::span(points_).subspan(static_cast<std::size_t>(start),
+                                      static_cast<std::size_t>(ends_[index] - start));
+}
+
+bool Network::is_closed(int index) const {
+    const std::span<const GridPoint> points = curve(index);
+    return points.size() > 2 && points.front().x == points.back().x &&
+           points.front().y == points.back().y;
+}
+
+Rectangle Network::bounds() const {
+    Rectangle box;
+    for (const GridPoint& point : points_) {
+        box.take_in(point.x, point.y);
+    }
+    return box;
+}
+
+} // namespace korvel::kit

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "kit/base/context.h"
+#include "kit/base/indexed_range.h"
+#include "kit/base/points.h"
+#include "kit/files/output_file.h"
+#include "kit/maps/coverage.h"
+#include "kit/maps/map.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+/// The regions of a map with the triangles that cover them. A value that does not change: copies
+/// share it.
+class Triangulation {
+public:
+    // Ask.
+
+    int region_count() const { return state_->set.region_list.GetSize(); }
+    int triangle_count() const { return state_->set.trg_list.GetSize(); }
+
+    /// A triangle by its corners.
+    using Triangle = std::array<Point2, 3>;
+
+    /// A triangle, as a function of its index among those of a region.
+    struct At {
+        const PLYDT* set = nullptr;
+        int first = 0;
+        Triangle operator()(int k) const;
+    };
+
+    /// The triangles of a region.
+    IndexedRange<At> of_region(int region) const;
+
+    // Measure.
+
+    /// How well the triangles of a region cover it: exact where the map's coordinates are integers.
+    /// The triangles of the library's advancing front may overlap or leave a gap where corners lie
+    /// in line. Linear in the region.
+    Coverage coverage(int region) const;
+
+    // Write.
+
+    /// Writes a triangle file, completely or not at all.
+    void write(const std::filesystem::path& file) const;
+    void write(OutputFile& out) const;
+
+    // The exact class.
+
+    /// Points, rings, regions and triangles, those of region k before those of region k + 1.
+    const PLYDT& triangles() const { return state_->set; }
+
+    /// The index in `trg_list` after the last triangle of each region.
+    const std::vector<int>& ends() const { return state_->ends; }
+
+private:
+    friend Triangulation triangulate(const Map& map, const Context& context);
+
+    struct State {
+        PLYDT set;
+        std::vector<int> ends;
+        bool is_on_grid = true;
+    };
+
+    std::shared_ptr<const State> state_ = std::make_shared<State>();
+};
+
+/// Covers the regions of a map with triangles between their corners, by the advancing front of
+/// `PLYDT`. Rings are turned to positive area first. Can last over a second with more than 100,000
+/// corners.
+Triangulation triangulate(const Map& map, const Context& context = {});
+
+/// The map's points, rings and regions as the exact class takes them, rings turned to positive
+/// area.
+void copy_oriented(const Map& map, PLYDT& set);
+
+} // namespace korvel::kit
