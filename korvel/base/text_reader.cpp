@@ -2,7 +2,6 @@
 
 #include "korvel/base/text_reader.h"
 
-#include <clocale>
 #include <cstdlib>
 #include <cstring>
 
@@ -35,12 +34,19 @@ bool is_space(int c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
+/// Printed, because `localeconv` may not be called by two threads at once.
+bool decimal_point_is_full_stop() {
+    char text[16];
+    std::snprintf(text, sizeof text, "%.1f", 0.5);
+    return std::strcmp(text, "0.5") == 0;
+}
+
 } // namespace
 
 TextReader::TextReader(FILE* stream) : stream_(stream) {
     lock_stream(stream);
     takes_characters_ = is_read_by_characters(stream);
-    takes_reals_ = takes_characters_ && std::strcmp(std::localeconv()->decimal_point, ".") == 0;
+    takes_reals_ = takes_characters_ && decimal_point_is_full_stop();
 }
 
 TextReader::~TextReader() {

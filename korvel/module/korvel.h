@@ -16,5 +16,7 @@
 #include "korvel/platform/framework.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
+#include "korvel/polyregion/trace_files.h"
 #include "korvel/region/cregion.h"
+#include "korvel/region/crossing_limit.h"
 #include "korvel/section/tmod2d.h"

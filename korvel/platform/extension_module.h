@@ -40,7 +40,8 @@ private:
 
 namespace korvel {
 
-/// Front of the chain, the library that registered last; null when there is none.
+/// Front of the chain, the library that registered last; null when there is none. Threads may add
+/// and remove libraries at any time; who walks the chain sees that none does meanwhile.
 KORVEL_PLATFORM_API CDynLinkLibrary* first_extension_library() noexcept;
 
 } // namespace korvel

@@ -149,8 +149,9 @@ public:
     static constexpr int no_crossing_limit = std::numeric_limits<int>::max();
 
     /// Sets, for all objects, how many crossings a network may have; one with more gives empty
-    /// results. A crossing counts once on each of its two segments; at 0 or less any crossing is
-    /// too many. Returns the limit before. Regions of 10,000,000 crossings take about 3 GB.
+    /// results. A thread with a `korvel::CrossingLimitOverride` has its own limit. A crossing
+    /// counts once on each of its two segments; at 0 or less any crossing is too many. Returns the
+    /// limit before. Regions of 10,000,000 crossings take about 3 GB.
     static int set_crossing_limit(int crossings);
 
     /// Whether the last analysis was given up because the network had more crossings than the limit

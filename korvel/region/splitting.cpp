@@ -1,19 +1,22 @@
 // Splitting of the curves where they meet.
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
-#include <utility>
 
 #include "korvel/plane/device_point.h"
 #include "korvel/region/cregion.h"
+#include "korvel/region/crossing_limit.h"
 #include "korvel/region/crossings.h"
 
 using korvel::CurveSpans;
 
 namespace {
 
-int most_crossings = CREGION::no_crossing_limit;
+std::atomic<int> process_limit = CREGION::no_crossing_limit;
+thread_local korvel::ThreadOverride<korvel::CrossingLimitOverride::State>* thread_limit = nullptr;
 
+int most_crossings();
 tagPOINT split_point(const tagPOINT& from, const tagPOINT& to, double ratio);
 
 } // namespace
@@ -32,9 +35,12 @@ void CREGION::SplitPureCurve() {
     // Each crossing adds two points, which must all be counted.
     const int most_counted = (std::numeric_limits<int>::max() - input_pts->GetSize()) / 2;
     const auto crossings =
-        korvel::find_crossings(*input_pts, curves, std::min(most_crossings, most_counted));
+        korvel::find_crossings(*input_pts, curves, std::min(most_crossings(), most_counted));
     if (!crossings) {
         is_over_crossing_limit_ = true;
+        if (thread_limit != nullptr) {
+            thread_limit->value.was_exceeded = true;
+        }
         return;
     }
 
@@ -68,6 +74,10 @@ void CREGION::SplitPureCurve() {
 
 namespace {
 
+int most_crossings() {
+    return thread_limit != nullptr ? thread_limit->value.most : process_limit.load();
+}
+
 /// The point at a ratio of a segment, truncated toward zero.
 tagPOINT split_point(const tagPOINT& from, const tagPOINT& to, double ratio) {
     tagPOINT pt{};
@@ -79,7 +89,16 @@ tagPOINT split_point(const tagPOINT& from, const tagPOINT& to, double ratio) {
 } // namespace
 
 int CREGION::set_crossing_limit(int crossings) {
-    return std::exchange(most_crossings, crossings);
+    return process_limit.exchange(crossings);
+}
+
+korvel::CrossingLimitOverride::CrossingLimitOverride(int crossings)
+    : override_(thread_limit, {crossings, false}) {}
+
+korvel::CrossingLimitOverride::~CrossingLimitOverride() = default;
+
+bool korvel::CrossingLimitOverride::was_exceeded() const {
+    return override_.value.was_exceeded;
 }
 
 bool CREGION::has_exceeded_crossing_limit() const {

@@ -1,4 +1,6 @@
+#include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -39,6 +41,28 @@ TEST(MessageBox, GoesToStandardErrorWithoutHandler) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(AfxMessageBox("100 %s"), IDOK);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "100 %s\n");
+}
+
+TEST(MessageBox, GoesToTheLastOverrideOfItsThread) {
+    std::string shown;
+    const auto to = [&](const char* name) {
+        return [&shown, name](const char* text, unsigned) {
+            shown += std::string(name) + text + ' ';
+            return IDOK;
+        };
+    };
+    korvel::set_message_box_handler(to("all"));
+    auto outer = std::make_unique<korvel::MessageBoxOverride>(to("outer"));
+    AfxMessageBox("1");
+    std::thread([] { AfxMessageBox("2"); }).join();
+    auto inner = std::make_unique<korvel::MessageBoxOverride>(to("inner"));
+    AfxMessageBox("3");
+    outer.reset(); // out of order
+    AfxMessageBox("4");
+    inner.reset();
+    AfxMessageBox("5");
+    EXPECT_EQ(shown, "outer1 all2 inner3 inner4 all5 ");
+    korvel::set_message_box_handler(nullptr);
 }
 
 TEST(ExtensionModule, JoinsAndLeavesTheChain) {

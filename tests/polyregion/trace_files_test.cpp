@@ -3,9 +3,11 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
+#include "korvel/polyregion/trace_files.h"
 #include "tests/polyregion/triangulation.h"
 
 using namespace korvel::test;
@@ -109,6 +111,25 @@ TEST_F(Triangulation, ReportsALostTrace) {
         std::filesystem::remove(name);
     }
     EXPECT_FALSE(lost(true));
+}
+
+TEST_F(Triangulation, FollowsTheOverrideOfItsThread) {
+    PLYDT set;
+    rectangle_and_triangle.add_to(set);
+    const korvel::TraceFilesOverride off(false);
+    set.region_tranglate();
+    EXPECT_EQ(files(), 0);
+    {
+        std::filesystem::create_symlink("/no/where", "trg.dat");
+        const korvel::TraceFilesOverride on(true);
+        set.region_tranglate();
+        EXPECT_TRUE(on.has_lost_trace());
+        EXPECT_TRUE(std::filesystem::exists("wwwtrg.dat"));
+    }
+    EXPECT_FALSE(off.has_lost_trace());
+    EXPECT_FALSE(PLYDT::has_lost_trace());
+    std::thread([&] { set.region_tranglate(); }).join();
+    EXPECT_TRUE(PLYDT::has_lost_trace()) << "another thread follows the setting of the process";
 }
 
 } // namespace

@@ -3,11 +3,13 @@
 #include <limits>
 #include <numeric>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
+#include "korvel/region/crossing_limit.h"
 #include "tests/region/analysed.h"
 #include "tests/support/recording_dc.h"
 #include "tests/support/sample_curves.h"
@@ -121,6 +123,21 @@ TEST(CrossingLimit, LeavesEmptyResultsAndIsReportedAfterTheCall) {
     EXPECT_EQ(closed.region.regions.GetSize(), 0);
     EXPECT_TRUE(closed.region.has_exceeded_crossing_limit());
     EXPECT_FALSE(Analysed("0,0 5,0").region.has_exceeded_crossing_limit());
+}
+
+TEST(CrossingLimit, OfAThreadOverridesThatOfTheProcess) {
+    const CrossingLimitGuard guard;
+    CREGION::set_crossing_limit(17);
+    const korvel::CrossingLimitOverride ample(18);
+    EXPECT_FALSE(Analysed(mesh).region.has_exceeded_crossing_limit());
+    {
+        const korvel::CrossingLimitOverride none(0);
+        EXPECT_TRUE(Analysed(mesh).region.has_exceeded_crossing_limit());
+        EXPECT_FALSE(Analysed("0,0 5,0").region.has_exceeded_crossing_limit());
+        EXPECT_TRUE(none.was_exceeded());
+    }
+    std::thread([] { EXPECT_TRUE(Analysed(mesh).region.has_exceeded_crossing_limit()); }).join();
+    EXPECT_FALSE(ample.was_exceeded());
 }
 
 TEST(CrossingLimit, IsResetWithTheResults) {

@@ -97,6 +97,7 @@ void PLYDT::close_front_exhaustively(FILE* trace, PyToRg& rg) {
 
 void PLYDT::gather_candidates(FILE* trace, PyToRg& rg, int a, int b, CArray<TRG>& candidates) {
     candidates.SetSize(0);
+    const bool asks_all = makes_all_tests();
     for (const int ring : rg.rings) {
         for (const int p : ring_list[ring].pts) {
             if (p == a || p == b) {
@@ -107,7 +108,7 @@ void PLYDT::gather_candidates(FILE* trace, PyToRg& rg, int a, int b, CArray<TRG>
             t.va = a;
             t.vb = b;
             t.vc = p;
-            if (!makes_all_tests() || !attrglist(trg_list, t)) { // else asked of what may win
+            if (!asks_all || !attrglist(trg_list, t)) { // else asked of what may win
                 candidates.Add(t);
             }
         }

@@ -1,31 +1,49 @@
 // Triangulation of regions: the order of the work, and its trace files.
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 
 #include "korvel/polyregion/plydt.h"
 #include "korvel/polyregion/side_topology.h"
+#include "korvel/polyregion/trace_files.h"
 #include "korvel/polyregion/triangulation/advancing_front.h"
 #include "korvel/polyregion/triangulation/listed_triangles.h"
 
 namespace {
 
-bool trace_files = true;
-bool trace_is_lost = false;
+std::atomic<bool> process_traces = true;
+std::atomic<bool> process_has_lost_trace = false;
+thread_local korvel::ThreadOverride<korvel::TraceFilesOverride::State>* thread_traces = nullptr;
+
+bool traces_are_on() {
+    return thread_traces != nullptr ? thread_traces->value.are_on : process_traces.load();
+}
+
+void note_lost_trace() {
+    if (thread_traces != nullptr) {
+        thread_traces->value.is_lost = true;
+    } else {
+        process_has_lost_trace = true;
+    }
+}
 
 /// A trace file in the current directory. The work goes on without one that cannot be opened.
 class TraceFile {
 public:
-    explicit TraceFile(const char* name) : file_(trace_files ? std::fopen(name, "w") : nullptr) {
-        if (trace_files && file_ == nullptr) {
-            trace_is_lost = true;
+    explicit TraceFile(const char* name) {
+        if (traces_are_on()) {
+            file_ = std::fopen(name, "w");
+            if (file_ == nullptr) {
+                note_lost_trace();
+            }
         }
     }
     ~TraceFile() {
         if (file_ != nullptr) {
             const bool failed = std::ferror(file_) != 0;
             if (std::fclose(file_) != 0 || failed) {
-                trace_is_lost = true;
+                note_lost_trace();
             }
         }
     }
@@ -37,7 +55,7 @@ public:
     FILE* stream() const { return file_; }
 
 private:
-    FILE* file_;
+    FILE* file_ = nullptr;
 };
 
 template <class CloseExhaustively>
@@ -49,16 +67,24 @@ bool is_sound(const PLYDT& set, const PLYDT::PyToRg& region);
 } // namespace
 
 void PLYDT::set_trace_files(bool on) {
-    trace_files = on;
-    trace_is_lost = false;
+    process_traces = on;
+    process_has_lost_trace = false;
 }
 
 bool PLYDT::has_lost_trace() {
-    return trace_is_lost;
+    return process_has_lost_trace;
 }
 
 bool PLYDT::makes_all_tests() {
-    return trace_files;
+    return traces_are_on();
+}
+
+korvel::TraceFilesOverride::TraceFilesOverride(bool on) : override_(thread_traces, {on, false}) {}
+
+korvel::TraceFilesOverride::~TraceFilesOverride() = default;
+
+bool korvel::TraceFilesOverride::has_lost_trace() const {
+    return override_.value.is_lost;
 }
 
 void PLYDT::region_tranglate() {
@@ -130,7 +156,7 @@ void triangulate(PLYDT& set, PLYDT::PyToRg& region, korvel::ListedTriangles& lis
         whole.vc = ring->pts[2];
         set.trg_list.Add(whole); // its radius is not computed
     } else if (!region.rings.IsEmpty() && is_sound(set, region) &&
-               (trace_files || !front.close(region))) {
+               (traces_are_on() || !front.close(region))) {
         close_exhaustively(trace.stream());
     }
     listed.add_new_triangles();
