@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "kit/base/rectangle.h"
-#include "kit/pictures/picture_canvas.h"
+#include "kit/pictures/picture_size.h"
 #include "korvel/module/korvel.h"
 
 namespace korvel::command {

@@ -25,4 +25,15 @@ kit::PictureFit MapView::fit(const kit::Rectangle& box, kit::PictureSize size) c
     return {view_.empty() ? box : parse_box("--view", view_), size, stretch_};
 }
 
+kit::MapPictureOptions MapView::options(kit::PictureSize size) const {
+    kit::MapPictureOptions options;
+    options.size = size;
+    options.stretch = stretch_;
+    options.units_per_pixel = kit::PictureFit::units_per_pixel;
+    if (!view_.empty()) {
+        options.part = parse_box("--view", view_);
+    }
+    return options;
+}
+
 } // namespace korvel::command

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kit/base/rectangle.h"
+#include "kit/pictures/flat_picture.h"
 #include "kit/pictures/picture_fit.h"
 
 namespace korvel::command {
@@ -19,6 +20,9 @@ public:
 
     /// Shows `box` unless the user asked for another view.
     kit::PictureFit fit(const kit::Rectangle& box, kit::PictureSize size) const;
+
+    /// How to draw a map into a picture file of this size.
+    kit::MapPictureOptions options(kit::PictureSize size) const;
 
 private:
     std::string view_;

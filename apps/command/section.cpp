@@ -13,7 +13,7 @@
 #include "apps/command/outputs.h"
 #include "apps/command/progress_line.h"
 #include "kit/base/rectangle.h"
-#include "kit/pictures/section_picture.h"
+#include "kit/pictures/picture_files.h"
 #include "kit/solids/section_cut.h"
 
 namespace korvel::command {

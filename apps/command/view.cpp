@@ -1,9 +1,4 @@
-#include <algorithm>
-#include <cctype>
-#include <cmath>
 #include <cstdio>
-#include <deque>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,13 +7,8 @@
 #include "apps/command/command.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
-#include "apps/command/outputs.h"
 #include "apps/command/progress_line.h"
-#include "kit/base/error.h"
-#include "kit/files/output_file.h"
-#include "kit/pictures/model_picture.h"
-#include "kit/pictures/offscreen_renderer.h"
-#include "kit/solids/pick.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -31,16 +21,13 @@ public:
 private:
     void check() const;
     void load();
-    void turn_to(double about_z, double tilt);
-    void look(kit::OffscreenRenderer* screen);
-    void turn_round(kit::OffscreenRenderer& screen);
-    kit::ViewFrame frame() const;
-    kit::ViewFrame checked(const kit::ViewFrame& frame) const;
-    void print_bounds(const kit::ViewFrame& frame) const;
+    void look(kit::ViewOptions options);
+    void turn_round(const kit::ViewOptions& options);
+    kit::ViewOptions view_options(kit::OffscreenRenderer* screen) const;
+    void check_frame(const kit::ViewFrame& frame) const;
     std::optional<kit::Pick> pick_requested_point(const kit::ViewFrame& frame);
     bool is_picking() const { return !pick_.empty() || !click_.empty(); }
     kit::PictureSize size() const { return parse_picture_size("--size", size_); }
-    std::string picture_of(int frame) const;
 
     static constexpr int most_frames = 1000;
 
@@ -58,9 +45,9 @@ private:
     TMOD3D model_;
 };
 
+void print_bounds(const TMOD3D& model, const kit::ViewFrame& frame);
 void print_pick(const TMOD3D& model, const kit::Pick& pick);
 std::string point_text(const double* point);
-bool is_png(const std::filesystem::path& file);
 
 void ViewCommand::run() {
     check();
@@ -69,10 +56,11 @@ void ViewCommand::run() {
         screen.emplace(size());
     }
     load();
+    const kit::ViewOptions options = view_options(screen ? &*screen : nullptr);
     if (turntable_ > 0) {
-        turn_round(*screen);
+        turn_round(options);
     } else {
-        look(screen ? &*screen : nullptr);
+        look(options);
     }
 }
 
@@ -155,14 +143,10 @@ void ViewCommand::check() const {
         }
         return;
     }
-    if (!is_png(picture_)) {
-        throw kit::input_error(picture_ + ": the name of a picture of a model ends in .png");
-    }
-    for (int i = 0; i < turntable_; ++i) {
-        kit::OutputFile::check(picture_of(i));
-    }
-    if (turntable_ == 0) {
-        kit::OutputFile::check(picture_);
+    if (turntable_ > 0) {
+        kit::check_turntable_files(picture_, turntable_);
+    } else {
+        kit::check_view_file(picture_);
     }
 }
 
@@ -171,100 +155,61 @@ void ViewCommand::load() {
     std::printf("%s: %s, bounds %s\n", input_.c_str(),
                 counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
                 bounds_text(model_.wrap_cuboid, 3).c_str());
-    const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
-    turn_to(angles[0], angles[1]);
 }
 
-void ViewCommand::turn_to(double about_z, double tilt) {
-    model_.vis_angle_1 = about_z;
-    model_.vis_angle_2 = tilt;
-    model_.change_vis_parm();
-}
-
-void ViewCommand::look(kit::OffscreenRenderer* screen) {
+void ViewCommand::look(kit::ViewOptions options) {
+    const kit::ViewFrame frame = kit::turn_view(model_, options);
     const Stopwatch time;
-    const kit::ViewFrame frame = this->frame();
-    if (is_verbose_) {
-        print_bounds(frame);
-    }
-    const std::optional<kit::Pick> picked = pick_requested_point(frame);
-    if (screen == nullptr) {
+    check_frame(frame);
+    options.marked = pick_requested_point(frame);
+    if (picture_.empty()) {
         return;
     }
-    kit::OutputFile picture(picture_);
     {
         const ProgressLine progress("painting");
-        screen->begin(frame);
-        kit::draw_model(model_, with_edges_, with_box_);
-        if (picked) {
-            kit::draw_pick(model_, *picked, frame);
-        }
-        screen->write_png(picture);
-        picture.replace();
+        kit::write_picture(model_, frame, picture_, options);
     }
     std::printf("wrote %s in %.1f ms\n", picture_.c_str(), time.milliseconds());
 }
 
-// No target is replaced before all pictures are complete.
-void ViewCommand::turn_round(kit::OffscreenRenderer& screen) {
+void ViewCommand::turn_round(const kit::ViewOptions& options) {
     const Stopwatch time;
-    const double start = model_.vis_angle_1;
-    std::deque<kit::OutputFile> pictures;
+    check_frame(kit::turn_turntable(model_, options));
     {
-        ProgressLine progress("painting");
-        for (int i = 0; i < turntable_; ++i) {
-            progress.update(i, turntable_);
-            turn_to(start + i * 360.0 / turntable_, model_.vis_angle_2);
-            const kit::ViewFrame frame = this->frame();
-            if (is_verbose_ && i == 0) {
-                print_bounds(frame);
-            }
-            screen.begin(frame);
-            kit::draw_model(model_, with_edges_, with_box_);
-            kit::OutputFile& picture = pictures.emplace_back(picture_of(i));
-            screen.write_png(picture);
-            picture.close();
-        }
+        ProgressLine line("painting");
+        kit::Context context;
+        context.on_progress = [&](const kit::Progress& progress) {
+            line.update(static_cast<int>(progress.fraction * turntable_ + 0.5), turntable_);
+        };
+        kit::write_turntable(model_, picture_, turntable_, options, context);
     }
-    for (kit::OutputFile& picture : pictures) {
-        picture.replace();
-    }
-    std::printf("wrote %s to %s in %.1f ms\n", picture_of(0).c_str(),
-                picture_of(turntable_ - 1).c_str(), time.milliseconds());
+    const auto files = kit::turntable_files(picture_, turntable_);
+    std::printf("wrote %s to %s in %.1f ms\n", files.front().c_str(), files.back().c_str(),
+                time.milliseconds());
 }
 
-kit::ViewFrame ViewCommand::frame() const {
-    if (turntable_ > 0) {
-        return checked(kit::turning_view(model_, with_box_, size()));
+kit::ViewOptions ViewCommand::view_options(kit::OffscreenRenderer* screen) const {
+    const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
+    kit::ViewOptions options;
+    options.size = size();
+    options.angles = {.turn = angles[0], .tilt = angles[1]};
+    if (!part_.empty()) {
+        options.part = parse_box("--view", part_);
     }
-    return checked(part_.empty() ? kit::whole_view(model_, with_box_, size())
-                                 : kit::part_of_view(model_, parse_box("--view", part_), size()));
+    options.edges = with_edges_;
+    options.box = with_box_;
+    options.screen = screen;
+    return options;
 }
 
-// OpenGL draws in single precision.
-kit::ViewFrame ViewCommand::checked(const kit::ViewFrame& frame) const {
-    const auto fits = [](double length) { return length >= 1e-30 && length <= 1e30; };
-    if (!fits(frame.right() - frame.left) || !fits(frame.top() - frame.bottom) ||
-        !fits(frame.nearest - frame.farthest)) {
+void ViewCommand::check_frame(const kit::ViewFrame& frame) const {
+    if (!frame.is_drawable()) {
         throw kit::input_error(input_ + ": a picture " + number_text(frame.right() - frame.left) +
                                " wide cannot be drawn");
     }
-    return frame;
-}
-
-void ViewCommand::print_bounds(const kit::ViewFrame& frame) const {
-    const double shown[] = {frame.left, frame.right(), frame.bottom, frame.top()};
-    const auto print = [](const char* what, const double* pairs, int axes) {
-        std::printf("%s", what);
-        for (int axis = 0; axis < axes; ++axis) {
-            std::printf("%s %c %s to %s", axis == 0 ? "" : ",", "uvw"[axis],
-                        number_text(pairs[2 * axis]).c_str(),
-                        number_text(pairs[2 * axis + 1]).c_str());
-        }
-        std::printf("\n");
-    };
-    print("view: model", model_.view_bounds, 3);
-    print("view: picture", shown, 2);
+    if (is_verbose_) {
+        print_bounds(model_, frame);
+    }
 }
 
 std::optional<kit::Pick> ViewCommand::pick_requested_point(const kit::ViewFrame& frame) {
@@ -292,9 +237,19 @@ std::optional<kit::Pick> ViewCommand::pick_requested_point(const kit::ViewFrame&
     return found;
 }
 
-std::string ViewCommand::picture_of(int frame) const {
-    const int digits = std::max(2, static_cast<int>(std::to_string(turntable_ - 1).size()));
-    return numbered_picture(picture_, frame, digits);
+void print_bounds(const TMOD3D& model, const kit::ViewFrame& frame) {
+    const double shown[] = {frame.left, frame.right(), frame.bottom, frame.top()};
+    const auto print = [](const char* what, const double* pairs, int axes) {
+        std::printf("%s", what);
+        for (int axis = 0; axis < axes; ++axis) {
+            std::printf("%s %c %s to %s", axis == 0 ? "" : ",", "uvw"[axis],
+                        number_text(pairs[2 * axis]).c_str(),
+                        number_text(pairs[2 * axis + 1]).c_str());
+        }
+        std::printf("\n");
+    };
+    print("view: model", model.view_bounds, 3);
+    print("view: picture", shown, 2);
 }
 
 void print_pick(const TMOD3D& model, const kit::Pick& pick) {
@@ -309,13 +264,6 @@ void print_pick(const TMOD3D& model, const kit::Pick& pick) {
 
 std::string point_text(const double* point) {
     return number_text(point[0]) + "," + number_text(point[1]) + "," + number_text(point[2]);
-}
-
-bool is_png(const std::filesystem::path& file) {
-    const std::string ending = file.extension().string();
-    const std::string wanted = ".png";
-    return std::equal(ending.begin(), ending.end(), wanted.begin(), wanted.end(),
-                      [](unsigned char a, char b) { return std::tolower(a) == b; });
 }
 
 } // namespace

@@ -7,21 +7,21 @@
 namespace korvel::kit {
 namespace {
 
-struct Colour {
+struct GlColour {
     double red;
     double green;
     double blue;
 };
 
-constexpr Colour black = {0, 0, 0};
-constexpr Colour white = {1, 1, 1};
-constexpr Colour yellow = {1, 0.9, 0};
-constexpr Colour red = {0.9, 0, 0};
-constexpr Colour blue = {0, 0.2, 1};
+constexpr GlColour black = {0, 0, 0};
+constexpr GlColour white = {1, 1, 1};
+constexpr GlColour yellow = {1, 0.9, 0};
+constexpr GlColour red = {0.9, 0, 0};
+constexpr GlColour blue = {0, 0.2, 1};
 
-void fill_face(TMOD3D& model, POLY3D& face, const Colour& colour);
-void draw_edge(const TMOD3D& model, const LINE3D& edge, const Colour& colour);
-void draw_dot(double u, double v, double w, double radius, const Colour& colour);
+void fill_face(TMOD3D& model, POLY3D& face, const GlColour& colour);
+void draw_edge(const TMOD3D& model, const LINE3D& edge, const GlColour& colour);
+void draw_dot(double u, double v, double w, double radius, const GlColour& colour);
 
 } // namespace
 
@@ -59,14 +59,14 @@ void draw_pick(TMOD3D& model, const Pick& pick, const ViewFrame& frame) {
 
 namespace {
 
-void fill_face(TMOD3D& model, POLY3D& face, const Colour& colour) {
+void fill_face(TMOD3D& model, POLY3D& face, const GlColour& colour) {
     glBegin(GL_POLYGON);
     glColor3d(colour.red, colour.green, colour.blue);
     face.gl_draw_poly(&model.verts);
     glEnd();
 }
 
-void draw_edge(const TMOD3D& model, const LINE3D& edge, const Colour& colour) {
+void draw_edge(const TMOD3D& model, const LINE3D& edge, const GlColour& colour) {
     glBegin(GL_LINES);
     glColor3d(colour.red, colour.green, colour.blue);
     glVertex3dv(model.verts[edge.start_vert].view_xyz);
@@ -74,7 +74,7 @@ void draw_edge(const TMOD3D& model, const LINE3D& edge, const Colour& colour) {
     glEnd();
 }
 
-void draw_dot(double u, double v, double w, double radius, const Colour& colour) {
+void draw_dot(double u, double v, double w, double radius, const GlColour& colour) {
     constexpr int corners = 32;
     constexpr double full_turn = 6.283185307179586;
     glBegin(GL_POLYGON);

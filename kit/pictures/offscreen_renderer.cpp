@@ -4,16 +4,15 @@
 #include <EGL/eglext.h>
 #include <GL/gl.h>
 #include <GL/glext.h>
-#include <cairo.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <system_error>
 
 #include "kit/base/error.h"
+#include "kit/pictures/gl_view.h"
+#include "kit/pictures/png_file.h"
 
 namespace korvel::kit {
 namespace {
@@ -84,35 +83,21 @@ OffscreenRenderer::OffscreenRenderer(PictureSize size)
 
 OffscreenRenderer::~OffscreenRenderer() = default;
 
-void OffscreenRenderer::begin(const ViewFrame& frame) {
-    constexpr GLclampf grey = 140 / 255.0F; // white edges and black ones both contrast with it
+void OffscreenRenderer::bind() {
     page_->bind_frame(GL_FRAMEBUFFER, page_->frames[Page::drawn]);
-    glViewport(0, 0, size_.width, size_.height);
-    glClearColor(grey, grey, grey, 1);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_LESS); // of faces at one depth the first drawn stays
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    // OpenGL looks along −w and counts distances that way.
-    glOrtho(frame.left, frame.right(), frame.bottom, frame.top(), -frame.nearest, -frame.farthest);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    glLineWidth(frame.line_width());
+}
+
+void OffscreenRenderer::begin(const ViewFrame& frame) {
+    bind();
+    begin_view(frame);
 }
 
 void OffscreenRenderer::write_png(OutputFile& out) {
     page_->take_means(size_);
-    const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> surface(
-        cairo_image_surface_create(CAIRO_FORMAT_RGB24, size_.width, size_.height),
-        cairo_surface_destroy);
-    if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
-        out.fail(cairo_status_to_string(cairo_surface_status(surface.get())));
-    }
-    unsigned char* const first = cairo_image_surface_get_data(surface.get());
-    const int stride = cairo_image_surface_get_stride(surface.get());
-    glPixelStorei(GL_PACK_ROW_LENGTH, stride / 4);
-    glReadPixels(0, 0, size_.width, size_.height, GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV, first);
+    PngPage page(out, size_);
+    glPixelStorei(GL_PACK_ROW_LENGTH, page.stride() / 4);
+    glReadPixels(0, 0, size_.width, size_.height, GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV,
+                 page.pixels());
     if (const GLenum error = glGetError(); error != GL_NO_ERROR) {
         char code[40];
         std::snprintf(code, sizeof code, "OpenGL error 0x%04x", error);
@@ -120,24 +105,10 @@ void OffscreenRenderer::write_png(OutputFile& out) {
     }
     // OpenGL counts rows from the bottom.
     for (int row = 0; row < size_.height / 2; ++row) {
-        unsigned char* const upper = first + static_cast<std::ptrdiff_t>(row) * stride;
-        unsigned char* const lower =
-            first + static_cast<std::ptrdiff_t>(size_.height - 1 - row) * stride;
-        std::swap_ranges(upper, upper + stride, lower);
+        unsigned char* const upper = page.row(row);
+        std::swap_ranges(upper, upper + page.stride(), page.row(size_.height - 1 - row));
     }
-    cairo_surface_mark_dirty(surface.get());
-    const auto write = [](void* file, const unsigned char* data, unsigned size) {
-        return std::fwrite(data, 1, size, static_cast<FILE*>(file)) == size
-                   ? CAIRO_STATUS_SUCCESS
-                   : CAIRO_STATUS_WRITE_ERROR;
-    };
-    errno = 0;
-    const cairo_status_t status =
-        cairo_surface_write_to_png_stream(surface.get(), write, out.stream());
-    if (status != CAIRO_STATUS_SUCCESS) {
-        out.fail(errno != 0 ? std::generic_category().message(errno)
-                            : cairo_status_to_string(status));
-    }
+    page.write();
 }
 
 void OffscreenRenderer::Context::open() {

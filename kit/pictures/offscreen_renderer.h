@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "kit/files/output_file.h"
-#include "kit/pictures/picture_canvas.h"
+#include "kit/pictures/picture_size.h"
 #include "kit/pictures/view_frame.h"
 
 namespace korvel::kit {
@@ -19,8 +19,12 @@ public:
     OffscreenRenderer(const OffscreenRenderer&) = delete;
     OffscreenRenderer& operator=(const OffscreenRenderer&) = delete;
 
-    /// Starts a picture: an empty grey page that shows a part of a view, drawn on in view
-    /// coordinates. What is nearer to the viewer hides what is farther.
+    /// Makes the page the one that the context draws on: the next OpenGL calls, such as those of
+    /// `begin_view` or `draw_view`, go there. `write_png` needs another call before it is drawn on
+    /// again.
+    void bind();
+
+    /// `bind` and `begin_view`.
     void begin(const ViewFrame& frame);
 
     /// Writes the page as a PNG. Throws an output error when drawing or writing failed.

@@ -31,7 +31,7 @@ PictureFormat picture_format(const std::filesystem::path& file) {
 
 PictureCanvas::PictureCanvas(OutputFile& out, PictureFormat format, PictureSize size,
                              int units_per_pixel)
-    : out_(out), format_(format), units_per_pixel_(units_per_pixel) {
+    : out_(out), format_(format), size_(size), units_per_pixel_(units_per_pixel) {
     switch (format) {
     case PictureFormat::png:
         surface_.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.width, size.height));

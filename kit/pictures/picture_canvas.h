@@ -7,20 +7,13 @@
 #include <string>
 
 #include "kit/files/output_file.h"
+#include "kit/pictures/label_writer.h"
+#include "kit/pictures/picture_size.h"
 #include "korvel/module/korvel.h"
 
 namespace korvel::kit {
 
 enum class PictureFormat { png, svg, pdf };
-
-/// Width and height in pixels (PNG, SVG) or points (PDF).
-struct PictureSize {
-    int width = 1600;
-    int height = 1000;
-};
-
-/// Alignment of a text at its position: to the right of it, centred, to the left of it.
-enum class Anchor { start, middle, end };
 
 /// The format that a file's extension selects, in upper or lower case. Throws an input error for
 /// any other.
@@ -32,22 +25,22 @@ PictureFormat picture_format(const std::filesystem::path& file);
 /// With more than one device unit to a pixel the library's integer coordinates place lines between
 /// pixels. Pen widths count in device units too, but no line gets thinner than a quarter of a
 /// pixel, so that width 0 gives the thinnest line that can still be seen.
-class PictureCanvas final : public CDC {
+class PictureCanvas final : public CDC, public LabelWriter {
 public:
     /// The picture goes to `out`, which must outlive the canvas and which the caller closes. Throws
     /// an output error when there is not enough memory for the page.
     PictureCanvas(OutputFile& out, PictureFormat format, PictureSize size, int units_per_pixel = 1);
 
+    PictureSize size() const { return size_; }
+    int units_per_pixel() const { return units_per_pixel_; }
+
     /// Completes the picture. Throws an output error when painting or writing failed. Without this
     /// call the picture is incomplete.
     void finish();
 
-    /// Writes a line of text in the pen's colour, its height around `y`. Place and size are in
-    /// pixels.
-    void write_text(const std::string& text, double x, double y, double size, Anchor anchor);
-
-    /// Width of a line of text in pixels.
-    double text_width(const std::string& text, double size);
+    void write_text(const std::string& text, double x, double y, double size,
+                    Anchor anchor) override;
+    double text_width(const std::string& text, double size) override;
 
     CPen* SelectObject(CPen* pen) override;
     CBrush* SelectObject(CBrush* brush) override;
@@ -73,6 +66,7 @@ private:
 
     OutputFile& out_;
     PictureFormat format_;
+    PictureSize size_;
     int units_per_pixel_;
     int write_error_ = 0;
     std::unique_ptr<cairo_surface_t, Destroy> surface_;

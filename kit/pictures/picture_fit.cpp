@@ -5,8 +5,8 @@
 
 namespace korvel::kit {
 
-PictureFit::PictureFit(const Rectangle& box, PictureSize size, double stretch)
-    : sx(1 / stretch), page(size) {
+PictureFit::PictureFit(const Rectangle& box, PictureSize size, double stretch, int device_units)
+    : sx(1 / stretch), page(size), device_units(device_units) {
     if (box.is_empty()) {
         return;
     }
@@ -16,16 +16,16 @@ PictureFit::PictureFit(const Rectangle& box, PictureSize size, double stretch)
     const double height = box.bottom - box.top;
 
     const double margin = std::max(2.0, 0.02 * std::min(size.width, size.height));
-    const double room_x = (size.width - 2 * margin) * units_per_pixel;
-    const double room_y = (size.height - 2 * margin) * units_per_pixel;
+    const double room_x = (size.width - 2 * margin) * device_units;
+    const double room_y = (size.height - 2 * margin) * device_units;
     // A box without width or height does not limit the scale.
     const double fit_x = width > 0 ? room_x / width : HUGE_VAL;
     const double fit_y = height > 0 ? room_y / height : HUGE_VAL;
     scale = std::min(fit_x, fit_y);
     scale = std::isfinite(scale) ? scale : 1;
 
-    const double rest_x = size.width * units_per_pixel - width * scale;
-    const double rest_y = size.height * units_per_pixel - height * scale;
+    const double rest_x = size.width * device_units - width * scale;
+    const double rest_y = size.height * device_units - height * scale;
     ox = static_cast<int>(rest_x / 2);
     oy = static_cast<int>(rest_y / 2);
 }
@@ -35,7 +35,7 @@ int PictureFit::outline_width(int shapes) const {
     const double spacing = std::sqrt(area / std::max(shapes, 1));
     const double widest = std::max(1.0, page.width / 1600.0);
     const double pixels = std::clamp(spacing / 60, 0.25, widest);
-    return static_cast<int>(pixels * units_per_pixel);
+    return static_cast<int>(pixels * device_units);
 }
 
 } // namespace korvel::kit

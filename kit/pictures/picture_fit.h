@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kit/base/rectangle.h"
-#include "kit/pictures/picture_canvas.h"
+#include "kit/pictures/picture_size.h"
 
 namespace korvel::kit {
 
@@ -21,9 +21,12 @@ struct PictureFit {
     double sy = 1;
     double scale = 1;
     PictureSize page;
+    int device_units = units_per_pixel; ///< to a pixel
 
-    /// A unit of x is painted `stretch` times as long as a unit of y.
-    PictureFit(const Rectangle& box, PictureSize size, double stretch);
+    /// A unit of x is painted `stretch` times as long as a unit of y. An empty box gets scale 1, a
+    /// box without width or height the scale that the other allows.
+    PictureFit(const Rectangle& box, PictureSize size, double stretch,
+               int device_units = units_per_pixel);
 
     /// Width in device units of a pen for the outlines of `shapes` shapes spread over the picture:
     /// about a pixel for a few large ones, thinner for many small ones.

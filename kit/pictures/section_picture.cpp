@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "kit/pictures/picture_fit.h"
-
 namespace korvel::kit {
 namespace {
 
@@ -33,7 +31,8 @@ struct Scale {
 
 class SectionPainter {
 public:
-    SectionPainter(PictureCanvas& canvas, PictureSize size, const SectionView& view);
+    SectionPainter(CDC& dc, const Rectangle& box, PlaneAxes axes,
+                   const SectionPictureOptions& options);
 
     void paint_grid();
     void paint_polygons(const Cut& cut);
@@ -47,11 +46,12 @@ private:
     void line(double x0, double y0, double x1, double y1);
     std::string axis_name(int axis, const Scale& scale) const;
 
-    PictureCanvas& canvas_;
-    PictureSize size_;
-    const SectionView& view_;
+    CDC& dc_;
+    const Rectangle box_;
+    const PlaneAxes axes_;
+    const SectionPictureOptions& options_;
     double font_;
-    bool has_text_; ///< small pictures show the polygons alone
+    LabelWriter* labels_; ///< null where the polygons are shown alone, as in small pictures
     Scale u_;
     Scale v_;
 };
@@ -60,9 +60,21 @@ double round_below(double value);
 
 } // namespace
 
-void paint_section(PictureCanvas& canvas, PictureSize size, const Cut& cut,
-                   const SectionView& view) {
-    SectionPainter painter(canvas, size, view);
+Rectangle box_of_section(const Cut& cut) {
+    const PlaneAxes axes(cut.plane);
+    Rectangle box;
+    for (const VERT3D& vertex : cut.section.verts) {
+        box.take_in(vertex.model_xyz[axes.u], vertex.model_xyz[axes.v]);
+    }
+    return box;
+}
+
+void draw(const Cut& cut, CDC& dc, const SectionPictureOptions& options) {
+    const Rectangle box = options.part ? *options.part : box_of_section(cut);
+    if (box.is_empty()) {
+        return;
+    }
+    SectionPainter painter(dc, box, PlaneAxes(cut.plane), options);
     painter.paint_grid();
     painter.paint_polygons(cut);
     painter.write_numbers(cut);
@@ -71,19 +83,23 @@ void paint_section(PictureCanvas& canvas, PictureSize size, const Cut& cut,
 
 namespace {
 
-SectionPainter::SectionPainter(PictureCanvas& canvas, PictureSize size, const SectionView& view)
-    : canvas_(canvas), size_(size), view_(view) {
+SectionPainter::SectionPainter(CDC& dc, const Rectangle& box, PlaneAxes axes,
+                               const SectionPictureOptions& options)
+    : dc_(dc), box_(box), axes_(axes), options_(options) {
     constexpr double smallest_with_text = 200;
-    const double side = std::min(size.width, size.height);
-    has_text_ = side >= smallest_with_text;
+    const double side = std::min(options.size.width, options.size.height);
+    labels_ = side >= smallest_with_text ? options.labels : nullptr;
     font_ = std::max(9.0, side * 0.017);
     // The width of the labels depends on the steps and these on the room that the labels leave.
     set_room(font_ * 4);
     fit();
+    if (labels_ == nullptr) {
+        return;
+    }
     set_steps();
     double widest = 0;
     for (const double value : v_.ticks()) {
-        widest = std::max(widest, canvas_.text_width(v_.label(value), font_));
+        widest = std::max(widest, labels_->text_width(v_.label(value), font_));
     }
     set_room(widest);
     fit();
@@ -92,11 +108,13 @@ SectionPainter::SectionPainter(PictureCanvas& canvas, PictureSize size, const Se
 
 // The pixels that the plot may take.
 void SectionPainter::set_room(double left_labels) {
-    const double margin = has_text_ ? font_ * 1.8 : std::max(2.0, 0.02 * size_.width);
-    u_.start = has_text_ ? margin + left_labels + font_ * 0.6 : margin;
-    u_.end = size_.width - margin;
-    v_.start = size_.height - (has_text_ ? font_ * 4.2 : margin);
-    v_.end = has_text_ ? font_ * 4.2 : margin;
+    const bool has_text = labels_ != nullptr;
+    const PictureSize size = options_.size;
+    const double margin = has_text ? font_ * 1.8 : std::max(2.0, 0.02 * size.width);
+    u_.start = has_text ? margin + left_labels + font_ * 0.6 : margin;
+    u_.end = size.width - margin;
+    v_.start = size.height - (has_text ? font_ * 4.2 : margin);
+    v_.end = has_text ? font_ * 4.2 : margin;
 }
 
 // Gives both axes the same scale unless that leaves one of them a quarter of its room or less; then
@@ -108,8 +126,8 @@ void SectionPainter::fit() {
     const double room_v = v_.start - v_.end;
     const double inner_u = room_u - 2 * air * std::min(room_u, room_v);
     const double inner_v = room_v - 2 * air * std::min(room_u, room_v);
-    double span_u = view_.box.right - view_.box.left;
-    double span_v = view_.box.bottom - view_.box.top;
+    double span_u = box_.right - box_.left;
+    double span_v = box_.bottom - box_.top;
     const double least = std::max({span_u, span_v, 1e-9}) * 1e-9;
     span_u = std::max(span_u, least);
     span_v = std::max(span_v, least);
@@ -131,8 +149,8 @@ void SectionPainter::fit() {
         axis.from = middle - padded / pixels / 2;
         axis.to = middle + padded / pixels / 2;
     };
-    narrow(u_, view_.box.left, span_u, scale * u_.exaggeration);
-    narrow(v_, view_.box.top, span_v, scale * v_.exaggeration);
+    narrow(u_, box_.left, span_u, scale * u_.exaggeration);
+    narrow(v_, box_.top, span_v, scale * v_.exaggeration);
 }
 
 void SectionPainter::set_steps() {
@@ -146,24 +164,24 @@ void SectionPainter::set_steps() {
     v_.step = step(v_, font_ * 3);
     u_.step = step(u_, font_ * 4);
     // Labels side by side need their widths.
-    const double widest = std::max(canvas_.text_width(u_.label(u_.from), font_),
-                                   canvas_.text_width(u_.label(u_.to), font_));
+    const double widest = std::max(labels_->text_width(u_.label(u_.from), font_),
+                                   labels_->text_width(u_.label(u_.to), font_));
     u_.step = step(u_, std::max(font_ * 4, widest + 2 * font_));
 }
 
 void SectionPainter::paint_grid() {
-    if (!has_text_) {
+    if (labels_ == nullptr) {
         return;
     }
-    CPen pen(PS_SOLID, PictureFit::units_per_pixel, pale);
-    CPen* const previous = canvas_.SelectObject(&pen);
+    CPen pen(PS_SOLID, options_.units_per_pixel, pale);
+    CPen* const previous = dc_.SelectObject(&pen);
     for (const double value : u_.ticks()) {
         line(u_.place(value), v_.start, u_.place(value), v_.end);
     }
     for (const double value : v_.ticks()) {
         line(u_.start, v_.place(value), u_.end, v_.place(value));
     }
-    canvas_.SelectObject(previous);
+    dc_.SelectObject(previous);
 }
 
 // One group for each body, so that its holes stay open.
@@ -178,20 +196,23 @@ void SectionPainter::paint_polygons(const Cut& cut) {
         }
         picture.groups.Add(group);
     }
-    const int units = PictureFit::units_per_pixel;
+    const int units = options_.units_per_pixel;
     CPen outline(PS_SOLID, units * 3 / 4, ink);
-    CPen* const previous = canvas_.SelectObject(&outline);
+    CPen* const previous = dc_.SelectObject(&outline);
     // A negative unit of v lets it grow upward.
-    picture.draw_filled_model(view_.axes.u, view_.axes.v, static_cast<int>(u_.start * units),
+    picture.draw_filled_model(axes_.u, axes_.v, static_cast<int>(u_.start * units),
                               static_cast<int>(v_.start * units), u_.from, v_.from,
-                              1 / u_.pixels_per_unit(), -1 / v_.pixels_per_unit(), units, &canvas_);
-    canvas_.SelectObject(previous);
+                              1 / u_.pixels_per_unit(), -1 / v_.pixels_per_unit(), units, &dc_);
+    dc_.SelectObject(previous);
 }
 
 // In the middle of each body's largest polygon, if the number is within the body there.
 void SectionPainter::write_numbers(const Cut& cut) {
+    if (labels_ == nullptr) {
+        return;
+    }
     CPen pen(PS_SOLID, 1, ink);
-    CPen* const previous = canvas_.SelectObject(&pen);
+    CPen* const previous = dc_.SelectObject(&pen);
     const double font = font_ * 0.8;
     for (const BodyCut& body : cut.bodies) {
         const int polygon =
@@ -201,35 +222,35 @@ void SectionPainter::write_numbers(const Cut& cut) {
         Rectangle box;
         for (const int v : cut.section.polys[polygon].verts) {
             const double* const point = cut.section.verts[v].model_xyz;
-            box.take_in(point[view_.axes.u], point[view_.axes.v]);
+            box.take_in(point[axes_.u], point[axes_.v]);
         }
         const double u = (box.left + box.right) / 2;
         const double v = (box.top + box.bottom) / 2;
         const std::string number = std::to_string(body.body);
         const double half_u =
-            (canvas_.text_width(number, font) / 2 + font * 0.3) / u_.pixels_per_unit();
+            (labels_->text_width(number, font) / 2 + font * 0.3) / u_.pixels_per_unit();
         const double half_v = font * 0.6 / v_.pixels_per_unit();
         const auto is_inside = [&](double du, double dv) {
             const auto holding =
                 std::count_if(body.polygons.begin(), body.polygons.end(), [&](int other) {
-                    return contains(cut.section, other, view_.axes, u + du, v + dv);
+                    return contains(cut.section, other, axes_, u + du, v + dv);
                 });
             return holding % 2 != 0;
         };
-        if (has_text_ && is_inside(half_u, half_v) && is_inside(-half_u, half_v) &&
-            is_inside(half_u, -half_v) && is_inside(-half_u, -half_v)) {
-            canvas_.write_text(number, u_.place(u), v_.place(v), font, Anchor::middle);
+        if (is_inside(half_u, half_v) && is_inside(-half_u, half_v) && is_inside(half_u, -half_v) &&
+            is_inside(-half_u, -half_v)) {
+            labels_->write_text(number, u_.place(u), v_.place(v), font, Anchor::middle);
         }
     }
-    canvas_.SelectObject(previous);
+    dc_.SelectObject(previous);
 }
 
 void SectionPainter::paint_axes() {
-    if (!has_text_) {
+    if (labels_ == nullptr) {
         return;
     }
-    CPen pen(PS_SOLID, PictureFit::units_per_pixel, ink);
-    CPen* const previous = canvas_.SelectObject(&pen);
+    CPen pen(PS_SOLID, options_.units_per_pixel, ink);
+    CPen* const previous = dc_.SelectObject(&pen);
     line(u_.start, v_.end, u_.start, v_.start);
     line(u_.start, v_.start, u_.end, v_.start);
     line(u_.end, v_.start, u_.end, v_.end);
@@ -237,30 +258,30 @@ void SectionPainter::paint_axes() {
     const double tick = font_ * 0.4;
     for (const double value : u_.ticks()) {
         line(u_.place(value), v_.start, u_.place(value), v_.start + tick);
-        canvas_.write_text(u_.label(value), u_.place(value), v_.start + tick + font_ * 0.8, font_,
-                           Anchor::middle);
+        labels_->write_text(u_.label(value), u_.place(value), v_.start + tick + font_ * 0.8, font_,
+                            Anchor::middle);
     }
     for (const double value : v_.ticks()) {
         line(u_.start, v_.place(value), u_.start - tick, v_.place(value));
-        canvas_.write_text(v_.label(value), u_.start - tick - font_ * 0.3, v_.place(value), font_,
-                           Anchor::end);
+        labels_->write_text(v_.label(value), u_.start - tick - font_ * 0.3, v_.place(value), font_,
+                            Anchor::end);
     }
     const double name_size = font_ * 1.15;
-    canvas_.write_text(axis_name(view_.axes.u, u_), (u_.start + u_.end) / 2, v_.start + font_ * 2.9,
-                       name_size, Anchor::middle);
-    canvas_.write_text(axis_name(view_.axes.v, v_), u_.start, v_.end - font_, name_size,
-                       Anchor::middle);
-    canvas_.write_text(view_.title, u_.start, v_.end - font_ * 2.8, name_size, Anchor::start);
-    canvas_.write_text(view_.remark, u_.end, v_.end - font_ * 2.8, name_size, Anchor::end);
-    canvas_.SelectObject(previous);
+    labels_->write_text(axis_name(axes_.u, u_), (u_.start + u_.end) / 2, v_.start + font_ * 2.9,
+                        name_size, Anchor::middle);
+    labels_->write_text(axis_name(axes_.v, v_), u_.start, v_.end - font_, name_size,
+                        Anchor::middle);
+    labels_->write_text(options_.title, u_.start, v_.end - font_ * 2.8, name_size, Anchor::start);
+    labels_->write_text(options_.remark, u_.end, v_.end - font_ * 2.8, name_size, Anchor::end);
+    dc_.SelectObject(previous);
 }
 
 void SectionPainter::line(double x0, double y0, double x1, double y1) {
-    const auto device = [](double pixel) {
-        return static_cast<int>(pixel * PictureFit::units_per_pixel);
+    const auto device = [&](double pixel) {
+        return static_cast<int>(pixel * options_.units_per_pixel);
     };
-    canvas_.MoveTo(device(x0), device(y0));
-    canvas_.LineTo(device(x1), device(y1));
+    dc_.MoveTo(device(x0), device(y0));
+    dc_.LineTo(device(x1), device(y1));
 }
 
 std::string SectionPainter::axis_name(int axis, const Scale& scale) const {

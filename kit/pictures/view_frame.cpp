@@ -29,6 +29,11 @@ float ViewFrame::line_width() const {
     return std::max(1.0F, static_cast<float>(std::min(size.width, size.height)) / usual_height);
 }
 
+bool ViewFrame::is_drawable() const {
+    const auto fits = [](double length) { return length >= 1e-30 && length <= 1e30; };
+    return fits(right() - left) && fits(top() - bottom) && fits(nearest - farthest);
+}
+
 ViewFrame whole_view(const TMOD3D& model, bool with_box, PictureSize size) {
     return frame_around(view_extent(model, with_box), size);
 }

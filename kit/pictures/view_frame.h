@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kit/base/rectangle.h"
-#include "kit/pictures/picture_canvas.h"
+#include "kit/pictures/picture_size.h"
 #include "korvel/module/korvel.h"
 
 namespace korvel::kit {
@@ -23,8 +23,12 @@ struct ViewFrame {
     double u_of(int x) const { return left + (x + 0.5) * unit; }
     double v_of(int y) const { return top() - (y + 0.5) * unit; }
 
-    /// In pixels; a pixel in pictures of the usual size, more in large ones.
+    /// Of drawn edges, in pixels; a pixel in pictures of the usual size, more in large ones.
     float line_width() const;
+
+    /// Whether OpenGL, which draws in single precision, can show it: no side is shorter than 1e-30
+    /// or longer than 1e30.
+    bool is_drawable() const;
 };
 
 // Frames of a model whose view is current, as large as the picture and a margin allow.

@@ -1,0 +1,77 @@
+#include "kit/pictures/flat_picture.h"
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+#include "kit/base/areas.h"
+#include "kit/maps/region_colours.h"
+#include "kit/maps/region_sets.h"
+
+namespace korvel::kit {
+namespace {
+
+constexpr COLORREF outline_colour = RGB(60, 60, 60);
+
+std::vector<int> largest_first(const CCPloy2DRg& map);
+
+} // namespace
+
+PictureFit MapPictureOptions::fit(const Rectangle& whole_map) const {
+    return {part.value_or(whole_map), size, stretch, units_per_pixel};
+}
+
+void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options) {
+    CCPloy2DRg picture = map;
+    if (options.colours == RegionColours::distinct) {
+        picture.creat_top_rel();
+        colour_regions(picture);
+    }
+    const PictureFit fit = options.fit(box_of_regions(map));
+    CPen outline(PS_SOLID, fit.outline_width(map.region_list.GetSize()), outline_colour);
+    CPen* const previous = dc.SelectObject(&outline);
+    dc.SetPolyFillMode(ALTERNATE);
+    for (const int region : largest_first(map)) {
+        picture.Draw_Poly(fit.ox, fit.oy, fit.x0, fit.y0, fit.sx, fit.sy, fit.scale,
+                          picture.region_list[region], &dc);
+    }
+    dc.SelectObject(previous);
+}
+
+// Triangles are drawn where their points lie, so a copy of the points is brought to the picture.
+void draw(const PLYDT& triangles, CDC& dc, const MapPictureOptions& options) {
+    const PictureFit fit = options.fit(box_of_regions(triangles));
+    PLYDT picture;
+    picture.pt_list.SetSize(triangles.pt_list.GetSize());
+    for (int i = 0; i < triangles.pt_list.GetSize(); ++i) {
+        picture.pt_list[i].x = (triangles.pt_list[i].x - fit.x0) / fit.sx * fit.scale + fit.ox;
+        picture.pt_list[i].y = (triangles.pt_list[i].y - fit.y0) / fit.sy * fit.scale + fit.oy;
+    }
+    picture.trg_list.Copy(triangles.trg_list);
+    CPen outline(PS_SOLID, fit.outline_width(picture.trg_list.GetSize()), outline_colour);
+    CPen* const previous = dc.SelectObject(&outline);
+    picture.Draw_Trgls(&dc);
+    dc.SelectObject(previous);
+}
+
+namespace {
+
+std::vector<int> largest_first(const CCPloy2DRg& map) {
+    std::vector<int> order(static_cast<std::size_t>(map.region_list.GetSize()));
+    std::iota(order.begin(), order.end(), 0);
+    const auto sort = [&](auto area_of) {
+        std::vector<decltype(area_of(0))> areas;
+        std::transform(order.begin(), order.end(), std::back_inserter(areas), area_of);
+        std::stable_sort(order.begin(), order.end(),
+                         [&](int a, int b) { return areas[a] > areas[b]; });
+    };
+    if (are_lattice_points(map.pt_list)) {
+        sort([&](int region) { return twice_area<WideInteger>(map, map.region_list[region]); });
+    } else {
+        sort([&](int region) { return twice_area<double>(map, map.region_list[region]); });
+    }
+    return order;
+}
+
+} // namespace
+} // namespace korvel::kit

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+
+#include "kit/base/rectangle.h"
+#include "kit/pictures/picture_fit.h"
+#include "kit/pictures/picture_size.h"
+#include "korvel/module/korvel.h"
+
+// Pictures of maps: the regions or the triangles of one, x to the right and y downward, as large as
+// the page and a margin allow.
+
+namespace korvel::kit {
+
+enum class RegionColours {
+    distinct, ///< chosen such that regions that share a side have clearly different ones
+    own,      ///< those of the regions themselves; black where none were set
+};
+
+/// How a map is drawn.
+struct MapPictureOptions {
+    PictureSize size = {};
+
+    /// What the picture shows, in coordinates of the map; without it the whole map.
+    std::optional<Rectangle> part = {};
+
+    /// How many times as long as a unit of y a unit of x is drawn; above 0.
+    double stretch = 1;
+
+    RegionColours colours = RegionColours::distinct;
+
+    /// Device units to a pixel of a `CDC` that is drawn into: 1 for most windows. Files are always
+    /// drawn with `PictureFit::units_per_pixel`.
+    int units_per_pixel = 1;
+
+    PictureFit fit(const Rectangle& whole_map) const;
+};
+
+/// Draws the regions of a map into the upper left `options.size` pixels of a device context, which
+/// keeps its pen. Larger regions come first, so that what lies inside a region that does not have
+/// it as a hole stays visible. Nothing is drawn of an empty map. Costs a copy of the map and, in
+/// distinct colours, the search for its neighbours.
+void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options = {});
+
+/// Draws the triangles of a map likewise, with the brush that is selected. Linear.
+void draw(const PLYDT& triangles, CDC& dc, const MapPictureOptions& options = {});
+
+} // namespace korvel::kit

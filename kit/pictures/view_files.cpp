@@ -1,0 +1,111 @@
+#include "kit/pictures/view_files.h"
+
+#include <algorithm>
+#include <cctype>
+#include <deque>
+#include <functional>
+#include <string>
+
+#include "kit/base/error.h"
+#include "kit/files/output_file.h"
+
+namespace korvel::kit {
+namespace fs = std::filesystem;
+namespace {
+
+void require_png(const fs::path& file);
+void with_screen(const ViewOptions& options, const std::function<void(OffscreenRenderer&)>& job);
+
+} // namespace
+
+void check_view_file(const fs::path& file) {
+    require_png(file);
+    OutputFile::check(file);
+}
+
+void check_turntable_files(const fs::path& file, int count) {
+    require_png(file);
+    for (const fs::path& picture : turntable_files(file, count)) {
+        OutputFile::check(picture);
+    }
+}
+
+void write_picture(TMOD3D& model, const fs::path& file, const ViewOptions& options) {
+    write_picture(model, turn_view(model, options), file, options);
+}
+
+void write_picture(TMOD3D& model, const ViewFrame& frame, const fs::path& file,
+                   const ViewOptions& options) {
+    require_png(file);
+    OutputFile out(file);
+    with_screen(options, [&](OffscreenRenderer& screen) {
+        screen.bind();
+        draw_view(model, frame, options);
+        screen.write_png(out);
+    });
+    out.replace();
+}
+
+// No target is replaced before all pictures are complete.
+void write_turntable(TMOD3D& model, const fs::path& file, int count, const ViewOptions& options,
+                     const Context& context) {
+    require_png(file);
+    std::deque<OutputFile> pictures;
+    with_screen(options, [&](OffscreenRenderer& screen) {
+        for (const fs::path& picture : turntable_files(file, count)) {
+            const int done = static_cast<int>(pictures.size());
+            context.report("painting", done, count);
+            ViewOptions turned = options;
+            turned.angles.turn += done * 360.0 / count;
+            turned.marked.reset();
+            screen.bind();
+            draw_view(model, turn_turntable(model, turned), turned);
+            OutputFile& out = pictures.emplace_back(picture);
+            screen.write_png(out);
+            out.close();
+        }
+    });
+    for (OutputFile& picture : pictures) {
+        picture.replace();
+    }
+}
+
+fs::path numbered_file(const fs::path& file, int number, int digits) {
+    const std::string text = std::to_string(number);
+    const int zeros = std::max(0, digits - static_cast<int>(text.size()));
+    return (file.parent_path() / file.stem()).string() + "-" +
+           std::string(static_cast<std::size_t>(zeros), '0') + text + file.extension().string();
+}
+
+std::vector<fs::path> turntable_files(const fs::path& file, int count) {
+    const int digits = std::max(2, static_cast<int>(std::to_string(count - 1).size()));
+    std::vector<fs::path> files;
+    for (int i = 0; i < count; ++i) {
+        files.push_back(numbered_file(file, i, digits));
+    }
+    return files;
+}
+
+namespace {
+
+void require_png(const fs::path& file) {
+    std::string ending = file.extension().string();
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    if (ending != ".png") {
+        throw input_error(file.string() + ": the name of a picture of a model ends in .png",
+                          {.file = file.string()});
+    }
+}
+
+void with_screen(const ViewOptions& options, const std::function<void(OffscreenRenderer&)>& job) {
+    if (options.screen != nullptr) {
+        job(*options.screen);
+        return;
+    }
+    OffscreenRenderer screen(options.size);
+    job(screen);
+}
+
+} // namespace
+} // namespace korvel::kit
