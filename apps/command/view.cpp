@@ -176,12 +176,8 @@ void ViewCommand::turn_round(const kit::ViewOptions& options) {
     const Stopwatch time;
     check_frame(kit::turn_turntable(model_, options));
     {
-        ProgressLine line("painting");
-        kit::Context context;
-        context.on_progress = [&](const kit::Progress& progress) {
-            line.update(static_cast<int>(progress.fraction * turntable_ + 0.5), turntable_);
-        };
-        kit::write_turntable(model_, picture_, turntable_, options, context);
+        ProgressLine progress("painting");
+        kit::write_turntable(model_, picture_, turntable_, options, progress.context());
     }
     const auto files = kit::turntable_files(picture_, turntable_);
     std::printf("wrote %s to %s in %.1f ms\n", files.front().c_str(), files.back().c_str(),
