@@ -200,13 +200,13 @@ TEST(FindRegions, ListsWhatIsOnNoBorder) {
               (std::vector<std::string>{"curve 1 is on no closed ring between 5,-4 and 5,0",
                                         "curve 1 is on no closed ring between 5,9 and 5,12",
                                         "curve 3 equals an earlier one", "curve 4 has no length"}));
-    const auto touching = kit::find_regions(network({{{0, 0}, {8, 0}, {8, 8}, {0, 0}},
-                                                     {{0, 0}, {-8, 1}, {-8, -8}, {0, 0}},
-                                                     {{0, 0}, {6, 2}, {6, 4}, {0, 0}}}))
-                              .dropped();
-    for (const kit::Dropped& dropped : touching) {
-        EXPECT_EQ(kit::text(dropped), "a ring touches itself at 0,0");
-    }
+    const std::vector<kit::Dropped> touching =
+        kit::find_regions(network({{{0, 0}, {8, 0}, {8, 8}, {0, 0}},
+                                   {{0, 0}, {-8, 1}, {-8, -8}, {0, 0}},
+                                   {{0, 0}, {6, 2}, {6, 4}, {0, 0}}}))
+            .dropped();
+    ASSERT_EQ(touching.size(), 1U);
+    EXPECT_EQ(kit::text(touching[0]), "a ring touches itself at 0,0");
 }
 
 TEST(FindRegions, KnowsTheCurvesOfEachRing) {
@@ -227,12 +227,7 @@ TEST(Map, AnswersForItsRegions) {
     const kit::FoundRegions found = kit::find_regions(network(halves));
     const kit::Map& map = found.map();
     ASSERT_EQ(map.size(), 3);
-    EXPECT_EQ(map.area(),
-              45 + 36 - 0 + 4 -
-                  (map[2].hole_count() + map[1].hole_count() + map[0].hole_count()) * 4.0)
-        << "an island that is a hole counts once";
-    const auto island = map.region_at({3, 3});
-    ASSERT_TRUE(island.has_value());
+    EXPECT_EQ(map.area(), 45 + 36 + 4) << "the island was traced later, so it is no hole";
     EXPECT_EQ(map[*map.region_at({7, 3})].area(), 36);
     EXPECT_FALSE(map.region_at({20, 3}).has_value());
 
