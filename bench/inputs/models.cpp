@@ -8,8 +8,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "bench/inputs/storage.h"
-
 namespace korvel::bench {
 namespace {
 
@@ -24,7 +22,7 @@ struct Direction {
 File open_file(const std::filesystem::path& path, const char* mode);
 void write_off(FILE* file, const TMOD3D& model);
 void add_bumpy_point(TMOD3D& model, Direction d);
-void add_body(TMOD3D& model, int faces);
+void add_body(TMOD3D& model);
 void add_triangle(TMOD3D& model, int a, int b, int c);
 tagPOINT cell_origin(int cell);
 void add_moved(TMOD3D& model, TMOD3D& one, double dx, double dy);
@@ -64,8 +62,6 @@ void bumpy_ball(TMOD3D& model, int faces) {
     const auto at = [&](int parallel, int meridian) {
         return 2 + parallel * meridians + meridian % meridians;
     };
-    reserve(model.verts, 2 + parallels * meridians);
-    reserve(model.polys, faces);
     add_bumpy_point(model, {0, 0, 1});
     add_bumpy_point(model, {0, 0, -1});
     for (int p = 0; p < parallels; ++p) {
@@ -76,7 +72,7 @@ void bumpy_ball(TMOD3D& model, int faces) {
                                     std::sin(tilt) * std::sin(turn), std::cos(tilt)});
         }
     }
-    add_body(model, faces);
+    add_body(model);
     for (int m = 0; m < meridians; ++m) {
         add_triangle(model, 0, at(0, m), at(0, m + 1));
         for (int p = 1; p < parallels; ++p) {
@@ -92,12 +88,10 @@ void bumpy_refined_ball(TMOD3D& model, int rounds) {
     double centre[3] = {0, 0, 0};
     double radius[3] = {1, 1, 1};
     ball.inti_mode(centre, radius, 0, rounds);
-    reserve(model.verts, ball.verts.GetSize());
-    reserve(model.polys, ball.polys.GetSize());
     for (const VERT3D& vertex : ball.verts) {
         add_bumpy_point(model, {vertex.model_xyz[0], vertex.model_xyz[1], vertex.model_xyz[2]});
     }
-    add_body(model, ball.polys.GetSize());
+    add_body(model);
     for (const POLY3D& face : ball.polys) {
         add_triangle(model, face.verts[0], face.verts[1], face.verts[2]);
     }
@@ -127,9 +121,6 @@ void prism_field(TMOD3D& model, int bodies) {
     prism_set(set, 0);
     TMOD3D prism;
     prism.create3dmode(set);
-    reserve(model.verts, bodies * prism.verts.GetSize());
-    reserve(model.polys, bodies * prism.polys.GetSize());
-    reserve(model.bodies, bodies);
     for (int cell = 0; cell < bodies; ++cell) {
         const auto [x, y] = cell_origin(cell);
         add_moved(model, prism, x, y);
@@ -180,9 +171,9 @@ void add_bumpy_point(TMOD3D& model, Direction d) {
     model.verts.Add(vertex);
 }
 
-void add_body(TMOD3D& model, int faces) {
+void add_body(TMOD3D& model) {
     BODY3D body;
-    reserve(model.bodies[model.bodies.Add(body)].polys, faces);
+    model.bodies.Add(body);
 }
 
 void add_triangle(TMOD3D& model, int a, int b, int c) {
@@ -210,7 +201,7 @@ void add_moved(TMOD3D& model, TMOD3D& one, double dx, double dy) {
         vertex.model_xyz[2] = from.model_xyz[2];
         model.verts.Add(vertex);
     }
-    add_body(model, one.polys.GetSize());
+    add_body(model);
     for (const POLY3D& face : one.polys) {
         add_triangle(model, first_vertex + face.verts[0], first_vertex + face.verts[1],
                      first_vertex + face.verts[2]);

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <numbers>
 
-#include "bench/inputs/storage.h"
 #include "tests/support/dice.h"
 
 namespace korvel::bench {
@@ -23,8 +22,6 @@ CurveArrays line_grid(int points) {
     const int points_per_line = 2 * lines_each_way;
     const double spacing = map_size / lines_each_way;
     CurveArrays curves;
-    reserve(curves.pts, points);
-    reserve(curves.counts, 2 * lines_each_way);
     test::Dice dice;
     for (const bool across : {true, false}) {
         for (int line = 0; line < lines_each_way; ++line) {
@@ -43,8 +40,6 @@ CurveArrays random_segments(int points) {
     const int segments = points / 2;
     const double length = 3 * map_size / std::sqrt(segments);
     CurveArrays curves;
-    reserve(curves.pts, points);
-    reserve(curves.counts, segments);
     test::Dice dice;
     for (int k = 0; k < segments; ++k) {
         const double x = dice.up_to(map_size);
@@ -65,8 +60,6 @@ CurveArrays nested_loops(int points) {
     const double spacing = map_size / groups_per_row;
     const double step = spacing / (2 * (depth + 1)); // from one loop to the next
     CurveArrays curves;
-    reserve(curves.pts, groups * depth * (points_per_loop + 1));
-    reserve(curves.counts, groups * depth);
     test::Dice dice;
     for (int group = 0; group < groups; ++group) {
         const double x = (group % groups_per_row + 0.5) * spacing;
@@ -83,8 +76,6 @@ CurveArrays noisy_loops(int points) {
     const int points_per_loop = points / 4;
     const double noise = full_turn * radius / points_per_loop; // a spacing of the points
     CurveArrays curves;
-    reserve(curves.pts, 4 * (points_per_loop + 1));
-    reserve(curves.counts, 4);
     test::Dice dice;
     for (const double x : {0.35, 0.65}) {
         for (const double y : {0.35, 0.65}) {

@@ -12,7 +12,6 @@ namespace korvel::kit {
 namespace {
 
 int crossings_in(std::uint64_t memory);
-void analyse(CREGION& builder, CArray<GridPoint>& points, CArray<int>& counts, int most_crossings);
 void add_curves_without_length(const Network& network, std::vector<Dropped>& out);
 void add_equal_curves(const Network& network, std::vector<Dropped>& out);
 void add_loose_ends(const CREGION& builder, const CurveIndex& index, std::vector<Dropped>& out);
@@ -43,7 +42,10 @@ FoundRegions find_regions(Network network, const FindOptions& options, const Con
 
     const int most_crossings = crossings_in(options.memory);
     state->builder.SetTolerance(options.tolerance);
-    analyse(state->builder, state->points, state->counts, most_crossings);
+    {
+        const CrossingLimitOverride limit(most_crossings);
+        state->builder.SetPtsInfo(state->points, state->counts);
+    }
     if (state->builder.has_exceeded_crossing_limit()) {
         // The limit counts a crossing on each of its two segments.
         const std::string advice = "split the file, or remove curves that cross many others";
@@ -150,22 +152,6 @@ int crossings_in(std::uint64_t memory) {
     constexpr std::uint64_t bytes_of_crossing = 350;
     constexpr std::uint64_t most = CREGION::no_crossing_limit;
     return static_cast<int>(std::min(memory / bytes_of_crossing, most));
-}
-
-void analyse(CREGION& builder, CArray<GridPoint>& points, CArray<int>& counts, int most_crossings) {
-    /// Sets the crossing limit for the length of a scope.
-    class CrossingLimit {
-    public:
-        explicit CrossingLimit(int crossings) : former_(CREGION::set_crossing_limit(crossings)) {}
-        ~CrossingLimit() { CREGION::set_crossing_limit(former_); }
-        CrossingLimit(const CrossingLimit&) = delete;
-        CrossingLimit& operator=(const CrossingLimit&) = delete;
-
-    private:
-        int former_;
-    };
-    const CrossingLimit limit(most_crossings);
-    builder.SetPtsInfo(points, counts);
 }
 
 void add_curves_without_length(const Network& network, std::vector<Dropped>& out) {

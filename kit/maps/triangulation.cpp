@@ -13,7 +13,7 @@ Triangulation triangulate(const Map& map, const Context& context) {
     copy_oriented(map, set);
     state->is_on_grid = map.is_on_grid();
     state->ends.reserve(static_cast<std::size_t>(map.size()));
-    PLYDT::set_trace_files(false);
+    const TraceFilesOverride no_traces(false);
     set.creat_top_rel();
     for (PLYDT::PyToRg& region : set.region_list) {
         context.report("triangulating regions", static_cast<int>(state->ends.size()), map.size());

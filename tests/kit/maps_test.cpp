@@ -186,8 +186,6 @@ TEST(FindRegions, NamesTheFileWhenMemoryIsNotEnough) {
                      "enough memory: split the file, or remove curves that cross many others");
         EXPECT_EQ(error.kind(), kit::Error::Kind::input);
     }
-    EXPECT_EQ(CREGION::set_crossing_limit(CREGION::no_crossing_limit), CREGION::no_crossing_limit)
-        << "the former limit is restored";
     EXPECT_GT(kit::available_memory(), 1U << 20);
 }
 
