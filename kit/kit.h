@@ -5,6 +5,7 @@
 #include "kit/base/colour.h"
 #include "kit/base/context.h"
 #include "kit/base/error.h"
+#include "kit/base/export.h"
 #include "kit/base/points.h"
 #include "kit/base/rectangle.h"
 #include "kit/files/curve_file.h"
@@ -28,13 +29,9 @@
 #include "kit/pictures/label_writer.h"
 #include "kit/pictures/model_picture.h"
 #include "kit/pictures/model_view.h"
-#include "kit/pictures/offscreen_renderer.h"
-#include "kit/pictures/picture_canvas.h"
-#include "kit/pictures/picture_files.h"
 #include "kit/pictures/picture_fit.h"
 #include "kit/pictures/picture_size.h"
 #include "kit/pictures/section_picture.h"
-#include "kit/pictures/view_files.h"
 #include "kit/pictures/view_frame.h"
 #include "kit/solids/file_check.h"
 #include "kit/solids/inside.h"
@@ -45,3 +42,13 @@
 #include "kit/solids/section_cut.h"
 #include "kit/solids/surface.h"
 #include "korvel/module/korvel.h"
+
+// Parts that the kit can be built without.
+#if defined(KORVEL_HAS_CAIRO)
+#include "kit/pictures/picture_canvas.h"
+#include "kit/pictures/picture_files.h"
+#endif
+#if defined(KORVEL_HAS_EGL)
+#include "kit/pictures/offscreen_renderer.h"
+#include "kit/pictures/view_files.h"
+#endif

@@ -16,9 +16,9 @@ compare_with_peers() {
     for argument in "$@"; do
         if [[ $argument == --write ]]; then write=true; else arguments+=("$argument"); fi
     done
-    tools/install_packages.sh libcgal-dev
-    cmake --preset release -B build/bench -DKORVEL_BUILD_PEERS=ON \
-        -DKORVEL_BUILD_APPS=OFF -DKORVEL_BUILD_TESTS=OFF
+    tools/install_packages.sh bench libgeos-dev libcgal-dev
+    cmake --preset release -B build/bench -DKORVEL_BUILD_PEERS=ON -DKORVEL_BUILD_TESTS=OFF \
+        -DKORVEL_BUILD_APPS=OFF -DKORVEL_BUILD_KIT=OFF
     cmake --build build/bench --target korvel_compare
     local table
     table=$(mktemp)
@@ -58,6 +58,7 @@ write_table() {
 compare_with_checkout() {
     local other=$1 filter=${2:-.} name round side slower=0
     declare -A programs=([old]=$other/build/release/bench/korvel_bench [new]=build/release/bench/korvel_bench)
+    tools/install_packages.sh command tests bench
     build_benchmarks "$other"
     build_benchmarks .
     printf '%-50s %12s %12s %7s\n' benchmark old new ratio

@@ -4,8 +4,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tools/install_packages.sh
-cmake --preset release
+tools/install_packages.sh command
+# A new build tree leaves out what only the tests and benchmarks need; tools/test.sh adds the tests.
+if [[ ! -f build/release/build.ninja ]]; then
+    cmake --preset release -DKORVEL_BUILD_MAN=OFF -DKORVEL_BUILD_TESTS=OFF -DKORVEL_BUILD_BENCH=OFF
+fi
 cmake --build --preset release --target korvel_command
 korvel=build/release/apps/command/korvel
 mkdir -p out

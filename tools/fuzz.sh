@@ -17,7 +17,7 @@ if ((${#targets[@]} == 0)); then
     mapfile -t targets < <(ls tests/fuzz/corpus)
 fi
 
-tools/install_packages.sh clang-14 libclang-rt-14-dev
+tools/install_packages.sh command fuzz
 cmake --preset fuzz
 cmake --build --preset fuzz --target "${targets[@]/#/fuzz_}"
 

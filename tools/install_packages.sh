@@ -1,15 +1,21 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that a build needs, and those named as arguments, unless they are
-# there. Needs root, or sudo, only when something is missing.
+# install_packages.sh [GROUP|PACKAGE]…: installs the Debian packages that a build of the exact classes
+# needs, those of the groups named (command, tests, bench, fuzz) and the further packages named,
+# unless they are there. Needs root, or sudo, only when something is missing.
 set -euo pipefail
 
-packages=(
-    g++ cmake ninja-build pkg-config
-    libcairo2-dev libcli11-dev libgeos-dev
-    libgl-dev libegl-dev libgl1-mesa-dri
-    libgtest-dev libgmock-dev libbenchmark-dev
-    "$@"
-)
+packages=(g++ cmake ninja-build libgl-dev)
+for name in "$@"; do
+    case $name in
+        command) # with the kit and what draws without a window
+            packages+=(pkg-config libcairo2-dev libcli11-dev libgeos-dev libegl-dev libgl1-mesa-dri) ;;
+        tests) # with the manual page and the Debian packages of the command
+            packages+=(libgtest-dev libgmock-dev help2man groff-base dpkg-dev file) ;;
+        bench) packages+=(libbenchmark-dev) ;;
+        fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
+        *) packages+=("$name") ;;
+    esac
+done
 
 if ! command -v dpkg-query > /dev/null; then
     echo "install_packages.sh: not a Debian system; see that these are there: ${packages[*]}" >&2

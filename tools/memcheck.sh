@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tools/install_packages.sh valgrind
+tools/install_packages.sh command tests bench valgrind
 cmake --preset release
 cmake --build --preset release
 cmake --preset shared

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
-# Builds everything and runs all tests.
+# Builds the libraries, the command, the examples and the tests, and runs all tests.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tools/install_packages.sh
-cmake --preset release
+tools/install_packages.sh command tests
+cmake --preset release -DKORVEL_BUILD_BENCH=OFF
 cmake --build --preset release
 ctest --preset release
 
 # Loading and unloading, and the list of exported operations, need the shared library.
-cmake --preset shared
+cmake --preset shared -DKORVEL_BUILD_BENCH=OFF
 cmake --build --preset shared --target module_tests
 ctest --preset shared -R '^(module\.LoadedModule|architecture)'

@@ -10,9 +10,11 @@
 #include <vector>
 
 #include "apps/command/command.h"
+#include "apps/command/completion.h"
 #include "apps/command/program.h"
 #include "kit/base/error.h"
 #include "kit/base/interruption.h"
+#include "korvel/module/korvel.h"
 
 namespace {
 
@@ -98,6 +100,7 @@ void korvel::command::build_program(CLI::App& program) {
     korvel::command::add_move_command(program);
     korvel::command::add_info_command(program);
     korvel::command::add_check_command(program);
+    korvel::command::add_completion_option(program);
 }
 
 std::vector<std::string> korvel::command::arguments(int argc, char** argv) {

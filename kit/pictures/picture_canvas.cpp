@@ -13,6 +13,22 @@
 
 namespace korvel::kit {
 
+struct PictureCanvas::Page {
+    struct Destroy {
+        void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+        void operator()(cairo_t* context) const { cairo_destroy(context); }
+    };
+
+    explicit Page(OutputFile& file) : out(file) {}
+    void check(cairo_status_t status) const;
+    static cairo_status_t write(void* page, const unsigned char* data, unsigned size);
+
+    OutputFile& out;
+    int write_error = 0;
+    std::unique_ptr<cairo_surface_t, Destroy> surface;
+    std::unique_ptr<cairo_t, Destroy> context;
+};
+
 PictureFormat picture_format(const std::filesystem::path& file) {
     std::string ending = file.extension().string();
     std::transform(ending.begin(), ending.end(), ending.begin(),
@@ -31,54 +47,61 @@ PictureFormat picture_format(const std::filesystem::path& file) {
 
 PictureCanvas::PictureCanvas(OutputFile& out, PictureFormat format, PictureSize size,
                              int units_per_pixel)
-    : out_(out), format_(format), size_(size), units_per_pixel_(units_per_pixel) {
+    : format_(format), size_(size), units_per_pixel_(units_per_pixel),
+      page_(std::make_unique<Page>(out)) {
     switch (format) {
     case PictureFormat::png:
-        surface_.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.width, size.height));
+        page_->surface.reset(
+            cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.width, size.height));
         break;
     case PictureFormat::svg:
-        surface_.reset(cairo_svg_surface_create_for_stream(write, this, size.width, size.height));
+        page_->surface.reset(
+            cairo_svg_surface_create_for_stream(Page::write, page_.get(), size.width, size.height));
         break;
     case PictureFormat::pdf:
-        surface_.reset(cairo_pdf_surface_create_for_stream(write, this, size.width, size.height));
+        page_->surface.reset(
+            cairo_pdf_surface_create_for_stream(Page::write, page_.get(), size.width, size.height));
         break;
     }
-    context_.reset(cairo_create(surface_.get()));
-    check(cairo_status(context_.get()));
-    cairo_set_line_join(context_.get(), CAIRO_LINE_JOIN_ROUND);
-    cairo_set_line_cap(context_.get(), CAIRO_LINE_CAP_ROUND);
+    page_->context.reset(cairo_create(page_->surface.get()));
+    page_->check(cairo_status(page_->context.get()));
+    cairo_set_line_join(page_->context.get(), CAIRO_LINE_JOIN_ROUND);
+    cairo_set_line_cap(page_->context.get(), CAIRO_LINE_CAP_ROUND);
     set_source(background_);
-    cairo_paint(context_.get());
+    cairo_paint(page_->context.get());
 }
 
+PictureCanvas::~PictureCanvas() = default;
+
 void PictureCanvas::finish() {
-    check(cairo_status(context_.get()));
+    page_->check(cairo_status(page_->context.get()));
     if (format_ == PictureFormat::png) {
-        check(cairo_surface_write_to_png_stream(surface_.get(), write, this));
+        page_->check(
+            cairo_surface_write_to_png_stream(page_->surface.get(), Page::write, page_.get()));
     }
-    context_.reset();
-    cairo_surface_finish(surface_.get());
-    check(cairo_surface_status(surface_.get()));
+    page_->context.reset();
+    cairo_surface_finish(page_->surface.get());
+    page_->check(cairo_surface_status(page_->surface.get()));
 }
 
 void PictureCanvas::write_text(const std::string& text, double x, double y, double size,
                                Anchor anchor) {
     const double width = text_width(text, size);
     cairo_font_extents_t font = {};
-    cairo_font_extents(context_.get(), &font);
+    cairo_font_extents(page_->context.get(), &font);
     const double part = anchor == Anchor::start ? 0 : anchor == Anchor::middle ? 0.5 : 1;
     set_source(pen_->colour);
-    cairo_move_to(context_.get(), x - part * width, y + (font.ascent - font.descent) / 2);
-    cairo_show_text(context_.get(), text.c_str());
-    cairo_new_path(context_.get());
+    cairo_move_to(page_->context.get(), x - part * width, y + (font.ascent - font.descent) / 2);
+    cairo_show_text(page_->context.get(), text.c_str());
+    cairo_new_path(page_->context.get());
 }
 
 double PictureCanvas::text_width(const std::string& text, double size) {
-    cairo_select_font_face(context_.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
+    cairo_select_font_face(page_->context.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
                            CAIRO_FONT_WEIGHT_NORMAL);
-    cairo_set_font_size(context_.get(), size);
+    cairo_set_font_size(page_->context.get(), size);
     cairo_text_extents_t extents = {};
-    cairo_text_extents(context_.get(), text.c_str(), &extents);
+    cairo_text_extents(page_->context.get(), text.c_str(), &extents);
     return extents.x_advance;
 }
 
@@ -113,8 +136,8 @@ POINT PictureCanvas::MoveTo(int x, int y) {
 }
 
 BOOL PictureCanvas::LineTo(int x, int y) {
-    cairo_move_to(context_.get(), on_page(position_.x), on_page(position_.y));
-    cairo_line_to(context_.get(), on_page(x), on_page(y));
+    cairo_move_to(page_->context.get(), on_page(position_.x), on_page(position_.y));
+    cairo_line_to(page_->context.get(), on_page(x), on_page(y));
     stroke();
     position_ = {x, y};
     return 1;
@@ -126,16 +149,16 @@ BOOL PictureCanvas::Polygon(const POINT* points, int count) {
 
 BOOL PictureCanvas::PolyPolygon(const POINT* points, const int* counts, int polygons) {
     for (int polygon = 0; polygon < polygons; ++polygon) {
-        cairo_new_sub_path(context_.get());
+        cairo_new_sub_path(page_->context.get());
         for (int i = 0; i < counts[polygon]; ++i, ++points) {
-            cairo_line_to(context_.get(), on_page(points->x), on_page(points->y));
+            cairo_line_to(page_->context.get(), on_page(points->x), on_page(points->y));
         }
-        cairo_close_path(context_.get());
+        cairo_close_path(page_->context.get());
     }
-    cairo_set_fill_rule(context_.get(), fill_mode_ == ALTERNATE ? CAIRO_FILL_RULE_EVEN_ODD
-                                                                : CAIRO_FILL_RULE_WINDING);
+    cairo_set_fill_rule(page_->context.get(), fill_mode_ == ALTERNATE ? CAIRO_FILL_RULE_EVEN_ODD
+                                                                      : CAIRO_FILL_RULE_WINDING);
     set_source(brush_->colour);
-    cairo_fill_preserve(context_.get());
+    cairo_fill_preserve(page_->context.get());
     stroke();
     return 1;
 }
@@ -149,33 +172,33 @@ double PictureCanvas::on_page(int device) const {
 }
 
 void PictureCanvas::set_source(COLORREF colour) {
-    cairo_set_source_rgb(context_.get(), GetRValue(colour) / 255.0, GetGValue(colour) / 255.0,
+    cairo_set_source_rgb(page_->context.get(), GetRValue(colour) / 255.0, GetGValue(colour) / 255.0,
                          GetBValue(colour) / 255.0);
 }
 
 void PictureCanvas::stroke() {
     constexpr double thinnest = 0.25;
     set_source(pen_->colour);
-    cairo_set_line_width(context_.get(),
+    cairo_set_line_width(page_->context.get(),
                          std::max(thinnest, pen_->width / double(units_per_pixel_)));
-    cairo_stroke(context_.get());
+    cairo_stroke(page_->context.get());
 }
 
 // Cairo reports that a write failed, not why; `write` has stored the system's reason.
-void PictureCanvas::check(cairo_status_t status) const {
+void PictureCanvas::Page::check(cairo_status_t status) const {
     if (status == CAIRO_STATUS_SUCCESS) {
         return;
     }
-    out_.fail(write_error_ != 0 ? std::generic_category().message(write_error_)
-                                : cairo_status_to_string(status));
+    out.fail(write_error != 0 ? std::generic_category().message(write_error)
+                              : cairo_status_to_string(status));
 }
 
-cairo_status_t PictureCanvas::write(void* canvas, const unsigned char* data, unsigned size) {
-    auto& self = *static_cast<PictureCanvas*>(canvas);
-    if (std::fwrite(data, 1, size, self.out_.stream()) == size) {
+cairo_status_t PictureCanvas::Page::write(void* page, const unsigned char* data, unsigned size) {
+    auto& self = *static_cast<Page*>(page);
+    if (std::fwrite(data, 1, size, self.out.stream()) == size) {
         return CAIRO_STATUS_SUCCESS;
     }
-    self.write_error_ = self.write_error_ != 0 ? self.write_error_ : errno;
+    self.write_error = self.write_error != 0 ? self.write_error : errno;
     return CAIRO_STATUS_WRITE_ERROR;
 }
 

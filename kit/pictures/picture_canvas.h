@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cairo.h>
-
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -30,6 +28,9 @@ public:
     /// The picture goes to `out`, which must outlive the canvas and which the caller closes. Throws
     /// an output error when there is not enough memory for the page.
     PictureCanvas(OutputFile& out, PictureFormat format, PictureSize size, int units_per_pixel = 1);
+    ~PictureCanvas() override;
+    PictureCanvas(const PictureCanvas&) = delete;
+    PictureCanvas& operator=(const PictureCanvas&) = delete;
 
     PictureSize size() const { return size_; }
     int units_per_pixel() const { return units_per_pixel_; }
@@ -53,24 +54,16 @@ public:
     BOOL PolyPolygon(const POINT* points, const int* counts, int polygons) override;
 
 private:
-    struct Destroy {
-        void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-        void operator()(cairo_t* context) const { cairo_destroy(context); }
-    };
+    struct Page; // Cairo's part: hosts need no header of Cairo's
 
-    static cairo_status_t write(void* canvas, const unsigned char* data, unsigned size);
     double on_page(int device) const;
     void set_source(COLORREF colour);
     void stroke();
-    void check(cairo_status_t status) const;
 
-    OutputFile& out_;
     PictureFormat format_;
     PictureSize size_;
     int units_per_pixel_;
-    int write_error_ = 0;
-    std::unique_ptr<cairo_surface_t, Destroy> surface_;
-    std::unique_ptr<cairo_t, Destroy> context_;
+    std::unique_ptr<Page> page_;
 
     CPen default_pen_{PS_SOLID, 1, RGB(0, 0, 0)};
     CBrush default_brush_{RGB(255, 255, 255)};

@@ -14,6 +14,7 @@
 #include "korvel/geometry/view_transform.h"
 #include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
+#include "korvel/platform/version.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"
 #include "korvel/polyregion/trace_files.h"

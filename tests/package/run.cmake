@@ -1,8 +1,26 @@
 # cmake -D BUILD_DIR=… -D CONFIG=… -D PROGRAM_DIR=… -D CXX_COMPILER=… -D CXX_FLAGS=…
-#       -D GENERATOR=… -P run.cmake
+#       -D GENERATOR=… -D WITH_KIT=… -D IS_STATIC=… -D AS_DEBIAN_PACKAGES=… -P run.cmake
+#
+# Installs the build into a temporary directory, by way of its Debian packages where wanted; builds
+# and runs programs of another project against it, by CMake and by pkg-config; and tries what is
+# installed with the command.
 
 function(run)
     execute_process(COMMAND ${ARGV} COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+function(output_of result)
+    execute_process(
+        COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output COMMAND_ECHO STDOUT
+        COMMAND_ERROR_IS_FATAL ANY
+    )
+    set(${result} "${output}" PARENT_SCOPE)
+endfunction()
+
+function(expect text pattern)
+    if(NOT text MATCHES pattern)
+        message(FATAL_ERROR "does not match '${pattern}': ${text}")
+    endif()
 endfunction()
 
 # A temporary directory, which stays when a step fails.
@@ -15,20 +33,79 @@ foreach(variable IN ITEMS TMPDIR TEMP)
 endforeach()
 string(RANDOM LENGTH 12 suffix)
 set(work_dir ${temporary}/korvel-package-${suffix})
-set(prefix ${work_dir}/prefix)
+set(prefix ${work_dir}/moved) # nothing may depend on where it was installed first
 
-run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --config ${CONFIG})
+if(AS_DEBIAN_PACKAGES)
+    run(${CMAKE_CPACK_COMMAND} -G DEB -C ${CONFIG} -B ${work_dir}/packages --config
+        ${BUILD_DIR}/CPackConfig.cmake)
+    file(GLOB packages ${work_dir}/packages/*.deb)
+    foreach(package IN LISTS packages)
+        run(dpkg-deb --extract ${package} ${work_dir}/root)
+        output_of(control dpkg-deb --field ${package})
+        if(control MATCHES "Package: korvel\n")
+            expect("${control}" "Depends: [^\n]*libc6 [^\n]*libcairo2")
+        else()
+            expect("${control}" "Package: korvel-dev\n.*Depends: korvel \\(= ")
+        endif()
+    endforeach()
+    file(RENAME ${work_dir}/root/usr ${prefix})
+else()
+    run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${work_dir}/first --config ${CONFIG})
+    file(RENAME ${work_dir}/first ${prefix})
+endif()
+
 run(
     ${CMAKE_COMMAND} -S ${PROGRAM_DIR} -B ${work_dir}/build -G ${GENERATOR}
     -DCMAKE_BUILD_TYPE=${CONFIG} -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
-    -DCMAKE_CXX_FLAGS=${CXX_FLAGS} -DCMAKE_PREFIX_PATH=${prefix}
+    -DCMAKE_CXX_FLAGS=${CXX_FLAGS} -DCMAKE_PREFIX_PATH=${prefix} -DWITH_KIT=${WITH_KIT}
 )
 run(${CMAKE_COMMAND} --build ${work_dir}/build --config ${CONFIG})
 run(${CMAKE_CTEST_COMMAND} --test-dir ${work_dir}/build -C ${CONFIG} --output-on-failure)
 
-file(GLOB command ${prefix}/bin/korvel*)
-if(command)
-    run(${command} --help)
+# build_with_pkgconfig(program module): the program of main.cpp or kit_main.cpp.
+function(build_with_pkgconfig program module)
+    separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS}")
+    set(static "")
+    if(IS_STATIC)
+        set(static --static)
+    endif()
+    output_of(module_flags ${PKG_CONFIG} ${static} --cflags --libs ${module})
+    string(STRIP "${module_flags}" module_flags)
+    separate_arguments(module_flags UNIX_COMMAND "${module_flags}")
+    set(built ${work_dir}/by-pkg-config-${module})
+    run(${CXX_COMPILER} -std=c++20 ${flags} ${PROGRAM_DIR}/${program}.cpp ${module_flags}
+        -Wl,-rpath,${lib_dir} -o ${built})
+    run(${built} ${work_dir}/picture.png)
+endfunction()
+
+find_program(PKG_CONFIG pkg-config)
+file(GLOB_RECURSE module_file ${prefix}/korvel.pc)
+cmake_path(GET module_file PARENT_PATH module_dir)
+cmake_path(GET module_dir PARENT_PATH lib_dir)
+if(PKG_CONFIG)
+    set(ENV{PKG_CONFIG_PATH} ${module_dir})
+    build_with_pkgconfig(main korvel)
+    if(WITH_KIT)
+        build_with_pkgconfig(kit_main korvel-kit)
+    endif()
+endif()
+
+if(EXISTS ${prefix}/bin/korvel)
+    run(${prefix}/bin/korvel --version)
+    foreach(file IN ITEMS bash-completion/completions/korvel zsh/site-functions/_korvel
+                          fish/vendor_completions.d/korvel.fish)
+        file(READ ${prefix}/share/${file} script)
+        expect("${script}" "triangles")
+    endforeach()
+endif()
+find_program(GROFF groff)
+if(GROFF AND EXISTS ${prefix}/share/man/man1/korvel.1)
+    # With its warnings, of which there are none.
+    output_of(page ${GROFF} -man -ww -Tascii -P-c ${prefix}/share/man/man1/korvel.1)
+    expect("${page}" "KORVEL STARTER.*--rounds.*EXAMPLES")
+    if(page MATCHES "warning")
+        message(FATAL_ERROR "the manual page is not sound: ${page}")
+    endif()
 endif()
 
 file(REMOVE_RECURSE ${work_dir})

@@ -1,0 +1,44 @@
+# `cpack` makes two Debian packages: korvel, with the command and the shared libraries, and
+# korvel-dev, with what programs are built with. Configure with -DCMAKE_INSTALL_PREFIX=/usr.
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_CONTACT "The korvel developers")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR} ${PROJECT_BINARY_DIR}/kit)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME korvel)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION math)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
+    "Finds the closed regions of networks of curves, triangulates them, raises them to solids and cuts, draws and checks those: the command, and the shared libraries that it and other programs use."
+)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME korvel-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
+    "Headers, libraries and the files by which CMake and pkg-config find korvel."
+)
+set(CPACK_COMPONENTS_ALL development)
+if(KORVEL_BUILD_APPS OR NOT korvel_is_static)
+    list(APPEND CPACK_COMPONENTS_ALL runtime)
+endif()
+if(korvel_is_static)
+    set(needed libgl-dev)
+    if(KORVEL_BUILD_KIT)
+        list(APPEND needed libgeos-dev)
+        foreach(part IN LISTS korvel_kit_parts)
+            list(APPEND needed pkg-config ${korvel_${part}_package})
+        endforeach()
+        list(REMOVE_DUPLICATES needed)
+    endif()
+    list(JOIN needed ", " CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS)
+else()
+    set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS runtime)
+    set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+endif()
+include(CPack)
