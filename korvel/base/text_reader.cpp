@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "korvel/platform/check_point.h"
 #include "korvel/platform/text_stream.h"
 
 namespace korvel {
@@ -76,16 +77,16 @@ long long TextReader::bytes_left() {
     return end - here;
 }
 
-bool TextReader::read(long long declared, std::vector<int>& numbers) {
-    return read_all(declared, numbers);
+bool TextReader::read(long long declared, std::vector<int>& numbers, const char* stage) {
+    return read_all(declared, numbers, stage);
 }
 
-bool TextReader::read(long long declared, std::vector<float>& numbers) {
-    return read_all(declared, numbers);
+bool TextReader::read(long long declared, std::vector<float>& numbers, const char* stage) {
+    return read_all(declared, numbers, stage);
 }
 
 template <class Number>
-bool TextReader::read_all(long long declared, std::vector<Number>& numbers) {
+bool TextReader::read_all(long long declared, std::vector<Number>& numbers, const char* stage) {
     constexpr long long believed = 1 << 22; // memory that is not used costs nothing
     numbers.reserve(static_cast<std::size_t>(std::clamp<long long>(declared, 0, believed)));
     for (long long i = 0; i < declared; ++i) {
@@ -94,6 +95,7 @@ bool TextReader::read_all(long long declared, std::vector<Number>& numbers) {
             return false;
         }
         numbers.push_back(number);
+        check_point_after(i, declared, 1 << 14, stage);
     }
     return true;
 }

@@ -48,9 +48,9 @@ public:
     int believable_records(long long declared, int least_bytes);
 
     /// Appends to `numbers` as many as are declared, or as many as the stream contains; false for
-    /// fewer. Memory grows with what is read.
-    bool read(long long declared, std::vector<int>& numbers);
-    bool read(long long declared, std::vector<float>& numbers);
+    /// fewer. Memory grows with what is read. A check point is called now and then, with `stage`.
+    bool read(long long declared, std::vector<int>& numbers, const char* stage);
+    bool read(long long declared, std::vector<float>& numbers, const char* stage);
 
 private:
     /// A decimal number read so far.
@@ -64,7 +64,7 @@ private:
 
     long long bytes_left();
     template <class Number>
-    bool read_all(long long declared, std::vector<Number>& numbers);
+    bool read_all(long long declared, std::vector<Number>& numbers, const char* stage);
 
     template <class Number>
     bool scan(int character, const char* format, Number& target);

@@ -7,6 +7,7 @@
 #include "korvel/body/derive/derive_all.h"
 #include "korvel/body/derive/edge_chains.h"
 #include "korvel/body/derive/orientation.h"
+#include "korvel/platform/check_point.h"
 
 using korvel::has_element;
 
@@ -32,6 +33,7 @@ void TMOD3D::add_model(TMOD3D& m) {
     for (int k = 0; k < new_faces; ++k) {
         polys[first_face + k] = m.polys[k];
         shift_indices(polys[first_face + k].verts, first_vertex);
+        korvel::check_point_after(k, new_faces, 4096, "adding faces");
     }
     bodies.SetSize(first_body + new_bodies);
     for (int k = 0; k < new_bodies; ++k) {

@@ -12,6 +12,7 @@
 #include "korvel/body/derive/flat_model.h"
 #include "korvel/body/derive/orientation.h"
 #include "korvel/body/tmod3d.h"
+#include "korvel/platform/check_point.h"
 
 using korvel::FlatModel;
 using korvel::PackedLists;
@@ -52,7 +53,7 @@ void TMOD3D::read_mode(FILE* stream) {
         return;
     }
     verts.SetSize(verts.GetSize(), growth_step);
-    if (!reader.read(3LL * count, numbers.coordinates) || !reader.read(count)) {
+    if (!reader.read(3LL * count, numbers.coordinates, "reading vertices") || !reader.read(count)) {
         store_vertices(numbers.coordinates, *this);
         return;
     }
@@ -61,7 +62,7 @@ void TMOD3D::read_mode(FILE* stream) {
         return;
     }
     polys.SetSize(polys.GetSize(), growth_step);
-    if (!reader.read(3LL * count, numbers.corners) || !reader.read(count)) {
+    if (!reader.read(3LL * count, numbers.corners, "reading faces") || !reader.read(count)) {
         store_vertices(numbers.coordinates, *this);
         store_faces(numbers.corners, *this);
         return;
@@ -72,8 +73,11 @@ void TMOD3D::read_mode(FILE* stream) {
         return;
     }
     bodies.SetSize(bodies.GetSize(), growth_step);
-    const bool is_complete =
-        korvel::read_records(count, bodies, [&](BODY3D& body) { return read_body(reader, body); });
+    const bool is_complete = korvel::read_records(count, bodies, [&, b = 0](BODY3D& body) mutable {
+        const Progress progress = read_body(reader, body);
+        korvel::check_point_after(b++, count, 256, "reading bodies");
+        return progress;
+    });
     if (is_complete && make_at_once(numbers, *this)) {
         verts.SetSize(verts.GetSize(), growth_step);
         polys.SetSize(polys.GetSize(), growth_step);
@@ -152,7 +156,7 @@ Progress read_body(TextReader& reader, BODY3D& body) {
         return Progress::part;
     }
     std::vector<int> listed;
-    const bool complete = reader.read(faces, listed);
+    const bool complete = reader.read(faces, listed, "reading a body");
     const int old_size = body.polys.GetSize();
     body.polys.SetSize(old_size + static_cast<int>(listed.size()));
     std::copy(listed.begin(), listed.end(), body.polys.begin() + old_size);

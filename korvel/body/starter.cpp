@@ -9,6 +9,7 @@
 #include "korvel/body/derive/edge_chains.h"
 #include "korvel/body/refinement.h"
 #include "korvel/body/tmod3d.h"
+#include "korvel/platform/check_point.h"
 
 namespace {
 
@@ -41,6 +42,7 @@ void TMOD3D::inti_mode(double* center, double* size, int kind, int rounds) {
         if (polys.GetSize() == faces_before) {
             break; // too large to be refined further
         }
+        korvel::check_point("refining", round + 1, rounds);
     }
     for (VERT3D& vertex : verts) {
         for (int k = 0; k < 3; ++k) {

@@ -12,6 +12,7 @@
 #include "korvel/geometry/triutvalinst.h"
 #include "korvel/geometry/vert3d.h"
 #include "korvel/geometry/view_transform.h"
+#include "korvel/platform/check_point.h"
 #include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
 #include "korvel/platform/version.h"

@@ -1,6 +1,7 @@
 #include "korvel/region/cregion.h"
 
 #include "korvel/base/members.h"
+#include "korvel/platform/check_point.h"
 
 // The life of the object and the order of the analysis; each step has a file of its own.
 
@@ -12,9 +13,13 @@ void CREGION::SetPtsInfo(CArray<tagPOINT>& pts, CArray<int>& counts) {
 
     find_rings();
 
+    constexpr int steps = 3;
     FilterSmaePoint();
+    korvel::check_point("indexing rings", 1, steps);
     GetAllRingInex();
+    korvel::check_point("indexing rings", 2, steps);
     GetAllSideInex();
+    korvel::check_point("indexing rings", 3, steps);
     GetRStoPt();
     SearchAllRegion();
 }
@@ -28,11 +33,16 @@ int CREGION::GetRegion(CArray<tagPOINT>& /*pts*/, CArray<int>& /*counts*/, CArra
 }
 
 void CREGION::find_rings() {
+    constexpr int steps = 4;
     SplitPureCurve();
     CalcNodePts();
+    korvel::check_point("finding nodes", 1, steps);
     CalcCurveToNode();
+    korvel::check_point("finding nodes", 2, steps);
     CalcNodeToCurve();
+    korvel::check_point("finding nodes", 3, steps);
     MarkCurveOCFlag();
+    korvel::check_point("finding nodes", 4, steps);
     CalcRingToCurve();
     CalcRingArea();
     is_calculated = 1;

@@ -6,6 +6,7 @@
 #include <numeric>
 #include <utility>
 
+#include "korvel/platform/check_point.h"
 #include "korvel/region/segment_grid.h"
 
 namespace korvel {
@@ -96,7 +97,8 @@ std::optional<std::vector<Crossing>> find_crossings(const CArray<tagPOINT>& pts,
     const std::int64_t longest = longest_exact_segment(segments.box);
     const auto is_short = [&](int p) { return segment_span(pts, p) <= longest; };
     std::vector<int> tested_with(static_cast<std::size_t>(pts.GetSize()), -1);
-    for (const int a : segments.first_points) {
+    for (std::size_t i = 0; i < segments.first_points.size(); ++i) {
+        const int a = segments.first_points[i];
         if (!is_short(a) && !crossings.is_full()) {
             grid.for_each_on_line(a, [&](int b) {
                 const bool is_new = std::exchange(tested_with[b], a) != a;
@@ -104,6 +106,8 @@ std::optional<std::vector<Crossing>> find_crossings(const CArray<tagPOINT>& pts,
                     crossings.test(pts, a, b);
                 }
             });
+            check_point("testing long segments", static_cast<long long>(i) + 1,
+                        static_cast<long long>(segments.first_points.size()));
         }
     }
     return crossings.take();

@@ -4,6 +4,7 @@
 
 #include "korvel/base/packed_lists.h"
 #include "korvel/plane/live_points.h"
+#include "korvel/platform/check_point.h"
 #include "korvel/platform/prefetch.h"
 #include "korvel/region/ring_points.h"
 
@@ -46,6 +47,7 @@ void CREGION::GetRStoPt() {
         constexpr int points_ahead = 8;
         envelopes.prefetch_rings_at(point + points_ahead);
         envelopes.mark_at(point);
+        korvel::check_point_after(point, pt_links.GetSize(), 1024, "finding envelopes");
     }
     korvel::remove_marked_rings(ring_pts);
     ring_pts.FreeExtra();

@@ -5,10 +5,13 @@
 #include "korvel/base/indices.h"
 #include "korvel/base/packed_lists.h"
 #include "korvel/plane/live_points.h"
+#include "korvel/platform/check_point.h"
 #include "korvel/platform/prefetch.h"
 #include "korvel/region/ring_points.h"
 
 namespace {
+
+constexpr const char* stage = "nesting rings";
 
 /// Finds the rings directly inside another one among those before it.
 class HoleFinder {
@@ -56,6 +59,7 @@ void CREGION::SearchAllRegion() {
             regions[ring].rings.Add(hole);
             ring_pts[hole].is_hole = 1;
         }
+        korvel::check_point_after(ring, ring_pts.GetSize(), 256, stage);
     }
 }
 
@@ -110,7 +114,14 @@ const std::vector<int>& HoleFinder::claim_holes_of(int ring) {
     // repay.
     constexpr std::size_t few = 8;
     const bool are_many = holes_.size() > few;
+    std::size_t corners_compared = 0;
     std::erase_if(holes_, [&](int other) {
+        constexpr std::size_t many_corners = 1 << 16;
+        corners_compared += corners_.size();
+        if (corners_compared >= many_corners) {
+            corners_compared = 0;
+            korvel::check_point(stage, ring, rings_.GetSize());
+        }
         return (are_many && touches(ring, other)) || !encloses(first_points_[other]) ||
                touches(ring, other);
     });

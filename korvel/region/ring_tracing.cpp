@@ -8,6 +8,7 @@
 #include "korvel/base/indices.h"
 #include "korvel/base/key_index.h"
 #include "korvel/plane/winding.h"
+#include "korvel/platform/check_point.h"
 #include "korvel/region/cregion.h"
 #include "korvel/region/curve_spans.h"
 #include "korvel/region/junctions.h"
@@ -73,6 +74,7 @@ void CREGION::CalcRingToCurve() {
     RingTracer tracer(*this, curves);
     for (int curve = 0; curve < curve_to_node.GetSize(); ++curve) {
         tracer.trace_both_sides(curve);
+        korvel::check_point_after(curve, curve_to_node.GetSize(), 1024, "tracing rings");
     }
     const std::vector<int> distinct = distinct_rings(tracer.found());
     rings.SetSize(0, 50);

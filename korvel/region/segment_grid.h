@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "korvel/plane/live_points.h"
+#include "korvel/platform/check_point.h"
 #include "korvel/platform/framework.h"
 
 namespace korvel {
@@ -83,6 +84,9 @@ public:
                         test(entries_[i].segment, entries_[j].segment);
                     }
                 }
+                check_point_after(static_cast<long long>(i),
+                                  static_cast<long long>(entries_.size()), 1024,
+                                  "splitting curves");
             }
             start = ends_[cell];
         }

@@ -9,9 +9,12 @@
 #include "korvel/base/indices.h"
 #include "korvel/base/key_index.h"
 #include "korvel/base/ring_sides.h"
+#include "korvel/platform/check_point.h"
 
 namespace korvel {
 namespace {
+
+constexpr const char* stage = "finding edges";
 
 /// Sides that may be edges, and the edge of each.
 struct SideEdges {
@@ -55,6 +58,7 @@ void find_all_sides(TMOD3D& model, int first_face, Chains chains) {
         if (chains == Chains::of_both) {
             line_chainer.chain(model.polys[f]);
         }
+        check_point_after(f - first_face, model.polys.GetSize() - first_face, 4096, stage);
     }
 }
 
@@ -247,6 +251,8 @@ std::optional<TriangleChains> chain_triangles(const std::vector<int>& corners, i
         put(chains.lines, ab, bc, ca);
         put(chains.verts, from_a ? a : b, c, from_a ? b : a);
         put(chains.side_lines, from_a ? ca : bc, from_a ? bc : ca, ab);
+        check_point_after(static_cast<long long>(at / 3),
+                          static_cast<long long>(corners.size() / 3), 4096, stage);
     }
     chains.edges = std::move(numbers.edges());
     return chains;

@@ -5,14 +5,18 @@
 #include "korvel/body/derive/orientation.h"
 #include "korvel/geometry/vectors.h"
 #include "korvel/plane/line_equation.h"
+#include "korvel/platform/check_point.h"
 
 void TMOD3D::comput_mode_aux_parm() {
-    for (LINE3D& line : lines) {
-        line.set_line_eqt(verts);
+    constexpr int step = 4096;
+    for (int e = 0; e < lines.GetSize(); ++e) {
+        lines[e].set_line_eqt(verts);
+        korvel::check_point_after(e, lines.GetSize(), step, "setting edge equations");
     }
     korvel::orient_bodies(*this);
-    for (POLY3D& face : polys) {
-        face.set_poly_eql(verts);
+    for (int f = 0; f < polys.GetSize(); ++f) {
+        polys[f].set_poly_eql(verts);
+        korvel::check_point_after(f, polys.GetSize(), step, "setting face equations");
     }
 }
 

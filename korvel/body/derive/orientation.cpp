@@ -9,6 +9,7 @@
 #include "korvel/base/indices.h"
 #include "korvel/body/derive/orientable_faces.h"
 #include "korvel/body/derive/orientation_walk.h"
+#include "korvel/platform/check_point.h"
 
 namespace korvel {
 namespace {
@@ -41,6 +42,7 @@ void orient_each(TMOD3D& model, Faces faces, OrientListed orient_listed) {
         if (outcome.any_turned) {
             stale_volumes = b;
         }
+        check_point_after(b, model.bodies.GetSize(), 64, "orienting bodies");
     }
     for (int b = 0; b < stale_volumes; ++b) {
         model.bodies[b].volume =

@@ -4,6 +4,8 @@
 #include <functional>
 #include <utility>
 
+#include "korvel/platform/check_point.h"
+
 namespace korvel {
 namespace {
 
@@ -50,11 +52,14 @@ OrientationWalk::OrientationWalk(const std::vector<int>& faces, const PackedList
 
 void OrientationWalk::run() {
     orient(0, -1);
+    long long faces = 0;
     while (!pass_.is_empty() || !next_pass_.is_empty()) {
         if (pass_.is_empty()) {
             std::swap(pass_, next_pass_);
         }
         orient_neighbours(pass_.take_first());
+        check_point_after(faces++, static_cast<long long>(is_oriented_.size()), 4096,
+                          "orienting faces");
     }
 }
 

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "korvel/body/derive/flat_model.h"
+#include "korvel/platform/check_point.h"
 
 namespace korvel {
 
@@ -73,11 +74,18 @@ void relate_bodies(TMOD3D& model, const FlatModel& flat, const UsedByBodies& use
 template <class Visit>
 void set_relations(TMOD3D& model, const FlatModel& flat, Visit visit) {
     const UsedByBodies used(flat);
+    const long long verts = model.verts.GetSize();
+    const long long verts_and_lines = verts + model.lines.GetSize();
+    const auto after_record = [&](long long record) {
+        check_point_after(record, verts_and_lines + model.polys.GetSize(), 4096,
+                          "relating records");
+    };
     {
         const VertexRelations relations(flat, used);
         for (int v = 0; v < model.verts.GetSize(); ++v) {
             relations.store(v, model.verts[v]);
             visit(v, model.verts[v]);
+            after_record(v);
         }
     }
     const PackedLists line_faces = flat.face_lines.inverted(model.lines.GetSize());
@@ -86,6 +94,7 @@ void set_relations(TMOD3D& model, const FlatModel& flat, Visit visit) {
         for (int e = 0; e < model.lines.GetSize(); ++e) {
             relations.store(e, model.lines[e]);
             visit(e, model.lines[e]);
+            after_record(verts + e);
         }
     }
     const PackedLists face_bodies = flat.body_faces.inverted(model.polys.GetSize());
@@ -93,6 +102,7 @@ void set_relations(TMOD3D& model, const FlatModel& flat, Visit visit) {
     for (int f = 0; f < model.polys.GetSize(); ++f) {
         relations.store(f, model.polys[f]);
         visit(f, model.polys[f]);
+        after_record(verts_and_lines + f);
     }
     relate_bodies(model, flat, used, face_bodies);
 }

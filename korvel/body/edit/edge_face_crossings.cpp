@@ -9,6 +9,7 @@
 #include "korvel/body/tmod3d.h"
 #include "korvel/geometry/box_tree.h"
 #include "korvel/geometry/marks.h"
+#include "korvel/platform/check_point.h"
 
 using korvel::Box3;
 using korvel::has_element;
@@ -54,12 +55,15 @@ bool TMOD3D::legal_body_rel_side() {
         return true;
     }
     CrossingFinder finder(*this, edges);
+    long long tested = 0;
     for (const int e : edges) {
         const int crossed = finder.first_crossed(e);
         if (crossed >= 0) {
             mark_faces(*this, e, crossed);
             return false;
         }
+        korvel::check_point_after(tested++, static_cast<long long>(edges.size()), 8,
+                                  "testing edges");
     }
     mark_faces(*this, edges.back(), polys.GetSize());
     return true;

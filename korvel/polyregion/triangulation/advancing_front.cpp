@@ -25,6 +25,7 @@ bool AdvancingFront::close(const PLYDT::PyToRg& region) {
         guide_.start();
         hints_.clear();
         search_.start();
+        progress_ = FrontProgress(set_, region);
         close_boundary(region);
         close_front();
     }
@@ -140,6 +141,7 @@ void AdvancingFront::close_front() {
 }
 
 void AdvancingFront::close_edge(int a, int b, int apex, int hint) {
+    progress_.edge_is_closed(set_, 256);
     const int c = search_.choose(a, b, apex, hint);
     if (c == RegionPoints::none) {
         return;

@@ -6,6 +6,7 @@
 #include "korvel/base/key_index.h"
 #include "korvel/polyregion/plydt.h"
 #include "korvel/polyregion/triangulation/constrained_delaunay.h"
+#include "korvel/polyregion/triangulation/front_progress.h"
 #include "korvel/polyregion/triangulation/listed_triangles.h"
 #include "korvel/polyregion/triangulation/side_tree.h"
 #include "korvel/polyregion/triangulation/third_corner.h"
@@ -53,6 +54,7 @@ private:
     SideTree sides_;
     ConstrainedDelaunay guide_; ///< has all sides
     ThirdCornerSearch search_;
+    FrontProgress progress_;
     int first_front_ = 0;       ///< the first of the tree's sides that a triangle has opened
     std::vector<char> is_open_; ///< for each of these
     std::vector<int> hints_;    ///< for each side the guide's

@@ -10,6 +10,7 @@
 #include "korvel/polyregion/plydt.h"
 #include "korvel/polyregion/side_topology.h"
 #include "korvel/polyregion/triangle_tests.h"
+#include "korvel/polyregion/triangulation/front_progress.h"
 
 using korvel::PlanePoint;
 
@@ -66,6 +67,8 @@ void PLYDT::close_front_exhaustively(FILE* trace, PyToRg& rg) {
     }
     CArray<SIDE> front;
     CArray<TRG> candidates;
+    korvel::FrontProgress progress(*this, rg);
+    constexpr int every_edge = 1; // each is compared with all points
 
     for (int i = 0; i < rg.rings.GetSize(); ++i) {
         const CArray<int>& pts = ring_list[rg.rings[i]].pts;
@@ -76,6 +79,7 @@ void PLYDT::close_front_exhaustively(FILE* trace, PyToRg& rg) {
             write(trace, "%d %d\n", a, b);
             gather_candidates(trace, rg, a, b, candidates);
             select_trangle(trace, rg, candidates, bund, front);
+            progress.edge_is_closed(*this, every_edge);
         });
     }
 
@@ -91,6 +95,7 @@ void PLYDT::close_front_exhaustively(FILE* trace, PyToRg& rg) {
             write(trace, "insidespt======== %d %d\n", a, b);
             gather_candidates(trace, rg, a, b, candidates);
             select_trangle(trace, rg, candidates, bund, front);
+            progress.edge_is_closed(*this, every_edge);
         }
     }
 }

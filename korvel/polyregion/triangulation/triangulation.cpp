@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdio>
 
+#include "korvel/platform/check_point.h"
 #include "korvel/polyregion/plydt.h"
 #include "korvel/polyregion/side_topology.h"
 #include "korvel/polyregion/trace_files.h"
@@ -92,9 +93,11 @@ void PLYDT::region_tranglate() {
     creat_top_rel();
     korvel::ListedTriangles listed(trg_list, side_list.GetSize());
     korvel::AdvancingFront front(*this, listed);
-    for (PyToRg& region : region_list) {
+    for (int i = 0; i < region_list.GetSize(); ++i) {
+        PyToRg& region = region_list[i];
         triangulate(*this, region, listed, front,
                     [&](FILE* trace) { close_front_exhaustively(trace, region); });
+        korvel::check_point("triangulating", i + 1, region_list.GetSize()); // after every region
     }
     const TraceFile summary("wwwtrg.dat");
     if (summary.stream() != nullptr) {
