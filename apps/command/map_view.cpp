@@ -21,15 +21,9 @@ void MapView::check() const {
     }
 }
 
-kit::PictureFit MapView::fit(const kit::Rectangle& box, kit::PictureSize size) const {
-    return {view_.empty() ? box : parse_box("--view", view_), size, stretch_};
-}
-
-kit::MapPictureOptions MapView::options(kit::PictureSize size) const {
+kit::MapPictureOptions MapView::options() const {
     kit::MapPictureOptions options;
-    options.size = size;
     options.stretch = stretch_;
-    options.units_per_pixel = kit::PictureFit::units_per_pixel;
     if (!view_.empty()) {
         options.part = parse_box("--view", view_);
     }

@@ -4,9 +4,7 @@
 
 #include <string>
 
-#include "kit/base/rectangle.h"
-#include "kit/pictures/flat_picture.h"
-#include "kit/pictures/picture_fit.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 
@@ -18,11 +16,8 @@ public:
     /// Throws an input error when an option does not fit.
     void check() const;
 
-    /// Shows `box` unless the user asked for another view.
-    kit::PictureFit fit(const kit::Rectangle& box, kit::PictureSize size) const;
-
-    /// How to draw a map into a picture file of this size.
-    kit::MapPictureOptions options(kit::PictureSize size) const;
+    /// How the map is drawn.
+    kit::MapPictureOptions options() const;
 
 private:
     std::string view_;

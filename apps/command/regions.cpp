@@ -25,7 +25,6 @@ private:
     void take_region_around_seed();
     void print_areas() const;
     void write();
-    void paint(CDC& dc, const kit::PictureFit& fit) const;
 
     std::string input_;
     std::string seed_;
@@ -126,25 +125,9 @@ void RegionsCommand::print_areas() const {
 
 void RegionsCommand::write() {
     outputs_.write([&](kit::OutputFile& out) { map_.write(out); },
-                   [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
-                       paint(canvas, view_.fit(map_.bounds(), size));
+                   [&](kit::PictureCanvas& canvas, kit::PictureSize) {
+                       kit::draw(map_, canvas, view_.options());
                    });
-}
-
-// Large regions first: what lies inside a region that does not have it as a hole stays visible.
-void RegionsCommand::paint(CDC& dc, const kit::PictureFit& fit) const {
-    CCPloy2DRg picture = map_.regions();
-    picture.creat_top_rel();
-    kit::colour_regions(picture);
-    std::stable_sort(picture.region_list.begin(), picture.region_list.end(),
-                     [&](const auto& a, const auto& b) {
-                         return kit::twice_area<kit::WideInteger>(picture, a) >
-                                kit::twice_area<kit::WideInteger>(picture, b);
-                     });
-    CPen outline(PS_SOLID, fit.outline_width(picture.region_list.GetSize()), RGB(60, 60, 60));
-    CPen* const previous = dc.SelectObject(&outline);
-    picture.Draw_Regon(fit.ox, fit.oy, fit.x0, fit.y0, fit.sx, fit.sy, fit.scale, &dc);
-    dc.SelectObject(previous);
 }
 
 } // namespace

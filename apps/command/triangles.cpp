@@ -25,7 +25,6 @@ private:
     void triangulate();
     void report_coverage() const;
     void write();
-    void paint(CDC& dc, const kit::PictureFit& fit) const;
 
     RegionInput input_;
     std::string trace_directory_;
@@ -122,25 +121,9 @@ void TrianglesCommand::report_coverage() const {
 
 void TrianglesCommand::write() {
     outputs_.write([&](kit::OutputFile& out) { triangulation_.write(out); },
-                   [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
-                       paint(canvas, view_.fit(map_.bounds(), size));
+                   [&](kit::PictureCanvas& canvas, kit::PictureSize) {
+                       kit::draw(triangulation_, canvas, view_.options());
                    });
-}
-
-// Triangles are drawn where their points lie, so a copy of the points is brought to the picture.
-void TrianglesCommand::paint(CDC& dc, const kit::PictureFit& fit) const {
-    const PLYDT& set = triangulation_.triangles();
-    PLYDT picture;
-    picture.pt_list.SetSize(set.pt_list.GetSize());
-    for (int i = 0; i < set.pt_list.GetSize(); ++i) {
-        picture.pt_list[i].x = (set.pt_list[i].x - fit.x0) / fit.sx * fit.scale + fit.ox;
-        picture.pt_list[i].y = (set.pt_list[i].y - fit.y0) / fit.sy * fit.scale + fit.oy;
-    }
-    picture.trg_list.Copy(set.trg_list);
-    CPen outline(PS_SOLID, fit.outline_width(picture.trg_list.GetSize()), RGB(60, 60, 60));
-    CPen* const previous = dc.SelectObject(&outline);
-    picture.Draw_Trgls(&dc);
-    dc.SelectObject(previous);
 }
 
 } // namespace

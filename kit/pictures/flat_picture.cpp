@@ -21,6 +21,14 @@ PictureFit MapPictureOptions::fit(const Rectangle& whole_map) const {
     return {part.value_or(whole_map), size, stretch, units_per_pixel};
 }
 
+void draw(const Map& map, CDC& dc, const MapPictureOptions& options) {
+    draw(map.regions(), dc, options);
+}
+
+void draw(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options) {
+    draw(triangles.triangles(), dc, options);
+}
+
 void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options) {
     CCPloy2DRg picture = map;
     if (options.colours == RegionColours::distinct) {

@@ -3,6 +3,8 @@
 #include <optional>
 
 #include "kit/base/rectangle.h"
+#include "kit/maps/map.h"
+#include "kit/maps/triangulation.h"
 #include "kit/pictures/picture_fit.h"
 #include "kit/pictures/picture_size.h"
 #include "korvel/module/korvel.h"
@@ -40,9 +42,12 @@ struct MapPictureOptions {
 /// keeps its pen. Larger regions come first, so that what lies inside a region that does not have
 /// it as a hole stays visible. Nothing is drawn of an empty map. Costs a copy of the map and, in
 /// distinct colours, the search for its neighbours.
+void draw(const Map& map, CDC& dc, const MapPictureOptions& options = {});
 void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options = {});
 
-/// Draws the triangles of a map likewise, with the brush that is selected. Linear.
+/// Draws the triangles of a map likewise, in the colours of `PLYDT::Draw_Trgls`, which run from the
+/// first triangle to the last. Linear.
+void draw(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options = {});
 void draw(const PLYDT& triangles, CDC& dc, const MapPictureOptions& options = {});
 
 } // namespace korvel::kit

@@ -24,6 +24,16 @@ void draw_on_page(const Subject& subject, PictureCanvas& canvas, Options& option
 
 } // namespace
 
+void write_picture(const Map& map, const std::filesystem::path& file,
+                   const MapPictureOptions& options) {
+    write(map, file, options);
+}
+
+void write_picture(const Triangulation& triangles, const std::filesystem::path& file,
+                   const MapPictureOptions& options) {
+    write(triangles, file, options);
+}
+
 void write_picture(const CCPloy2DRg& map, const std::filesystem::path& file,
                    const MapPictureOptions& options) {
     write(map, file, options);
@@ -37,6 +47,14 @@ void write_picture(const PLYDT& triangles, const std::filesystem::path& file,
 void write_picture(const Cut& section, const std::filesystem::path& file,
                    const SectionPictureOptions& options) {
     write(section, file, options);
+}
+
+void draw(const Map& map, PictureCanvas& canvas, MapPictureOptions options) {
+    draw_on_page(map, canvas, options);
+}
+
+void draw(const Triangulation& triangles, PictureCanvas& canvas, MapPictureOptions options) {
+    draw_on_page(triangles, canvas, options);
 }
 
 void draw(const CCPloy2DRg& map, PictureCanvas& canvas, MapPictureOptions options) {

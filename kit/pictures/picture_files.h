@@ -18,7 +18,11 @@ namespace korvel::kit {
 // of kind input for any other, and of kind output where the file cannot be written. Compressing a
 // PNG of the usual size takes longer than drawing most maps.
 
+void write_picture(const Map& map, const std::filesystem::path& file,
+                   const MapPictureOptions& options = {});
 void write_picture(const CCPloy2DRg& map, const std::filesystem::path& file,
+                   const MapPictureOptions& options = {});
+void write_picture(const Triangulation& triangles, const std::filesystem::path& file,
                    const MapPictureOptions& options = {});
 void write_picture(const PLYDT& triangles, const std::filesystem::path& file,
                    const MapPictureOptions& options = {});
@@ -27,7 +31,9 @@ void write_picture(const Cut& section, const std::filesystem::path& file,
 
 // The same on a canvas, whose size, units and labels are used instead of those in the options.
 
+void draw(const Map& map, PictureCanvas& canvas, MapPictureOptions options = {});
 void draw(const CCPloy2DRg& map, PictureCanvas& canvas, MapPictureOptions options = {});
+void draw(const Triangulation& triangles, PictureCanvas& canvas, MapPictureOptions options = {});
 void draw(const PLYDT& triangles, PictureCanvas& canvas, MapPictureOptions options = {});
 void draw(const Cut& section, PictureCanvas& canvas, SectionPictureOptions options = {});
 
