@@ -155,11 +155,15 @@ void ViewCommand::load() {
     std::printf("%s: %s, bounds %s\n", input_.c_str(),
                 counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
                 bounds_text(model_.wrap_cuboid, 3).c_str());
+    const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
+    model_.vis_angle_1 = angles[0];
+    model_.vis_angle_2 = angles[1];
+    model_.change_vis_parm();
 }
 
 void ViewCommand::look(kit::ViewOptions options) {
-    const kit::ViewFrame frame = kit::turn_view(model_, options);
     const Stopwatch time;
+    const kit::ViewFrame frame = kit::view_frame(model_, options);
     check_frame(frame);
     options.marked = pick_requested_point(frame);
     if (picture_.empty()) {
@@ -167,14 +171,14 @@ void ViewCommand::look(kit::ViewOptions options) {
     }
     {
         const ProgressLine progress("painting");
-        kit::write_picture(model_, frame, picture_, options);
+        kit::write_picture(model_, picture_, options);
     }
     std::printf("wrote %s in %.1f ms\n", picture_.c_str(), time.milliseconds());
 }
 
 void ViewCommand::turn_round(const kit::ViewOptions& options) {
     const Stopwatch time;
-    check_frame(kit::turn_turntable(model_, options));
+    check_frame(kit::turntable_frame(model_, options));
     {
         ProgressLine progress("painting");
         kit::write_turntable(model_, picture_, turntable_, options, progress.context());
@@ -185,10 +189,8 @@ void ViewCommand::turn_round(const kit::ViewOptions& options) {
 }
 
 kit::ViewOptions ViewCommand::view_options(kit::OffscreenRenderer* screen) const {
-    const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
     kit::ViewOptions options;
     options.size = size();
-    options.angles = {.turn = angles[0], .tilt = angles[1]};
     if (!part_.empty()) {
         options.part = parse_box("--view", part_);
     }

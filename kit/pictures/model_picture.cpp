@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "kit/solids/exact.h"
+
 namespace korvel::kit {
 namespace {
 
@@ -19,7 +21,7 @@ constexpr GlColour yellow = {1, 0.9, 0};
 constexpr GlColour red = {0.9, 0, 0};
 constexpr GlColour blue = {0, 0.2, 1};
 
-void fill_face(TMOD3D& model, POLY3D& face, const GlColour& colour);
+void fill_face(const TMOD3D& model, int face, const GlColour& colour);
 void draw_edge(const TMOD3D& model, const LINE3D& edge, const GlColour& colour);
 void draw_dot(double u, double v, double w, double radius, const GlColour& colour);
 
@@ -27,8 +29,9 @@ void draw_dot(double u, double v, double w, double radius, const GlColour& colou
 
 // The library lifts the edges off the faces, but not the box. Lying on faces it would come out
 // torn, so it gets a range of depths in front of theirs.
-void draw_model(TMOD3D& model, bool with_edges, bool with_box) {
+void draw_model(const TMOD3D& shown, bool with_edges, bool with_box) {
     constexpr double lift = 0.01;
+    TMOD3D& model = operand(shown);
     glDepthRange(lift, 1);
     model.gl_draw_mbody();
     if (with_edges) {
@@ -41,12 +44,12 @@ void draw_model(TMOD3D& model, bool with_edges, bool with_box) {
     }
 }
 
-void draw_pick(TMOD3D& model, const Pick& pick, const ViewFrame& frame) {
+void draw_pick(const TMOD3D& model, const Pick& pick, const ViewFrame& frame) {
     // The marks leave a part of the face visible.
     const double pixels = 3 * frame.line_width();
     const double rim = frame.line_width();
     glDepthFunc(GL_LEQUAL); // the face lies exactly where it was drawn before
-    fill_face(model, model.polys[pick.face], yellow);
+    fill_face(model, pick.face, yellow);
     glDisable(GL_DEPTH_TEST);
     glLineWidth(static_cast<float>(pixels));
     draw_edge(model, model.lines[pick.edge], red);
@@ -59,10 +62,10 @@ void draw_pick(TMOD3D& model, const Pick& pick, const ViewFrame& frame) {
 
 namespace {
 
-void fill_face(TMOD3D& model, POLY3D& face, const GlColour& colour) {
+void fill_face(const TMOD3D& model, int face, const GlColour& colour) {
     glBegin(GL_POLYGON);
     glColor3d(colour.red, colour.green, colour.blue);
-    face.gl_draw_poly(&model.verts);
+    operand(model).polys[face].gl_draw_poly(&operand(model).verts);
     glEnd();
 }
 

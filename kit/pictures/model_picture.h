@@ -6,13 +6,13 @@
 
 namespace korvel::kit {
 
-// What is drawn into the picture that a screen has begun.
+// What is drawn into a picture that `begin_view` has begun.
 
 /// A model whose view is current: its faces and, if wanted, all its edges and its wrap cuboid.
-void draw_model(TMOD3D& model, bool with_edges, bool with_box);
+void draw_model(const TMOD3D& model, bool with_edges, bool with_box);
 
 /// Marks over a drawn model what was picked: the face yellow where it is seen, and in front of
 /// everything the edge red, the vertex as a blue dot and the point as a smaller white one.
-void draw_pick(TMOD3D& model, const Pick& pick, const ViewFrame& frame);
+void draw_pick(const TMOD3D& model, const Pick& pick, const ViewFrame& frame);
 
 } // namespace korvel::kit

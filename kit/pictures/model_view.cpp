@@ -4,24 +4,17 @@
 #include "kit/pictures/model_picture.h"
 
 namespace korvel::kit {
-namespace {
 
-void turn_to(TMOD3D& model, const ViewAngles& angles);
-
-} // namespace
-
-ViewFrame turn_view(TMOD3D& model, const ViewOptions& options) {
-    turn_to(model, options.angles);
+ViewFrame view_frame(const TMOD3D& model, const ViewOptions& options) {
     return options.part ? part_of_view(model, *options.part, options.size)
                         : whole_view(model, options.box, options.size);
 }
 
-ViewFrame turn_turntable(TMOD3D& model, const ViewOptions& options) {
-    turn_to(model, options.angles);
+ViewFrame turntable_frame(const TMOD3D& model, const ViewOptions& options) {
     return turning_view(model, options.box, options.size);
 }
 
-void draw_view(TMOD3D& model, const ViewFrame& frame, const ViewOptions& options) {
+void draw_view(const TMOD3D& model, const ViewFrame& frame, const ViewOptions& options) {
     begin_view(frame);
     draw_model(model, options.edges, options.box);
     if (options.marked) {
@@ -29,13 +22,4 @@ void draw_view(TMOD3D& model, const ViewFrame& frame, const ViewOptions& options
     }
 }
 
-namespace {
-
-void turn_to(TMOD3D& model, const ViewAngles& angles) {
-    model.vis_angle_1 = angles.turn;
-    model.vis_angle_2 = angles.tilt;
-    model.change_vis_parm();
-}
-
-} // namespace
 } // namespace korvel::kit

@@ -3,15 +3,14 @@
 #include <optional>
 
 #include "kit/base/rectangle.h"
+#include "kit/pictures/picture_size.h"
 #include "kit/pictures/view_frame.h"
 #include "kit/solids/pick.h"
-#include "kit/solids/view_angles.h"
 #include "korvel/module/korvel.h"
 
-// Views of models, drawn by OpenGL. view_files.h writes them into files, without a window.
-//
-// The view is a part of the model, which each of these functions turns; nothing else in it changes.
-// Its faces and relations must be current.
+// Views of models, drawn by OpenGL at the angles to which the model is turned: `Solids::set_view`,
+// or `vis_angle_1`, `vis_angle_2` and `change_vis_parm` of `TMOD3D`. view_files.h writes them into
+// files, without a window.
 
 namespace korvel::kit {
 
@@ -20,7 +19,6 @@ class OffscreenRenderer;
 /// How a model is shown.
 struct ViewOptions {
     PictureSize size = {};
-    ViewAngles angles = {.turn = 30, .tilt = -60};
 
     /// What the picture shows, its x being u and its y being v; without it the whole model.
     std::optional<Rectangle> part = {};
@@ -37,16 +35,14 @@ struct ViewOptions {
     OffscreenRenderer* screen = nullptr;
 };
 
-/// Turns the model and returns what a picture of it shows: the coordinates to pick by. Linear in
-/// the model.
-ViewFrame turn_view(TMOD3D& model, const ViewOptions& options);
+/// What a picture of the model shows, in the coordinates that `Solids::pick` takes. Constant time.
+ViewFrame view_frame(const TMOD3D& model, const ViewOptions& options = {});
 
-/// Turns the model and returns what each picture of a turntable shows, in the same scale at every
-/// turn.
-ViewFrame turn_turntable(TMOD3D& model, const ViewOptions& options);
+/// What each picture of a turntable shows, in the same scale at every turn. Linear in the vertices.
+ViewFrame turntable_frame(const TMOD3D& model, const ViewOptions& options = {});
 
-/// Draws the model, whose view is current, into the current OpenGL context. `begin_view` is called
+/// Draws the model into the current OpenGL context, as large as the frame. `begin_view` is called
 /// first; afterwards the depth test is off if a pick was marked. Linear in the model.
-void draw_view(TMOD3D& model, const ViewFrame& frame, const ViewOptions& options);
+void draw_view(const TMOD3D& model, const ViewFrame& frame, const ViewOptions& options = {});
 
 } // namespace korvel::kit

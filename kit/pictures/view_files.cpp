@@ -13,6 +13,24 @@ namespace korvel::kit {
 namespace fs = std::filesystem;
 namespace {
 
+/// Turns a model, and turns it back in the end.
+class Turning {
+public:
+    explicit Turning(TMOD3D& model) : model_(model), start_(model.vis_angle_1) {}
+    ~Turning() { turn_by(0); }
+    Turning(const Turning&) = delete;
+    Turning& operator=(const Turning&) = delete;
+
+    void turn_by(double degrees) {
+        model_.vis_angle_1 = start_ + degrees;
+        model_.change_vis_parm();
+    }
+
+private:
+    TMOD3D& model_;
+    double start_;
+};
+
 void require_png(const fs::path& file);
 void with_screen(const ViewOptions& options, const std::function<void(OffscreenRenderer&)>& job);
 
@@ -30,17 +48,12 @@ void check_turntable_files(const fs::path& file, int count) {
     }
 }
 
-void write_picture(TMOD3D& model, const fs::path& file, const ViewOptions& options) {
-    write_picture(model, turn_view(model, options), file, options);
-}
-
-void write_picture(TMOD3D& model, const ViewFrame& frame, const fs::path& file,
-                   const ViewOptions& options) {
+void write_picture(const TMOD3D& model, const fs::path& file, const ViewOptions& options) {
     require_png(file);
     OutputFile out(file);
     with_screen(options, [&](OffscreenRenderer& screen) {
         screen.bind();
-        draw_view(model, frame, options);
+        draw_view(model, view_frame(model, options), options);
         screen.write_png(out);
     });
     out.replace();
@@ -50,16 +63,17 @@ void write_picture(TMOD3D& model, const ViewFrame& frame, const fs::path& file,
 void write_turntable(TMOD3D& model, const fs::path& file, int count, const ViewOptions& options,
                      const Context& context) {
     require_png(file);
+    ViewOptions unmarked = options;
+    unmarked.marked.reset();
     std::deque<OutputFile> pictures;
     with_screen(options, [&](OffscreenRenderer& screen) {
+        Turning turning(model);
         for (const fs::path& picture : turntable_files(file, count)) {
             const int done = static_cast<int>(pictures.size());
             context.report("painting", done, count);
-            ViewOptions turned = options;
-            turned.angles.turn += done * 360.0 / count;
-            turned.marked.reset();
+            turning.turn_by(done * 360.0 / count);
             screen.bind();
-            draw_view(model, turn_turntable(model, turned), turned);
+            draw_view(model, turntable_frame(model, unmarked), unmarked);
             OutputFile& out = pictures.emplace_back(picture);
             screen.write_png(out);
             out.close();

@@ -19,21 +19,16 @@ void check_view_file(const std::filesystem::path& file);
 /// The same for the numbered files of a turntable.
 void check_turntable_files(const std::filesystem::path& file, int count);
 
-/// Turns the model and writes a picture of it as PNG, completely or not at all. Throws an `Error`:
-/// of kind input for another extension and for a model too small or too large for single precision,
-/// of kind output where there is no OpenGL, the picture cannot be written, or the kit was built
-/// without EGL or Cairo.
-void write_picture(TMOD3D& model, const std::filesystem::path& file,
+/// Writes a picture of the model as PNG, completely or not at all. Throws an `Error`: of kind input
+/// for another extension and for a model too small or too large for single precision, of kind
+/// output where there is no OpenGL or the picture cannot be written.
+void write_picture(const TMOD3D& model, const std::filesystem::path& file,
                    const ViewOptions& options = {});
 
-/// The same for a model that `turn_view` or `turn_turntable` has turned.
-void write_picture(TMOD3D& model, const ViewFrame& frame, const std::filesystem::path& file,
-                   const ViewOptions& options = {});
-
-/// Writes pictures of a model that is turned once about its z axis in `count` equal steps, all in
-/// one scale, completely or not at all. `options.part` and `options.marked` have no effect. The
-/// files are numbered from 0: ball-00.png, ball-01.png … for ball.png. The model stays turned to
-/// the last picture. Throws like `write_picture`.
+/// Writes `count` pictures of the model as it turns about its z axis once, all in one scale,
+/// completely or not at all. `options.part` and `options.marked` have no effect. The files are
+/// numbered from 0: ball-00.png, ball-01.png … for ball.png. Afterwards the model is turned as
+/// before. Throws like `write_picture`.
 void write_turntable(TMOD3D& model, const std::filesystem::path& file, int count,
                      const ViewOptions& options = {}, const Context& context = {});
 
