@@ -212,4 +212,65 @@ TEST(Drawing, SkipsWhatCannotBeDrawn) {
     EXPECT_EQ(sound - all_calls(), 3u + 6 + 7 + 2 + 1);
 }
 
+// [window]
+/// Side of a pixel in view coordinates, when the whole model fits into a window.
+double pixel_side(const TMOD3D& model, int width, int height) {
+    const double* const b = model.view_bounds; // least and greatest u, v and w
+    return std::max((b[1] - b[0]) / width, (b[3] - b[2]) / height);
+}
+
+/// Draws a model whose view is current into a window whose context is current.
+void draw_in_window(TMOD3D& model, int width, int height) {
+    const double unit = pixel_side(model, width, height);
+    const double u = unit * width / 2; // the origin of the view is the middle of its bounds
+    const double v = unit * height / 2;
+    const double nearest = model.view_bounds[5];
+    const double farthest = model.view_bounds[4];
+    const double room = 0.02 * (nearest - farthest) + unit; // edges are drawn in front of faces
+
+    glViewport(0, 0, width, height);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LESS);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glOrtho(-u, u, -v, v, -(nearest + room), -(farthest - room));
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    model.gl_draw_mbody();
+    model.gl_draw_body_outlook();
+}
+
+/// Picks what is under pixel x, y, counted from the upper left corner.
+bool pick_in_window(TMOD3D& model, int width, int height, int x, int y) {
+    const double unit = pixel_side(model, width, height);
+    double click[3] = {(x + 0.5 - width * 0.5) * unit, (height * 0.5 - y - 0.5) * unit, 0};
+    return model.get_point_xyz(click) == 0;
+}
+// [window]
+
+TEST(Drawing, FillsAWindowWhoseClicksPickWhatIsSeen) {
+    constexpr int width = 400;
+    constexpr int height = 300;
+    TMOD3D ball = starter(0, 2);
+    draw_in_window(ball, width, height);
+    const GlCalls calls = take_gl_calls();
+    EXPECT_EQ(calls[0], (GlCall{"viewport", {0, 0, width, height}}));
+    EXPECT_EQ(calls[6].name, "ortho");
+    const std::vector<double>& seen = calls[6].numbers;
+    for (int v = 0; v < ball.verts.GetSize(); ++v) {
+        const double* const at = ball.verts[v].view_xyz;
+        EXPECT_TRUE(at[0] >= seen[0] && at[0] <= seen[1] && at[1] >= seen[2] && at[1] <= seen[3] &&
+                    -at[2] > seen[4] && -at[2] < seen[5])
+            << "vertex " << v;
+        const int x = static_cast<int>((at[0] - seen[0]) / (seen[1] - seen[0]) * width);
+        const int y = static_cast<int>((seen[3] - at[1]) / (seen[3] - seen[2]) * height);
+        if (at[2] > 0.5) {
+            EXPECT_TRUE(pick_in_window(ball, width, height, x, y));
+            EXPECT_EQ(ball.edit_state[korvel::edit_picked_vertex], v);
+        }
+    }
+    EXPECT_FALSE(pick_in_window(ball, width, height, 0, 0));
+}
+
 } // namespace

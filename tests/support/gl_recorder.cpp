@@ -56,4 +56,26 @@ void glColor4f(GLfloat r, GLfloat g, GLfloat b, GLfloat a) {
 void glPointSize(GLfloat size) {
     calls.push_back({"point size", {size}});
 }
+void glViewport(GLint x, GLint y, GLsizei width, GLsizei height) {
+    calls.push_back({"viewport", {double(x), double(y), double(width), double(height)}});
+}
+void glClear(GLbitfield buffers) {
+    calls.push_back({"clear", {double(buffers)}});
+}
+void glEnable(GLenum what) {
+    calls.push_back({"enable", {double(what)}});
+}
+void glDepthFunc(GLenum kept) {
+    calls.push_back({"depth", {double(kept)}});
+}
+void glMatrixMode(GLenum mode) {
+    calls.push_back({"matrix", {double(mode)}});
+}
+void glLoadIdentity() {
+    calls.push_back({"identity", {}});
+}
+void glOrtho(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top, GLdouble near_plane,
+             GLdouble far_plane) {
+    calls.push_back({"ortho", {left, right, bottom, top, near_plane, far_plane}});
+}
 }
