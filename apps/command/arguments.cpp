@@ -97,6 +97,11 @@ std::vector<double> parse_reals(const std::string& option, const std::string& te
     return values;
 }
 
+kit::Point3 parse_point3(const std::string& option, const std::string& text) {
+    const std::vector<double> values = parse_reals(option, text, "X,Y,Z");
+    return {values[0], values[1], values[2]};
+}
+
 void refuse(const std::string& option, const std::string& text, const std::string& expected) {
     throw kit::input_error("korvel: " + option + ": " + kit::quoted(text) + " is not " + expected);
 }

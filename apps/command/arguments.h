@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "kit/base/points.h"
 #include "kit/base/rectangle.h"
 #include "kit/pictures/picture_size.h"
 #include "korvel/module/korvel.h"
@@ -23,6 +24,9 @@ tagPOINT parse_lattice_point(const std::string& option, const std::string& text)
 
 /// X,Y in finite numbers.
 RealPoint parse_real_point(const std::string& option, const std::string& text);
+
+/// X,Y,Z in finite numbers.
+kit::Point3 parse_point3(const std::string& option, const std::string& text);
 
 /// WxH in pixels, each from 16 to 20000.
 kit::PictureSize parse_picture_size(const std::string& option, const std::string& text);

@@ -1,6 +1,4 @@
 #include <cstdio>
-#include <functional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -8,7 +6,7 @@
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "kit/base/error.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -16,41 +14,51 @@ namespace {
 class CleanCommand {
 public:
     explicit CleanCommand(CLI::App& command);
-    void run();
+    void run() const;
 
 private:
-    void delete_bodies();
-
     std::string input_;
     std::vector<int> deleted_;
     Outputs outputs_;
-    TMOD3D model_;
+};
+
+struct Counts {
+    explicit Counts(const kit::Solids& solids)
+        : bodies(solids.size()), faces(solids.face_count()), vertices(solids.vertex_count()) {}
+
+    int bodies;
+    int faces;
+    int vertices;
 };
 
 std::string elements_text(int bodies, int faces, int vertices);
 
-void CleanCommand::run() {
+void CleanCommand::run() const {
     outputs_.check();
-    load_model(input_, model_);
+    kit::Solids solids = load_solids(input_);
     for (const int body : deleted_) {
-        check_number("--delete", body, model_.bodies.GetSize(), "body", input_);
+        check_number("--delete", body, solids.size(), "body", input_);
     }
-    const int bodies = model_.bodies.GetSize();
-    const int faces = model_.polys.GetSize();
-    const int vertices = model_.verts.GetSize();
-    delete_bodies();
-    if (model_.polys.IsEmpty()) {
+    const Counts before(solids);
+    if (deleted_.empty()) {
+        solids.clean();
+    } else {
+        solids.remove(deleted_);
+    }
+    const Counts after(solids);
+    if (after.faces == 0) {
         throw kit::input_error(input_ +
                                ": nothing would be left, and a model without faces is no model");
     }
-    std::printf("%s: %s\n", input_.c_str(), elements_text(bodies, faces, vertices).c_str());
+    std::printf("%s: %s\n", input_.c_str(),
+                elements_text(before.bodies, before.faces, before.vertices).c_str());
     std::printf("taken out: %s\n",
-                elements_text(bodies - model_.bodies.GetSize(), faces - model_.polys.GetSize(),
-                              vertices - model_.verts.GetSize())
+                elements_text(before.bodies - after.bodies, before.faces - after.faces,
+                              before.vertices - after.vertices)
                     .c_str());
-    std::printf("left: %s, %s\n", counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
-                model_figures(model_).c_str());
-    outputs_.write([&](kit::OutputFile& out) { model_.write_mode(out.stream()); });
+    std::printf("left: %s, %s\n", counted(after.bodies, "body", "bodies").c_str(),
+                model_figures(solids).c_str());
+    outputs_.write([&](kit::OutputFile& out) { solids.write(out); });
 }
 
 } // namespace
@@ -76,23 +84,6 @@ CleanCommand::CleanCommand(CLI::App& command) {
         "\n"
         "Example:\n"
         "  korvel clean states.model --delete 3 --delete 17 -o fewer.model");
-}
-
-// From the highest number, which leaves the lower ones as they are. Each `deletet` derives the
-// whole model anew, so only the last body goes that way; what stays is the same, but for the corner
-// at which the list of a face starts.
-void CleanCommand::delete_bodies() {
-    std::set<int, std::greater<>> numbers(deleted_.begin(), deleted_.end());
-    if (numbers.empty()) {
-        model_.clear_no_use_ele();
-        return;
-    }
-    const int last = *numbers.rbegin();
-    numbers.erase(last);
-    for (const int body : numbers) {
-        model_.bodies.RemoveAt(body);
-    }
-    model_.deletet(last);
 }
 
 std::string elements_text(int bodies, int faces, int vertices) {

@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -6,8 +7,7 @@
 #include "apps/command/command.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
-#include "kit/solids/inside.h"
-#include "kit/solids/surface.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -22,19 +22,18 @@ private:
     std::vector<std::string> points_;
 };
 
-void warn_of_open_bodies(const std::string& file, const TMOD3D& model);
+void warn_of_open_bodies(const std::string& file, const kit::Solids& solids);
 
 void InsideCommand::run() const {
-    std::vector<std::vector<double>> points;
+    std::vector<kit::Point3> points;
     for (const std::string& text : points_) {
-        points.push_back(parse_reals("POINTS", text, "X,Y,Z"));
+        points.push_back(parse_point3("POINTS", text));
     }
-    TMOD3D model;
-    load_model(input_, model);
-    warn_of_open_bodies(input_, model);
+    const kit::Solids solids = load_solids(input_);
+    warn_of_open_bodies(input_, solids);
     for (std::size_t i = 0; i < points.size(); ++i) {
-        const int body = kit::body_at(model, points[i].data());
-        const std::string answer = body >= 0 ? std::to_string(body) : "none";
+        const std::optional<int> body = solids.body_at(points[i]);
+        const std::string answer = body ? std::to_string(*body) : "none";
         std::printf("%s %s\n", points_[i].c_str(), answer.c_str());
     }
 }
@@ -58,12 +57,12 @@ InsideCommand::InsideCommand(CLI::App& command) {
                    "  korvel inside states.model 20000,-60000,1500 0,0,0");
 }
 
-void warn_of_open_bodies(const std::string& file, const TMOD3D& model) {
-    const std::vector<kit::Surface> all = kit::surfaces(model);
-    for (std::size_t body = 0; body < all.size(); ++body) {
-        if (all[body].open_edges > 0) {
-            warn(file + ": body " + std::to_string(body) + " is " + kit::state_text(all[body]) +
-                 ", the answers for it are uncertain");
+void warn_of_open_bodies(const std::string& file, const kit::Solids& solids) {
+    for (const kit::Body body : solids) {
+        const kit::Surface surface = body.surface();
+        if (surface.open_edges > 0) {
+            warn(file + ": body " + std::to_string(body.index()) + " is " +
+                 kit::state_text(surface) + ", the answers for it are uncertain");
         }
     }
 }

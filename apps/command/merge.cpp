@@ -1,12 +1,13 @@
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/command/command.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "kit/solids/join.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -21,22 +22,18 @@ private:
     Outputs outputs_;
 };
 
-void print_figures(const std::string& name, const TMOD3D& model);
+void print_figures(const std::string& name, const kit::Solids& solids);
 
 void MergeCommand::run() const {
     outputs_.check();
-    // Added one by one they come out the same, but each time everything is derived anew.
-    TMOD3D parts;
+    std::vector<kit::Solids> parts;
     for (const std::string& input : inputs_) {
-        TMOD3D part;
-        load_model(input, part);
-        print_figures(input, part);
-        kit::append_bodies(part, parts);
+        parts.push_back(load_solids(input));
+        print_figures(input, parts.back());
     }
-    TMOD3D whole;
-    whole.add_model(parts);
+    const kit::Solids whole = kit::merge(std::move(parts));
     print_figures("together", whole);
-    outputs_.write([&](kit::OutputFile& out) { whole.write_mode(out.stream()); });
+    outputs_.write([&](kit::OutputFile& out) { whole.write(out); });
 }
 
 } // namespace
@@ -59,10 +56,9 @@ MergeCommand::MergeCommand(CLI::App& command) {
         "  korvel merge box.model ball.model -o both.model");
 }
 
-void print_figures(const std::string& name, const TMOD3D& model) {
-    std::printf("%s: %s, %s\n", name.c_str(),
-                counted(model.bodies.GetSize(), "body", "bodies").c_str(),
-                model_figures(model).c_str());
+void print_figures(const std::string& name, const kit::Solids& solids) {
+    std::printf("%s: %s, %s\n", name.c_str(), counted(solids.size(), "body", "bodies").c_str(),
+                model_figures(solids).c_str());
 }
 
 } // namespace

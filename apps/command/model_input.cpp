@@ -1,23 +1,11 @@
 #include "apps/command/model_input.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdio>
-#include <cstdlib>
 
 #include "apps/command/arguments.h"
 #include "apps/command/messages.h"
-#include "kit/base/error.h"
-#include "kit/files/file_kind.h"
-#include "kit/files/model_file.h"
 
 namespace korvel::command {
-namespace {
-
-double largest_change_by_file(const TMOD3D& model);
-
-} // namespace
-
 void load_model(const std::string& file, TMOD3D& out) {
     const kit::TextFile text(file);
     try {
@@ -35,6 +23,10 @@ void load_model(const std::string& file, TMOD3D& out) {
     }
 }
 
+kit::Solids load_solids(const std::string& file) {
+    return kit::Solids::read(file, {.on_warning = warn});
+}
+
 void check_number(const std::string& option, int number, int size, const std::string& thing,
                   const std::string& file) {
     if (number < 0 || number >= size) {
@@ -49,6 +41,14 @@ std::string model_figures(const TMOD3D& model) {
            ", volume " + number_text(volume_of_bodies(model));
 }
 
+std::string model_figures(const kit::Solids& solids) {
+    return model_figures(solids.model());
+}
+
+std::string bounds_text(const kit::Solids& solids) {
+    return bounds_text(solids.model().wrap_cuboid, 3);
+}
+
 double volume_of_bodies(const TMOD3D& model) {
     double volume = 0;
     for (const BODY3D& body : model.bodies) {
@@ -57,11 +57,12 @@ double volume_of_bodies(const TMOD3D& model) {
     return volume;
 }
 
-void warn_of_rounding(const TMOD3D& model, const std::string& advice) {
-    const double change = largest_change_by_file(model);
+void warn_of_rounding(const kit::Solids& solids, const std::string& advice) {
+    const double change = solids.change_by_file();
+    const kit::Box box = solids.bounds();
     double extent = 0;
-    for (int k = 0; k < 3; ++k) {
-        extent = std::max(extent, model.cuboid_max[k] - model.cuboid_min[k]);
+    for (std::size_t k = 0; k < 3; ++k) {
+        extent = std::max(extent, box.high[k] - box.low[k]);
     }
     if (change > 1e-5 * extent) {
         warn("the file holds six decimals and is read in single precision, which moves vertices by "
@@ -70,20 +71,4 @@ void warn_of_rounding(const TMOD3D& model, const std::string& advice) {
     }
 }
 
-namespace {
-
-double largest_change_by_file(const TMOD3D& model) {
-    double largest = 0;
-    for (const VERT3D& vertex : model.verts) {
-        for (const double coordinate : vertex.model_xyz) {
-            char digits[400];
-            std::snprintf(digits, sizeof digits, "%f", coordinate);
-            const double read = std::strtof(digits, nullptr);
-            largest = std::max(largest, std::abs(read - coordinate));
-        }
-    }
-    return largest;
-}
-
-} // namespace
 } // namespace korvel::command

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "korvel/module/korvel.h"
+#include "kit/kit.h"
 
 // Body models as input of commands, and their figures in reports.
 
@@ -18,14 +18,21 @@ void load_model(const std::string& file, TMOD3D& out);
 void check_number(const std::string& option, int number, int size, const std::string& thing,
                   const std::string& file);
 
+/// Reads a body model file; warnings go to standard error.
+kit::Solids load_solids(const std::string& file);
+
 /// "28280 vertices, 83016 edges, 55344 faces, volume 1075590865500", the volume of all bodies.
 std::string model_figures(const TMOD3D& model);
+std::string model_figures(const kit::Solids& solids);
+
+/// "x 0 to 10, y -5 to 5, z 1 to 2".
+std::string bounds_text(const kit::Solids& solids);
 
 /// The sum of the volumes of all bodies.
 double volume_of_bodies(const TMOD3D& model);
 
 /// Warns when a model file would put vertices off by more than 10⁻⁵ of the model's extent. `advice`
 /// ends the warning, such as "; --unit brings it closer to 0,0".
-void warn_of_rounding(const TMOD3D& model, const std::string& advice = {});
+void warn_of_rounding(const kit::Solids& solids, const std::string& advice = {});
 
 } // namespace korvel::command

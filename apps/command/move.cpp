@@ -1,9 +1,6 @@
-#include <algorithm>
-#include <array>
-#include <cmath>
 #include <cstdio>
-#include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/command/arguments.h"
@@ -11,8 +8,7 @@
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "kit/base/error.h"
-#include "kit/solids/moving.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -24,12 +20,9 @@ public:
 
 private:
     void read_arguments();
-    void turn();
-    void take();
-    void check_range() const;
-    void check_collisions();
-    std::string collision_text(const kit::Collision& collision) const;
-    void report() const;
+    void gather(kit::SolidsEditor& editor) const;
+    void check(const kit::Verdict& verdict) const;
+    void report(kit::SolidsEditor& editor) const;
 
     static constexpr int most_depth = 1000;
 
@@ -42,24 +35,21 @@ private:
     Outputs outputs_;
 
     CLI::Option* body_option_ = nullptr;
-    std::array<double, 3> shift_ = {};
-    std::vector<double> turn_and_tilt_;
-    TMOD3D model_;
+    kit::Point3 shift_ = {};
+    kit::ViewAngles view_;
 };
 
 void MoveCommand::run() {
     read_arguments();
     outputs_.check();
-    load_model(input_, model_);
-    turn();
-    take();
-    kit::move_selected(model_, shift_);
-    check_range();
-    check_collisions();
-    model_.comput_mode_aux_parm();
-    model_.rotate_model();
-    report();
-    outputs_.write([&](kit::OutputFile& out) { model_.write_mode(out.stream()); });
+    kit::Solids solids = load_solids(input_);
+    solids.set_view(view_);
+    kit::SolidsEditor editor(std::move(solids));
+    gather(editor);
+    editor.move(shift_);
+    check(editor.judge());
+    report(editor);
+    outputs_.write([&](kit::OutputFile& out) { editor.solids().write(out); });
 }
 
 } // namespace
@@ -112,80 +102,51 @@ MoveCommand::MoveCommand(CLI::App& command) {
 
 void MoveCommand::read_arguments() {
     const std::vector<double> by = parse_reals("--by", by_, "DX,DY[,DZ]");
-    std::copy(by.begin(), by.end(), shift_.begin());
-    turn_and_tilt_ = parse_reals("--angles", angles_, "A,B");
+    shift_ = {by[0], by[1], by.size() > 2 ? by[2] : 0};
+    const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
+    view_ = {angles[0], angles[1]};
 }
 
-void MoveCommand::turn() {
-    model_.vis_angle_1 = turn_and_tilt_[0];
-    model_.vis_angle_2 = turn_and_tilt_[1];
-    model_.change_vis_parm();
-}
-
-void MoveCommand::take() {
+void MoveCommand::gather(kit::SolidsEditor& editor) const {
+    const kit::Solids& solids = editor.solids();
     if (body_option_->count() > 0) {
-        check_number("--body", body_, model_.bodies.GetSize(), "body", input_);
-        if (model_.bodies[body_].verts.IsEmpty()) {
+        check_number("--body", body_, solids.size(), "body", input_);
+        if (solids[body_].vertices().empty()) {
             throw kit::input_error(input_ + ": body " + std::to_string(body_) +
                                    " has no face, there is nothing to move");
         }
-        kit::select_body(model_, body_);
+        editor.gather_body(body_);
     } else {
-        check_number("--vertex", vertex_, model_.verts.GetSize(), "vertex", input_);
-        kit::select_vertex(model_, vertex_, depth_);
+        check_number("--vertex", vertex_, solids.vertex_count(), "vertex", input_);
+        editor.gather_vertex(vertex_, depth_);
     }
-    if (!kit::can_move(model_)) {
+    if (!editor.can_fade()) {
         throw kit::input_error(input_ + ": all vertices within " + counted(depth_, "edge") +
                                " of vertex " + std::to_string(vertex_) +
                                " have the same position, a move cannot fade out over them");
     }
 }
 
-// Throws when a moved coordinate does not fit the file.
-void MoveCommand::check_range() const {
-    constexpr double largest = std::numeric_limits<float>::max();
-    for (const int v : model_.relat_list_2) {
-        for (const double coordinate : model_.verts[v].model_xyz) {
-            if (!(std::abs(coordinate) <= largest)) {
-                throw kit::input_error(input_ + ": --by " + by_ + " takes vertex " +
-                                       std::to_string(v) + " to " + number_text(coordinate) +
-                                       ", which does not fit single precision");
-            }
-        }
+void MoveCommand::check(const kit::Verdict& verdict) const {
+    const std::string move = input_ + ": --by " + by_;
+    if (verdict.kind == kit::Verdict::Kind::out_of_range) {
+        throw kit::input_error(move + " takes vertex " + std::to_string(verdict.vertex) + " to " +
+                               number_text(verdict.coordinate) +
+                               ", which does not fit single precision");
+    }
+    if (!verdict.is_legal()) {
+        throw kit::input_error(move + ": " + kit::text(verdict));
     }
 }
 
-void MoveCommand::check_collisions() {
-    if (const auto collision = kit::first_collision(model_)) {
-        throw kit::input_error(input_ + ": --by " + by_ + ": " + collision_text(*collision));
-    }
-}
-
-std::string MoveCommand::collision_text(const kit::Collision& collision) const {
-    const LINE3D& edge = model_.lines[collision.edge];
-    const POLY3D& face = model_.polys[collision.face];
-    const std::string edge_name = "the edge between vertices " + std::to_string(edge.start_vert) +
-                                  " and " + std::to_string(edge.end_vert);
-    std::string face_name = "face " + std::to_string(collision.face);
-    if (!face.bodies.IsEmpty()) {
-        face_name += " of body " + std::to_string(face.bodies[0]);
-    }
-    if (!(edge.length > 0)) {
-        return edge_name + " would have no length";
-    }
-    if (!std::isfinite(face.plane[3])) {
-        return face_name + " would have no area, and a move cannot be checked beside such a face";
-    }
-    return edge_name + " would pass through " + face_name + " or touch it";
-}
-
-void MoveCommand::report() const {
+void MoveCommand::report(kit::SolidsEditor& editor) const {
+    const kit::Solids& solids = editor.solids();
     std::printf("%s: %s moved\n", input_.c_str(),
-                counted(model_.relat_list_2.GetSize(), "vertex", "vertices").c_str());
-    std::printf("%s, %s\n", counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
-                model_figures(model_).c_str());
-    std::printf("bounds %s\n", bounds_text(model_.wrap_cuboid, 3).c_str());
-    warn_of_rounding(model_);
+                counted(static_cast<int>(editor.vertices().size()), "vertex", "vertices").c_str());
+    std::printf("%s, %s\n", counted(solids.size(), "body", "bodies").c_str(),
+                model_figures(solids).c_str());
+    std::printf("bounds %s\n", bounds_text(solids).c_str());
+    warn_of_rounding(solids);
 }
 
 } // namespace

@@ -12,9 +12,7 @@
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
 #include "apps/command/progress_line.h"
-#include "kit/base/rectangle.h"
-#include "kit/pictures/picture_files.h"
-#include "kit/solids/section_cut.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -29,8 +27,8 @@ private:
     std::string text(const kit::Plane& plane) const;
     void cut_once();
     void sweep();
-    void report(const kit::Cut& cut) const;
-    kit::SectionView view(const kit::Cut& cut, const kit::Rectangle& box) const;
+    void report(const kit::Section& cut) const;
+    kit::SectionPictureOptions view(const kit::Section& cut, const kit::Rectangle& box) const;
     kit::Rectangle model_box(kit::PlaneAxes axes) const;
     std::string picture_of(int cut) const;
 
@@ -42,18 +40,15 @@ private:
     std::string plane_;
     int sweep_ = 0;
     Outputs outputs_;
-    TMOD3D model_;
+    kit::Solids solids_;
 };
-
-kit::Rectangle section_box(const kit::Cut& cut, kit::PlaneAxes axes);
 
 void SectionCommand::run() {
     plane();
     outputs_.check();
-    load_model(input_, model_);
+    solids_ = load_solids(input_);
     std::printf("%s: %s, bounds %s\n", input_.c_str(),
-                counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
-                bounds_text(model_.wrap_cuboid, 3).c_str());
+                counted(solids_.size(), "body", "bodies").c_str(), bounds_text(solids_).c_str());
     if (sweep_ > 0) {
         sweep();
     } else {
@@ -98,10 +93,10 @@ SectionCommand::SectionCommand(CLI::App& command) {
 
 kit::Plane SectionCommand::plane() const {
     if (!x_.empty()) {
-        return {0, 1, 0, -parse_reals("--x", x_, "V")[0]};
+        return kit::Plane::at_y(parse_reals("--x", x_, "V")[0]);
     }
     if (!y_.empty()) {
-        return {1, 0, 0, -parse_reals("--y", y_, "V")[0]};
+        return kit::Plane::at_x(parse_reals("--y", y_, "V")[0]);
     }
     const std::vector<double> given = parse_reals("--plane", plane_, "A,B,C,D");
     const double length = std::hypot(given[0], given[1], given[2]);
@@ -113,16 +108,17 @@ kit::Plane SectionCommand::plane() const {
 
 std::string SectionCommand::text(const kit::Plane& plane) const {
     if (plane_.empty()) {
-        return (x_.empty() ? "x = " : "y = ") + number_text(0 - plane[3]);
+        return (x_.empty() ? "x = " : "y = ") + number_text(0 - plane.d);
     }
+    const std::array<double, 4> factors = plane.coefficients();
     std::string sum;
     for (int k = 0; k < 4; ++k) {
-        if (plane[k] == 0) {
+        if (factors[k] == 0) {
             continue;
         }
         const bool is_first = sum.empty();
-        sum += plane[k] < 0 ? (is_first ? "-" : " - ") : (is_first ? "" : " + ");
-        const double factor = std::abs(plane[k]);
+        sum += factors[k] < 0 ? (is_first ? "-" : " - ") : (is_first ? "" : " + ");
+        const double factor = std::abs(factors[k]);
         sum += factor != 1 || k == 3 ? number_text(factor) : "";
         sum += k == 3 ? "" : std::string(1, "xyz"[k]);
     }
@@ -131,105 +127,94 @@ std::string SectionCommand::text(const kit::Plane& plane) const {
 
 void SectionCommand::cut_once() {
     const Stopwatch time;
-    const kit::Cut cut = kit::cut_model(model_, plane());
+    const kit::Section cut = solids_.cut(plane());
     const double milliseconds = time.milliseconds();
     std::printf("%s", text(plane()).c_str());
-    if (cut.plane != plane()) {
-        std::printf(", cut beside the corners that lie there: %s", text(cut.plane).c_str());
+    if (cut.plane() != plane()) {
+        std::printf(", cut beside the corners that lie there: %s", text(cut.plane()).c_str());
     }
-    std::printf("\n%d of %s cut in %.1f ms, %s, area %s\n", static_cast<int>(cut.bodies.size()),
-                counted(model_.bodies.GetSize(), "body", "bodies").c_str(), milliseconds,
-                counted(cut.section.polys.GetSize(), "polygon").c_str(),
-                number_text(cut.area).c_str());
+    std::printf("\n%d of %s cut in %.1f ms, %s, area %s\n", static_cast<int>(cut.bodies().size()),
+                counted(solids_.size(), "body", "bodies").c_str(), milliseconds,
+                counted(cut.size(), "polygon").c_str(), number_text(cut.area()).c_str());
     report(cut);
-    const kit::PlaneAxes axes(cut.plane);
-    const kit::Rectangle box = cut.bodies.empty() ? model_box(axes) : section_box(cut, axes);
-    outputs_.write(
-        [&](kit::OutputFile& out) {
-            TMOD2D section = cut.section;
-            section.writedate(out.stream());
-        },
-        [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
-            kit::paint_section(canvas, size, cut, view(cut, box));
-        });
+    const kit::Rectangle box = cut.empty() ? model_box(cut.axes()) : cut.bounds();
+    outputs_.write([&](kit::OutputFile& out) { cut.write(out); },
+                   [&](kit::PictureCanvas& canvas, kit::PictureSize /*size*/) {
+                       kit::draw(cut, canvas, view(cut, box));
+                   });
 }
 
-void SectionCommand::report(const kit::Cut& cut) const {
-    if (!cut.bodies.empty()) {
+void SectionCommand::report(const kit::Section& cut) const {
+    if (!cut.empty()) {
         std::printf("  body  polygons                area  colour\n");
     }
-    for (const kit::BodyCut& body : cut.bodies) {
-        const auto colour = static_cast<COLORREF>(cut.section.groups[body.polygons[0]].rgb);
+    for (const kit::SectionBody& body : cut.bodies()) {
+        const kit::Colour colour = cut[body.polygons[0]].colour();
         std::printf("%6d  %8zu  %18s  #%02x%02x%02x\n", body.body, body.polygons.size(),
-                    number_text(body.area).c_str(), GetRValue(colour), GetGValue(colour),
-                    GetBValue(colour));
+                    number_text(body.area).c_str(), colour.red, colour.green, colour.blue);
     }
-    if (cut.loose_points > 0) {
-        warn(counted(cut.loose_points, "crossed edge") +
+    if (!cut.loose_points().empty()) {
+        warn(counted(static_cast<int>(cut.loose_points().size()), "crossed edge") +
              " on no closed polygon: a body is open there, 'korvel info' lists the open bodies");
     }
 }
 
 // In the middle of N slices, so that the areas add up to the volume.
 void SectionCommand::sweep() {
-    const auto [least, greatest] = kit::distances_from(plane(), model_);
+    const auto [least, greatest] = solids_.distances_from(plane());
     const double spacing = (greatest - least) / sweep_;
     double area = 0;
     for (int i = 0; i < sweep_; ++i) {
-        const kit::Cut cut =
-            kit::cut_model(model_, kit::moved(plane(), least + (i + 0.5) * spacing));
-        area += cut.area;
-        std::printf("%*d  %s: %s, %s, area %s\n", 5, i + 1, text(cut.plane).c_str(),
-                    counted(static_cast<int>(cut.bodies.size()), "body", "bodies").c_str(),
-                    counted(cut.section.polys.GetSize(), "polygon").c_str(),
-                    number_text(cut.area).c_str());
+        const kit::Section cut = solids_.cut(plane().moved(least + (i + 0.5) * spacing));
+        area += cut.area();
+        std::printf("%*d  %s: %s, %s, area %s\n", 5, i + 1, text(cut.plane()).c_str(),
+                    counted(static_cast<int>(cut.bodies().size()), "body", "bodies").c_str(),
+                    counted(cut.size(), "polygon").c_str(), number_text(cut.area()).c_str());
         if (!outputs_.picture().empty()) {
-            outputs_.write_picture(
-                picture_of(i + 1), [&](kit::PictureCanvas& canvas, kit::PictureSize size) {
-                    const kit::Rectangle box = model_box(kit::PlaneAxes(cut.plane));
-                    kit::paint_section(canvas, size, cut, view(cut, box));
-                });
+            outputs_.write_picture(picture_of(i + 1),
+                                   [&](kit::PictureCanvas& canvas, kit::PictureSize /*size*/) {
+                                       const kit::Rectangle box = model_box(cut.axes());
+                                       kit::draw(cut, canvas, view(cut, box));
+                                   });
         }
     }
     std::printf("areas times their spacing of %s: %s, volume of the bodies: %s\n",
                 number_text(spacing).c_str(), number_text(area * spacing).c_str(),
-                number_text(volume_of_bodies(model_)).c_str());
+                number_text(solids_.volume()).c_str());
     if (!outputs_.picture().empty()) {
         std::printf("wrote %s to %s\n", picture_of(1).c_str(), picture_of(sweep_).c_str());
     }
 }
 
-kit::SectionView SectionCommand::view(const kit::Cut& cut, const kit::Rectangle& box) const {
-    const kit::PlaneAxes axes(cut.plane);
+kit::SectionPictureOptions SectionCommand::view(const kit::Section& cut,
+                                                const kit::Rectangle& box) const {
+    const kit::PlaneAxes axes = cut.axes();
     std::string title = std::filesystem::path(input_).filename().string();
-    title.append("   ").append(text(sweep_ > 0 ? cut.plane : plane()));
-    if (cut.plane[axes.u] != 0 || cut.plane[axes.v] != 0) {
+    title.append("   ").append(text(sweep_ > 0 ? cut.plane() : plane()));
+    const std::array<double, 4> factors = cut.plane().coefficients();
+    if (factors[axes.u] != 0 || factors[axes.v] != 0) {
         title.append(", seen along ").append(1, "xyz"[axes.away]);
     }
     char area[40];
-    std::snprintf(area, sizeof area, ", area %.9g", cut.area);
-    return {axes, box, title,
-            counted(static_cast<int>(cut.bodies.size()), "body", "bodies") + area};
+    std::snprintf(area, sizeof area, ", area %.9g", cut.area());
+    return {.part = box,
+            .title = title,
+            .remark = counted(static_cast<int>(cut.bodies().size()), "body", "bodies") + area};
 }
 
 kit::Rectangle SectionCommand::model_box(kit::PlaneAxes axes) const {
+    const kit::Box bounds = solids_.bounds();
     kit::Rectangle box;
-    box.take_in(model_.cuboid_min[axes.u], model_.cuboid_min[axes.v]);
-    box.take_in(model_.cuboid_max[axes.u], model_.cuboid_max[axes.v]);
+    for (const kit::Point3& corner : {bounds.low, bounds.high}) {
+        const kit::Point2 at = axes.seen(corner);
+        box.take_in(at[0], at[1]);
+    }
     return box;
 }
 
 std::string SectionCommand::picture_of(int cut) const {
     constexpr int digits = 3;
     return numbered_picture(outputs_.picture(), cut, digits);
-}
-
-kit::Rectangle section_box(const kit::Cut& cut, kit::PlaneAxes axes) {
-    kit::Rectangle box;
-    for (const VERT3D& vertex : cut.section.verts) {
-        box.take_in(vertex.model_xyz[axes.u], vertex.model_xyz[axes.v]);
-    }
-    return box;
 }
 
 } // namespace

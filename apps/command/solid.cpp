@@ -9,13 +9,7 @@
 #include "apps/command/outputs.h"
 #include "apps/command/progress_line.h"
 #include "apps/command/region_input.h"
-#include "kit/base/error.h"
-#include "kit/files/model_file.h"
-#include "kit/maps/cap.h"
-#include "kit/maps/region_colours.h"
-#include "kit/maps/region_sets.h"
-#include "kit/solids/join.h"
-#include "kit/solids/surface.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -27,12 +21,8 @@ public:
 
 private:
     void read_arguments();
-    void raise_regions();
-    bool raise(int region);
-    void leave_out(int region) const;
-    void colour_bodies();
-    void check_bodies() const;
-    void report(double milliseconds) const;
+    kit::Raised raise(const kit::Map& map) const;
+    void leave_out(const kit::Map& map, const kit::LeftOut& left_out) const;
 
     RegionInput input_;
     std::string levels_;
@@ -43,48 +33,21 @@ private:
     bool is_verbose_ = false;
     Outputs outputs_;
 
-    std::vector<double> lo_hi_;
-    std::vector<double> scale_; // map units to a model unit, along x and y
-    tagPOINT zero_ = {};        // of the map, comes to 0,0
-    kit::Fill fill_ = kit::Fill::automatic;
-
-    kit::Map map_;
-    PLYDT set_;
-    TMOD3D model_;
-    std::vector<int> raised_; // the region of each body
-    int by_front_ = 0;
+    kit::RaiseOptions options_;
 };
 
-// The notice that the library shows for each body: on standard error, or not at all.
-class Notices {
-public:
-    explicit Notices(bool are_shown)
-        : former_(set_message_box_handler([are_shown](const char* text, unsigned) {
-              if (are_shown) {
-                  std::fputs(text, stderr);
-              }
-              return IDOK;
-          })) {}
-    ~Notices() { set_message_box_handler(former_); }
-    Notices(const Notices&) = delete;
-    Notices& operator=(const Notices&) = delete;
-
-private:
-    message_box_handler former_;
-};
+void report(const kit::Raised& raised, double milliseconds);
 
 void SolidCommand::run() {
     input_.check();
     read_arguments();
     outputs_.check();
-    map_ = input_.load();
-    kit::copy_oriented(map_, set_);
+    const kit::Map map = input_.load();
     const Stopwatch time;
-    raise_regions();
-    colour_bodies();
-    check_bodies();
-    report(time.milliseconds());
-    outputs_.write([&](kit::OutputFile& out) { kit::write_model(model_, out.stream()); });
+    const kit::Raised raised = raise(map);
+    warn_of_rounding(raised.solids, "; --origin and --unit bring the model closer to 0,0");
+    report(raised, time.milliseconds());
+    outputs_.write([&](kit::OutputFile& out) { raised.solids.write(out); });
 }
 
 } // namespace
@@ -131,90 +94,60 @@ SolidCommand::SolidCommand(CLI::App& command) {
 }
 
 void SolidCommand::read_arguments() {
-    lo_hi_ = parse_reals("--levels", levels_, "LO,HI");
-    if (!(lo_hi_[0] < lo_hi_[1])) {
+    const std::vector<double> levels = parse_reals("--levels", levels_, "LO,HI");
+    if (!(levels[0] < levels[1])) {
         refuse("--levels", levels_, "LO,HI with LO below HI");
     }
-    scale_ = parse_reals("--unit", unit_, "SX,SY");
-    if (scale_[0] == 0 || scale_[1] == 0) {
+    const std::vector<double> unit = parse_reals("--unit", unit_, "SX,SY");
+    if (unit[0] == 0 || unit[1] == 0) {
         refuse("--unit", unit_, "SX,SY, neither of them 0");
     }
-    zero_ = parse_lattice_point("--origin", origin_);
-    fill_ = fill_name_ == "front"      ? kit::Fill::front
-            : fill_name_ == "delaunay" ? kit::Fill::delaunay
-                                       : kit::Fill::automatic;
+    options_.low = levels[0];
+    options_.high = levels[1];
+    options_.unit = {unit[0], unit[1]};
+    options_.origin = parse_lattice_point("--origin", origin_);
+    options_.axis = axis_ == 1   ? kit::LevelAxis::z
+                    : axis_ == 2 ? kit::LevelAxis::y
+                                 : kit::LevelAxis::x;
+    options_.fill = fill_name_ == "front"      ? kit::Fill::front
+                    : fill_name_ == "delaunay" ? kit::Fill::delaunay
+                                               : kit::Fill::automatic;
+    if (is_verbose_) {
+        options_.on_notice = [](const std::string& text) { std::fputs(text.c_str(), stderr); };
+    }
 }
 
-void SolidCommand::raise_regions() {
-    const Notices notices(is_verbose_);
+kit::Raised SolidCommand::raise(const kit::Map& map) const {
     ProgressLine progress("raising regions");
-    const int regions = set_.region_list.GetSize();
-    for (int region = 0; region < regions; ++region) {
-        if (raise(region)) {
-            raised_.push_back(region);
-        } else {
-            leave_out(region);
-        }
-        progress.update(region + 1, regions);
-    }
-    if (raised_.empty()) {
+    kit::RaiseOptions options = options_;
+    options.on_left_out = [&](const kit::LeftOut& left_out) { leave_out(map, left_out); };
+    kit::Raised raised = kit::raise(map, options, progress.context());
+    if (raised.solids.empty()) {
         throw kit::input_error(input_.file() + ": there is no region to raise");
     }
-    kit::derive(model_);
+    return raised;
 }
 
-bool SolidCommand::raise(int region) {
-    PLYDT cap;
-    const kit::Filled filled = kit::make_cap(set_, set_.region_list[region], fill_, cap);
-    if (filled == kit::Filled::not_at_all) {
-        return false;
-    }
-    by_front_ += filled == kit::Filled::by_front ? 1 : 0;
-    cap.CoordinatesTrans(axis_, zero_.x, zero_.y, 0, 0, scale_[0], scale_[1], lo_hi_[0], lo_hi_[1]);
-    TMOD3D body;
-    body.create3dmode(cap);
-    kit::append_bodies(body, model_);
-    return true;
-}
-
-void SolidCommand::leave_out(int region) const {
-    const std::string name = RegionInput::name(map_[region]);
-    if (fill_ != kit::Fill::front) {
-        throw kit::input_error(
-            input_.file() + ": " + name +
-            ": cannot be raised: its rings cross, overlap, cut it apart or have no area");
-    }
-    warn(name + ": left out, the front's triangles do not fit its outline");
-}
-
-void SolidCommand::colour_bodies() {
-    constexpr double saturation = 0.55;
-    constexpr double lightness = 0.6;
-    const std::vector<double> hues = map_.distinct_hues();
-    for (int body = 0; body < model_.bodies.GetSize(); ++body) {
-        model_.bodies[body].hue = hues[raised_[body]];
-        model_.bodies[body].saturation = saturation;
-        model_.bodies[body].lightness = lightness;
+void SolidCommand::leave_out(const kit::Map& map, const kit::LeftOut& left_out) const {
+    const std::string name = RegionInput::name(map[left_out.region]);
+    switch (left_out.reason) {
+    case kit::LeftOut::Reason::front_does_not_fit:
+        warn(name + ": left out, " + kit::text(left_out));
+        return;
+    case kit::LeftOut::Reason::unsound_rings:
+        throw kit::input_error(input_.file() + ": " + name +
+                               ": cannot be raised: " + kit::text(left_out));
+    case kit::LeftOut::Reason::unsound_body:
+        throw kit::input_error(input_.file() + ": " + name + ": " + kit::text(left_out));
     }
 }
 
-void SolidCommand::check_bodies() const {
-    const std::vector<kit::Surface> all = kit::surfaces(model_);
-    for (std::size_t body = 0; body < all.size(); ++body) {
-        if (!all[body].is_clean()) {
-            throw kit::input_error(input_.file() + ": " + RegionInput::name(map_[raised_[body]]) +
-                                   ": its body would be " + kit::state_text(all[body]));
-        }
-    }
-    warn_of_rounding(model_, "; --origin and --unit bring the model closer to 0,0");
-}
-
-void SolidCommand::report(double milliseconds) const {
-    std::printf("%s in %.1f ms: %s\n", counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
-                milliseconds, model_figures(model_).c_str());
-    std::printf("caps: %d by the front, %d by Delaunay triangles\n", by_front_,
-                model_.bodies.GetSize() - by_front_);
-    std::printf("bounds %s\n", bounds_text(model_.wrap_cuboid, 3).c_str());
+void report(const kit::Raised& raised, double milliseconds) {
+    std::printf("%s in %.1f ms: %s\n", counted(raised.solids.size(), "body", "bodies").c_str(),
+                milliseconds, model_figures(raised.solids).c_str());
+    std::printf("caps: %d by the front, %d by Delaunay triangles\n", raised.caps_by_front,
+                raised.caps_by_delaunay);
+    std::printf("bounds %s\n", bounds_text(raised.solids).c_str());
 }
 
 } // namespace

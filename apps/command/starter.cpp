@@ -6,8 +6,7 @@
 #include "apps/command/command.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "kit/files/model_file.h"
-#include "kit/solids/surface.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -30,14 +29,15 @@ private:
 };
 
 void StarterCommand::run() {
-    std::vector<double> center = parse_reals("--center", center_, "X,Y,Z");
-    std::vector<double> size = parse_size();
+    const kit::Point3 center = parse_point3("--center", center_);
+    const std::vector<double> size = parse_size();
     outputs_.check();
-    TMOD3D model;
-    model.inti_mode(center.data(), size.data(), kind_ == "cube" ? 1 : 0, rounds_);
-    std::printf("%s, %s\n", model_figures(model).c_str(),
-                kit::state_text(kit::surfaces(model)[0]).c_str());
-    outputs_.write([&](kit::OutputFile& out) { kit::write_model(model, out.stream()); });
+    const kit::Solids solids = kind_ == "cube"
+                                   ? kit::make_cuboid(center, {size[0], size[1], size[2]}, rounds_)
+                                   : kit::make_ball(center, size[0], rounds_);
+    std::printf("%s, %s\n", model_figures(solids).c_str(),
+                kit::state_text(solids[0].surface()).c_str());
+    outputs_.write([&](kit::OutputFile& out) { solids.write(out); });
 }
 
 } // namespace

@@ -15,6 +15,11 @@ struct Rectangle {
 
     bool is_empty() const { return left > right; }
 
+    /// Whether a point is inside or on the border.
+    bool contains(double x, double y) const {
+        return left <= x && x <= right && top <= y && y <= bottom;
+    }
+
     /// Enlarges the rectangle by a point.
     void take_in(double x, double y) {
         left = std::min(left, x);

@@ -155,7 +155,7 @@ void clear_spikes(std::vector<int>& ring) {
 }
 
 bool fill_by_front(PLYDT& cap) {
-    PLYDT::set_trace_files(false);
+    const TraceFilesOverride no_traces(false);
     cap.creat_top_rel();
     cap.poly_tranglate(cap.region_list[0]);
     return fits(cap);

@@ -44,7 +44,7 @@ void write_picture(const PLYDT& triangles, const std::filesystem::path& file,
     write(triangles, file, options);
 }
 
-void write_picture(const Cut& section, const std::filesystem::path& file,
+void write_picture(const Section& section, const std::filesystem::path& file,
                    const SectionPictureOptions& options) {
     write(section, file, options);
 }
@@ -65,14 +65,9 @@ void draw(const PLYDT& triangles, PictureCanvas& canvas, MapPictureOptions optio
     draw_on_page(triangles, canvas, options);
 }
 
-void draw(const Cut& section, PictureCanvas& canvas, SectionPictureOptions options) {
+void draw(const Section& section, PictureCanvas& canvas, SectionPictureOptions options) {
     options.labels = &canvas;
     draw_on_page(section, canvas, options);
-}
-
-void paint_section(PictureCanvas& canvas, PictureSize size, const Cut& cut,
-                   const SectionView& view) {
-    draw(cut, canvas, {.size = size, .part = view.box, .title = view.title, .remark = view.remark});
 }
 
 } // namespace korvel::kit

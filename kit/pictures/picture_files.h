@@ -26,7 +26,7 @@ void write_picture(const Triangulation& triangles, const std::filesystem::path& 
                    const MapPictureOptions& options = {});
 void write_picture(const PLYDT& triangles, const std::filesystem::path& file,
                    const MapPictureOptions& options = {});
-void write_picture(const Cut& section, const std::filesystem::path& file,
+void write_picture(const Section& section, const std::filesystem::path& file,
                    const SectionPictureOptions& options = {});
 
 // The same on a canvas, whose size, units and labels are used instead of those in the options.
@@ -35,18 +35,6 @@ void draw(const Map& map, PictureCanvas& canvas, MapPictureOptions options = {})
 void draw(const CCPloy2DRg& map, PictureCanvas& canvas, MapPictureOptions options = {});
 void draw(const Triangulation& triangles, PictureCanvas& canvas, MapPictureOptions options = {});
 void draw(const PLYDT& triangles, PictureCanvas& canvas, MapPictureOptions options = {});
-void draw(const Cut& section, PictureCanvas& canvas, SectionPictureOptions options = {});
-
-/// What a picture of a section shows, for `paint_section`.
-struct SectionView {
-    PlaneAxes axes;
-    Rectangle box;
-    std::string title;
-    std::string remark;
-};
-
-/// `draw` with these options.
-void paint_section(PictureCanvas& canvas, PictureSize size, const Cut& cut,
-                   const SectionView& view);
+void draw(const Section& section, PictureCanvas& canvas, SectionPictureOptions options = {});
 
 } // namespace korvel::kit

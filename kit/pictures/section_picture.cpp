@@ -35,8 +35,8 @@ public:
                    const SectionPictureOptions& options);
 
     void paint_grid();
-    void paint_polygons(const Cut& cut);
-    void write_numbers(const Cut& cut);
+    void paint_polygons(const Section& section);
+    void write_numbers(const Section& section);
     void paint_axes();
 
 private:
@@ -60,24 +60,15 @@ double round_below(double value);
 
 } // namespace
 
-Rectangle box_of_section(const Cut& cut) {
-    const PlaneAxes axes(cut.plane);
-    Rectangle box;
-    for (const VERT3D& vertex : cut.section.verts) {
-        box.take_in(vertex.model_xyz[axes.u], vertex.model_xyz[axes.v]);
-    }
-    return box;
-}
-
-void draw(const Cut& cut, CDC& dc, const SectionPictureOptions& options) {
-    const Rectangle box = options.part ? *options.part : box_of_section(cut);
+void draw(const Section& section, CDC& dc, const SectionPictureOptions& options) {
+    const Rectangle box = options.part ? *options.part : section.bounds();
     if (box.is_empty()) {
         return;
     }
-    SectionPainter painter(dc, box, PlaneAxes(cut.plane), options);
+    SectionPainter painter(dc, box, section.axes(), options);
     painter.paint_grid();
-    painter.paint_polygons(cut);
-    painter.write_numbers(cut);
+    painter.paint_polygons(section);
+    painter.write_numbers(section);
     painter.paint_axes();
 }
 
@@ -185,12 +176,12 @@ void SectionPainter::paint_grid() {
 }
 
 // One group for each body, so that its holes stay open.
-void SectionPainter::paint_polygons(const Cut& cut) {
-    TMOD2D picture = cut.section;
+void SectionPainter::paint_polygons(const Section& section) {
+    TMOD2D picture = section.model();
     picture.groups.RemoveAll();
-    for (const BodyCut& body : cut.bodies) {
+    for (const SectionBody& body : section.bodies()) {
         POLY3D_CPLX group;
-        group.rgb = cut.section.groups[body.polygons[0]].rgb;
+        group.rgb = section.model().groups[body.polygons[0]].rgb;
         for (const int polygon : body.polygons) {
             group.polys.Add(polygon);
         }
@@ -207,22 +198,21 @@ void SectionPainter::paint_polygons(const Cut& cut) {
 }
 
 // In the middle of each body's largest polygon, if the number is within the body there.
-void SectionPainter::write_numbers(const Cut& cut) {
+void SectionPainter::write_numbers(const Section& section) {
     if (labels_ == nullptr) {
         return;
     }
     CPen pen(PS_SOLID, 1, ink);
     CPen* const previous = dc_.SelectObject(&pen);
     const double font = font_ * 0.8;
-    for (const BodyCut& body : cut.bodies) {
+    for (const SectionBody& body : section.bodies()) {
         const int polygon =
-            *std::max_element(body.polygons.begin(), body.polygons.end(), [&](int a, int b) {
-                return cut.section.polys[a].area < cut.section.polys[b].area;
-            });
+            *std::max_element(body.polygons.begin(), body.polygons.end(),
+                              [&](int a, int b) { return section[a].area() < section[b].area(); });
         Rectangle box;
-        for (const int v : cut.section.polys[polygon].verts) {
-            const double* const point = cut.section.verts[v].model_xyz;
-            box.take_in(point[axes_.u], point[axes_.v]);
+        for (const Point3& point : section[polygon].points()) {
+            const Point2 at = axes_.seen(point);
+            box.take_in(at[0], at[1]);
         }
         const double u = (box.left + box.right) / 2;
         const double v = (box.top + box.bottom) / 2;
@@ -233,7 +223,7 @@ void SectionPainter::write_numbers(const Cut& cut) {
         const auto is_inside = [&](double du, double dv) {
             const auto holding =
                 std::count_if(body.polygons.begin(), body.polygons.end(), [&](int other) {
-                    return contains(cut.section, other, axes_, u + du, v + dv);
+                    return section[other].contains({u + du, v + dv});
                 });
             return holding % 2 != 0;
         };

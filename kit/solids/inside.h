@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kit/base/points.h"
 #include "korvel/module/korvel.h"
 
 namespace korvel::kit {
@@ -12,6 +13,6 @@ namespace korvel::kit {
 /// the most frequent answer of all rays is taken. A point on a surface belongs to either side.
 ///
 /// Takes three rays against every face, as a rule.
-int body_at(TMOD3D& model, const double* point);
+int body_at(const TMOD3D& model, const Point3& point);
 
 } // namespace korvel::kit

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
 #include <optional>
 
+#include "kit/base/points.h"
 #include "korvel/module/korvel.h"
 
 namespace korvel::kit {
@@ -15,13 +15,15 @@ struct Pick {
     int edge = 0;   ///< of the face, nearest to the click as seen
     double u = 0;   ///< the click …
     double v = 0;
-    double depth = 0;                   ///< … and its w on the face
-    std::array<double, 3> point = {};   ///< where the click meets the face, in model coordinates
-    std::array<double, 3> on_edge = {}; ///< the point that the library gives for the edge, likewise
+    double depth = 0;    ///< … and its w on the face
+    Point3 point = {};   ///< where the click meets the face, in model coordinates
+    Point3 on_edge = {}; ///< the point that the library gives for the edge, likewise
 };
 
 /// Picks with `TMOD3D::get_point_xyz` at u,v in view coordinates; empty where nothing is hit. The
-/// view and the relations must be current.
+/// view and the relations must be current. Of a `const` model what was picked before stays stored
+/// as it was.
 std::optional<Pick> pick(TMOD3D& model, double u, double v);
+std::optional<Pick> pick(const TMOD3D& model, double u, double v);
 
 } // namespace korvel::kit

@@ -16,7 +16,6 @@ struct FaceSide {
     int face; // counted within the body
 };
 
-Surface surface_of(const TMOD3D& model, const BODY3D& body);
 void count_edges(std::vector<FaceSide>& sides, Surface& surface);
 bool names_vertices(const TMOD3D& model, const POLY3D& face);
 std::string edges_text(int edges);
@@ -25,35 +24,18 @@ std::string edges_text(int edges);
 
 std::vector<Surface> surfaces(const TMOD3D& model) {
     std::vector<Surface> all;
-    for (const BODY3D& body : model.bodies) {
+    all.reserve(static_cast<std::size_t>(model.bodies.GetSize()));
+    for (int body = 0; body < model.bodies.GetSize(); ++body) {
         all.push_back(surface_of(model, body));
     }
     return all;
 }
 
-std::string state_text(const Surface& surface) {
-    if (surface.faces == 0) {
-        return "empty";
-    }
-    if (surface.open_edges > 0) {
-        return "open at " + edges_text(surface.open_edges);
-    }
-    if (surface.pieces > 1) {
-        return "closed, in " + std::to_string(surface.pieces) + " pieces";
-    }
-    if (surface.crowded_edges > 0) {
-        return "closed, more than two faces at " + edges_text(surface.crowded_edges);
-    }
-    return "closed";
-}
-
-namespace {
-
-Surface surface_of(const TMOD3D& model, const BODY3D& body) {
+Surface surface_of(const TMOD3D& model, int body) {
     Surface surface;
     std::vector<FaceSide> sides;
     std::vector<int> vertices;
-    for (const int f : body.polys) {
+    for (const int f : model.bodies[body].polys) {
         if (f < 0 || f >= model.polys.GetSize() || !names_vertices(model, model.polys[f])) {
             continue;
         }
@@ -74,6 +56,24 @@ Surface surface_of(const TMOD3D& model, const BODY3D& body) {
     count_edges(sides, surface);
     return surface;
 }
+
+std::string state_text(const Surface& surface) {
+    if (surface.faces == 0) {
+        return "empty";
+    }
+    if (surface.open_edges > 0) {
+        return "open at " + edges_text(surface.open_edges);
+    }
+    if (surface.pieces > 1) {
+        return "closed, in " + std::to_string(surface.pieces) + " pieces";
+    }
+    if (surface.crowded_edges > 0) {
+        return "closed, more than two faces at " + edges_text(surface.crowded_edges);
+    }
+    return "closed";
+}
+
+namespace {
 
 void count_edges(std::vector<FaceSide>& sides, Surface& surface) {
     const auto is_before = [](const FaceSide& a, const FaceSide& b) {

@@ -25,6 +25,9 @@ struct Surface {
 /// with an index that is no vertex, and indices that are no face, are passed over.
 std::vector<Surface> surfaces(const TMOD3D& model);
 
+/// The same of one body.
+Surface surface_of(const TMOD3D& model, int body);
+
 /// "closed", "open at 3 edges", "closed, in 2 pieces", "closed, more than two faces at 1 edge", …
 std::string state_text(const Surface& surface);
 

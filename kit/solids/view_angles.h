@@ -9,6 +9,8 @@ namespace korvel::kit {
 struct ViewAngles {
     double turn = 5;
     double tilt = 5;
+
+    friend bool operator==(const ViewAngles&, const ViewAngles&) = default;
 };
 
 } // namespace korvel::kit

@@ -7,7 +7,7 @@
 #include "kit/files/file_kind.h"
 #include "kit/files/model_file.h"
 #include "kit/solids/file_check.h"
-#include "kit/solids/section_cut.h"
+#include "kit/solids/section.h"
 #include "kit/solids/surface.h"
 #include "tests/fuzz/exercise.h"
 

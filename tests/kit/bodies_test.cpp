@@ -12,7 +12,8 @@
 #include "kit/maps/cap.h"
 #include "kit/maps/region_sets.h"
 #include "kit/solids/join.h"
-#include "kit/solids/section_cut.h"
+#include "kit/solids/raise.h"
+#include "kit/solids/solids.h"
 #include "kit/solids/surface.h"
 #include "tests/support/model_state.h"
 #include "tests/support/scratch.h"
@@ -70,78 +71,60 @@ protected:
         return length;
     }
 
-    /// A body for each state, the hue of which is one more than its number.
-    TMOD3D raised() const {
-        const Notices notices;
-        TMOD3D model;
-        for (int region = 0; region < set_.region_list.GetSize(); ++region) {
-            PLYDT cap;
-            EXPECT_NE(kit::make_cap(set_, set_.region_list[region], kit::Fill::automatic, cap),
-                      kit::Filled::not_at_all)
-                << "region " << region;
-            cap.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, 0, height);
-            TMOD3D part;
-            part.create3dmode(cap);
-            part.bodies[0].hue = 1 + region;
-            kit::append_bodies(part, model);
-        }
-        kit::derive(model);
-        return model;
+    kit::Solids raised() const {
+        CCPloy2DRg regions;
+        kit::copy_regions(set_, regions);
+        kit::Raised raised = kit::raise(kit::Map(regions), {.high = height});
+        EXPECT_TRUE(raised.left_out.empty());
+        return std::move(raised.solids);
     }
 
     PLYDT set_;
 };
 
 TEST_F(States, BecomeClosedBodiesWithTrueSections) {
-    TMOD3D model = raised();
-    ASSERT_EQ(model.bodies.GetSize(), set_.region_list.GetSize());
-    const std::vector<kit::Surface> surfaces = kit::surfaces(model);
-    for (int b = 0; b < model.bodies.GetSize(); ++b) {
-        const BODY3D& body = model.bodies[b];
+    const kit::Solids solids = raised();
+    ASSERT_EQ(solids.size(), set_.region_list.GetSize());
+    for (const kit::Body body : solids) {
         std::map<std::pair<int, int>, int> faces_at;
-        for (const int f : body.polys) {
-            const CArray<int>& corners = model.polys[f].verts;
-            for (int k = 0; k < 3; ++k) {
+        for (const kit::Face face : body.faces()) {
+            const auto corners = face.vertices();
+            for (std::size_t k = 0; k < 3; ++k) {
                 ++faces_at[std::minmax<int>({corners[k], corners[(k + 1) % 3]})];
             }
         }
         EXPECT_TRUE(std::all_of(faces_at.begin(), faces_at.end(),
                                 [](const auto& edge) { return edge.second == 2; }))
-            << "body " << b;
-        EXPECT_TRUE(surfaces[b].is_clean()) << "body " << b;
-        EXPECT_EQ(surfaces[b].euler_characteristic(), 2) << "body " << b;
-        const double volume = height * kit::region_area(set_, set_.region_list[b], true);
-        EXPECT_NEAR(body.volume, volume, 1e-9 * volume) << "body " << b;
+            << "body " << body.index();
+        EXPECT_EQ(body.surface().euler_characteristic(), 2) << "body " << body.index();
+        const double volume = height * kit::region_area(set_, set_.region_list[body.index()], true);
+        EXPECT_NEAR(body.volume(), volume, 1e-9 * volume) << "body " << body.index();
     }
     for (const double v : {-60000.5, -65843.25, -47000.1, -95000.7}) {
-        const kit::Cut cut = kit::cut_model(model, {0, 1, 0, -v});
-        EXPECT_EQ(cut.plane[3], -v);
-        EXPECT_EQ(cut.loose_points, 0);
+        const kit::Section cut = solids.cut(kit::Plane::at_y(v));
+        EXPECT_EQ(cut.plane(), kit::Plane::at_y(v));
+        EXPECT_TRUE(cut.loose_points().empty());
         double expected = 0;
         for (int region = 0; region < set_.region_list.GetSize(); ++region) {
             const double area = height * length_within(region, v);
             expected += area;
             const auto found =
-                std::find_if(cut.bodies.begin(), cut.bodies.end(),
-                             [&](const kit::BodyCut& body) { return body.body == region; });
-            EXPECT_NEAR(found == cut.bodies.end() ? 0 : found->area, area, 1e-9 * area + 1e-6)
+                std::find_if(cut.bodies().begin(), cut.bodies().end(),
+                             [&](const kit::SectionBody& body) { return body.body == region; });
+            EXPECT_NEAR(found == cut.bodies().end() ? 0 : found->area, area, 1e-9 * area + 1e-6)
                 << "region " << region << " at " << v;
         }
-        EXPECT_NEAR(cut.area, expected, 1e-9 * expected);
-        EXPECT_GT(cut.bodies.size(), 0U);
-        for (const kit::BodyCut& body : cut.bodies) {
-            for (const int polygon : body.polygons) {
-                EXPECT_EQ(cut.section.groups[polygon].hue, 1 + body.body) << "polygon " << polygon;
-            }
+        EXPECT_NEAR(cut.area(), expected, 1e-9 * expected);
+        EXPECT_GT(cut.bodies().size(), 0U);
+        for (const kit::SectionPolygon polygon : cut) {
+            EXPECT_EQ(cut.model().groups[polygon.index()].hue, solids[polygon.body()].colour().hue)
+                << "polygon " << polygon.index();
         }
-    }
-    for (int b = 0; b < model.bodies.GetSize(); ++b) {
-        EXPECT_EQ(model.bodies[b].hue, 1 + b) << "a cut leaves the colour of body " << b;
     }
 }
 
 TEST_F(States, ASectionThroughCornersIsMovedBesideThem) {
-    TMOD3D model = raised();
+    const kit::Solids solids = raised();
     std::map<double, int> corners_at;
     for (const VERT2D& point : set_.pt_list) {
         ++corners_at[point.y];
@@ -151,15 +134,15 @@ TEST_F(States, ASectionThroughCornersIsMovedBesideThem) {
             return a.second < b.second;
         })->first;
     ASSERT_GT(corners_at[v], 10);
-    const kit::Cut through = kit::cut_model(model, {0, 1, 0, -v});
-    EXPECT_NE(through.plane[3], -v);
-    EXPECT_NEAR(through.plane[3], -v, 1e-4);
-    EXPECT_EQ(through.loose_points, 0);
+    const kit::Section through = solids.cut(kit::Plane::at_y(v));
+    EXPECT_NE(through.plane().d, -v);
+    EXPECT_NEAR(through.plane().d, -v, 1e-4);
+    EXPECT_TRUE(through.loose_points().empty());
     double expected = 0;
     for (int region = 0; region < set_.region_list.GetSize(); ++region) {
-        expected += height * length_within(region, -through.plane[3]);
+        expected += height * length_within(region, -through.plane().d);
     }
-    EXPECT_NEAR(through.area, expected, 1e-9 * expected);
+    EXPECT_NEAR(through.area(), expected, 1e-9 * expected);
 }
 
 TEST_F(States, JoinedModelsEqualOneThatGrew) {

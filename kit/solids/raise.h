@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "kit/base/context.h"
+#include "kit/base/points.h"
+#include "kit/maps/fill.h"
+#include "kit/maps/map.h"
+#include "kit/solids/solids.h"
+namespace korvel::kit {
+
+/// Which axis of the model the levels become; the map's x and y become the other two.
+enum class LevelAxis {
+    z = 1, ///< map x, map y, level
+    y = 2, ///< map x, level, map y
+    x = 3, ///< level, map x, map y
+};
+
+/// A region that became no body.
+struct LeftOut {
+    enum class Reason {
+        front_does_not_fit, ///< the triangles of the front do not fit its outline (`Fill::front`)
+        unsound_rings,      ///< its rings cross, overlap, cut it apart or have no area
+        unsound_body,       ///< its body would not be closed, see `surface`
+    };
+    int region = 0;
+    Reason reason = Reason::unsound_rings;
+    Surface surface = {};
+};
+
+/// "its rings cross, overlap, cut it apart or have no area", …
+std::string text(const LeftOut& left_out);
+
+/// How regions are raised.
+struct RaiseOptions {
+    double low = 0; ///< the level of the lower caps, in units of the model
+    double high = 1;
+    LevelAxis axis = LevelAxis::z;
+
+    /// Units of the map to a unit of the model, along x and y; not 0. A map whose y grows downward
+    /// comes out the right way up with {1, -1}.
+    Point2 unit = {1, 1};
+
+    /// The point of the map that becomes 0, 0.
+    GridPoint origin = {};
+
+    /// How the caps are triangulated.
+    Fill fill = Fill::automatic;
+
+    /// Receives the notice of the exact class for each body; empty discards it.
+    std::function<void(const std::string&)> on_notice = {};
+
+    /// Is called for each region that is left out, as soon as this shows. It may throw, which ends
+    /// the call.
+    std::function<void(const LeftOut&)> on_left_out = {};
+};
+
+/// Solids that were raised from regions.
+struct Raised {
+    Solids solids;
+    std::vector<int> region_of_body; ///< ascending
+    std::vector<LeftOut> left_out;   ///< ascending
+    int caps_by_front = 0;           ///< bodies with the triangles of the advancing front
+    int caps_by_delaunay = 0;        ///< bodies with constrained Delaunay triangles
+};
+
+/// Raises each region to a body between two levels: closed, in one piece, two faces at each edge.
+/// Bodies have the names of their regions, and bodies of regions that share a side have clearly
+/// different hues. No regions give no bodies.
+///
+/// Throws an `Error` for levels or units that do not fit. Takes over a second from about a thousand
+/// regions of many corners on.
+Raised raise(const Map& map, const RaiseOptions& options = {}, const Context& context = {});
+
+} // namespace korvel::kit
