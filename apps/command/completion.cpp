@@ -127,14 +127,19 @@ std::string joined(const std::vector<std::string>& words, const char* separator 
     return text;
 }
 
-/// One word of a shell, with a backslash before each of the `special` characters.
-std::string quoted(const std::string& text, const std::string& special = "") {
+std::string escaped(const std::string& text, const std::string& special) {
+    std::string result;
+    for (const char c : text) {
+        result += special.find(c) != std::string::npos ? std::string{'\\', c} : std::string{c};
+    }
+    return result;
+}
+
+/// One word of a shell.
+std::string quoted(const std::string& text) {
     std::string word = "'";
     for (const char c : text) {
-        if (special.find(c) != std::string::npos) {
-            word += '\\';
-        }
-        word += c == '\'' ? std::string("'\\''") : std::string(1, c);
+        word += c == '\'' ? std::string("'\\''") : std::string{c};
     }
     return word + "'";
 }
@@ -214,10 +219,10 @@ std::string zsh_arguments(const Command& command) {
     std::string arguments;
     for (const Option& option : command.options) {
         for (const std::string& name : option.names) {
+            const std::string excluded = option.repeats ? "*" : "(" + joined(option.names) + ")";
             arguments += " \\\n            " +
-                         quoted((option.repeats ? "*" : "(" + joined(option.names) + ")") + name) +
-                         "'['" + quoted(option.purpose, "[]:") + "']'" +
-                         quoted(zsh_value(option.value));
+                         quoted(excluded + name + "[" + escaped(option.purpose, "[]:") + "]" +
+                                zsh_value(option.value));
         }
     }
     for (const Value& operand : command.operands) {
