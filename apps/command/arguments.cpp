@@ -7,8 +7,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "kit/base/error.h"
-#include "kit/files/text_file.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {

@@ -5,9 +5,7 @@
 
 #include "apps/command/command.h"
 #include "apps/command/messages.h"
-#include "kit/base/error.h"
-#include "kit/files/file_kind.h"
-#include "kit/solids/file_check.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {

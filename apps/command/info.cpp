@@ -6,14 +6,7 @@
 #include "apps/command/command.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
-#include "kit/base/areas.h"
-#include "kit/base/error.h"
-#include "kit/base/rectangle.h"
-#include "kit/files/file_kind.h"
-#include "kit/files/model_file.h"
-#include "kit/files/region_file.h"
-#include "kit/maps/region_sets.h"
-#include "kit/solids/surface.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace {
@@ -27,8 +20,8 @@ private:
     std::string input_;
 };
 
-void print_curves(const kit::CurveNetwork& curves);
-void print_regions(const CCPloy2DRg& set);
+void print_curves(const kit::Network& network);
+void print_regions(const kit::Map& map);
 void print_triangles(const PLYDT& set, std::size_t regions);
 void print_section(const TMOD2D& section);
 void print_model(const kit::TextFile& file);
@@ -44,10 +37,10 @@ void InfoCommand::run() const {
     std::printf("%s: %s\n", input_.c_str(), kit::kind_name(kind));
     switch (kind) {
     case kit::FileKind::curves:
-        print_curves(contents.curves);
+        print_curves(kit::Network::read(file));
         break;
     case kit::FileKind::regions:
-        print_regions(contents.regions);
+        print_regions(kit::Map(contents.regions));
         break;
     case kit::FileKind::model:
         print_model(file);
@@ -83,39 +76,26 @@ InfoCommand::InfoCommand(CLI::App& command) {
                    "  korvel info states.model");
 }
 
-void print_curves(const kit::CurveNetwork& curves) {
-    kit::Rectangle box;
+void print_curves(const kit::Network& network) {
     int closed = 0;
-    int next = 0;
-    for (const int count : curves.counts) {
-        if (count > 0) {
-            const tagPOINT first = curves.pts[next];
-            const tagPOINT last = curves.pts[next + count - 1];
-            closed += count > 2 && first.x == last.x && first.y == last.y ? 1 : 0;
-        }
-        next += count;
+    for (int i = 0; i < network.curve_count(); ++i) {
+        closed += network.is_closed(i) ? 1 : 0;
     }
-    for (const tagPOINT& point : curves.pts) {
-        box.take_in(point.x, point.y);
-    }
-    std::printf("%s, %d of them closed, %s\n", counted(curves.counts.GetSize(), "curve").c_str(),
-                closed, counted(curves.pts.GetSize(), "point").c_str());
-    print_bounds(box);
+    std::printf("%s, %d of them closed, %s\n", counted(network.curve_count(), "curve").c_str(),
+                closed, counted(network.point_count(), "point").c_str());
+    print_bounds(network.bounds());
 }
 
-void print_regions(const CCPloy2DRg& set) {
+void print_regions(const kit::Map& map) {
     int holes = 0;
-    double area = 0;
-    const bool lattice = kit::are_lattice_points(set.pt_list);
-    for (const CCPloy2DRg::PyToRg& region : set.region_list) {
-        holes += std::max(region.rings.GetSize() - 1, 0);
-        area += kit::region_area(set, region, lattice);
+    for (const kit::Region region : map) {
+        holes += region.hole_count();
     }
-    std::printf("%s with %s, %s, %s, area %s\n",
-                counted(set.region_list.GetSize(), "region").c_str(),
-                counted(holes, "hole").c_str(), counted(set.ring_list.GetSize(), "ring").c_str(),
-                counted(set.pt_list.GetSize(), "point").c_str(), number_text(area).c_str());
-    print_bounds(kit::box_of_regions(set));
+    std::printf("%s with %s, %s, %s, area %s\n", counted(map.size(), "region").c_str(),
+                counted(holes, "hole").c_str(),
+                counted(map.regions().ring_list.GetSize(), "ring").c_str(),
+                counted(map.point_count(), "point").c_str(), number_text(map.area()).c_str());
+    print_bounds(map.bounds());
 }
 
 void print_triangles(const PLYDT& set, std::size_t regions) {

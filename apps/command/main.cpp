@@ -12,9 +12,7 @@
 #include "apps/command/command.h"
 #include "apps/command/completion.h"
 #include "apps/command/program.h"
-#include "kit/base/error.h"
-#include "kit/base/interruption.h"
-#include "korvel/module/korvel.h"
+#include "kit/kit.h"
 
 namespace {
 

@@ -7,9 +7,7 @@
 
 #include "apps/command/arguments.h"
 #include "apps/command/progress_line.h"
-#include "kit/base/error.h"
-#include "kit/files/output_file.h"
-#include "kit/pictures/picture_fit.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 

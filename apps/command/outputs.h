@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "kit/pictures/picture_canvas.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 

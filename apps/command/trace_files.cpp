@@ -3,7 +3,7 @@
 #include <system_error>
 
 #include "apps/command/progress_line.h"
-#include "kit/base/error.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 namespace fs = std::filesystem;

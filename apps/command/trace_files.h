@@ -3,9 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "kit/base/interruption.h"
-#include "kit/files/output_file.h"
-#include "korvel/module/korvel.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 
