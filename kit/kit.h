@@ -6,6 +6,7 @@
 #include "kit/base/context.h"
 #include "kit/base/error.h"
 #include "kit/base/export.h"
+#include "kit/base/interruption.h"
 #include "kit/base/points.h"
 #include "kit/base/rectangle.h"
 #include "kit/files/curve_file.h"

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "korvel/module/korvel.h"
+
 namespace korvel::kit {
 
 /// How far an operation has come.
@@ -24,7 +26,14 @@ struct Context {
     std::stop_token stop = {};
 
     /// Reports progress, and throws when the operation is to stop.
-    void report(std::string_view stage, int done, int all) const;
+    void report(std::string_view stage, long long done, long long all) const;
+
+    /// Throws when the operation is to stop.
+    void stop_if_requested(std::string_view stage) const;
+
+    /// While the result exists, calls of the exact classes in this thread report their progress
+    /// here under their own stages, and stop here.
+    CheckPointScope follow_calls() const;
 
     /// Hands on a line for the user, about something unusual that the operation goes on with.
     void warn(const std::string& message) const;

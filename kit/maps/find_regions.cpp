@@ -30,7 +30,6 @@ bool is_before(const GridPoint& a, const GridPoint& b) {
 } // namespace
 
 FoundRegions find_regions(Network network, const FindOptions& options, const Context& context) {
-    context.report("finding regions", 0, 1);
     const auto state = std::make_shared<FoundRegions::State>();
     state->network = std::move(network);
     for (int i = 0; i < state->network.curve_count(); ++i) {
@@ -44,6 +43,7 @@ FoundRegions find_regions(Network network, const FindOptions& options, const Con
     state->builder.SetTolerance(options.tolerance);
     {
         const CrossingLimitOverride limit(most_crossings);
+        const CheckPointScope progress = context.follow_calls();
         state->builder.SetPtsInfo(state->points, state->counts);
     }
     if (state->builder.has_exceeded_crossing_limit()) {
@@ -59,7 +59,6 @@ FoundRegions find_regions(Network network, const FindOptions& options, const Con
     FoundRegions found;
     found.map_ = Map(std::move(regions));
     found.state_ = state;
-    context.report("finding regions", 1, 1);
     return found;
 }
 

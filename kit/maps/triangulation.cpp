@@ -1,12 +1,10 @@
 #include "kit/maps/triangulation.h"
 
-#include "kit/base/areas.h"
 #include "kit/files/triangle_file.h"
 #include "kit/maps/region_sets.h"
 
 namespace korvel::kit {
 
-// Region by region, to know which triangles belong to which.
 Triangulation triangulate(const Map& map, const Context& context) {
     const auto state = std::make_shared<Triangulation::State>();
     PLYDT& set = state->set;
@@ -14,13 +12,15 @@ Triangulation triangulate(const Map& map, const Context& context) {
     state->is_on_grid = map.is_on_grid();
     state->ends.reserve(static_cast<std::size_t>(map.size()));
     const TraceFilesOverride no_traces(false);
-    set.creat_top_rel();
-    for (PLYDT::PyToRg& region : set.region_list) {
-        context.report("triangulating regions", static_cast<int>(state->ends.size()), map.size());
-        set.poly_tranglate(region);
-        state->ends.push_back(set.trg_list.GetSize());
-    }
-    context.report("triangulating regions", map.size(), map.size());
+    // One call for all regions, which reports after each of them.
+    const CheckPointScope after_regions([&](std::string_view stage, long long done, long long all) {
+        if (stage == "triangulating") {
+            state->ends.push_back(set.trg_list.GetSize());
+            context.report("triangulating regions", done, all);
+        }
+        context.stop_if_requested("triangulating regions");
+    });
+    set.region_tranglate();
     Triangulation triangulation;
     triangulation.state_ = state;
     return triangulation;
