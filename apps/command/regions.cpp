@@ -9,7 +9,6 @@
 #include "apps/command/map_view.h"
 #include "apps/command/messages.h"
 #include "apps/command/outputs.h"
-#include "kit/base/areas.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
