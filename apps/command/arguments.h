@@ -3,10 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/base/points.h"
-#include "kit/base/rectangle.h"
-#include "kit/pictures/picture_size.h"
-#include "korvel/module/korvel.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 

@@ -143,7 +143,7 @@ TEST_F(EditCommand, InsideAgreesWithThePlan) {
         if (i % 2 != 0) {
             p = {lattice(), lattice(), lattice()};
         }
-        EXPECT_EQ(kit::body_at(plate, p.data()), planned(p)) << p[0] << ' ' << p[1] << ' ' << p[2];
+        EXPECT_EQ(kit::body_at(plate, p), planned(p)) << p[0] << ' ' << p[1] << ' ' << p[2];
     }
     const Result asked = run("inside m -1,1,1 1,1,1 3,3,3 7,3,3 .5,.5,.5");
     EXPECT_EQ(asked.err, "");
@@ -173,7 +173,7 @@ TEST_F(EditCommand, InsideAgreesWithSignedVolumes) {
                            d[0][2] * (d[1][0] * d[2][1] - d[1][1] * d[2][0]) >
                        0;
             });
-        EXPECT_EQ(kit::body_at(ball, p.data()), is_inside ? 0 : -1);
+        EXPECT_EQ(kit::body_at(ball, p), is_inside ? 0 : -1);
         inside += is_inside ? 1 : 0;
     }
     EXPECT_GT(inside, 200);
