@@ -2,6 +2,7 @@
 // Built with the thread sanitizer too, which reports what the threads share without order.
 
 #include <atomic>
+#include <chrono>
 #include <string>
 #include <thread>
 
@@ -86,6 +87,7 @@ TEST(Threads, WorkOnObjectsOfTheirOwn) {
             CREGION::set_crossing_limit(limit);
             set_message_box_handler(std::move(handler));
             PLYDT::set_trace_files(true);
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
     });
     std::string found[2];
