@@ -11,6 +11,7 @@ int first_illegal_edge(TMOD3D& model, const Context& context);
 
 std::optional<Collision> first_collision(TMOD3D& model, const Context& context) {
     context.report("checking the move", 0, 2);
+    const CheckPointScope calls = context.follow_calls();
     if (model.legal_body_rel_side()) {
         context.report("checking the move", 2, 2);
         return {};

@@ -33,6 +33,7 @@ Raised raise(const Map& map, const RaiseOptions& options, const Context& context
         context.report("raising regions", region + 1, count);
     }
     if (!raised.solids.empty()) {
+        const CheckPointScope calls = context.follow_calls();
         derive(raised.solids.model());
         name_and_colour_bodies(map, raised);
     }

@@ -20,7 +20,8 @@ namespace {
 void check_indices(const TMOD3D& model);
 void need_body(const Solids& solids, int body);
 void store_colour(BODY3D& body);
-Solids make_starter(const Point3& centre, const Point3& size, bool is_cuboid, int rounds);
+Solids make_starter(const Point3& centre, const Point3& size, bool is_cuboid, int rounds,
+                    const Context& context);
 
 } // namespace
 
@@ -49,14 +50,17 @@ Solids Solids::read(const std::filesystem::path& file, const Context& context) {
 }
 
 Solids Solids::read(const TextFile& file, const Context& context) {
-    constexpr int steps = 2;
-    context.report("reading the model", 0, steps);
+    context.report("reading the model", 0, 1);
+    const CheckPointScope calls = context.follow_calls();
     Solids solids;
     try {
         if (const auto note = read_model(file, *solids.model_)) {
             context.warn(*note);
         }
-    } catch (const Error&) {
+    } catch (const Error& error) {
+        if (error.kind() != Error::Kind::input) {
+            throw;
+        }
         const FileKind kind = kind_of(file);
         // A damaged model may follow another kind farther.
         if (kind != FileKind::model && is_whole(file, kind)) {
@@ -65,7 +69,7 @@ Solids Solids::read(const TextFile& file, const Context& context) {
         }
         throw;
     }
-    context.report("reading the model", steps, steps);
+    context.report("reading the model", 1, 1);
     return solids;
 }
 
@@ -240,12 +244,12 @@ void Solids::derive() {
     }
 }
 
-Solids make_cuboid(const Point3& centre, const Point3& edges, int rounds) {
-    return make_starter(centre, edges, true, rounds);
+Solids make_cuboid(const Point3& centre, const Point3& edges, int rounds, const Context& context) {
+    return make_starter(centre, edges, true, rounds, context);
 }
 
-Solids make_ball(const Point3& centre, double radius, int rounds) {
-    return make_starter(centre, {radius, radius, radius}, false, rounds);
+Solids make_ball(const Point3& centre, double radius, int rounds, const Context& context) {
+    return make_starter(centre, {radius, radius, radius}, false, rounds, context);
 }
 
 // Added one by one to an empty model they come out the same, but each time everything is derived.
@@ -264,6 +268,7 @@ Solids merge(std::vector<Solids> parts, const Context& context) {
     context.report("merging", count, count + 1);
     Solids whole;
     if (!joined.bodies.IsEmpty()) {
+        const CheckPointScope calls = context.follow_calls();
         whole.model().add_model(joined);
     }
     for (int body = 0; body < whole.size(); ++body) {
@@ -320,7 +325,8 @@ void store_colour(BODY3D& body) {
     body.param_3 = body.lightness;
 }
 
-Solids make_starter(const Point3& centre, const Point3& size, bool is_cuboid, int rounds) {
+Solids make_starter(const Point3& centre, const Point3& size, bool is_cuboid, int rounds,
+                    const Context& context) {
     constexpr int most_rounds = 10;
     const bool is_sound = std::all_of(size.begin(), size.end(), [](double length) {
         return length > 0 && std::isfinite(length);
@@ -331,6 +337,7 @@ Solids make_starter(const Point3& centre, const Point3& size, bool is_cuboid, in
     }
     Point3 at = centre;
     Point3 lengths = size;
+    const CheckPointScope calls = context.follow_calls();
     Solids solids;
     solids.model().inti_mode(at.data(), lengths.data(), is_cuboid ? 1 : 0, rounds);
     store_colour(solids.model().bodies[0]);

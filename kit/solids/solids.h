@@ -143,7 +143,7 @@ public:
 
     /// Appends the bodies of other solids; vertices and faces are numbered on. Nothing is joined:
     /// bodies that touch keep their own vertices. Derives everything anew; `merge` does so once for
-    /// many parts.
+    /// many parts. It is cancelled before it begins or not at all.
     void add(const Solids& other, const Context& context = {});
 
     /// Removes bodies, each once, and the faces and vertices that no other body uses; the others
@@ -203,10 +203,11 @@ private:
 /// A cuboid of 24 faces, each divided into four `rounds` times, along the axes. Throws an `Error`
 /// unless the edge lengths are above 0 and `rounds` is from 0 to 10. Four times as much work with
 /// each round; seven rounds take about a second.
-Solids make_cuboid(const Point3& centre, const Point3& edges, int rounds = 0);
+Solids make_cuboid(const Point3& centre, const Point3& edges, int rounds = 0,
+                   const Context& context = {});
 
 /// A ball of 20 faces, each divided into four `rounds` times, with all vertices at `radius`.
-Solids make_ball(const Point3& centre, double radius, int rounds = 0);
+Solids make_ball(const Point3& centre, double radius, int rounds = 0, const Context& context = {});
 
 /// All bodies of several solids, as if added one after another, with everything derived once. A
 /// part that is moved in is consumed, also when the call is cancelled.
