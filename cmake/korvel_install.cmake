@@ -32,20 +32,20 @@ function(korvel_install_libraries export)
     )
 endfunction()
 
-# korvel_install_pkgconfig(NAME TARGET target DESCRIPTION text [REQUIRES name…] [PRIVATE module…]
-# [CFLAGS flag…]): installs NAME.pc. The modules are what hosts of a static library link as well.
+# korvel_install_pkgconfig(NAME TARGET target DESCRIPTION text [REQUIRES name…] [STATIC module…]
+# [CFLAGS flag…]): installs NAME.pc. The modules are what hosts of a static library link as well: not as
+# private ones, which would make pkg-config --static link those statically that are shared libraries.
 function(korvel_install_pkgconfig name)
-    cmake_parse_arguments(PARSE_ARGV 1 pc "" "TARGET;DESCRIPTION" "REQUIRES;PRIVATE;CFLAGS")
+    cmake_parse_arguments(PARSE_ARGV 1 pc "" "TARGET;DESCRIPTION" "REQUIRES;STATIC;CFLAGS")
     file(
         RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX}
     )
     string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
     if(korvel_is_static)
         list(APPEND pc_CFLAGS -DKORVEL_STATIC)
-    else()
-        set(pc_PRIVATE "")
+        list(APPEND pc_REQUIRES ${pc_STATIC})
     endif()
-    foreach(field IN ITEMS REQUIRES PRIVATE CFLAGS)
+    foreach(field IN ITEMS REQUIRES CFLAGS)
         list(JOIN pc_${field} " " pc_${field})
     endforeach()
     configure_file(${PROJECT_SOURCE_DIR}/cmake/pkgconfig.pc.in ${name}.pc @ONLY)
@@ -68,7 +68,7 @@ korvel_install_pkgconfig(
     TARGET korvel
     DESCRIPTION "${PROJECT_DESCRIPTION}"
     REQUIRES korvel_platform
-    PRIVATE gl
+    STATIC gl
 )
 
 set(korvel_components "")
@@ -87,7 +87,7 @@ if(KORVEL_BUILD_KIT)
         TARGET korvel_kit
         DESCRIPTION "What host programs need on top of korvel's exact classes"
         REQUIRES korvel
-        PRIVATE ${kit_modules}
+        STATIC ${kit_modules}
         CFLAGS ${kit_definitions}
     )
 endif()

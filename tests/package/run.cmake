@@ -1,5 +1,5 @@
 # cmake -D BUILD_DIR=… -D CONFIG=… -D PROGRAM_DIR=… -D CXX_COMPILER=… -D CXX_FLAGS=…
-#       -D GENERATOR=… -D WITH_KIT=… -D IS_STATIC=… -D AS_DEBIAN_PACKAGES=… -P run.cmake
+#       -D GENERATOR=… -D WITH_KIT=… -D AS_DEBIAN_PACKAGES=… -P run.cmake
 #
 # Installs the build into a temporary directory, by way of its Debian packages where wanted; builds
 # and runs programs of another project against it, by CMake and by pkg-config; and tries what is
@@ -65,11 +65,7 @@ run(${CMAKE_CTEST_COMMAND} --test-dir ${work_dir}/build -C ${CONFIG} --output-on
 # build_with_pkgconfig(program module): the program of main.cpp or kit_main.cpp.
 function(build_with_pkgconfig program module)
     separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS}")
-    set(static "")
-    if(IS_STATIC)
-        set(static --static)
-    endif()
-    output_of(module_flags ${PKG_CONFIG} ${static} --cflags --libs ${module})
+    output_of(module_flags ${PKG_CONFIG} --cflags --libs ${module})
     string(STRIP "${module_flags}" module_flags)
     separate_arguments(module_flags UNIX_COMMAND "${module_flags}")
     set(built ${work_dir}/by-pkg-config-${module})
