@@ -16,8 +16,11 @@ namespace {
 
 // A signal may come between any two instructions, also within the allocator: its handler uses a
 // table of fixed size only.
+enum class State { free, being_named, held };
+static_assert(std::atomic<State>::is_always_lock_free, "handlers of signals take no locks");
+
 struct Slot {
-    volatile std::sig_atomic_t is_taken = 0;
+    std::atomic<State> state = State::free;
     std::array<char, 4096> name = {};
 };
 
@@ -28,12 +31,12 @@ std::array<Slot, 8> slots;
 void remove_files(int signal) {
     // Directories go once they are empty.
     for (const Slot& slot : slots) {
-        if (slot.is_taken != 0) {
+        if (slot.state == State::held) {
             unlink(slot.name.data());
         }
     }
     for (const Slot& slot : slots) {
-        if (slot.is_taken != 0) {
+        if (slot.state == State::held) {
             rmdir(slot.name.data());
         }
     }
@@ -77,10 +80,11 @@ RemoveOnSignal::RemoveOnSignal(const std::filesystem::path& file) {
     const std::string name = std::filesystem::absolute(file, error).string();
     for (std::size_t i = 0; i < slots.size() && slot_ < 0; ++i) {
         Slot& slot = slots[i];
-        if (slot.is_taken == 0 && name.size() < slot.name.size()) {
+        State expected = State::free;
+        if (name.size() < slot.name.size() &&
+            slot.state.compare_exchange_strong(expected, State::being_named)) {
             slot.name[name.copy(slot.name.data(), name.size())] = '\0';
-            std::atomic_signal_fence(std::memory_order_release);
-            slot.is_taken = 1;
+            slot.state = State::held;
             slot_ = static_cast<int>(i);
         }
     }
@@ -88,7 +92,7 @@ RemoveOnSignal::RemoveOnSignal(const std::filesystem::path& file) {
 
 RemoveOnSignal::~RemoveOnSignal() {
     if (slot_ >= 0) {
-        slots[static_cast<std::size_t>(slot_)].is_taken = 0;
+        slots[static_cast<std::size_t>(slot_)].state = State::free;
     }
 }
 

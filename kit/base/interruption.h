@@ -13,8 +13,7 @@ void set_up_signals();
 /// While it lives, a signal that ends the program removes the file, or the directory if no other
 /// files are in it. Does nothing before `set_up_signals`.
 ///
-/// At most eight files are held at a time, with names of up to 4095 bytes; others stay behind. Not
-/// for use by several threads at once.
+/// At most eight files are held at a time, with names of up to 4095 bytes; others stay behind.
 class RemoveOnSignal {
 public:
     /// Made before the file is, so that no signal comes in between.
