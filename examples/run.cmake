@@ -18,7 +18,10 @@ foreach(output IN LISTS OUTPUTS)
     endif()
 endforeach()
 
-# Without arguments a program says how it is used, and fails.
+# Without the arguments that it needs a program prints its usage and fails.
+if(NOT ARGUMENTS)
+    return()
+endif()
 execute_process(COMMAND ${PROGRAM} RESULT_VARIABLE status ERROR_VARIABLE usage)
 if(NOT status EQUAL 1 OR NOT usage MATCHES "^usage: ")
     message(FATAL_ERROR "without arguments: exit status ${status}, ${usage}")

@@ -6,22 +6,6 @@
 #include "apps/command/messages.h"
 
 namespace korvel::command {
-void load_model(const std::string& file, TMOD3D& out) {
-    const kit::TextFile text(file);
-    try {
-        if (const auto note = kit::read_model(text, out)) {
-            warn(*note);
-        }
-    } catch (const kit::Error&) {
-        const kit::FileKind kind = kit::kind_of(text);
-        // A damaged model may follow another kind farther.
-        if (kind != kit::FileKind::model && kit::is_whole(text, kind)) {
-            throw kit::input_error(file + ": is a " + kit::kind_name(kind) +
-                                   ", not a body model file");
-        }
-        throw;
-    }
-}
 
 kit::Solids load_solids(const std::string& file) {
     return kit::Solids::read(file, {.on_warning = warn});

@@ -8,11 +8,6 @@
 
 namespace korvel::command {
 
-/// Reads a body model file into an empty model. Warns of the first whole-numbered coordinate that
-/// single precision changes. Throws an input error, which names the kind of the file if it is not a
-/// model.
-void load_model(const std::string& file, TMOD3D& out);
-
 /// Throws an input error unless the number is one of `size` things of the file: "korvel: --body:
 /// '7' is not a body of states.model, they go from 0 to 3".
 void check_number(const std::string& option, int number, int size, const std::string& thing,

@@ -42,12 +42,12 @@ private:
     int turntable_ = 0;
     std::string pick_;
     std::string click_;
-    TMOD3D model_;
+    kit::Solids solids_;
 };
 
-void print_bounds(const TMOD3D& model, const kit::ViewFrame& frame);
-void print_pick(const TMOD3D& model, const kit::Pick& pick);
-std::string point_text(const double* point);
+void print_bounds(const kit::Solids& solids, const kit::ViewFrame& frame);
+void print_pick(const kit::Solids& solids, const kit::Pick& pick);
+std::string point_text(const kit::Point3& point);
 
 void ViewCommand::run() {
     check();
@@ -151,19 +151,16 @@ void ViewCommand::check() const {
 }
 
 void ViewCommand::load() {
-    load_model(input_, model_);
+    solids_ = load_solids(input_);
     std::printf("%s: %s, bounds %s\n", input_.c_str(),
-                counted(model_.bodies.GetSize(), "body", "bodies").c_str(),
-                bounds_text(model_.wrap_cuboid, 3).c_str());
+                counted(solids_.size(), "body", "bodies").c_str(), bounds_text(solids_).c_str());
     const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
-    model_.vis_angle_1 = angles[0];
-    model_.vis_angle_2 = angles[1];
-    model_.change_vis_parm();
+    solids_.set_view({.turn = angles[0], .tilt = angles[1]});
 }
 
 void ViewCommand::look(kit::ViewOptions options) {
     const Stopwatch time;
-    const kit::ViewFrame frame = kit::view_frame(model_, options);
+    const kit::ViewFrame frame = kit::view_frame(solids_, options);
     check_frame(frame);
     options.marked = pick_requested_point(frame);
     if (picture_.empty()) {
@@ -171,17 +168,17 @@ void ViewCommand::look(kit::ViewOptions options) {
     }
     {
         const ProgressLine progress("painting");
-        kit::write_picture(model_, picture_, options);
+        kit::write_picture(solids_, picture_, options);
     }
     std::printf("wrote %s in %.1f ms\n", picture_.c_str(), time.milliseconds());
 }
 
 void ViewCommand::turn_round(const kit::ViewOptions& options) {
     const Stopwatch time;
-    check_frame(kit::turntable_frame(model_, options));
+    check_frame(kit::turntable_frame(solids_, options));
     {
         ProgressLine progress("painting");
-        kit::write_turntable(model_, picture_, turntable_, options, progress.context());
+        kit::write_turntable(solids_, picture_, turntable_, options, progress.context());
     }
     const auto files = kit::turntable_files(picture_, turntable_);
     std::printf("wrote %s to %s in %.1f ms\n", files.front().c_str(), files.back().c_str(),
@@ -206,7 +203,7 @@ void ViewCommand::check_frame(const kit::ViewFrame& frame) const {
                                " wide cannot be drawn");
     }
     if (is_verbose_) {
-        print_bounds(model_, frame);
+        print_bounds(solids_, frame);
     }
 }
 
@@ -225,17 +222,17 @@ std::optional<kit::Pick> ViewCommand::pick_requested_point(const kit::ViewFrame&
     if (!click_.empty()) {
         place = "pixel " + click_ + " at " + number_text(at.x) + "," + number_text(at.y);
     }
-    const std::optional<kit::Pick> found = kit::pick(model_, at.x, at.y);
+    const std::optional<kit::Pick> found = solids_.pick(at.x, at.y);
     if (found) {
         std::printf("%s: ", place.c_str());
-        print_pick(model_, *found);
+        print_pick(solids_, *found);
     } else {
         std::printf("%s: none\n", place.c_str());
     }
     return found;
 }
 
-void print_bounds(const TMOD3D& model, const kit::ViewFrame& frame) {
+void print_bounds(const kit::Solids& solids, const kit::ViewFrame& frame) {
     const double shown[] = {frame.left, frame.right(), frame.bottom, frame.top()};
     const auto print = [](const char* what, const double* pairs, int axes) {
         std::printf("%s", what);
@@ -246,21 +243,21 @@ void print_bounds(const TMOD3D& model, const kit::ViewFrame& frame) {
         }
         std::printf("\n");
     };
-    print("view: model", model.view_bounds, 3);
+    print("view: model", solids.model().view_bounds, 3);
     print("view: picture", shown, 2);
 }
 
-void print_pick(const TMOD3D& model, const kit::Pick& pick) {
-    const LINE3D& edge = model.lines[pick.edge];
+void print_pick(const kit::Solids& solids, const kit::Pick& pick) {
+    const auto [start, end] = solids.edge(pick.edge);
     std::printf("face %d of body %d, point %s, depth %s\n", pick.face, pick.body,
-                point_text(pick.point.data()).c_str(), number_text(pick.depth).c_str());
+                point_text(pick.point).c_str(), number_text(pick.depth).c_str());
     std::printf("nearest vertex %d at %s\n", pick.vertex,
-                point_text(model.verts[pick.vertex].model_xyz).c_str());
-    std::printf("nearest edge %d between vertices %d and %d, point on it %s\n", pick.edge,
-                edge.start_vert, edge.end_vert, point_text(pick.on_edge.data()).c_str());
+                point_text(solids.vertex(pick.vertex)).c_str());
+    std::printf("nearest edge %d between vertices %d and %d, point on it %s\n", pick.edge, start,
+                end, point_text(pick.on_edge).c_str());
 }
 
-std::string point_text(const double* point) {
+std::string point_text(const kit::Point3& point) {
     return number_text(point[0]) + "," + number_text(point[1]) + "," + number_text(point[2]);
 }
 

@@ -5,6 +5,19 @@
 
 namespace korvel::kit {
 
+ViewFrame view_frame(const Solids& solids, const ViewOptions& options) {
+    return view_frame(solids.model(), options);
+}
+
+ViewFrame turntable_frame(const Solids& solids, const ViewOptions& options) {
+    return turntable_frame(solids.model(), options);
+}
+
+void draw_view(const Solids& solids, const ViewFrame& frame, const ViewOptions& options) {
+    const auto held = solids.hold();
+    draw_view(solids.model(), frame, options);
+}
+
 ViewFrame view_frame(const TMOD3D& model, const ViewOptions& options) {
     return options.part ? part_of_view(model, *options.part, options.size)
                         : whole_view(model, options.box, options.size);

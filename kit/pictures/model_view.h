@@ -6,6 +6,7 @@
 #include "kit/pictures/picture_size.h"
 #include "kit/pictures/view_frame.h"
 #include "kit/solids/pick.h"
+#include "kit/solids/solids.h"
 #include "korvel/module/korvel.h"
 
 // Views of models, drawn by OpenGL at the angles to which the model is turned: `Solids::set_view`,
@@ -35,14 +36,18 @@ struct ViewOptions {
     OffscreenRenderer* screen = nullptr;
 };
 
-/// What a picture of the model shows, in the coordinates that `Solids::pick` takes. Constant time.
+/// What a picture shows, in the coordinates that `Solids::pick` takes: a click on pixel x, y picks
+/// at `u_of(x)`, `v_of(y)`. Constant time.
+ViewFrame view_frame(const Solids& solids, const ViewOptions& options = {});
 ViewFrame view_frame(const TMOD3D& model, const ViewOptions& options = {});
 
 /// What each picture of a turntable shows, in the same scale at every turn. Linear in the vertices.
+ViewFrame turntable_frame(const Solids& solids, const ViewOptions& options = {});
 ViewFrame turntable_frame(const TMOD3D& model, const ViewOptions& options = {});
 
 /// Draws the model into the current OpenGL context, as large as the frame. `begin_view` is called
 /// first; afterwards the depth test is off if a pick was marked. Linear in the model.
+void draw_view(const Solids& solids, const ViewFrame& frame, const ViewOptions& options = {});
 void draw_view(const TMOD3D& model, const ViewFrame& frame, const ViewOptions& options = {});
 
 } // namespace korvel::kit

@@ -48,6 +48,11 @@ void check_turntable_files(const fs::path& file, int count) {
     }
 }
 
+void write_picture(const Solids& solids, const fs::path& file, const ViewOptions& options) {
+    const auto held = solids.hold();
+    write_picture(solids.model(), file, options);
+}
+
 void write_picture(const TMOD3D& model, const fs::path& file, const ViewOptions& options) {
     require_png(file);
     OutputFile out(file);
@@ -57,6 +62,11 @@ void write_picture(const TMOD3D& model, const fs::path& file, const ViewOptions&
         screen.write_png(out);
     });
     out.replace();
+}
+
+void write_turntable(Solids& solids, const fs::path& file, int count, const ViewOptions& options,
+                     const Context& context) {
+    write_turntable(solids.model(), file, count, options, context);
 }
 
 // No target is replaced before all pictures are complete.

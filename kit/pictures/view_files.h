@@ -22,6 +22,8 @@ void check_turntable_files(const std::filesystem::path& file, int count);
 /// Writes a picture of the model as PNG, completely or not at all. Throws an `Error`: of kind input
 /// for another extension and for a model too small or too large for single precision, of kind
 /// output where there is no OpenGL or the picture cannot be written.
+void write_picture(const Solids& solids, const std::filesystem::path& file,
+                   const ViewOptions& options = {});
 void write_picture(const TMOD3D& model, const std::filesystem::path& file,
                    const ViewOptions& options = {});
 
@@ -29,6 +31,8 @@ void write_picture(const TMOD3D& model, const std::filesystem::path& file,
 /// completely or not at all. `options.part` and `options.marked` have no effect. The files are
 /// numbered from 0: ball-00.png, ball-01.png … for ball.png. Afterwards the model is turned as
 /// before. Throws like `write_picture`.
+void write_turntable(Solids& solids, const std::filesystem::path& file, int count,
+                     const ViewOptions& options = {}, const Context& context = {});
 void write_turntable(TMOD3D& model, const std::filesystem::path& file, int count,
                      const ViewOptions& options = {}, const Context& context = {});
 

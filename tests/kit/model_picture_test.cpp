@@ -5,7 +5,7 @@
 
 #include "kit/base/error.h"
 #include "kit/pictures/model_picture.h"
-#include "kit/pictures/offscreen_renderer.h"
+#include "kit/pictures/view_files.h"
 #include "tests/support/pixels.h"
 #include "tests/support/scratch.h"
 
@@ -181,6 +181,29 @@ TEST_F(ModelPicture, KeepsInsideOfItsFrameWhileItTurns) {
     EXPECT_LT(reach[0], 0.8); // the page is wider than the model
     EXPECT_NEAR(reach[1], 0.96, 0.002);
     EXPECT_NEAR(reach[2], 0.96, 0.01);
+}
+
+TEST_F(ModelPicture, TurntablesAreCompleteOrAbsent) {
+    const kit::ViewOptions options = {.size = {60, 40}, .box = true};
+    kit::write_turntable(model_, path("t.png"), 3, options);
+    EXPECT_EQ(files(), 3);
+    EXPECT_NE(read("t-00.png"), read("t-01.png"));
+    EXPECT_EQ(model_.vis_angle_1, turn);
+    kit::write_picture(model_, path("t-00.png"), options);
+
+    kit::Context context;
+    context.on_progress = [](const kit::Progress& progress) {
+        if (progress.fraction > 0) {
+            throw kit::Error(kit::Error::Kind::cancelled, "enough");
+        }
+    };
+    const std::string before = read("t-01.png");
+    model_.bodies[0].hue = 300;
+    EXPECT_THROW(kit::write_turntable(model_, path("t.png"), 3, options, context), kit::Error);
+    EXPECT_EQ(files(), 3);
+    EXPECT_EQ(read("t-01.png"), before);
+    EXPECT_EQ(model_.vis_angle_1, turn);
+    EXPECT_THROW(kit::write_picture(model_, path("t.svg"), options), kit::Error);
 }
 
 TEST_F(ModelPicture, NothingIsTooMuch) {

@@ -54,13 +54,21 @@ else()
     file(RENAME ${work_dir}/first ${prefix})
 endif()
 
-run(
-    ${CMAKE_COMMAND} -S ${PROGRAM_DIR} -B ${work_dir}/build -G ${GENERATOR}
-    -DCMAKE_BUILD_TYPE=${CONFIG} -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
-    -DCMAKE_CXX_FLAGS=${CXX_FLAGS} -DCMAKE_PREFIX_PATH=${prefix} -DWITH_KIT=${WITH_KIT}
-)
-run(${CMAKE_COMMAND} --build ${work_dir}/build --config ${CONFIG})
-run(${CMAKE_CTEST_COMMAND} --test-dir ${work_dir}/build -C ${CONFIG} --output-on-failure)
+set(projects ${PROGRAM_DIR})
+if(WITH_KIT)
+    list(APPEND projects ${PROGRAM_DIR}/../../examples)
+endif()
+foreach(project IN LISTS projects)
+    cmake_path(GET project FILENAME name)
+    set(build_dir ${work_dir}/build-${name})
+    run(
+        ${CMAKE_COMMAND} -S ${project} -B ${build_dir} -G ${GENERATOR}
+        -DCMAKE_BUILD_TYPE=${CONFIG} -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
+        -DCMAKE_CXX_FLAGS=${CXX_FLAGS} -DCMAKE_PREFIX_PATH=${prefix} -DWITH_KIT=${WITH_KIT}
+    )
+    run(${CMAKE_COMMAND} --build ${build_dir} --config ${CONFIG})
+    run(${CMAKE_CTEST_COMMAND} --test-dir ${build_dir} -C ${CONFIG} --output-on-failure)
+endforeach()
 
 # build_with_pkgconfig(program module): the program of main.cpp or kit_main.cpp.
 function(build_with_pkgconfig program module)

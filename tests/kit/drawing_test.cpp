@@ -1,0 +1,125 @@
+// Pictures in a host's own device context, and the matrices for its own OpenGL window.
+
+#include <gmock/gmock.h>
+
+#include "kit/kit.h"
+#include "tests/support/recording_dc.h"
+
+namespace korvel::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+/// Two squares of 10 and 20 units beside each other; x from 0 to 30, y from 0 to 20.
+kit::Map two_squares() {
+    kit::Network network;
+    network.add_curve(std::vector<kit::GridPoint>{{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}});
+    network.add_curve(std::vector<kit::GridPoint>{{10, 0}, {30, 0}, {30, 20}, {10, 20}, {10, 0}});
+    return kit::find_regions(network).take_map();
+}
+
+std::vector<std::string> of_kind(const RecordingDC& dc, const std::string& start) {
+    std::vector<std::string> found;
+    for (const std::string& call : dc.calls) {
+        if (call.rfind(start, 0) == 0) {
+            found.push_back(call);
+        }
+    }
+    return found;
+}
+
+class Labels final : public kit::LabelWriter {
+public:
+    std::vector<std::string> texts;
+
+    void write_text(const std::string& text, double, double, double, kit::Anchor) override {
+        texts.push_back(text);
+    }
+    double text_width(const std::string& text, double size) override {
+        return static_cast<double>(text.size()) * size / 2;
+    }
+};
+
+TEST(Drawing, MapsComeLargestFirstInTheirColours) {
+    kit::Map map = two_squares();
+    const int small = map.region_at({5, 5}).value();
+    map.set_colour(small, {1, 2, 3});
+    map.set_colour(1 - small, {4, 5, 6});
+    RecordingDC dc;
+    kit::MapPictureOptions options = {.size = {340, 240}, .colours = kit::RegionColours::own};
+    kit::draw(map, dc, options); // 11 pixels to a unit
+    EXPECT_THAT(of_kind(dc, "brush "),
+                ElementsAre("brush 4-5-6", "brush back", "brush 1-2-3", "brush back"));
+    EXPECT_THAT(of_kind(dc, "polygons").at(1), HasSubstr(" 4,9 114,9 114,119 4,119"));
+    EXPECT_EQ(dc.calls.back(), "pen back");
+
+    RecordingDC distinct;
+    options.colours = kit::RegionColours::distinct;
+    kit::draw(map, distinct, options);
+    EXPECT_THAT(distinct.calls, Not(Contains("brush 1-2-3")));
+    EXPECT_EQ(of_kind(distinct, "polygons"), of_kind(dc, "polygons"));
+    EXPECT_EQ(map[small].colour(), (kit::Colour{1, 2, 3}));
+
+    RecordingDC triangles;
+    const kit::Triangulation mesh = kit::triangulate(map);
+    kit::draw(mesh, triangles, options);
+    EXPECT_EQ(of_kind(triangles, "polygon ").size(),
+              static_cast<std::size_t>(mesh.triangle_count()));
+
+    RecordingDC empty;
+    kit::draw(kit::Map(), empty, options);
+    EXPECT_THAT(of_kind(empty, "polygon"), IsEmpty());
+}
+
+TEST(Drawing, SectionsHaveLabelsWhereTheHostWritesThem) {
+    const kit::Section section = kit::make_cuboid({0, 0, 0}, {6, 4, 2}).cut(kit::Plane::at_y(0.5));
+    kit::SectionPictureOptions options = {.size = {600, 400}, .title = "a cut"};
+    RecordingDC bare;
+    kit::draw(section, bare, options);
+    EXPECT_EQ(of_kind(bare, "polygons").size(), 1U);
+    EXPECT_THAT(of_kind(bare, "line"), IsEmpty());
+
+    Labels labels;
+    options.labels = &labels;
+    RecordingDC full;
+    kit::draw(section, full, options);
+    EXPECT_GT(of_kind(full, "line").size(), 10U);
+    for (const char* text : {"a cut", "x", "z", "0.0", "-2.5"}) {
+        EXPECT_THAT(labels.texts, Contains(text));
+    }
+    RecordingDC nothing;
+    kit::draw(kit::Section(), nothing, options);
+    EXPECT_THAT(nothing.calls, IsEmpty());
+}
+
+TEST(Drawing, TheMatricesPlaceTheModelInTheFrame) {
+    kit::Solids solids = kit::make_cuboid({50, -60, 70}, {4, 2, 3}, 1);
+    solids.set_view({.turn = 25, .tilt = -65});
+    const std::array<double, 16> view = kit::view_matrix(solids.model());
+    const kit::ViewFrame frame = kit::view_frame(solids, {.size = {400, 300}});
+    const std::array<double, 16> projection = kit::projection(frame).matrix();
+    const auto times = [](const std::array<double, 16>& m, const kit::Point3& p) {
+        kit::Point3 product;
+        for (std::size_t row = 0; row < 3; ++row) {
+            product[row] = m[row] * p[0] + m[4 + row] * p[1] + m[8 + row] * p[2] + m[12 + row];
+        }
+        return product;
+    };
+    for (const VERT3D& vertex : solids.model().verts) {
+        const kit::Point3 seen = times(view, kit::to_point(vertex.model_xyz));
+        for (int k = 0; k < 3; ++k) {
+            EXPECT_NEAR(seen[k], vertex.view_xyz[k], 1e-12);
+            EXPECT_LT(std::abs(times(projection, seen)[k]), 1);
+        }
+    }
+    // The corner that is nearest to the viewer has the least depth.
+    const kit::Point3 corner = times(projection, {frame.left, frame.top(), frame.nearest});
+    EXPECT_THAT(corner, testing::Pointwise(testing::DoubleNear(1e-12), {-1.0, 1.0, -1.0}));
+}
+
+} // namespace
+} // namespace korvel::test
