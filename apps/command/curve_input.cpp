@@ -46,7 +46,7 @@ void CurveInput::load(const kit::TextFile& file) {
     }
     std::printf("%s with %s, %s\n", counted(map.size(), "region").c_str(),
                 counted(holes, "hole").c_str(),
-                counted(map.point_count(), "distinct point").c_str());
+                counted(found_->builder().unique_pts.GetSize(), "distinct point").c_str());
     std::printf("reading %.1f ms, finding regions %.1f ms\n", read_time, finding.milliseconds());
 }
 
