@@ -1,10 +1,19 @@
 #include "kit/files/model_file.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <string_view>
+
 #include "kit/base/error.h"
 
 namespace korvel::kit {
 namespace {
 
+bool reads_without_doubt(const TextFile& file, TMOD3D& out);
+std::optional<long long> count_plain_numbers(std::string_view text);
+long long count_numbers(const TMOD3D& model);
+bool has_exact_coordinates(const TMOD3D& model);
 int read_model_count(WordReader& words, const char* what);
 void read_vertices(WordReader& words, TMOD3D& out, RecordLines& lines);
 void read_faces(WordReader& words, TMOD3D& out, RecordLines& lines);
@@ -12,16 +21,23 @@ void read_bodies(WordReader& words, TMOD3D& out, RecordLines& lines);
 
 } // namespace
 
+// The words are checked one by one only where the library's own reading leaves a doubt, because
+// that takes as long as the reading.
 std::optional<std::string> read_model(const TextFile& file, TMOD3D& out) {
-    TMOD3D checked;
-    WordReader words(file);
-    const RecordLines lines = read_model(words, checked);
-    out.read_mode(stream_of(file).get());
+    std::optional<std::string> change;
+    if (!reads_without_doubt(file, out)) {
+        out.RemoveAll();
+        TMOD3D checked;
+        WordReader words(file);
+        const RecordLines lines = read_model(words, checked);
+        change = message(file, first_change(checked, lines));
+        out.read_mode(stream_of(file).get());
+    }
     if (out.mode_ok == 0) {
         throw input_error(file.name + ": the library does not read this model");
     }
     colours_from_parameters(out);
-    return message(file, first_change(checked, lines));
+    return change;
 }
 
 RecordLines read_model(WordReader& words, TMOD3D& out) {
@@ -66,6 +82,81 @@ void colours_from_parameters(TMOD3D& model) {
 }
 
 namespace {
+
+// Whether the library has read a model, and each word of the file as one number of it. A word that
+// it would take for two numbers makes more numbers than words; one that is left over, fewer.
+bool reads_without_doubt(const TextFile& file, TMOD3D& out) {
+    const std::optional<long long> words = count_plain_numbers(file.text);
+    if (!words) {
+        return false;
+    }
+    const auto stream = stream_of(file);
+    out.read_mode(stream.get());
+    if (out.mode_ok == 0 || count_numbers(out) != *words || !has_exact_coordinates(out)) {
+        return false;
+    }
+    int last = std::getc(stream.get());
+    while (is_white_space(last)) {
+        last = std::getc(stream.get());
+    }
+    return last == EOF;
+}
+
+// The number of words, if each consists of the characters of decimal numbers and none is an integer
+// that might not fit 32 bits.
+std::optional<long long> count_plain_numbers(std::string_view text) {
+    constexpr int most_digits = 9;
+    long long words = 0;
+    int length = 0;
+    bool is_integer = true;
+    for (const char c : text) {
+        if (is_white_space(c)) {
+            if (is_integer && length > most_digits) {
+                return {};
+            }
+            length = 0;
+            is_integer = true;
+            continue;
+        }
+        words += length == 0 ? 1 : 0;
+        ++length;
+        if (c >= '0' && c <= '9') {
+            continue;
+        }
+        if (c != '.' && c != '-' && c != '+' && c != 'e' && c != 'E') {
+            return {};
+        }
+        is_integer = is_integer && c != '.' && c != 'e' && c != 'E';
+    }
+    if (is_integer && length > most_digits) {
+        return {};
+    }
+    return words;
+}
+
+long long count_numbers(const TMOD3D& model) {
+    constexpr int counts = 3;
+    constexpr int numbers_before_faces = 4; // of a body: its count of faces and three parameters
+    long long numbers = counts + 3LL * model.verts.GetSize() + 3LL * model.polys.GetSize();
+    for (const BODY3D& body : model.bodies) {
+        numbers += numbers_before_faces + body.polys.GetSize();
+    }
+    return numbers;
+}
+
+// Whether single precision holds every whole number of the size of the coordinates.
+bool has_exact_coordinates(const TMOD3D& model) {
+    constexpr double first_inexact = 1 << 24;
+    const auto is_small = [](double value) { return std::abs(value) < first_inexact; };
+    return std::all_of(model.verts.begin(), model.verts.end(),
+                       [&](const VERT3D& vertex) {
+                           return std::all_of(vertex.model_xyz, vertex.model_xyz + 3, is_small);
+                       }) &&
+           std::all_of(model.bodies.begin(), model.bodies.end(), [&](const BODY3D& body) {
+               return std::isfinite(body.param_1) && std::isfinite(body.param_2) &&
+                      std::isfinite(body.param_3);
+           });
+}
 
 // The library reads no model without vertices, faces or bodies.
 int read_model_count(WordReader& words, const char* what) {

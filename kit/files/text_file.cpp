@@ -14,9 +14,6 @@
 namespace korvel::kit {
 namespace {
 
-// What fscanf skips between two values in the C locale.
-constexpr std::string_view white_space = " \t\n\v\f\r";
-
 [[noreturn]] void fail_to_read(const std::string& name, int error) {
     throw input_error(name + ": cannot be read: " + std::generic_category().message(error),
                       {.file = name});

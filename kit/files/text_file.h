@@ -19,6 +19,12 @@ struct TextFile {
     explicit TextFile(const std::filesystem::path& file);
 };
 
+/// What fscanf skips between two values in the C locale.
+constexpr std::string_view white_space = " \t\n\v\f\r";
+constexpr bool is_white_space(int c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 /// A problem or an oddity in a file.
 struct Finding {
     int line = 0;
