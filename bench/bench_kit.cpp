@@ -66,9 +66,55 @@ void kit_triangles(benchmark::State& state) {
     }
 }
 
+/// A ball of 81,920 faces, 200 wide.
+TMOD3D& ball() {
+    static TMOD3D model;
+    if (model.verts.IsEmpty()) {
+        double centre[] = {0, 0, 0};
+        double radius[] = {100};
+        model.inti_mode(centre, radius, 0, 6);
+    }
+    return model;
+}
+
+void exact_read(benchmark::State& state) {
+    const korvel::bench::ModelFile file(ball());
+    for (auto _ : state) {
+        TMOD3D model;
+        korvel::bench::read_model(file.path(), model);
+    }
+}
+
+void kit_read(benchmark::State& state) {
+    const korvel::bench::ModelFile file(ball());
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(kit::Solids::read(file.path()).size());
+    }
+}
+
+void exact_cut(benchmark::State& state) {
+    double plane[] = {0.25, 0.1, 1, -3.01};
+    for (auto _ : state) {
+        TMOD2D section;
+        ball().get_section(plane, section);
+        benchmark::DoNotOptimize(section.polys.GetSize());
+    }
+}
+
+void kit_cut(benchmark::State& state) {
+    const kit::Solids solids(ball());
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(solids.cut({0.25, 0.1, 1, -3.01}).size());
+    }
+}
+
 BENCHMARK(exact_regions)->Name("exact/regions")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_regions)->Name("kit/regions")->Unit(benchmark::kMillisecond);
 BENCHMARK(exact_triangles)->Name("exact/triangles")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_triangles)->Name("kit/triangles")->Unit(benchmark::kMillisecond);
+BENCHMARK(exact_read)->Name("exact/read")->Unit(benchmark::kMillisecond);
+BENCHMARK(kit_read)->Name("kit/read")->Unit(benchmark::kMillisecond);
+BENCHMARK(exact_cut)->Name("exact/cut")->Unit(benchmark::kMillisecond);
+BENCHMARK(kit_cut)->Name("kit/cut")->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -175,6 +175,7 @@ std::string bash_script(const std::vector<Command>& commands) {
         }
     }
     std::vector<std::string> names;
+    names.reserve(commands.size());
     for (const Command& command : commands) {
         names.push_back(command.name);
     }

@@ -40,6 +40,10 @@ TextFile::TextFile(const std::filesystem::path& file) : name(file.string()) {
     if (!stream) {
         fail_to_read(name, errno);
     }
+    std::error_code unknown; // of what is no regular file
+    if (const auto size = std::filesystem::file_size(file, unknown); !unknown) {
+        text.reserve(size);
+    }
     std::array<char, 1 << 16> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
     while (const std::size_t got = std::fread(block.data(), 1, block.size(), stream.get())) {
         text.append(block.data(), got);
