@@ -1,10 +1,11 @@
 // The exact classes alone, without the kit: curves, regions, triangles, solids and their section.
 
 #include <cstdio>
+#include <exception>
 
 #include "korvel/module/korvel.h"
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     FILE* const file = argc == 2 ? std::fopen(argv[1], "w") : nullptr;
     if (file == nullptr) {
         std::fputs("usage: exact_classes MODEL\n", stderr);
@@ -50,4 +51,7 @@ int main(int argc, char** argv) {
     }
     model.write_mode(file);
     std::fclose(file);
+} catch (const std::exception& error) { // no memory
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
 }
