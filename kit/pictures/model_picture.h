@@ -9,7 +9,7 @@ namespace korvel::kit {
 // What is drawn into a picture that `begin_view` has begun.
 
 /// A model whose view is current: its faces and, if wanted, all its edges and its wrap cuboid.
-void draw_model(const TMOD3D& model, bool with_edges, bool with_box);
+void draw_model(const TMOD3D& shown, bool with_edges, bool with_box);
 
 /// Marks over a drawn model what was picked: the face yellow where it is seen, and in front of
 /// everything the edge red, the vertex as a blue dot and the point as a smaller white one.

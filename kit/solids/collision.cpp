@@ -1,6 +1,7 @@
 #include "kit/solids/collision.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace korvel::kit {
 namespace {
@@ -36,7 +37,7 @@ namespace {
 class WholeList {
 public:
     explicit WholeList(CArray<int>& list) : list_(list) { whole.Copy(list); }
-    ~WholeList() { list_.Copy(whole); }
+    ~WholeList() { list_ = std::move(whole); }
     WholeList(const WholeList&) = delete;
     WholeList& operator=(const WholeList&) = delete;
 
