@@ -104,7 +104,7 @@ fs::path numbered_file(const fs::path& file, int number, int digits) {
 std::vector<fs::path> turntable_files(const fs::path& file, int count) {
     const int digits = std::max(2, static_cast<int>(std::to_string(count - 1).size()));
     std::vector<fs::path> files;
-    files.reserve(static_cast<std::size_t>(count));
+    files.reserve(static_cast<std::size_t>(std::max(0, count)));
     for (int i = 0; i < count; ++i) {
         files.push_back(numbered_file(file, i, digits));
     }
