@@ -35,7 +35,7 @@ private:
     friend void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record);
 
     HINSTANCE module_;
-    CDynLinkLibrary* next_;
+    CDynLinkLibrary* next_ = nullptr;
 };
 
 namespace korvel {

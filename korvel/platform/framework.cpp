@@ -91,8 +91,7 @@ void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record) {
     record = {};
 }
 
-CDynLinkLibrary::CDynLinkLibrary(const AFX_EXTENSION_MODULE& record)
-    : module_(record.hModule), next_(nullptr) {
+CDynLinkLibrary::CDynLinkLibrary(const AFX_EXTENSION_MODULE& record) : module_(record.hModule) {
     const std::lock_guard lock(korvel::chain_mutex);
     next_ = std::exchange(korvel::chain, this);
 }
