@@ -18,5 +18,5 @@ reachable() { # HEADER…: these and what they include of ours, each once
 }
 
 mkdir -p build/docs
-{ cat Doxyfile && printf 'INPUT += %s\n' $(reachable korvel/module/korvel.h kit/kit.h); } | doxygen -
+{ cat docs/Doxyfile && printf 'INPUT += %s\n' $(reachable korvel/module/korvel.h kit/kit.h); } | doxygen -
 echo "build/docs/html/index.html"

@@ -196,10 +196,10 @@ TEST(Solids, AnswerSeveralThreads) {
     other.join();
 }
 
-/// Carries out steps, and takes a copy of the model before each.
-class Session {
+/// Carries out edits, and keeps a copy of the model before each.
+class RecordedEdits {
 public:
-    Session() : editor(cuboid_and_ball()) {}
+    RecordedEdits() : editor(cuboid_and_ball()) {}
 
     void step(const std::string& what, const std::function<void()>& run) {
         names.push_back(what);
@@ -214,8 +214,8 @@ public:
 };
 
 TEST(Editor, UndoRestoresEveryBit) {
-    Session session;
-    kit::SolidsEditor& editor = session.editor;
+    RecordedEdits edits;
+    kit::SolidsEditor& editor = edits.editor;
     const auto seen = [&] { return editor.solids().to_view({0, 0, 4}); };
     const auto click = [&] {
         const auto found = editor.pick(seen()[0] + 0.3, seen()[1] + 0.2);
@@ -223,38 +223,37 @@ TEST(Editor, UndoRestoresEveryBit) {
         editor.gather_vertex(found->vertex, 2);
     };
     click();
-    session.step("move", [&] { editor.move({0.2, -0.1, 0.4}); });
+    edits.step("move", [&] { editor.move({0.2, -0.1, 0.4}); });
     EXPECT_TRUE(editor.judge().is_legal());
-    session.step("move by weight", [&] { editor.move_by_weight({-0.3, 0.2}); });
-    session.step("move in depth", [&] { editor.move_in_depth(0.3); });
+    edits.step("move by weight", [&] { editor.move_by_weight({-0.3, 0.2}); });
+    edits.step("move in depth", [&] { editor.move_in_depth(0.3); });
     editor.weigh();
-    session.step("move in depth, with weights", [&] { editor.move_in_depth_with_weights(-0.2); });
+    edits.step("move in depth, with weights", [&] { editor.move_in_depth_with_weights(-0.2); });
     click();
-    session.step("insert on a face", [&] { EXPECT_TRUE(editor.insert_on_face()); });
-    session.step("move the new vertex", [&] { editor.move({0, 0, 0.5}); });
+    edits.step("insert on a face", [&] { EXPECT_TRUE(editor.insert_on_face()); });
+    edits.step("move the new vertex", [&] { editor.move({0, 0, 0.5}); });
     click();
     const auto edge = editor.solids().edge(editor.pick(seen()[0], seen()[1])->edge);
     const kit::Point3 from = editor.solids().to_view(editor.solids().vertex(edge[0]));
     const kit::Point3 to = editor.solids().to_view(editor.solids().vertex(edge[1]));
     editor.pick(0.49 * (from[0] + to[0]) + 0.02 * seen()[0],
                 0.49 * (from[1] + to[1]) + 0.02 * seen()[1]);
-    session.step("insert on an edge", [&] { EXPECT_TRUE(editor.insert_on_edge()); });
+    edits.step("insert on an edge", [&] { EXPECT_TRUE(editor.insert_on_edge()); });
     editor.solids().cut(kit::Plane::at_x(0.1)); // leaves its marks
     editor.gather_body(1);
-    session.step("move a body", [&] { editor.move({9, 1, 0}); });
-    session.step("move a body onto a point", [&] { editor.move_picked_onto({-3, 5}); });
-    session.step("scale", [&] {
+    edits.step("move a body", [&] { editor.move({9, 1, 0}); });
+    edits.step("move a body onto a point", [&] { editor.move_picked_onto({-3, 5}); });
+    edits.step("scale", [&] {
         const kit::Point3 middle = seen();
         editor.scale({middle[0] + 1, middle[1] + 1}, {middle[0] - 4, middle[1] + 2});
     });
     EXPECT_GT(editor.solids()[1].volume(), 0) << "mirrored, and its faces turned";
     editor.gather_all();
-    session.step("move all", [&] { editor.move({1, 1, 1}); });
-    session.step("flatten", [&] { editor.move_onto({0.5, 0.5}); });
-    for (std::size_t i = session.before.size(); i-- > 0;) {
+    edits.step("move all", [&] { editor.move({1, 1, 1}); });
+    edits.step("flatten", [&] { editor.move_onto({0.5, 0.5}); });
+    for (std::size_t i = edits.before.size(); i-- > 0;) {
         ASSERT_TRUE(editor.undo());
-        EXPECT_PRED_FORMAT2(same_state, editor.solids().model(), session.before[i])
-            << session.names[i];
+        EXPECT_PRED_FORMAT2(same_state, editor.solids().model(), edits.before[i]) << edits.names[i];
     }
     EXPECT_FALSE(editor.undo());
 }
