@@ -7,7 +7,7 @@
 
 using namespace korvel::kit;
 
-/// What a window does on a mouse click and while a button is held; the pictures stand for it.
+/// What a window does on a mouse click and while a button is held; it draws into files.
 class Window {
 public:
     Window() : editor_(make_ball({0, 0, 0}, 10, 3)) {
