@@ -12,7 +12,7 @@ namespace {
 
 class CheckCommand {
 public:
-    explicit CheckCommand(CLI::App& command);
+    explicit CheckCommand(Options options);
     void run() const;
 
 private:
@@ -43,27 +43,24 @@ void CheckCommand::run() const {
 
 } // namespace
 
-void add_check_command(CLI::App& program) {
+void add_check_command(Program& program) {
     add_command<CheckCommand>(program, "check", "Report everything that is wrong with a file");
 }
 
 namespace {
 
-CheckCommand::CheckCommand(CLI::App& command) {
+CheckCommand::CheckCommand(Options options) {
     std::vector<std::string> words;
     for (const kit::FileKind kind : kit::file_kinds()) {
         words.emplace_back(kit::kind_word(kind));
     }
-    command.add_option("FILE", input_, "Any file that korvel reads or writes")
-        ->required()
-        ->type_name("FILE");
-    command
-        .add_option("--kind", kind_,
-                    "The expected kind: curves, regions, model,\n"
-                    "section, written-section or triangles; detected if not given")
-        ->type_name("KIND")
-        ->check(CLI::IsMember(words).description(""));
-    command.footer("One line for each problem, with file, line and value; notes are not problems.\n"
+    options.add("FILE", input_, "FILE", "Any file that korvel reads or writes").required();
+    options
+        .add("--kind", kind_, "KIND",
+             "The expected kind: curves, regions, model,\n"
+             "section, written-section or triangles; detected if not given")
+        .one_of(words);
+    options.footer("One line for each problem, with file, line and value; notes are not problems.\n"
                    "Exit status: 0 nothing wrong, 2 something wrong.\n"
                    "\n"
                    "Example:\n"

@@ -13,7 +13,7 @@ namespace {
 
 class CleanCommand {
 public:
-    explicit CleanCommand(CLI::App& command);
+    explicit CleanCommand(Options options);
     void run() const;
 
 private:
@@ -63,21 +63,18 @@ void CleanCommand::run() const {
 
 } // namespace
 
-void add_clean_command(CLI::App& program) {
+void add_clean_command(Program& program) {
     add_command<CleanCommand>(program, "clean",
                               "Remove bodies, unused faces and unused vertices from a model");
 }
 
 namespace {
 
-CleanCommand::CleanCommand(CLI::App& command) {
-    command.add_option("MODEL", input_, "Body model file")->required()->type_name("FILE");
-    command.add_option("--delete", deleted_, "Remove this body; may be repeated")
-        ->type_name("BODY")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    outputs_.add_file(command, "Write the model")->required();
-    command.footer(
+CleanCommand::CleanCommand(Options options) {
+    options.add("MODEL", input_, "FILE", "Body model file").required();
+    options.add("--delete", deleted_, "BODY", "Remove this body; may be repeated").repeated();
+    outputs_.add_file(options, "Write the model").required();
+    options.footer(
         "Faces of no body and vertices of no face are removed. The rest keeps its order\n"
         "and is renumbered. Bodies are named by their numbers in\n"
         "MODEL; a face that two bodies share remains with the other one.\n"

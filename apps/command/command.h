@@ -1,33 +1,32 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
+
+#include "apps/command/options.h"
 
 namespace korvel::command {
 
 /// Adds a command to the program. The constructor of `Command` adds the options, and `run` is
 /// called once they are parsed.
 template <class Command>
-void add_command(CLI::App& program, const char* name, const char* purpose) {
-    CLI::App* const command = program.add_subcommand(name, purpose);
-    command->group("Commands");
-    const auto self = std::make_shared<Command>(*command);
-    command->callback([self] { self->run(); });
+void add_command(Program& program, const char* name, const char* purpose) {
+    const Options options = program.add_command(name, purpose);
+    const auto self = std::make_shared<Command>(options);
+    options.then([self] { self->run(); });
 }
 
-void add_regions_command(CLI::App& program);
-void add_triangles_command(CLI::App& program);
-void add_locate_command(CLI::App& program);
-void add_solid_command(CLI::App& program);
-void add_starter_command(CLI::App& program);
-void add_section_command(CLI::App& program);
-void add_view_command(CLI::App& program);
-void add_merge_command(CLI::App& program);
-void add_clean_command(CLI::App& program);
-void add_inside_command(CLI::App& program);
-void add_move_command(CLI::App& program);
-void add_info_command(CLI::App& program);
-void add_check_command(CLI::App& program);
+void add_regions_command(Program& program);
+void add_triangles_command(Program& program);
+void add_locate_command(Program& program);
+void add_solid_command(Program& program);
+void add_starter_command(Program& program);
+void add_section_command(Program& program);
+void add_view_command(Program& program);
+void add_merge_command(Program& program);
+void add_clean_command(Program& program);
+void add_inside_command(Program& program);
+void add_move_command(Program& program);
+void add_info_command(Program& program);
+void add_check_command(Program& program);
 
 } // namespace korvel::command

@@ -8,15 +8,13 @@
 
 namespace korvel::command {
 
-void CurveInput::add_options(CLI::App& command) {
-    command
-        .add_option("--tolerance", tolerance_,
-                    "Curve ends closer than half of this are joined; 0 joins within 3")
-        ->type_name("T")
-        ->capture_default_str();
-    command.add_option("--select", select_, "Only the region under this point; may be repeated")
-        ->type_name("X,Y")
-        ->allow_extra_args(false);
+void CurveInput::add_options(Options options) {
+    options
+        .add("--tolerance", tolerance_, "T",
+             "Curve ends closer than half of this are joined; 0 joins within 3")
+        .with_default();
+    options.add("--select", select_, "X,Y", "Only the region under this point; may be repeated")
+        .repeated();
 }
 
 void CurveInput::check() const {

@@ -13,7 +13,7 @@ namespace {
 
 class InfoCommand {
 public:
-    explicit InfoCommand(CLI::App& command);
+    explicit InfoCommand(Options options);
     void run() const;
 
 private:
@@ -57,17 +57,15 @@ void InfoCommand::run() const {
 
 } // namespace
 
-void add_info_command(CLI::App& program) {
+void add_info_command(Program& program) {
     add_command<InfoCommand>(program, "info", "Describe a file and its contents");
 }
 
 namespace {
 
-InfoCommand::InfoCommand(CLI::App& command) {
-    command.add_option("FILE", input_, "Any file that korvel reads or writes")
-        ->required()
-        ->type_name("FILE");
-    command.footer("For each body of a model it lists the faces, edges and vertices, the Euler\n"
+InfoCommand::InfoCommand(Options options) {
+    options.add("FILE", input_, "FILE", "Any file that korvel reads or writes").required();
+    options.footer("For each body of a model it lists the faces, edges and vertices, the Euler\n"
                    "characteristic (vertices - edges + faces: 2 for a ball, 0 for a ring), the\n"
                    "volume and colour, whether the body is closed, and the bodies that share a\n"
                    "face with it.\n"

@@ -14,7 +14,7 @@ namespace {
 
 class InsideCommand {
 public:
-    explicit InsideCommand(CLI::App& command);
+    explicit InsideCommand(Options options);
     void run() const;
 
 private:
@@ -40,16 +40,16 @@ void InsideCommand::run() const {
 
 } // namespace
 
-void add_inside_command(CLI::App& program) {
+void add_inside_command(Program& program) {
     add_command<InsideCommand>(program, "inside", "Find the body that contains a point");
 }
 
 namespace {
 
-InsideCommand::InsideCommand(CLI::App& command) {
-    command.add_option("MODEL", input_, "Body model file")->required()->type_name("FILE");
-    command.add_option("POINTS", points_, "Points to look up")->required()->type_name("X,Y,Z");
-    command.footer("One line for each point: the point and the number of the first body that\n"
+InsideCommand::InsideCommand(Options options) {
+    options.add("MODEL", input_, "FILE", "Body model file").required();
+    options.add("POINTS", points_, "X,Y,Z", "Points to look up").required();
+    options.footer("One line for each point: the point and the number of the first body that\n"
                    "contains it, or 'none'. A point on a surface may count as either side. The\n"
                    "answers for an open body are uncertain; a warning names such bodies.\n"
                    "\n"

@@ -13,7 +13,7 @@ namespace {
 
 class LocateCommand {
 public:
-    explicit LocateCommand(CLI::App& command);
+    explicit LocateCommand(Options options);
     void run() const;
 
 private:
@@ -36,16 +36,16 @@ void LocateCommand::run() const {
 
 } // namespace
 
-void add_locate_command(CLI::App& program) {
+void add_locate_command(Program& program) {
     add_command<LocateCommand>(program, "locate", "Find the region that contains a point");
 }
 
 namespace {
 
-LocateCommand::LocateCommand(CLI::App& command) {
-    command.add_option("REGIONS", input_, "Polygon-region file")->required()->type_name("FILE");
-    command.add_option("POINTS", points_, "Points to look up")->required()->type_name("X,Y");
-    command.footer(
+LocateCommand::LocateCommand(Options options) {
+    options.add("REGIONS", input_, "FILE", "Polygon-region file").required();
+    options.add("POINTS", points_, "X,Y", "Points to look up").required();
+    options.footer(
         "One line for each point: the point and the index of the first region that\n"
         "contains it, or 'none'. Holes do not belong to a region, but a hole that is a region of\n"
         "its own is found.\n"

@@ -4,14 +4,11 @@
 
 namespace korvel::command {
 
-void MapView::add_options(CLI::App& command) {
-    command.add_option("--view", view_, "Two opposite corners of what the picture shows")
-        ->type_name("X,Y,X,Y");
-    command
-        .add_option("--stretch", stretch_,
-                    "Paint a unit of x this many times as long as a unit of y")
-        ->type_name("F")
-        ->capture_default_str();
+void MapView::add_options(Options options) {
+    options.add("--view", view_, "X,Y,X,Y", "Two opposite corners of what the picture shows");
+    options
+        .add("--stretch", stretch_, "F", "Paint a unit of x this many times as long as a unit of y")
+        .with_default();
 }
 
 void MapView::check() const {

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <string>
 
+#include "apps/command/options.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -11,7 +10,7 @@ namespace korvel::command {
 /// Which part of a map a picture shows, and how: `--view X,Y,X,Y` and `--stretch F`.
 class MapView {
 public:
-    void add_options(CLI::App& command);
+    void add_options(Options options);
 
     /// Throws an input error when an option does not fit.
     void check() const;

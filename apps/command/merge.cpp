@@ -14,7 +14,7 @@ namespace {
 
 class MergeCommand {
 public:
-    explicit MergeCommand(CLI::App& command);
+    explicit MergeCommand(Options options);
     void run() const;
 
 private:
@@ -38,16 +38,16 @@ void MergeCommand::run() const {
 
 } // namespace
 
-void add_merge_command(CLI::App& program) {
+void add_merge_command(Program& program) {
     add_command<MergeCommand>(program, "merge", "Put the bodies of several models into one model");
 }
 
 namespace {
 
-MergeCommand::MergeCommand(CLI::App& command) {
-    command.add_option("MODELS", inputs_, "Body model files")->required()->type_name("FILE");
-    outputs_.add_file(command, "Write the model")->required();
-    command.footer(
+MergeCommand::MergeCommand(Options options) {
+    options.add("MODELS", inputs_, "FILE", "Body model files").required();
+    outputs_.add_file(options, "Write the model").required();
+    options.footer(
         "Vertices, faces and bodies of the second model are numbered on from those of the\n"
         "first, and so on. Nothing is joined: bodies that touch or overlap keep\n"
         "their own vertices and faces. Colours and parameters of the bodies are kept.\n"

@@ -15,7 +15,7 @@ namespace {
 
 class MoveCommand {
 public:
-    explicit MoveCommand(CLI::App& command);
+    explicit MoveCommand(Options options);
     void run();
 
 private:
@@ -34,7 +34,7 @@ private:
     std::string angles_ = "0,0";
     Outputs outputs_;
 
-    CLI::Option* body_option_ = nullptr;
+    Option body_option_;
     kit::Point3 shift_ = {};
     kit::ViewAngles view_;
 };
@@ -54,34 +54,29 @@ void MoveCommand::run() {
 
 } // namespace
 
-void add_move_command(CLI::App& program) {
+void add_move_command(Program& program) {
     add_command<MoveCommand>(program, "move", "Move a body, or a vertex with what is around it");
 }
 
 namespace {
 
-MoveCommand::MoveCommand(CLI::App& command) {
-    command.add_option("MODEL", input_, "Body model file")->required()->type_name("FILE");
-    CLI::Option_group* const things = command.add_option_group("What moves", "One of:");
-    body_option_ = things->add_option("--body", body_, "This body, as it is")->type_name("BODY");
-    things->add_option("--vertex", vertex_, "This vertex, and those within --depth")
-        ->type_name("VERTEX");
-    things->require_option(1);
-    command.add_option("--depth", depth_, "Also move the vertices that are at most L edges away")
-        ->type_name("L")
-        ->check(CLI::Range(0, most_depth).description("0 to 1000"))
-        ->excludes(body_option_)
-        ->capture_default_str();
-    command.add_option("--by", by_, "How far, along the axes u, v and w of the view")
-        ->required()
-        ->type_name("DX,DY[,DZ]");
-    command
-        .add_option("--angles", angles_,
-                    "The view in degrees: turned by A about z, then tilted by B about x")
-        ->type_name("A,B")
-        ->capture_default_str();
-    outputs_.add_file(command, "Write the model")->required();
-    command.footer(
+MoveCommand::MoveCommand(Options options) {
+    options.add("MODEL", input_, "FILE", "Body model file").required();
+    Options things = options.one_of("What moves");
+    body_option_ = things.add("--body", body_, "BODY", "This body, as it is");
+    things.add("--vertex", vertex_, "VERTEX", "This vertex, and those within --depth");
+    options.add("--depth", depth_, "L", "Also move the vertices that are at most L edges away")
+        .from_to(0, most_depth, "0 to 1000")
+        .excludes(body_option_)
+        .with_default();
+    options.add("--by", by_, "DX,DY[,DZ]", "How far, along the axes u, v and w of the view")
+        .required();
+    options
+        .add("--angles", angles_, "A,B",
+             "The view in degrees: turned by A about z, then tilted by B about x")
+        .with_default();
+    outputs_.add_file(options, "Write the model").required();
+    options.footer(
         "In the view u runs to the right, v up and w towards the viewer. With --angles 0,0\n"
         "they are the model's x, y and z; with 0,90 they are x, -z and y; with 90,0 they\n"
         "are y, -x and z. Tilted by B and turned by A:\n"
@@ -109,7 +104,7 @@ void MoveCommand::read_arguments() {
 
 void MoveCommand::gather(kit::SolidsEditor& editor) const {
     const kit::Solids& solids = editor.solids();
-    if (body_option_->count() > 0) {
+    if (body_option_.is_given()) {
         check_number("--body", body_, solids.size(), "body", input_);
         if (solids[body_].vertices().empty()) {
             throw kit::input_error(input_ + ": body " + std::to_string(body_) +

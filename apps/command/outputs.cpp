@@ -11,18 +11,16 @@
 
 namespace korvel::command {
 
-CLI::Option* Outputs::add_file(CLI::App& command, const std::string& contents) {
-    return command.add_option("-o,--output", file_, contents)->type_name("FILE");
+Option Outputs::add_file(Options options, const std::string& contents) {
+    return options.add("-o,--output", file_, "FILE", contents);
 }
 
-void Outputs::add_picture(CLI::App& command) {
-    command.add_option("--picture", picture_, "Paint a picture: .png, .svg or .pdf")
-        ->type_name("FILE");
-    command
-        .add_option("--size", size_,
-                    "Size of the picture in pixels (.pdf: points), 16 to 20000 each")
-        ->type_name("WxH")
-        ->capture_default_str();
+void Outputs::add_picture(Options options) {
+    options.add("--picture", picture_, "FILE", "Paint a picture: .png, .svg or .pdf");
+    options
+        .add("--size", size_, "WxH",
+             "Size of the picture in pixels (.pdf: points), 16 to 20000 each")
+        .with_default();
 }
 
 void Outputs::check() const {

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <cstdio>
 #include <functional>
 #include <string>
 
+#include "apps/command/options.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -15,10 +14,10 @@ namespace korvel::command {
 class Outputs {
 public:
     /// Adds `-o` to a command; `contents` describes it in the help.
-    CLI::Option* add_file(CLI::App& command, const std::string& contents);
+    Option add_file(Options options, const std::string& contents);
 
     /// Adds `--picture` and `--size`.
-    void add_picture(CLI::App& command);
+    void add_picture(Options options);
 
     /// Looks for everything that would make `write` fail at the end of a long run. Throws
     /// an input error or an output error.

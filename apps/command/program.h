@@ -1,17 +1,12 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <memory>
 
-#include <string>
-#include <vector>
+#include "apps/command/options.h"
 
 namespace korvel::command {
 
-/// Adds name, help and all commands to the empty program.
-void build_program(CLI::App& program);
-
-/// The arguments in the order in which the program parses them, last first. Throws an input error
-/// when one of them is empty.
-std::vector<std::string> arguments(int argc, char** argv);
+/// The program `korvel` with its help and all commands.
+std::unique_ptr<Program> korvel_program();
 
 } // namespace korvel::command

@@ -7,11 +7,9 @@
 
 namespace korvel::command {
 
-void RegionInput::add_options(CLI::App& command) {
-    command.add_option("INPUT", file_, "Curve file or polygon-region file")
-        ->required()
-        ->type_name("FILE");
-    curve_input_.add_options(command);
+void RegionInput::add_options(Options options) {
+    options.add("INPUT", file_, "FILE", "Curve file or polygon-region file").required();
+    curve_input_.add_options(options);
 }
 
 kit::Map RegionInput::load() {

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <string>
 #include <vector>
 
 #include "apps/command/curve_input.h"
+#include "apps/command/options.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -14,7 +13,7 @@ namespace korvel::command {
 class RegionInput {
 public:
     /// Adds the file, `--tolerance` and `--select` to a command.
-    void add_options(CLI::App& command);
+    void add_options(Options options);
 
     /// Throws an input error when an option does not fit.
     void check() const { curve_input_.check(); }

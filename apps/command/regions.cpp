@@ -16,7 +16,7 @@ namespace {
 
 class RegionsCommand {
 public:
-    explicit RegionsCommand(CLI::App& command);
+    explicit RegionsCommand(Options options);
     void run();
 
 private:
@@ -54,25 +54,24 @@ void RegionsCommand::run() {
 
 } // namespace
 
-void add_regions_command(CLI::App& program) {
+void add_regions_command(Program& program) {
     add_command<RegionsCommand>(program, "regions",
                                 "Find the closed regions of a network of curves");
 }
 
 namespace {
 
-RegionsCommand::RegionsCommand(CLI::App& command) {
-    command.add_option("CURVES", input_, "Curve file")->required()->type_name("FILE");
-    curve_input_.add_options(command);
-    command
-        .add_option("--seed", seed_,
-                    "Only the ring around this point, with the rings directly inside it as holes")
-        ->type_name("X,Y")
-        ->excludes(command.get_option("--select"));
-    outputs_.add_file(command, "Write a polygon-region file");
-    outputs_.add_picture(command);
-    view_.add_options(command);
-    command.footer("Holes are regions of their own as well. Where regions lie inside one another,\n"
+RegionsCommand::RegionsCommand(Options options) {
+    options.add("CURVES", input_, "FILE", "Curve file").required();
+    curve_input_.add_options(options);
+    options
+        .add("--seed", seed_, "X,Y",
+             "Only the ring around this point, with the rings directly inside it as holes")
+        .excludes(options.option("--select"));
+    outputs_.add_file(options, "Write a polygon-region file");
+    outputs_.add_picture(options);
+    view_.add_options(options);
+    options.footer("Holes are regions of their own as well. Where regions lie inside one another,\n"
                    "--select takes the first one found whose outline contains the point.\n"
                    "\n"
                    "Examples:\n"

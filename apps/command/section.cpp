@@ -19,7 +19,7 @@ namespace {
 
 class SectionCommand {
 public:
-    explicit SectionCommand(CLI::App& command);
+    explicit SectionCommand(Options options);
     void run();
 
 private:
@@ -58,29 +58,26 @@ void SectionCommand::run() {
 
 } // namespace
 
-void add_section_command(CLI::App& program) {
+void add_section_command(Program& program) {
     add_command<SectionCommand>(program, "section", "Cut a model by a plane");
 }
 
 namespace {
 
-SectionCommand::SectionCommand(CLI::App& command) {
-    command.add_option("MODEL", input_, "Body model file")->required()->type_name("FILE");
-    CLI::Option_group* const planes = command.add_option_group("Plane", "One of:");
-    planes->add_option("--x", x_, "Cut along x: by the plane y = V")->type_name("V");
-    planes->add_option("--y", y_, "Cut along y: by the plane x = V")->type_name("V");
-    planes->add_option("--plane", plane_, "Cut by the plane A x + B y + C z + D = 0")
-        ->type_name("A,B,C,D");
-    planes->require_option(1);
-    outputs_.add_file(command, "Write a section file");
-    outputs_.add_picture(command);
-    command
-        .add_option("--sweep", sweep_,
-                    "Cut N times, evenly spaced through the whole model, parallel to the plane")
-        ->type_name("N")
-        ->check(CLI::Range(1, most_cuts).description(""))
-        ->excludes(command.get_option("--output"));
-    command.footer(
+SectionCommand::SectionCommand(Options options) {
+    options.add("MODEL", input_, "FILE", "Body model file").required();
+    Options planes = options.one_of("Plane");
+    planes.add("--x", x_, "V", "Cut along x: by the plane y = V");
+    planes.add("--y", y_, "V", "Cut along y: by the plane x = V");
+    planes.add("--plane", plane_, "A,B,C,D", "Cut by the plane A x + B y + C z + D = 0");
+    outputs_.add_file(options, "Write a section file");
+    outputs_.add_picture(options);
+    options
+        .add("--sweep", sweep_, "N",
+             "Cut N times, evenly spaced through the whole model, parallel to the plane")
+        .from_to(1, most_cuts)
+        .excludes(options.option("--output"));
+    options.footer(
         "--x and --y are named for the axis that runs along the cut, not for the one that the\n"
         "plane fixes. Where vertices of the model are on the plane, the cut is made just beside\n"
         "it. With --sweep the pictures are numbered: FILE-001.png and so on.\n"

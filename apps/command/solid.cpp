@@ -16,7 +16,7 @@ namespace {
 
 class SolidCommand {
 public:
-    explicit SolidCommand(CLI::App& command);
+    explicit SolidCommand(Options options);
     void run();
 
 private:
@@ -52,36 +52,30 @@ void SolidCommand::run() {
 
 } // namespace
 
-void add_solid_command(CLI::App& program) {
+void add_solid_command(Program& program) {
     add_command<SolidCommand>(program, "solid", "Raise regions to bodies");
 }
 
 namespace {
 
-SolidCommand::SolidCommand(CLI::App& command) {
-    input_.add_options(command);
-    command.add_option("--levels", levels_, "The lower and the upper level of the bodies")
-        ->required()
-        ->type_name("LO,HI");
-    command
-        .add_option("--axis", axis_,
-                    "Map x,y and level become: 1 x,y,level  2 x,level,y  3 level,x,y")
-        ->type_name("1|2|3")
-        ->check(CLI::Range(1, 3).description(""))
-        ->capture_default_str();
-    command.add_option("--unit", unit_, "Units of the map to a unit of the model, along x and y")
-        ->type_name("SX,SY")
-        ->capture_default_str();
-    command.add_option("--origin", origin_, "The point of the map that becomes 0,0")
-        ->type_name("X,Y")
-        ->capture_default_str();
-    command.add_option("--fill", fill_name_, "How the caps are triangulated")
-        ->type_name("front|delaunay|auto")
-        ->check(CLI::IsMember({"front", "delaunay", "auto"}).description(""))
-        ->capture_default_str();
-    command.add_flag("--verbose", is_verbose_, "Show the library's notices on standard error");
-    outputs_.add_file(command, "Write the model")->required();
-    command.footer(
+SolidCommand::SolidCommand(Options options) {
+    input_.add_options(options);
+    options.add("--levels", levels_, "LO,HI", "The lower and the upper level of the bodies")
+        .required();
+    options
+        .add("--axis", axis_, "1|2|3",
+             "Map x,y and level become: 1 x,y,level  2 x,level,y  3 level,x,y")
+        .from_to(1, 3)
+        .with_default();
+    options.add("--unit", unit_, "SX,SY", "Units of the map to a unit of the model, along x and y")
+        .with_default();
+    options.add("--origin", origin_, "X,Y", "The point of the map that becomes 0,0").with_default();
+    options.add("--fill", fill_name_, "front|delaunay|auto", "How the caps are triangulated")
+        .one_of({"front", "delaunay", "auto"})
+        .with_default();
+    options.add_flag("--verbose", is_verbose_, "Show the library's notices on standard error");
+    outputs_.add_file(options, "Write the model").required();
+    options.footer(
         "Each region becomes one closed body in a hue of its own. --fill front takes the\n"
         "library's own triangles and leaves out, with a warning, regions that they do not\n"
         "fit; auto uses constrained Delaunay triangles for those.\n"

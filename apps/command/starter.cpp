@@ -13,7 +13,7 @@ namespace {
 
 class StarterCommand {
 public:
-    explicit StarterCommand(CLI::App& command);
+    explicit StarterCommand(Options options);
     void run();
 
 private:
@@ -42,29 +42,25 @@ void StarterCommand::run() {
 
 } // namespace
 
-void add_starter_command(CLI::App& program) {
+void add_starter_command(Program& program) {
     add_command<StarterCommand>(program, "starter", "Make a cuboid or a ball");
 }
 
 namespace {
 
-StarterCommand::StarterCommand(CLI::App& command) {
-    command.add_option("SHAPE", kind_, "cube: a cuboid of 24 faces, ball: one of 20")
-        ->required()
-        ->type_name("cube|ball")
-        ->check(CLI::IsMember({"cube", "ball"}).description(""));
-    command.add_option("--center", center_, "The middle")
-        ->type_name("X,Y,Z")
-        ->capture_default_str();
-    command.add_option("--size", size_, "Of a cube the three edge lengths, of a ball the radius")
-        ->required()
-        ->type_name("X,Y,Z|R");
-    command.add_option("--rounds", rounds_, "How often each face is divided into four")
-        ->type_name("N")
-        ->check(CLI::Range(0, most_rounds).description("0 to 7"))
-        ->capture_default_str();
-    outputs_.add_file(command, "Write the model")->required();
-    command.footer("Examples:\n"
+StarterCommand::StarterCommand(Options options) {
+    options.add("SHAPE", kind_, "cube|ball", "cube: a cuboid of 24 faces, ball: one of 20")
+        .required()
+        .one_of({"cube", "ball"});
+    options.add("--center", center_, "X,Y,Z", "The middle").with_default();
+    options
+        .add("--size", size_, "X,Y,Z|R", "Of a cube the three edge lengths, of a ball the radius")
+        .required();
+    options.add("--rounds", rounds_, "N", "How often each face is divided into four")
+        .from_to(0, most_rounds, "0 to 7")
+        .with_default();
+    outputs_.add_file(options, "Write the model").required();
+    options.footer("Examples:\n"
                    "  korvel starter cube --size 10,20,5 -o box.model\n"
                    "  korvel starter ball --center 0,0,100 --size 50 --rounds 4 -o ball.model");
 }

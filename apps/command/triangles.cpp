@@ -17,7 +17,7 @@ namespace {
 
 class TrianglesCommand {
 public:
-    explicit TrianglesCommand(CLI::App& command);
+    explicit TrianglesCommand(Options options);
     void run();
 
 private:
@@ -53,23 +53,20 @@ void TrianglesCommand::run() {
 
 } // namespace
 
-void add_triangles_command(CLI::App& program) {
+void add_triangles_command(Program& program) {
     add_command<TrianglesCommand>(program, "triangles", "Cover regions with triangles");
 }
 
 namespace {
 
-TrianglesCommand::TrianglesCommand(CLI::App& command) {
-    input_.add_options(command);
-    command
-        .add_option(
-            "--trace", trace_directory_,
-            "Write every step into trg.dat and wwwtrg.dat in this directory; slow and large")
-        ->type_name("DIR");
-    outputs_.add_file(command, "Write the points and triangles");
-    outputs_.add_picture(command);
-    view_.add_options(command);
-    command.footer("A region that its triangles do not cover is named in a warning.\n"
+TrianglesCommand::TrianglesCommand(Options options) {
+    input_.add_options(options);
+    options.add("--trace", trace_directory_, "DIR",
+                "Write every step into trg.dat and wwwtrg.dat in this directory; slow and large");
+    outputs_.add_file(options, "Write the points and triangles");
+    outputs_.add_picture(options);
+    view_.add_options(options);
+    options.footer("A region that its triangles do not cover is named in a warning.\n"
                    "--tolerance applies to curve files only. The trace of a region grows with the "
                    "cube of its\n"
                    "points: --select a small one.\n"

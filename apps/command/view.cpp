@@ -15,7 +15,7 @@ namespace {
 
 class ViewCommand {
 public:
-    explicit ViewCommand(CLI::App& command);
+    explicit ViewCommand(Options options);
     void run();
 
 private:
@@ -66,45 +66,40 @@ void ViewCommand::run() {
 
 } // namespace
 
-void add_view_command(CLI::App& program) {
+void add_view_command(Program& program) {
     add_command<ViewCommand>(program, "view", "Paint a model, or report what is under a click");
 }
 
 namespace {
 
-ViewCommand::ViewCommand(CLI::App& command) {
-    command.add_option("MODEL", input_, "Body model file")->required()->type_name("FILE");
-    command
-        .add_option("--angles", angles_,
-                    "Degrees by which the model is turned about z, then tilted about x")
-        ->type_name("A,B")
-        ->capture_default_str();
-    command.add_flag("--edges", with_edges_, "Draw all edges in white");
-    command.add_flag("--box", with_box_, "Draw the box around the model in black");
-    CLI::Option* const picture = command.add_option("--picture", picture_, "Paint a picture: .png");
-    picture->type_name("FILE");
-    command.add_option("--size", size_, "Size of the picture in pixels, 16 to 20000 each")
-        ->type_name("WxH")
-        ->capture_default_str();
-    CLI::Option* const part =
-        command.add_option("--view", part_, "Two opposite corners of what the picture shows");
-    part->type_name("U,V,U,V");
-    CLI::Option* const turntable = command.add_option(
-        "--turntable", turntable_,
-        "Paint N pictures of the model as it turns about z once, all in one scale");
-    turntable->type_name("N")
-        ->check(CLI::Range(1, most_frames).description(""))
-        ->needs(picture)
-        ->excludes(part);
-    CLI::Option* const pick =
-        command.add_option("--pick", pick_, "Report what is at this position and mark it");
-    pick->type_name("U,V")->excludes(turntable);
-    command.add_option("--click", click_, "The same for a pixel of the picture")
-        ->type_name("X,Y")
-        ->excludes(turntable)
-        ->excludes(pick);
-    command.add_flag("--verbose", is_verbose_, "Report the bounds of the model and of the picture");
-    command.footer(
+ViewCommand::ViewCommand(Options options) {
+    options.add("MODEL", input_, "FILE", "Body model file").required();
+    options
+        .add("--angles", angles_, "A,B",
+             "Degrees by which the model is turned about z, then tilted about x")
+        .with_default();
+    options.add_flag("--edges", with_edges_, "Draw all edges in white");
+    options.add_flag("--box", with_box_, "Draw the box around the model in black");
+    const Option picture = options.add("--picture", picture_, "FILE", "Paint a picture: .png");
+    options.add("--size", size_, "WxH", "Size of the picture in pixels, 16 to 20000 each")
+        .with_default();
+    const Option part =
+        options.add("--view", part_, "U,V,U,V", "Two opposite corners of what the picture shows");
+    const Option turntable =
+        options
+            .add("--turntable", turntable_, "N",
+                 "Paint N pictures of the model as it turns about z once, all in one scale")
+            .from_to(1, most_frames)
+            .needs(picture)
+            .excludes(part);
+    const Option pick =
+        options.add("--pick", pick_, "U,V", "Report what is at this position and mark it")
+            .excludes(turntable);
+    options.add("--click", click_, "X,Y", "The same for a pixel of the picture")
+        .excludes(turntable)
+        .excludes(pick);
+    options.add_flag("--verbose", is_verbose_, "Report the bounds of the model and of the picture");
+    options.footer(
         "U and V are positions in the view, in units of the model: after turning, U runs to the\n"
         "right and V upward from the middle of the model's extent in the view. X and Y count\n"
         "pixels from the upper left corner of a picture of the given size. At angles 0,0 the\n"

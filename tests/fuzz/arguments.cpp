@@ -1,8 +1,6 @@
 // The command's arguments, one to a line: parsed without running the command, and each also parsed
 // as every kind of number list that an option accepts.
 
-#include <CLI/CLI.hpp>
-
 #include <sstream>
 #include <string>
 #include <vector>
@@ -18,23 +16,9 @@ using namespace korvel::kit;
 using namespace korvel::command;
 
 void parse(const std::vector<std::string>& words) {
-    CLI::App program;
-    build_program(program);
-    program.parse_complete_callback([] { throw CLI::Success(); }); // before any command runs
-    std::vector<char*> argv;
-    std::vector<std::string> all = words;
-    all.insert(all.begin(), "korvel");
-    for (std::string& word : all) {
-        argv.push_back(word.data());
-    }
-    try {
-        program.parse(arguments(static_cast<int>(argv.size()), argv.data()));
-    } catch (const CLI::ParseError& error) {
-        std::ostringstream out;
-        program.exit(error, out, out);
-    } catch (const Error&) {
-        // Refused.
-    }
+    std::ostringstream output;
+    constexpr bool run = false;
+    korvel_program()->parse(words, output, output, run);
 }
 
 template <class Parse>
@@ -59,6 +43,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         try_to([&] { parse_box("--view", word); });
         try_to([&] { parse_reals("--plane", word, "A,B,C,D"); });
     }
-    parse(words);
+    try_to([&] { parse(words); });
     return 0;
 }
