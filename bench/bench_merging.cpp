@@ -75,17 +75,17 @@ int body_count(const benchmark::State& state) {
     return static_cast<int>(state.range(0));
 }
 
-void sizes(benchmark::internal::Benchmark* each) {
+void body_counts(benchmark::internal::Benchmark* each) {
     for (const int bodies : {1'250, 2'500, 5'000, 10'000}) {
         each->Arg(bodies);
     }
     each->ArgName("bodies")->Unit(benchmark::kMillisecond)->Complexity(benchmark::oAuto);
 }
 
-BENCHMARK(BM_AddModel)->Apply(sizes);
-BENCHMARK(BM_DeleteBody)->Apply(sizes);
-BENCHMARK(BM_ClearUnused)->Apply(sizes);
-BENCHMARK(BM_CutField)->Apply(sizes);
-BENCHMARK(BM_RaisePrism)->Apply(sizes);
+BENCHMARK(BM_AddModel)->Apply(body_counts);
+BENCHMARK(BM_DeleteBody)->Apply(body_counts);
+BENCHMARK(BM_ClearUnused)->Apply(body_counts);
+BENCHMARK(BM_CutField)->Apply(body_counts);
+BENCHMARK(BM_RaisePrism)->Apply(body_counts);
 
 } // namespace

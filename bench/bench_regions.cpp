@@ -36,7 +36,7 @@ void find_regions(benchmark::State& state, const CurveArrays& curves) {
         points, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-void sizes(benchmark::internal::Benchmark* each) {
+void network_sizes(benchmark::internal::Benchmark* each) {
     for (const int points : {125'000, 250'000, 500'000, 1'000'000}) {
         each->Arg(points);
     }
@@ -48,9 +48,10 @@ BENCHMARK_CAPTURE(regions, us_counties, "us-counties")
     ->DenseRange(1, 4)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oNLogN);
-BENCHMARK_CAPTURE(made_regions, line_grid, korvel::bench::line_grid)->Apply(sizes);
-BENCHMARK_CAPTURE(made_regions, random_segments, korvel::bench::random_segments)->Apply(sizes);
-BENCHMARK_CAPTURE(made_regions, nested_loops, korvel::bench::nested_loops)->Apply(sizes);
-BENCHMARK_CAPTURE(made_regions, noisy_loops, korvel::bench::noisy_loops)->Apply(sizes);
+BENCHMARK_CAPTURE(made_regions, line_grid, korvel::bench::line_grid)->Apply(network_sizes);
+BENCHMARK_CAPTURE(made_regions, random_segments, korvel::bench::random_segments)
+    ->Apply(network_sizes);
+BENCHMARK_CAPTURE(made_regions, nested_loops, korvel::bench::nested_loops)->Apply(network_sizes);
+BENCHMARK_CAPTURE(made_regions, noisy_loops, korvel::bench::noisy_loops)->Apply(network_sizes);
 
 } // namespace

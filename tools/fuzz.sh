@@ -27,17 +27,18 @@ export LSAN_OPTIONS=suppressions=$root/tools/leaks.supp:print_suppressions=0
 export UBSAN_OPTIONS=print_stacktrace=1
 limits=(-timeout=20 -rss_limit_mb=2048 -max_len=4096)
 
-failed=()
-for target in "${targets[@]}"; do
-    seeds=$root/tests/fuzz/corpus/$target
-    found=$root/build/fuzz/found/$target
-    grown=$root/build/fuzz/grown/$target # inputs from previous runs that reach more code
+# Runs one program; its exit status is the result.
+fuzz() {
+    local target=$1 status=0
+    local seeds=$root/tests/fuzz/corpus/$target
+    local found=$root/build/fuzz/found/$target
+    local grown=$root/build/fuzz/grown/$target # inputs from previous runs that reach more code
     mkdir -p "$found" "$grown"
     # The library writes files into the current directory.
+    local run log
     run=$(mktemp -d)
     log=$run/log
-    program=$root/build/fuzz/tests/fuzz/fuzz_$target
-    status=0
+    local program=$root/build/fuzz/tests/fuzz/fuzz_$target
     (
         cd "$run"
         if ((seconds == 0)); then
@@ -47,14 +48,30 @@ for target in "${targets[@]}"; do
                 -artifact_prefix="$found/" "$grown" "$seeds"
         fi
     ) > "$log" 2>&1 || status=$?
+    local runs coverage
     runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
     coverage=$(grep -o 'cov: [0-9]*' "$log" | tail -n 1 || true)
     printf '%-12s %s\n' "$target" "${runs:+$runs executions, }${coverage:-replayed}"
     if ((status != 0)); then
-        failed+=("$target")
         tail -n 60 "$log"
     fi
     rm -rf "$run"
+    return "$status"
+}
+
+failed=()
+await() {
+    wait "${pids[0]}" || failed+=("${running[0]}")
+    pids=("${pids[@]:1}") running=("${running[@]:1}")
+}
+pids=() running=() # in order of their starts, at most one for each processor
+for target in "${targets[@]}"; do
+    fuzz "$target" &
+    pids+=($!) running+=("$target")
+    ((${#pids[@]} < $(nproc))) || await
+done
+while ((${#pids[@]})); do
+    await
 done
 
 if ((${#failed[@]})); then

@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 tools/install_packages.sh command tests
 cmake --preset release -DKORVEL_BUILD_BENCH=OFF
 cmake --build --preset release
-ctest --preset release
+ctest --preset release -j "$(nproc)"
 
 # Loading and unloading, and the list of exported operations, need the shared library.
 cmake --preset shared -DKORVEL_BUILD_BENCH=OFF

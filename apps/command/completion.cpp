@@ -62,8 +62,8 @@ std::string escaped(const std::string& text, const std::string& special) {
     return result;
 }
 
-/// One word of a shell.
-std::string quoted(const std::string& text) {
+/// One word of a shell, in quotes.
+std::string shell_word(const std::string& text) {
     std::string word = "'";
     for (const char c : text) {
         word += c == '\'' ? std::string("'\\''") : std::string{c};
@@ -73,10 +73,11 @@ std::string quoted(const std::string& text) {
 
 std::string bash_reply(const Description& option) {
     const Value value = value_of(option);
-    return value.is_file          ? "compgen -f -- \"$word\""
-           : value.is_directory   ? "compgen -d -- \"$word\""
-           : !value.words.empty() ? "compgen -W " + quoted(joined(value.words)) + " -- \"$word\""
-                                  : "true";
+    return value.is_file        ? "compgen -f -- \"$word\""
+           : value.is_directory ? "compgen -d -- \"$word\""
+           : !value.words.empty()
+               ? "compgen -W " + shell_word(joined(value.words)) + " -- \"$word\""
+               : "true";
 }
 
 std::string bash_script(const Commands& commands) {
@@ -95,7 +96,7 @@ std::string bash_script(const Commands& commands) {
             }
             values << "    " << joined(patterns, " | ") << ") " << bash_reply(option) << " ;;\n";
         }
-        words << "    " << command.name << ":-*) compgen -W " << quoted(joined(options))
+        words << "    " << command.name << ":-*) compgen -W " << shell_word(joined(options))
               << " -- \"$word\" ;;\n";
         if (!command.operands.empty()) {
             words << "    " << command.name << ":*) " << bash_reply(command.operands[0]) << " ;;\n";
@@ -113,7 +114,7 @@ std::string bash_script(const Commands& commands) {
            values.str() +
            "    *)\n"
            "    case $command:$word in\n" +
-           words.str() + "    :*) compgen -W " + quoted(joined(names)) +
+           words.str() + "    :*) compgen -W " + shell_word(joined(names)) +
            " -- \"$word\" ;;\n"
            "    esac ;;\n"
            "    esac\n"
@@ -154,12 +155,12 @@ std::string zsh_arguments(const CommandDescription& command) {
         for (const std::string& name : option.names) {
             const std::string excluded = option.repeats ? "*" : parenthesised(option.names);
             arguments += " \\\n            " +
-                         quoted(excluded + name + "[" + escaped(option.purpose, "[]:") + "]" +
-                                zsh_value(option));
+                         shell_word(excluded + name + "[" + escaped(option.purpose, "[]:") + "]" +
+                                    zsh_value(option));
         }
     }
     for (const Description& operand : command.operands) {
-        arguments += " \\\n            " + quoted(std::string("*").append(zsh_value(operand)));
+        arguments += " \\\n            " + shell_word(std::string("*").append(zsh_value(operand)));
     }
     return arguments;
 }
@@ -169,7 +170,7 @@ std::string zsh_script(const Commands& commands) {
     std::ostringstream cases;
     for (const CommandDescription& command : commands) {
         if (!command.name.empty()) {
-            names << "        " << quoted(command.name + ":" + command.purpose) << "\n";
+            names << "        " << shell_word(command.name + ":" + command.purpose) << "\n";
             cases << "        " << command.name << ") _arguments" << zsh_arguments(command)
                   << " ;;\n";
         }
@@ -201,7 +202,7 @@ std::string fish_value(const Description& option) {
     return option.form.empty()    ? ""
            : value.is_file        ? " -r -F"
            : value.is_directory   ? " -x -a '(__fish_complete_directories)'"
-           : !value.words.empty() ? " -x -a " + quoted(joined(value.words))
+           : !value.words.empty() ? " -x -a " + shell_word(joined(value.words))
                                   : " -x";
 }
 
@@ -212,10 +213,10 @@ std::string fish_script(const Commands& commands) {
         const std::string condition = command.name.empty()
                                           ? "__fish_use_subcommand"
                                           : "__fish_seen_subcommand_from " + command.name;
-        const std::string begin = "complete -c korvel -n " + quoted(condition);
+        const std::string begin = "complete -c korvel -n " + shell_word(condition);
         if (!command.name.empty()) {
             script << "complete -c korvel -n __fish_use_subcommand -a " << command.name << " -d "
-                   << quoted(command.purpose) << "\n";
+                   << shell_word(command.purpose) << "\n";
         }
         for (const Description& option : command.options) {
             script << begin;
@@ -223,14 +224,14 @@ std::string fish_script(const Commands& commands) {
                 const bool is_long = name.rfind("--", 0) == 0;
                 script << (is_long ? " -l " + name.substr(2) : " -s " + name.substr(1));
             }
-            script << fish_value(option) << " -d " << quoted(option.purpose) << "\n";
+            script << fish_value(option) << " -d " << shell_word(option.purpose) << "\n";
         }
         for (const Description& option : command.operands) {
             const Value operand = value_of(option);
             if (operand.is_file) {
                 script << begin << " -F\n";
             } else if (!operand.words.empty()) {
-                script << begin << " -a " << quoted(joined(operand.words)) << "\n";
+                script << begin << " -a " << shell_word(joined(operand.words)) << "\n";
             }
         }
     }

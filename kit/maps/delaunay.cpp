@@ -15,7 +15,7 @@
 namespace korvel::kit {
 namespace {
 
-using Context = std::unique_ptr<GEOSContextHandle_HS, void (*)(GEOSContextHandle_t)>;
+using GeosContext = std::unique_ptr<GEOSContextHandle_HS, void (*)(GEOSContextHandle_t)>;
 
 struct Destroy {
     GEOSContextHandle_t context;
@@ -37,7 +37,7 @@ void turn_triangles(PLYDT& set, int first);
 
 void add_delaunay_triangles(PLYDT& set, const PLYDT::PyToRg& region) {
     // Without message handlers GEOS prints nothing; a call that fails returns a null pointer.
-    const Context owner(GEOS_init_r(), GEOS_finish_r);
+    const GeosContext owner(GEOS_init_r(), GEOS_finish_r);
     GEOSContextHandle_t const context = owner.get();
     const Geometry polygon = polygon_of(context, set, region);
     const Geometry found(GEOSConstrainedDelaunayTriangulation_r(context, polygon.get()), {context});

@@ -5,9 +5,9 @@
 namespace korvel::test {
 namespace {
 
-using Ints = CArray<int>;
+using IntArray = CArray<int>;
 
-bool holds(const Ints& list, int value) {
+bool holds(const IntArray& list, int value) {
     return std::find(list.begin(), list.end(), value) != list.end();
 }
 
@@ -21,7 +21,7 @@ void clear_flag(Records& records, int flag) {
 void set_volume(TMOD3D& model, BODY3D& body) {
     double sum = 0;
     for (const int f : body.polys) {
-        const Ints& verts = model.polys[f].verts;
+        const IntArray& verts = model.polys[f].verts;
         if (verts.GetSize() >= 3) {
             const double* p = model.verts[verts[0]].model_xyz;
             const double* q = model.verts[verts[1]].model_xyz;
@@ -75,7 +75,7 @@ void orient(TMOD3D& model, BODY3D& body) {
 
 /// Appends to `found` what is listed and does not carry the flag yet.
 template <class Records, class Flags>
-void collect(const Ints& listed, Records& records, Flags flags, int flag, Ints& found) {
+void collect(const IntArray& listed, Records& records, Flags flags, int flag, IntArray& found) {
     for (const int i : listed) {
         if ((records[i].*flags & flag) == 0) {
             records[i].*flags |= flag;
@@ -86,7 +86,7 @@ void collect(const Ints& listed, Records& records, Flags flags, int flag, Ints& 
 
 /// The records that list i.
 template <class Records, class List>
-void list_holders(const Records& records, List list, int i, Ints& holders) {
+void list_holders(const Records& records, List list, int i, IntArray& holders) {
     holders.RemoveAll();
     for (int r = 0; r < records.GetSize(); ++r) {
         if (holds(records[r].*list, i)) {
@@ -188,8 +188,8 @@ bool legal_body_rel_side_plainly(TMOD3D& model) {
     return true;
 }
 
-bool trace_section_poly_plainly(TMOD3D& model, int body, int face, int edge, Ints& loop) {
-    const Ints& polys = model.bodies[body].polys;
+bool trace_section_poly_plainly(TMOD3D& model, int body, int face, int edge, IntArray& loop) {
+    const IntArray& polys = model.bodies[body].polys;
     int current = edge;
     do {
         const int* next = std::find_if(polys.begin(), polys.end(), [&](int f) {
@@ -251,7 +251,7 @@ void add_model_plainly(TMOD3D& model, const TMOD3D& added) {
 }
 
 void get_section_plainly(TMOD3D& model, const double* n, TMOD2D& out) {
-    Ints vertex_of;
+    IntArray vertex_of;
     for (const LINE3D& line : model.lines) {
         const double* p = model.verts[line.start_vert].model_xyz;
         const double* d = line.direction;
@@ -283,7 +283,7 @@ void get_section_plainly(TMOD3D& model, const double* n, TMOD2D& out) {
         for (int e = 0; e < model.lines.GetSize(); ++e) {
             const int* first = std::find_if(body.polys.begin(), body.polys.end(),
                                             [&](int f) { return holds(model.polys[f].lines, e); });
-            Ints loop;
+            IntArray loop;
             if ((model.lines[e].state_flags & 16) == 0 ||
                 !trace_section_poly_plainly(model, b, *first, e, loop) || loop.GetSize() < 3) {
                 continue;

@@ -17,7 +17,7 @@ using namespace korvel::test;
 
 namespace {
 
-using Ints = CArray<int>;
+using IntArray = CArray<int>;
 
 void add_face(TMOD3D& model, const std::vector<int>& corners) {
     POLY3D face;
@@ -198,8 +198,8 @@ TEST(PlainModel, OrientationRelationsAndSectionsAgree) {
         }
         for (int b = 0; b < model.bodies.GetSize() && !model.lines.IsEmpty(); ++b) {
             plain = model;
-            Ints loop;
-            Ints plain_loop;
+            IntArray loop;
+            IntArray plain_loop;
             const int face = dice(-1, model.polys.GetUpperBound());
             const int edge = dice(0, model.lines.GetUpperBound());
             ASSERT_EQ(model.trace_section_poly(b, face, edge, loop),

@@ -19,9 +19,6 @@ using testing::StartsWith;
 const std::string plate = "12\n0.0 0.0\n10.0 0.0\n10.0 8.0\n0.0 8.0\n2.0 2.0\n4.0 2.0\n4.0 6.0\n"
                           "2.0 6.0\n6.0 2.0\n8.0 2.0\n8.0 6.0\n6.0 6.0\n"
                           "3\n4 0 1 2 3\n4 4 5 6 7\n4 8 9 10 11\n2\n3 0 1 2\n1 1\n";
-const std::string tetrahedron = "4\n0 0 0\n6 0 0\n0 6 0\n0 0 6\n4\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n"
-                                "1\n4\n120 0.5 0.6\n0 1 2 3\n";
-
 class BodyCommand : public CommandScratch {};
 
 TEST_F(BodyCommand, CutsWhatItRaised) {
@@ -194,7 +191,7 @@ TEST_F(BodyCommand, StartsShapes) {
 TEST_F(BodyCommand, DetectsTheKindOfAFile) {
     write("c", "2 2 0 0 4 4 3 1 1 2 2 1 1");
     write("r", plate);
-    write("m", tetrahedron);
+    write("m", tetrahedron());
     write("s", "3\n0 2\n0 0  10 0  0 10\n1\n3  0 1 2\n1\n1  0\n");
     write("damaged", "4\n0.5 0 0\n1 0 0\n0 1 0\n0 0 1\n4\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n1\n4\n0.0 x");
     ASSERT_EQ(run("section m --x 1 -o w").status, 0);
@@ -257,7 +254,7 @@ TEST_F(BodyCommand, ChecksReportEveryProblem) {
 // Others, which are refused before any output, are in bad_inputs/cases.
 TEST_F(BodyCommand, BadInputLeavesWhatThereWas) {
     write("r", plate);
-    write("m", tetrahedron);
+    write("m", tetrahedron());
     write("out", "former");
     write("crossed", "4\n0.0 0.0\n9.0 9.0\n9.0 0.0\n0.0 8.0\n1\n4 0 1 2 3\n1\n1 0\n");
     const std::vector<std::pair<std::string, std::string>> table = {

@@ -11,8 +11,6 @@ namespace {
 
 using testing::HasSubstr;
 
-const std::string data = KORVEL_DATA_DIR "/";
-
 // A square with a square hole, the hole drawn first.
 const std::string square_in_square = "2\n"
                                      "5\n40 40\n60 40\n60 60\n40 60\n40 40\n"
@@ -161,11 +159,19 @@ TEST_F(Command, OutputsThatCannotBeWrittenEndWithOne) {
     EXPECT_EQ(files(), 2) << "neither the complete half of the outputs nor a temporary file";
 }
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool has_sanitizer = true;
+#elif defined(__has_feature)
+constexpr bool has_sanitizer = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
+#else
+constexpr bool has_sanitizer = false;
+#endif
+
 // A limit on the address space leaves less memory than the crossings need.
 TEST_F(Command, TooManyCrossingsAreAnError) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "sanitizers need more address space than this test leaves";
-#endif
+    if (has_sanitizer) {
+        GTEST_SKIP() << "sanitizers need more address space than this test leaves";
+    }
     constexpr int strokes = 1200;
     std::ostringstream grid;
     grid << 2 * strokes << '\n';

@@ -20,8 +20,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-const std::string tetrahedron = "4\n0 0 0\n6 0 0\n0 6 0\n0 0 6\n4\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n"
-                                "1\n4\n500 -1 2.5\n0 1 2 3\n";
+const std::string bright_tetrahedron = tetrahedron("500 -1 2.5");
 // Two bodies on either side of face 0, which is listed once; vertex 0 is in no face, face 1 in no
 // body.
 const std::string neighbours = "6\n9 9 9\n0 0 0\n4 0 0\n0 3 0\n.5 .75 3\n1 1 -2\n"
@@ -72,7 +71,7 @@ protected:
 };
 
 TEST_F(EditCommand, MergedModelsKeepWhatEachHeld) {
-    write("t", tetrahedron);
+    write("t", bright_tetrahedron);
     write("n", neighbours);
     const Result merge = run("merge t n t -o m");
     EXPECT_EQ(merge.status, 0);
@@ -96,7 +95,7 @@ TEST_F(EditCommand, MergedModelsKeepWhatEachHeld) {
 }
 
 TEST_F(EditCommand, CleanTakesOutWhatIsNotUsed) {
-    write("t", tetrahedron);
+    write("t", bright_tetrahedron);
     write("n", neighbours);
     EXPECT_THAT(run("clean n -o c").out, HasSubstr("taken out: 0 bodies, 1 face, 1 vertex\n"
                                                    "left: 2 bodies, 5 vertices, 9 edges, 7 faces"));
@@ -236,7 +235,7 @@ TEST_F(EditCommand, MovesFadeOutAroundAVertex) {
 }
 
 TEST_F(EditCommand, BadInputLeavesWhatThereWas) {
-    write("t", tetrahedron);
+    write("t", bright_tetrahedron);
     write("n", neighbours);
     write("out", "former");
     write("r", "3\n0.0 0.0\n1.0 0.0\n0.0 1.0\n1\n3 0 1 2\n1\n1 0\n");

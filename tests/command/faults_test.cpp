@@ -24,8 +24,6 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-const std::string data = KORVEL_DATA_DIR "/";
-
 class Faults : public CommandScratch {
 protected:
     void SetUp() override {

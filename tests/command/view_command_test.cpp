@@ -14,9 +14,6 @@ namespace {
 
 using testing::HasSubstr;
 
-const std::string tetrahedron = "4\n0.0 0 0\n6 0 0\n0 6 0\n0 0 6\n4\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n"
-                                "1\n4\n120 0.5 0.6\n0 1 2 3\n";
-
 std::string number(double value) {
     char text[40];
     std::snprintf(text, sizeof text, "%.17g", value);
@@ -50,7 +47,7 @@ double agreement(const Pixels& a, const Pixels& b, Moved moved) {
 }
 
 TEST_F(ViewCommand, TurnsRoundOnce) {
-    write("m", tetrahedron);
+    write("m", tetrahedron());
     const int side = 100;
     const Result result =
         run("view m --angles 0,0 --turntable 4 --size 100x100 --picture turned.png");
@@ -168,7 +165,7 @@ TEST_F(ViewCommand, MarksWhatAPixelShows) {
 }
 
 TEST_F(ViewCommand, ShowsWhatItsOptionsSelect) {
-    write("m", tetrahedron);
+    write("m", tetrahedron());
     ASSERT_EQ(run("view m --picture all.png --size 200x150").status, 0);
     ASSERT_EQ(run("view m --picture part.png --size 200x150 --view -3,4,-1,-4").status, 0);
     ASSERT_EQ(run("view m --picture drawn.PNG --size 200x150 --edges --box").status, 0);
@@ -197,7 +194,7 @@ TEST_F(ViewCommand, ShowsWhatItsOptionsSelect) {
 }
 
 TEST_F(ViewCommand, BadInputLeavesWhatThereWas) {
-    write("m", tetrahedron);
+    write("m", tetrahedron());
     write("p.png", "former");
     write("p-01.png", "former");
     write("flat", "4\n0.0 0 0\n1 0 0\n2 0 0\n0 1 0\n2\n0 1 2\n0 1 3\n1\n2\n0 0 0\n0 1\n");

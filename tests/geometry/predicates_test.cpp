@@ -12,8 +12,6 @@ using namespace korvel::test;
 
 namespace {
 
-CArray<VERT3D, VERT3D&> verts;
-
 TEST(ViewTransform, Matrices) {
     double back[16];
     double into[16];
@@ -80,6 +78,7 @@ TEST(ViewTransform, TurnedPoints) {
 }
 
 TEST(FacePredicates, PointInside) {
+    CArray<VERT3D, VERT3D&> verts;
     set_verts(verts, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 0}});
     struct Case {
         POLY3D face;
@@ -110,6 +109,7 @@ TEST(FacePredicates, PointInside) {
 }
 
 TEST(FacePredicates, EdgePiercesFace) {
+    CArray<VERT3D, VERT3D&> verts;
     // What the edge of length 0 and the face without a normal give is not a number, and inside.
     const std::pair<std::array<double, 6>, bool> cases[] = {
         {{0.2, 0.2, -1, 0.2, 0.2, 1}, true}, {{0.2, 0.2, 1, 0.2, 0.2, 0}, true}, // ends count
@@ -135,6 +135,7 @@ TEST(FacePredicates, EdgePiercesFace) {
 }
 
 TEST(FacePredicates, VolumeNearestVertexAndEdge) {
+    CArray<VERT3D, VERT3D&> verts;
     set_verts(verts, {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {9, 9, 9}, {0, 2, -3}});
     EXPECT_EQ(face_of({0, 1, 2}).poly_volume(verts), 1);
     EXPECT_EQ(face_of({0, 2, 1, 3}).poly_volume(verts), -1);
@@ -178,6 +179,7 @@ TEST(FacePredicates, VolumeNearestVertexAndEdge) {
 }
 
 TEST(FacePredicates, NumbersOutsideTheArraysAreHarmless) {
+    CArray<VERT3D, VERT3D&> verts;
     set_verts(verts, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
     CArray<LINE3D, LINE3D&> lines;
     lines.SetSize(1);

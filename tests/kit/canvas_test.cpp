@@ -15,8 +15,6 @@ using kit::OutputFile;
 using kit::PictureCanvas;
 using kit::PictureFormat;
 
-constexpr COLORREF white = RGB(255, 255, 255);
-constexpr COLORREF black = RGB(0, 0, 0);
 constexpr COLORREF blue = RGB(10, 20, 250);
 
 class Canvas : public Scratch {};

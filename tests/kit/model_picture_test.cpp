@@ -13,8 +13,6 @@ namespace korvel::test {
 namespace {
 
 constexpr kit::PictureSize size = {400, 300};
-constexpr COLORREF white = RGB(255, 255, 255);
-constexpr COLORREF black = RGB(0, 0, 0);
 constexpr COLORREF background = RGB(140, 140, 140);
 
 constexpr double turn = 25;

@@ -14,12 +14,12 @@
 namespace korvel::test {
 namespace {
 
-using Ints = CArray<int>;
+using IntArray = CArray<int>;
 
 /// Two curves: a square, and inside it a smaller one that is digitised first.
 struct Network {
     CArray<tagPOINT> points;
-    Ints counts;
+    IntArray counts;
 
     Network() {
         for (const tagPOINT point : {POINT{40, 40},
@@ -76,7 +76,7 @@ TEST(Interface, BuildsRegions) {
 TEST(Interface, FindsTheRingsAroundASeed) {
     Network network;
     CREGION builder(network.points, network.counts, {10, 10}, 1);
-    Ints untouched;
+    IntArray untouched;
     EXPECT_EQ(as<int>(builder.GetRegion(network.points, untouched, untouched)), 0);
     EXPECT_EQ(builder.in_rings.GetSize(), 1);
     EXPECT_EQ(builder.ex_rings.GetSize(), 1);
@@ -85,8 +85,8 @@ TEST(Interface, FindsTheRingsAroundASeed) {
     builder.GetSeedPt(seed);
     EXPECT_EQ(seed.x, 50);
     builder.CalcInExRing();
-    Ints points;
-    Ints counts;
+    IntArray points;
+    IntArray counts;
     EXPECT_EQ(as<int>(builder.GetRegionPts(points, counts)), 1);
     EXPECT_EQ(points.GetSize(), 4);
     EXPECT_EQ(as<int>(builder.IsPtInRing({50, 50}, builder.rings[0])), 1);

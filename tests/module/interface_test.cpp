@@ -16,7 +16,7 @@
 namespace korvel::test {
 namespace {
 
-using Ints = CArray<int>;
+using IntArray = CArray<int>;
 using Verts = CArray<VERT3D, VERT3D&>;
 using Lines = CArray<LINE3D, LINE3D&>;
 using Polys = CArray<POLY3D, POLY3D&>;
@@ -321,7 +321,7 @@ TEST(Interface, CutsModels) {
     for (POLY3D& face : model.polys) {
         face.state_flags |= 32;
     }
-    Ints loop;
+    IntArray loop;
     EXPECT_TRUE(as<bool>(model.trace_section_poly(0, model.lines[first].faces[0], first, loop)));
     EXPECT_EQ(loop[loop.GetUpperBound()], first);
     EXPECT_EQ(loop.GetSize(), section.polys[0].verts.GetSize());

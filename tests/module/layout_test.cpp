@@ -11,7 +11,7 @@
 
 namespace {
 
-using Ints = CArray<int>;
+using IntArray = CArray<int>;
 using Verts = CArray<VERT3D, VERT3D&>;
 using Lines = CArray<LINE3D, LINE3D&>;
 using Polys = CArray<POLY3D, POLY3D&>;
@@ -46,16 +46,17 @@ TEST(Layout, GeometryRecordsHaveTheirMembersInOrder) {
                             &VERT3D::view_xyz)
         .of_type<int>(&VERT3D::spare_int_1, &VERT3D::spare_int_2, &VERT3D::state_flags,
                       &VERT3D::spare_int_3)
-        .of_type<Ints>(&VERT3D::faces, &VERT3D::lines, &VERT3D::neighbours, &VERT3D::bodies);
+        .of_type<IntArray>(&VERT3D::faces, &VERT3D::lines, &VERT3D::neighbours, &VERT3D::bodies);
     MembersOf<LINE3D>()
         .of_type<int>(&LINE3D::start_vert, &LINE3D::end_vert, &LINE3D::state_flags)
         .of_type<double[3]>(&LINE3D::direction)
         .of_type<double>(&LINE3D::length)
         .of_type<double[3]>(&LINE3D::line_2d_eqt)
         .of_type<int>(&LINE3D::main_axis)
-        .of_type<Ints>(&LINE3D::faces, &LINE3D::bodies);
+        .of_type<IntArray>(&LINE3D::faces, &LINE3D::bodies);
     MembersOf<POLY3D>()
-        .of_type<Ints>(&POLY3D::verts, &POLY3D::lines, &POLY3D::neighbour_faces, &POLY3D::bodies)
+        .of_type<IntArray>(&POLY3D::verts, &POLY3D::lines, &POLY3D::neighbour_faces,
+                           &POLY3D::bodies)
         .of_type<double>(&POLY3D::area)
         .of_type<double[4]>(&POLY3D::plane)
         .of_type<int>(&POLY3D::main_axis)
@@ -66,8 +67,8 @@ TEST(Layout, GeometryRecordsHaveTheirMembersInOrder) {
                         &CMYColor::green, &CMYColor::blue)
         .of_type<float[6]>(&CMYColor::spare_values);
     MembersOf<POLY3D_CPLX>()
-        .of_type<Ints>(&POLY3D_CPLX::polys, &POLY3D_CPLX::list_2, &POLY3D_CPLX::list_3,
-                       &POLY3D_CPLX::list_4)
+        .of_type<IntArray>(&POLY3D_CPLX::polys, &POLY3D_CPLX::list_2, &POLY3D_CPLX::list_3,
+                           &POLY3D_CPLX::list_4)
         .of_type<double>(&POLY3D_CPLX::area)
         .of_type<int>(&POLY3D_CPLX::rgb)
         .of_type<double>(&POLY3D_CPLX::aux_value)
@@ -81,7 +82,8 @@ TEST(Layout, GeometryRecordsHaveTheirMembersInOrder) {
 
 TEST(Layout, ModelsHaveTheirMembersInOrder) {
     MembersOf<BODY3D>()
-        .of_type<Ints>(&BODY3D::polys, &BODY3D::lines, &BODY3D::verts, &BODY3D::neighbour_bodies)
+        .of_type<IntArray>(&BODY3D::polys, &BODY3D::lines, &BODY3D::verts,
+                           &BODY3D::neighbour_bodies)
         .of_type<double>(&BODY3D::volume, &BODY3D::param_1)
         .of_type<int>(&BODY3D::body_flags)
         .of_type<double>(&BODY3D::hue, &BODY3D::saturation, &BODY3D::lightness, &BODY3D::alpha,
@@ -111,8 +113,8 @@ TEST(Layout, ModelsHaveTheirMembersInOrder) {
         .of_type<double[16]>(&TMOD3D::ant_matrix, &TMOD3D::rot_matrix)
         .of_type<double[9]>(&TMOD3D::pick_data)
         .of_type<int[11]>(&TMOD3D::edit_state)
-        .of_type<Ints>(&TMOD3D::relat_list_1, &TMOD3D::relat_list_2, &TMOD3D::relat_list_3,
-                       &TMOD3D::relat_list_4)
+        .of_type<IntArray>(&TMOD3D::relat_list_1, &TMOD3D::relat_list_2, &TMOD3D::relat_list_3,
+                           &TMOD3D::relat_list_4)
         .of_type<CArray<double>>(&TMOD3D::mut_weights)
         .of_type<TMOD2D>(&TMOD3D::sect_model_1, &TMOD3D::sect_model_2)
         .of_type<int>(&TMOD3D::mode_ok)
@@ -123,18 +125,18 @@ TEST(Layout, ModelsHaveTheirMembersInOrder) {
 TEST(Layout, RegionBuilderHasItsMembersInOrder) {
     MembersOf<CREGION>()
         .of_type<CArray<tagPOINT>*>(&CREGION::input_pts)
-        .of_type<Ints*>(&CREGION::input_counts)
+        .of_type<IntArray*>(&CREGION::input_counts)
         .of_type<tagPOINT>(&CREGION::seed_pt)
         .of_type<double>(&CREGION::tolerance)
         .of_type<int>(&CREGION::is_calculated)
         .of_type<CArray<tagPOINT>>(&CREGION::curve_pts)
-        .of_type<Ints>(&CREGION::curve_counts)
+        .of_type<IntArray>(&CREGION::curve_counts)
         .of_type<CArray<tagPOINT>>(&CREGION::node_pts)
         .of_type<CArray<CREGION::CURVE_NODE>>(&CREGION::curve_to_node)
         .of_type<CArray<CREGION::NODE_CURVE>>(&CREGION::node_to_curve)
         .of_type<CArray<CREGION::tagRToC>>(&CREGION::rings, &CREGION::ex_rings, &CREGION::in_rings)
         .of_type<CArray<tagPOINT>>(&CREGION::unique_pts)
-        .of_type<Ints>(&CREGION::pt_index)
+        .of_type<IntArray>(&CREGION::pt_index)
         .of_type<CArray<CREGION::RToPt>>(&CREGION::ring_pts)
         .of_type<CArray<CREGION::RING_SIDE>>(&CREGION::sides)
         .of_type<CArray<CREGION::PT_LINK>>(&CREGION::pt_links)
@@ -145,19 +147,20 @@ TEST(Layout, RegionBuilderHasItsMembersInOrder) {
         &CREGION::CURVE_NODE::ring_turn);
     MembersOf<CREGION::NODE_CURVE>()
         .of_type<int>(&CREGION::NODE_CURVE::curve_num)
-        .of_type<Ints>(&CREGION::NODE_CURVE::curve_ids);
+        .of_type<IntArray>(&CREGION::NODE_CURVE::curve_ids);
     MembersOf<CREGION::tagRToC>()
         .of_type<double>(&CREGION::tagRToC::ring_area)
-        .of_type<Ints>(&CREGION::tagRToC::curve_ids);
+        .of_type<IntArray>(&CREGION::tagRToC::curve_ids);
     MembersOf<CREGION::RToPt>()
         .of_type<double>(&CREGION::RToPt::ring_area)
         .of_type<int>(&CREGION::RToPt::is_hole, &CREGION::RToPt::is_removed)
-        .of_type<Ints>(&CREGION::RToPt::pts);
+        .of_type<IntArray>(&CREGION::RToPt::pts);
     MembersOf<CREGION::RING_SIDE>().of_type<int>(&CREGION::RING_SIDE::p0, &CREGION::RING_SIDE::p1);
-    MembersOf<CREGION::PT_LINK>().of_type<Ints>(&CREGION::PT_LINK::rings, &CREGION::PT_LINK::sides);
+    MembersOf<CREGION::PT_LINK>().of_type<IntArray>(&CREGION::PT_LINK::rings,
+                                                    &CREGION::PT_LINK::sides);
     MembersOf<CREGION::PyToRg>()
         .of_type<int>(&CREGION::PyToRg::tag0, &CREGION::PyToRg::tag1, &CREGION::PyToRg::is_select)
-        .of_type<Ints>(&CREGION::PyToRg::rings);
+        .of_type<IntArray>(&CREGION::PyToRg::rings);
 }
 
 TEST(Layout, PolygonRegionsHaveTheirMembersInOrder) {
@@ -165,14 +168,14 @@ TEST(Layout, PolygonRegionsHaveTheirMembersInOrder) {
     using Ring = CCPloy2DRg::RING;
     MembersOf<Ring>()
         .of_type<int>(&Ring::tag0, &Ring::tag1)
-        .of_type<Ints>(&Ring::pts, &Ring::sides);
+        .of_type<IntArray>(&Ring::pts, &Ring::sides);
     MembersOf<VERT2D>()
         .of_type<double>(&VERT2D::x, &VERT2D::y)
-        .of_type<Ints>(&VERT2D::ring_refs, &VERT2D::side_refs)
+        .of_type<IntArray>(&VERT2D::ring_refs, &VERT2D::side_refs)
         .of_type<int>(&VERT2D::mark);
     MembersOf<LINE2D>()
         .of_type<int>(&LINE2D::p0, &LINE2D::p1)
-        .of_type<Ints>(&LINE2D::list_a, &LINE2D::list_b)
+        .of_type<IntArray>(&LINE2D::list_a, &LINE2D::list_b)
         .of_type<int>(&LINE2D::flags)
         .of_type<double>(&LINE2D::a, &LINE2D::b, &LINE2D::c);
     MembersOf<CCPloy2DRg>()
@@ -185,7 +188,7 @@ TEST(Layout, PolygonRegionsHaveTheirMembersInOrder) {
         .of_type<int>(&Region::tag0, &Region::tag1)
         .of_type<int[6]>(&Region::attr)
         .of_type<unsigned char>(&Region::red, &Region::green, &Region::blue)
-        .of_type<Ints>(&Region::rings);
+        .of_type<IntArray>(&Region::rings);
 
     MembersOf<PLYDT>()
         .of_type<CArray<VERT2D>>(&PLYDT::pt_list)
@@ -197,13 +200,13 @@ TEST(Layout, PolygonRegionsHaveTheirMembersInOrder) {
     using Side = PLYDT::SIDE;
     MembersOf<Side>()
         .of_type<int>(&Side::p0, &Side::p1)
-        .of_type<Ints>(&Side::list_a, &Side::list_b)
+        .of_type<IntArray>(&Side::list_a, &Side::list_b)
         .of_type<int>(&Side::flags)
         .of_type<double>(&Side::ux, &Side::uy, &Side::len);
     MembersOf<PLYDT::PyToRg>()
         .of_type<int>(&PLYDT::PyToRg::tag0, &PLYDT::PyToRg::tag1)
         .of_type<double>(&PLYDT::PyToRg::spare)
-        .of_type<Ints>(&PLYDT::PyToRg::rings);
+        .of_type<IntArray>(&PLYDT::PyToRg::rings);
     using Triangle = PLYDT::TRG;
     MembersOf<Triangle>()
         .of_type<double>(&Triangle::res0, &Triangle::res1, &Triangle::radius)

@@ -8,6 +8,15 @@
 
 namespace korvel::test {
 
+inline const std::string data = KORVEL_DATA_DIR "/";
+
+/// A model of one tetrahedron, the corner of a cuboid, with this colour and texture as a file has
+/// them.
+inline std::string tetrahedron(const std::string& colour = "120 0.5 0.6") {
+    return "4\n0 0 0\n6 0 0\n0 6 0\n0 0 6\n4\n0 1 2\n0 1 3\n0 2 3\n1 2 3\n1\n4\n" + colour +
+           "\n0 1 2 3\n";
+}
+
 /// Runs the command in a directory of its own.
 class CommandScratch : public Scratch {
 protected:

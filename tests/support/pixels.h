@@ -9,6 +9,9 @@
 
 namespace korvel::test {
 
+inline constexpr COLORREF white = RGB(255, 255, 255);
+inline constexpr COLORREF black = RGB(0, 0, 0);
+
 /// A PNG read back.
 class Pixels {
 public:
