@@ -3,6 +3,8 @@
 #include <benchmark/benchmark.h>
 
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "bench/inputs/models.h"
 #include "bench/inputs/samples.h"
@@ -66,6 +68,49 @@ void kit_triangles(benchmark::State& state) {
     }
 }
 
+/// One region of a set, with points of its own.
+void copy_region(const PLYDT& regions, int which, PLYDT& out) {
+    out.region_list.SetSize(1);
+    for (const int ring : regions.region_list[which].rings) {
+        RING& copy = out.ring_list[out.ring_list.Add(RING())];
+        for (const int point : regions.ring_list[ring].pts) {
+            copy.pts.Add(out.pt_list.GetSize());
+            out.pt_list.Add(regions.pt_list[point]);
+        }
+        out.region_list[0].rings.Add(out.ring_list.GetSize() - 1);
+    }
+}
+
+constexpr double low_level = 0;
+constexpr double high_level = 3000;
+
+void exact_raise(benchmark::State& state) {
+    PLYDT regions;
+    korvel::bench::sample_regions("us-states", 4, regions);
+    const korvel::TraceFilesOverride no_traces(false);
+    const korvel::bench::Silence silence;
+    for (auto _ : state) {
+        TMOD3D model;
+        for (int region = 0; region < regions.region_list.GetSize(); ++region) {
+            PLYDT cap;
+            copy_region(regions, region, cap);
+            cap.region_tranglate();
+            cap.CoordinatesTrans(1, 0, 0, 0, 0, 1, 1, low_level, high_level);
+            model.create3dmode(cap);
+        }
+        benchmark::DoNotOptimize(model.bodies.GetSize());
+    }
+}
+
+void kit_raise(benchmark::State& state) {
+    const kit::Map map =
+        kit::find_regions(network_of(korvel::bench::sample_curves("us-states"))).take_map();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            kit::raise(map, {.low = low_level, .high = high_level}).solids.size());
+    }
+}
+
 /// A ball of 81,920 faces, 200 wide.
 TMOD3D& ball() {
     static TMOD3D model;
@@ -108,13 +153,36 @@ void kit_cut(benchmark::State& state) {
     }
 }
 
+void exact_merge(benchmark::State& state) {
+    for (auto _ : state) {
+        TMOD3D first(ball());
+        TMOD3D second(ball());
+        first.add_model(second);
+        benchmark::DoNotOptimize(first.bodies.GetSize());
+    }
+}
+
+void kit_merge(benchmark::State& state) {
+    const kit::Solids solids(ball());
+    for (auto _ : state) {
+        std::vector<kit::Solids> parts;
+        parts.push_back(solids);
+        parts.push_back(solids);
+        benchmark::DoNotOptimize(kit::merge(std::move(parts)).size());
+    }
+}
+
 BENCHMARK(exact_regions)->Name("exact/regions")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_regions)->Name("kit/regions")->Unit(benchmark::kMillisecond);
 BENCHMARK(exact_triangles)->Name("exact/triangles")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_triangles)->Name("kit/triangles")->Unit(benchmark::kMillisecond);
+BENCHMARK(exact_raise)->Name("exact/raise")->Unit(benchmark::kMillisecond);
+BENCHMARK(kit_raise)->Name("kit/raise")->Unit(benchmark::kMillisecond);
 BENCHMARK(exact_read)->Name("exact/read")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_read)->Name("kit/read")->Unit(benchmark::kMillisecond);
 BENCHMARK(exact_cut)->Name("exact/cut")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_cut)->Name("kit/cut")->Unit(benchmark::kMillisecond);
+BENCHMARK(exact_merge)->Name("exact/merge")->Unit(benchmark::kMillisecond);
+BENCHMARK(kit_merge)->Name("kit/merge")->Unit(benchmark::kMillisecond);
 
 } // namespace

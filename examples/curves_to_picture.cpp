@@ -25,7 +25,7 @@ int main(int argc, char** argv) try {
     if (!chosen) {
         throw input_error(std::string(argv[3]) + ": no region contains this point");
     }
-    const std::vector<int> around = map.neighbours()[*chosen];
+    const std::vector<int> around = map.neighbours(*chosen);
     std::printf("region %d: area %.1f, %zu neighbours\n", *chosen, map[*chosen].area(),
                 around.size());
 

@@ -24,8 +24,8 @@ void print_curves(const kit::Network& network);
 void print_regions(const kit::Map& map);
 void print_triangles(const PLYDT& set, std::size_t regions);
 void print_section(const TMOD2D& section);
-void print_model(const kit::TextFile& file);
-void print_body(const TMOD3D& model, int index, const kit::Surface& surface);
+void print_model(const kit::Solids& solids);
+void print_body(const kit::Body& body, const kit::Surface& surface);
 void print_bounds(const kit::Rectangle& box);
 
 void InfoCommand::run() const {
@@ -43,7 +43,7 @@ void InfoCommand::run() const {
         print_regions(kit::Map(contents.regions));
         break;
     case kit::FileKind::model:
-        print_model(file);
+        print_model(kit::Solids::read(file, {.on_warning = warn}));
         break;
     case kit::FileKind::section:
     case kit::FileKind::written_section:
@@ -125,36 +125,28 @@ void print_section(const TMOD2D& section) {
     std::printf("bounds %s\n", bounds_text(pairs, 3).c_str());
 }
 
-void print_model(const kit::TextFile& file) {
-    TMOD3D model;
-    if (const auto note = kit::read_model(file, model)) {
-        warn(*note);
-    }
-    const std::vector<kit::Surface> all = kit::surfaces(model);
-    const auto open = std::count_if(
-        all.begin(), all.end(), [](const kit::Surface& surface) { return !surface.is_closed(); });
-    std::printf("%s, %d of them open, %s\n",
-                counted(model.bodies.GetSize(), "body", "bodies").c_str(), static_cast<int>(open),
-                model_figures(model).c_str());
-    std::printf("bounds %s\n", bounds_text(model.wrap_cuboid, 3).c_str());
+void print_model(const kit::Solids& solids) {
+    const std::vector<kit::Surface> surfaces = solids.surfaces();
+    const auto open =
+        std::count_if(surfaces.begin(), surfaces.end(),
+                      [](const kit::Surface& surface) { return !surface.is_closed(); });
+    std::printf("%s, %d of them open, %s\n", counted(solids.size(), "body", "bodies").c_str(),
+                static_cast<int>(open), model_figures(solids).c_str());
+    std::printf("bounds %s\n", bounds_text(solids).c_str());
     std::printf("  body   faces   edges  vertices  Euler              volume  colour   state\n");
-    for (int body = 0; body < model.bodies.GetSize(); ++body) {
-        print_body(model, body, all[body]);
+    for (const kit::Body body : solids) {
+        print_body(body, surfaces[body.index()]);
     }
 }
 
-void print_body(const TMOD3D& model, int index, const kit::Surface& surface) {
-    const BODY3D& body = model.bodies[index];
-    unsigned char red = 0;
-    unsigned char green = 0;
-    unsigned char blue = 0;
-    CMYColor().HLSToRGBi(static_cast<float>(body.hue), static_cast<float>(body.lightness),
-                         static_cast<float>(body.saturation), red, green, blue);
-    std::printf("%6d %7d %7d %9d %6d %19s  #%02x%02x%02x  %s", index, surface.faces, surface.edges,
-                surface.vertices, surface.euler_characteristic(), number_text(body.volume).c_str(),
-                red, green, blue, kit::state_text(surface).c_str());
+void print_body(const kit::Body& body, const kit::Surface& surface) {
+    const kit::Colour colour = body.colour().rgb();
+    std::printf("%6d %7d %7d %9d %6d %19s  #%02x%02x%02x  %s", body.index(), surface.faces,
+                surface.edges, surface.vertices, surface.euler_characteristic(),
+                number_text(body.volume()).c_str(), colour.red, colour.green, colour.blue,
+                kit::state_text(surface).c_str());
     const char* separator = ", shares faces with ";
-    for (const int neighbour : body.neighbour_bodies) {
+    for (const int neighbour : body.neighbours()) {
         std::printf("%s%d", separator, neighbour);
         separator = " ";
     }

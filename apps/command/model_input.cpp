@@ -19,26 +19,14 @@ void check_number(const std::string& option, int number, int size, const std::st
     }
 }
 
-std::string model_figures(const TMOD3D& model) {
-    return counted(model.verts.GetSize(), "vertex", "vertices") + ", " +
-           counted(model.lines.GetSize(), "edge") + ", " + counted(model.polys.GetSize(), "face") +
-           ", volume " + number_text(volume_of_bodies(model));
-}
-
 std::string model_figures(const kit::Solids& solids) {
-    return model_figures(solids.model());
+    return counted(solids.vertex_count(), "vertex", "vertices") + ", " +
+           counted(solids.edge_count(), "edge") + ", " + counted(solids.face_count(), "face") +
+           ", volume " + number_text(solids.volume());
 }
 
 std::string bounds_text(const kit::Solids& solids) {
     return bounds_text(solids.model().wrap_cuboid, 3);
-}
-
-double volume_of_bodies(const TMOD3D& model) {
-    double volume = 0;
-    for (const BODY3D& body : model.bodies) {
-        volume += body.volume;
-    }
-    return volume;
 }
 
 void warn_of_rounding(const kit::Solids& solids, const std::string& advice) {

@@ -17,14 +17,10 @@ void check_number(const std::string& option, int number, int size, const std::st
 kit::Solids load_solids(const std::string& file);
 
 /// "28280 vertices, 83016 edges, 55344 faces, volume 1075590865500", the volume of all bodies.
-std::string model_figures(const TMOD3D& model);
 std::string model_figures(const kit::Solids& solids);
 
 /// "x 0 to 10, y -5 to 5, z 1 to 2".
 std::string bounds_text(const kit::Solids& solids);
-
-/// The sum of the volumes of all bodies.
-double volume_of_bodies(const TMOD3D& model);
 
 /// Warns when a model file would put vertices off by more than 10⁻⁵ of the model's extent. `advice`
 /// ends the warning, such as "; --unit brings it closer to 0,0".

@@ -79,17 +79,9 @@ void Outputs::paint_into(kit::OutputFile& out, const std::string& file, const Pa
     const kit::PictureSize size = parse_picture_size("--size", size_);
     kit::PictureCanvas canvas(out, kit::picture_format(file), size,
                               kit::PictureFit::units_per_pixel);
-    paint(canvas, size);
+    paint(canvas);
     canvas.finish();
     out.close();
-}
-
-std::string numbered_picture(const std::string& picture, int number, int digits) {
-    std::string text = std::to_string(number);
-    text.insert(0, static_cast<std::size_t>(std::max(0, digits - static_cast<int>(text.size()))),
-                '0');
-    const std::filesystem::path path(picture);
-    return (path.parent_path() / path.stem()).string() + "-" + text + path.extension().string();
 }
 
 } // namespace korvel::command

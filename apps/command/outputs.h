@@ -27,7 +27,7 @@ public:
     const std::string& picture() const { return picture_; }
 
     using WriteFile = std::function<void(kit::OutputFile& out)>;
-    using Paint = std::function<void(kit::PictureCanvas& canvas, kit::PictureSize size)>;
+    using Paint = std::function<void(kit::PictureCanvas& canvas)>;
 
     /// Writes the requested files. Both replace their targets once both are complete.
     void write(const WriteFile& write_file, const Paint& paint = {}) const;
@@ -42,8 +42,5 @@ private:
     std::string picture_;
     std::string size_ = "1600x1000";
 };
-
-/// The name of one of several pictures: "ball.png" with number 7 in two digits is "ball-07.png".
-std::string numbered_picture(const std::string& picture, int number, int digits);
 
 } // namespace korvel::command

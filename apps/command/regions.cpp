@@ -123,9 +123,7 @@ void RegionsCommand::print_areas() const {
 
 void RegionsCommand::write() {
     outputs_.write([&](kit::OutputFile& out) { map_.write(out); },
-                   [&](kit::PictureCanvas& canvas, kit::PictureSize) {
-                       kit::draw(map_, canvas, view_.options());
-                   });
+                   [&](kit::PictureCanvas& canvas) { kit::draw(map_, canvas, view_.options()); });
 }
 
 } // namespace

@@ -136,9 +136,7 @@ void SectionCommand::cut_once() {
     report(cut);
     const kit::Rectangle box = cut.empty() ? model_box(cut.axes()) : cut.bounds();
     outputs_.write([&](kit::OutputFile& out) { cut.write(out); },
-                   [&](kit::PictureCanvas& canvas, kit::PictureSize /*size*/) {
-                       kit::draw(cut, canvas, view(cut, box));
-                   });
+                   [&](kit::PictureCanvas& canvas) { kit::draw(cut, canvas, view(cut, box)); });
 }
 
 void SectionCommand::report(const kit::Section& cut) const {
@@ -168,11 +166,10 @@ void SectionCommand::sweep() {
                     counted(static_cast<int>(cut.bodies().size()), "body", "bodies").c_str(),
                     counted(cut.size(), "polygon").c_str(), number_text(cut.area()).c_str());
         if (!outputs_.picture().empty()) {
-            outputs_.write_picture(picture_of(i + 1),
-                                   [&](kit::PictureCanvas& canvas, kit::PictureSize /*size*/) {
-                                       const kit::Rectangle box = model_box(cut.axes());
-                                       kit::draw(cut, canvas, view(cut, box));
-                                   });
+            outputs_.write_picture(picture_of(i + 1), [&](kit::PictureCanvas& canvas) {
+                const kit::Rectangle box = model_box(cut.axes());
+                kit::draw(cut, canvas, view(cut, box));
+            });
         }
     }
     std::printf("areas times their spacing of %s: %s, volume of the bodies: %s\n",
@@ -211,7 +208,7 @@ kit::Rectangle SectionCommand::model_box(kit::PlaneAxes axes) const {
 
 std::string SectionCommand::picture_of(int cut) const {
     constexpr int digits = 3;
-    return numbered_picture(outputs_.picture(), cut, digits);
+    return kit::numbered_file(outputs_.picture(), cut, digits).string();
 }
 
 } // namespace

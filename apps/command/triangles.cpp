@@ -117,10 +117,9 @@ void TrianglesCommand::report_coverage() const {
 }
 
 void TrianglesCommand::write() {
-    outputs_.write([&](kit::OutputFile& out) { triangulation_.write(out); },
-                   [&](kit::PictureCanvas& canvas, kit::PictureSize) {
-                       kit::draw(triangulation_, canvas, view_.options());
-                   });
+    outputs_.write(
+        [&](kit::OutputFile& out) { triangulation_.write(out); },
+        [&](kit::PictureCanvas& canvas) { kit::draw(triangulation_, canvas, view_.options()); });
 }
 
 } // namespace

@@ -18,7 +18,7 @@ void Context::stop_if_requested(std::string_view stage) const {
 }
 
 CheckPointScope Context::follow_calls() const {
-    if (!on_progress && !stop.stop_possible()) {
+    if (!can_end_calls()) {
         return CheckPointScope(nullptr);
     }
     return CheckPointScope(

@@ -28,6 +28,10 @@ struct Context {
     /// Reports progress, and throws when the operation is to stop.
     void report(std::string_view stage, long long done, long long all) const;
 
+    /// Whether an operation may end with an exception from here: it can be stopped, or reports its
+    /// progress to a function.
+    bool can_end_calls() const { return on_progress || stop.stop_possible(); }
+
     /// Throws when the operation is to stop.
     void stop_if_requested(std::string_view stage) const;
 

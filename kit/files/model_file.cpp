@@ -1,7 +1,9 @@
 #include "kit/files/model_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <string_view>
 
@@ -102,34 +104,46 @@ bool reads_without_doubt(const TextFile& file, TMOD3D& out) {
     return last == EOF;
 }
 
+// What a character may be in a number; a word is the union of its characters.
+enum CharacterClass : unsigned char { digit = 0, sign = 1, real_only = 2, other = 4, space = 8 };
+
+constexpr std::array<unsigned char, 256> character_classes() {
+    std::array<unsigned char, 256> classes{};
+    for (int c = 0; c < 256; ++c) {
+        const bool is_digit = c >= '0' && c <= '9';
+        const bool is_sign = c == '-' || c == '+';
+        const bool is_real_only = c == '.' || c == 'e' || c == 'E';
+        classes[c] = is_white_space(c) ? space
+                     : is_digit        ? digit
+                     : is_sign         ? sign
+                     : is_real_only    ? real_only
+                                       : other;
+    }
+    return classes;
+}
+
 // The number of words, if each consists of the characters of decimal numbers and none is an integer
 // that might not fit 32 bits.
 std::optional<long long> count_plain_numbers(std::string_view text) {
-    constexpr int most_digits = 9;
+    static constexpr std::array<unsigned char, 256> classes = character_classes();
+    constexpr std::ptrdiff_t most_digits = 9;
     long long words = 0;
-    int length = 0;
-    bool is_integer = true;
-    for (const char c : text) {
-        if (is_white_space(c)) {
-            if (is_integer && length > most_digits) {
-                return {};
-            }
-            length = 0;
-            is_integer = true;
-            continue;
+    const char* c = text.data();
+    const char* const end = c + text.size();
+    while (c != end) {
+        const char* const word = c;
+        unsigned kinds = 0;
+        unsigned kind = 0;
+        while (c != end && (kind = classes[static_cast<unsigned char>(*c)]) != space) {
+            kinds |= kind;
+            ++c;
         }
-        words += length == 0 ? 1 : 0;
-        ++length;
-        if (c >= '0' && c <= '9') {
-            continue;
-        }
-        if (c != '.' && c != '-' && c != '+' && c != 'e' && c != 'E') {
+        const bool is_integer = (kinds & real_only) == 0;
+        if ((kinds & other) != 0 || (is_integer && c - word > most_digits)) {
             return {};
         }
-        is_integer = is_integer && c != '.' && c != 'e' && c != 'E';
-    }
-    if (is_integer && length > most_digits) {
-        return {};
+        words += c != word ? 1 : 0;
+        c += c != end ? 1 : 0;
     }
     return words;
 }

@@ -55,4 +55,12 @@ private:
     FILE* stream_ = nullptr;
 };
 
+/// Writes a value with its `write(OutputFile&)` into a file, completely or not at all.
+template <class Value>
+void write_completely(const Value& value, const std::filesystem::path& file) {
+    OutputFile out(file);
+    value.write(out);
+    out.replace();
+}
+
 } // namespace korvel::kit

@@ -64,9 +64,7 @@ Map Map::read(const TextFile& file, const Context& context) {
 }
 
 void Map::write(const std::filesystem::path& file) const {
-    OutputFile out(file);
-    write(out);
-    out.replace();
+    write_completely(*this, file);
 }
 
 void Map::write(OutputFile& out) const {
@@ -94,6 +92,10 @@ std::optional<int> Map::outline_at(const Point2& point) const {
 
 std::vector<std::vector<int>> Map::neighbours() const {
     return neighbours_of_regions(with_sides(*regions_));
+}
+
+std::vector<int> Map::neighbours(int region) const {
+    return std::move(neighbours()[region]);
 }
 
 Rectangle Map::bounds() const {

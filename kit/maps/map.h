@@ -124,6 +124,9 @@ public:
     /// For each region those that share a side with it, ascending. Linear in the map.
     std::vector<std::vector<int>> neighbours() const;
 
+    /// The same for one region. Linear in the map too: for many regions keep the list of all.
+    std::vector<int> neighbours(int region) const;
+
     // Measure.
 
     /// Around all regions; points that no region uses do not count.

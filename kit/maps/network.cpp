@@ -29,9 +29,7 @@ Network Network::read(const TextFile& file) {
 }
 
 void Network::write(const std::filesystem::path& file) const {
-    OutputFile out(file);
-    write(out);
-    out.replace();
+    write_completely(*this, file);
 }
 
 void Network::write(OutputFile& out) const {

@@ -53,9 +53,7 @@ Coverage Triangulation::coverage(int region) const {
 }
 
 void Triangulation::write(const std::filesystem::path& file) const {
-    OutputFile out(file);
-    write(out);
-    out.replace();
+    write_completely(*this, file);
 }
 
 void Triangulation::write(OutputFile& out) const {

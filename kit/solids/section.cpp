@@ -210,9 +210,7 @@ Rectangle Section::bounds() const {
 }
 
 void Section::write(const std::filesystem::path& file) const {
-    OutputFile out(file);
-    write(out);
-    out.replace();
+    write_completely(*this, file);
 }
 
 void Section::write(OutputFile& out) const {

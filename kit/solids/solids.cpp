@@ -74,9 +74,7 @@ Solids Solids::read(const TextFile& file, const Context& context) {
 }
 
 void Solids::write(const std::filesystem::path& file) const {
-    OutputFile out(file);
-    write(out);
-    out.replace();
+    write_completely(*this, file);
 }
 
 void Solids::write(OutputFile& out) const {
@@ -169,18 +167,25 @@ Section Solids::cut(const Plane& plane) const {
 }
 
 void Solids::add(const Solids& other, const Context& context) {
-    if (&other == this) {
-        add(Solids(other), context);
+    if (!context.can_end_calls() && &other != this) {
+        append(other);
         return;
     }
-    context.report("merging", 0, 1);
+    Solids whole(*this);
+    {
+        const CheckPointScope calls = context.follow_calls();
+        context.report("merging", 0, 1);
+        whole.append(other);
+        context.report("merging", 1, 1);
+    }
+    *this = std::move(whole);
+}
+
+void Solids::append(const Solids& other) {
     names_.resize(static_cast<std::size_t>(size()));
     names_.insert(names_.end(), other.names_.begin(), other.names_.end());
-    {
-        const auto turn = other.hold();
-        model_->add_model(operand(*other.model_));
-    }
-    context.report("merging", 1, 1);
+    const auto turn = other.hold();
+    model_->add_model(operand(*other.model_));
 }
 
 // From the highest number, which leaves the lower ones as they are. Each `deletet` derives the

@@ -143,7 +143,7 @@ public:
 
     /// Appends the bodies of other solids; vertices and faces are numbered on. Nothing is joined:
     /// bodies that touch keep their own vertices. Derives everything anew; `merge` does so once for
-    /// many parts. It is cancelled before it begins or not at all.
+    /// many parts. With a context that can end it, works on a copy until all is done.
     void add(const Solids& other, const Context& context = {});
 
     /// Removes bodies, each once, and the faces and vertices that no other body uses; the others
@@ -194,6 +194,8 @@ private:
         ~Turns() = default;
         mutable std::mutex mutex;
     };
+
+    void append(const Solids& other);
 
     Owned<TMOD3D> model_;
     std::vector<std::string> names_; // of the first bodies; those behind have none

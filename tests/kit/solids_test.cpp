@@ -86,7 +86,7 @@ TEST(Raise, ReportsWhichRegionsBecameWhichBodies) {
     EXPECT_NEAR(cut.bounds().right, 12, 1e-9);
 }
 
-TEST(Raise, StopsWhenItIsTold) {
+TEST(Raise, StopsOnRequest) {
     std::stop_source source;
     std::vector<double> fractions;
     kit::Context context;
@@ -103,6 +103,34 @@ TEST(Raise, StopsWhenItIsTold) {
         input_error_of([] { kit::raise(kit::Map(three_regions()), {.low = 1, .high = 1}); }),
         HasSubstr("lower level"));
     EXPECT_TRUE(kit::raise(kit::Map()).solids.empty());
+}
+
+TEST(Solids, ACancelledAddChangesNothing) {
+    const kit::Solids ball = kit::make_ball({0, 0, 20}, 5, 5);
+    kit::Solids solids = cuboid_and_ball();
+    const TMOD3D before(solids.model());
+    int reports = 0;
+    kit::Context context;
+    context.on_progress = [&](const kit::Progress&) { ++reports; };
+    kit::Solids(solids).add(ball, context);
+    const int all = reports;
+    ASSERT_GT(all, 10) << "the exact class reports its progress too";
+    for (int last = 1; last < all; last += all / 10) {
+        std::stop_source source;
+        context.stop = source.get_token();
+        reports = 0;
+        context.on_progress = [&](const kit::Progress&) {
+            if (++reports == last) {
+                source.request_stop();
+            }
+        };
+        error_of([&] { solids.add(ball, context); }, kit::Error::Kind::cancelled);
+        EXPECT_EQ(reports, last);
+        EXPECT_PRED_FORMAT2(same_state, solids.model(), before) << last;
+    }
+    solids.add(solids);
+    EXPECT_EQ(solids.size(), 4);
+    EXPECT_EQ(solids[2].name(), "box");
 }
 
 using SolidsFile = Scratch;
