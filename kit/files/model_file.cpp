@@ -1,11 +1,8 @@
 #include "kit/files/model_file.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
 #include <cstdio>
-#include <string_view>
 
 #include "kit/base/error.h"
 
@@ -13,8 +10,6 @@ namespace korvel::kit {
 namespace {
 
 bool reads_without_doubt(const TextFile& file, TMOD3D& out);
-std::optional<long long> count_plain_numbers(std::string_view text);
-long long count_numbers(const TMOD3D& model);
 bool has_exact_coordinates(const TMOD3D& model);
 int read_model_count(WordReader& words, const char* what);
 void read_vertices(WordReader& words, TMOD3D& out, RecordLines& lines);
@@ -85,16 +80,12 @@ void colours_from_parameters(TMOD3D& model) {
 
 namespace {
 
-// Whether the library has read a model, and each word of the file as one number of it. A word that
-// it would take for two numbers makes more numbers than words; one that is left over, fewer.
+// Whether the library has read a model, each number from a word of its own, and has left no word.
 bool reads_without_doubt(const TextFile& file, TMOD3D& out) {
-    const std::optional<long long> words = count_plain_numbers(file.text);
-    if (!words) {
-        return false;
-    }
     const auto stream = stream_of(file);
+    const PlainReading reading;
     out.read_mode(stream.get());
-    if (out.mode_ok == 0 || count_numbers(out) != *words || !has_exact_coordinates(out)) {
+    if (out.mode_ok == 0 || !reading.is_plain() || !has_exact_coordinates(out)) {
         return false;
     }
     int last = std::getc(stream.get());
@@ -102,60 +93,6 @@ bool reads_without_doubt(const TextFile& file, TMOD3D& out) {
         last = std::getc(stream.get());
     }
     return last == EOF;
-}
-
-// What a character may be in a number; a word is the union of its characters.
-enum CharacterClass : unsigned char { digit = 0, sign = 1, real_only = 2, other = 4, space = 8 };
-
-constexpr std::array<unsigned char, 256> character_classes() {
-    std::array<unsigned char, 256> classes{};
-    for (int c = 0; c < 256; ++c) {
-        const bool is_digit = c >= '0' && c <= '9';
-        const bool is_sign = c == '-' || c == '+';
-        const bool is_real_only = c == '.' || c == 'e' || c == 'E';
-        classes[c] = is_white_space(c) ? space
-                     : is_digit        ? digit
-                     : is_sign         ? sign
-                     : is_real_only    ? real_only
-                                       : other;
-    }
-    return classes;
-}
-
-// The number of words, if each consists of the characters of decimal numbers and none is an integer
-// that might not fit 32 bits.
-std::optional<long long> count_plain_numbers(std::string_view text) {
-    static constexpr std::array<unsigned char, 256> classes = character_classes();
-    constexpr std::ptrdiff_t most_digits = 9;
-    long long words = 0;
-    const char* c = text.data();
-    const char* const end = c + text.size();
-    while (c != end) {
-        const char* const word = c;
-        unsigned kinds = 0;
-        unsigned kind = 0;
-        while (c != end && (kind = classes[static_cast<unsigned char>(*c)]) != space) {
-            kinds |= kind;
-            ++c;
-        }
-        const bool is_integer = (kinds & real_only) == 0;
-        if ((kinds & other) != 0 || (is_integer && c - word > most_digits)) {
-            return {};
-        }
-        words += c != word ? 1 : 0;
-        c += c != end ? 1 : 0;
-    }
-    return words;
-}
-
-long long count_numbers(const TMOD3D& model) {
-    constexpr int counts = 3;
-    constexpr int numbers_before_faces = 4; // of a body: its count of faces and three parameters
-    long long numbers = counts + 3LL * model.verts.GetSize() + 3LL * model.polys.GetSize();
-    for (const BODY3D& body : model.bodies) {
-        numbers += numbers_before_faces + body.polys.GetSize();
-    }
-    return numbers;
 }
 
 // Whether single precision holds every whole number of the size of the coordinates.

@@ -55,8 +55,8 @@ namespace {
 Plane beside_vertices(const Plane& plane, const TMOD3D& model) {
     constexpr int most_steps = 1000;
     const double length = plane.normal_length();
-    const auto distance = [&](const double* point) {
-        return (plane.a * point[0] + plane.b * point[1] + plane.c * point[2] + plane.d) / length;
+    const auto scaled_distance = [&](const double* point) {
+        return plane.a * point[0] + plane.b * point[1] + plane.c * point[2] + plane.d;
     };
     double size = std::abs(plane.d) / length;
     double middle[3] = {};
@@ -65,14 +65,16 @@ Plane beside_vertices(const Plane& plane, const TMOD3D& model) {
         middle[k] = (model.cuboid_min[k] + model.cuboid_max[k]) / 2;
     }
     const double clearance = 1e-11 * size;
+    const double reach = (2 * most_steps + 2) * clearance;
+    const double scaled_reach = reach * length * (1 + 1e-9); // saves the division for most
     std::vector<double> near;
     for (const VERT3D& vertex : model.verts) {
-        const double apart = distance(vertex.model_xyz);
-        if (std::abs(apart) <= (2 * most_steps + 2) * clearance) {
-            near.push_back(apart);
+        const double scaled = scaled_distance(vertex.model_xyz);
+        if (std::abs(scaled) <= scaled_reach && std::abs(scaled / length) <= reach) {
+            near.push_back(scaled / length);
         }
     }
-    const double towards_middle = distance(middle) < 0 ? -1 : 1;
+    const double towards_middle = scaled_distance(middle) < 0 ? -1 : 1;
     for (int step = 0; step < most_steps; ++step) {
         for (const double side : {towards_middle, -towards_middle}) {
             const double offset = side * step * 2 * clearance;

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "korvel/platform/check_point.h"
+#include "korvel/platform/plain_reading.h"
 #include "korvel/platform/text_stream.h"
 
 namespace korvel {
@@ -53,6 +54,9 @@ TextReader::TextReader(FILE* stream) : stream_(stream) {
 TextReader::~TextReader() {
     return_lookahead();
     unlock_stream(stream_);
+    if (!is_plain_) {
+        report_odd_number();
+    }
 }
 
 int TextReader::believable_records(long long declared, int least_bytes) {
@@ -119,8 +123,9 @@ bool TextReader::read(int& target) {
         target = take_long(c, is_negative, value);
         return true;
     }
-    lookahead_ = c; // what follows a sign alone is not taken, but the sign is
+    end_plain(c); // what follows a sign alone is not taken, but the sign is
     if (digits == 0) {
+        is_plain_ = false;
         return false;
     }
     target = is_negative ? -value : value;
@@ -130,6 +135,7 @@ bool TextReader::read(int& target) {
 /// The rest of an integer of more digits than surely fit, from digit `c` on. The library converts
 /// such a text to a `long` and keeps its low half.
 int TextReader::take_long(int c, bool is_negative, int first_digits) {
+    is_plain_ = false;
     text_.assign(is_negative ? 1 : 0, '-');
     text_ += std::to_string(first_digits);
     for (; is_digit(c); c = next()) {
@@ -155,9 +161,10 @@ bool TextReader::read(float& target) {
     Digits digits = take_plain(c);
     const bool is_complete = !is_digit(c) && c != '.' && !is_letter(c, 'e') && !is_letter(c, 'x');
     if (is_complete && convert_plain(digits, is_negative, target)) {
-        lookahead_ = c;
+        end_plain(c);
         return true;
     }
+    is_plain_ = false;
     text_.clear();
     if (has_sign) {
         text_.push_back(is_negative ? '-' : '+');
@@ -287,6 +294,7 @@ bool TextReader::scan_word(int c, bool is_negative, float& target) {
 /// Leaves the number that starts with `c`, which may be EOF, to the C library.
 template <class Number>
 bool TextReader::scan(int c, const char* format, Number& target) {
+    is_plain_ = false;
     if (c != EOF) {
         lookahead_ = c;
     }
@@ -305,6 +313,12 @@ int TextReader::next_after_space() {
     }
     lookahead_ = EOF;
     return c;
+}
+
+/// The character after a plain number, which belongs to none.
+void TextReader::end_plain(int c) {
+    is_plain_ &= is_space(c) || c == EOF;
+    lookahead_ = c;
 }
 
 void TextReader::return_lookahead() {

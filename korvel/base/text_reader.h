@@ -18,6 +18,8 @@ namespace korvel {
 /// With the GNU C library numbers are converted character by character, many times faster than by
 /// `fscanf`. What starts like neither an integer nor a decimal real, and everything with other
 /// libraries, whose results for malformed numbers differ, is left to `fscanf`.
+///
+/// Its destructor reports to `PlainReading` when a number was not a plain word of its own.
 class TextReader {
 public:
     explicit TextReader(FILE* stream);
@@ -78,10 +80,12 @@ private:
     int next();
     int next_after_space();
     void return_lookahead();
+    void end_plain(int character);
 
     FILE* stream_;
     bool takes_characters_ = false; ///< else all is left to `fscanf`
     bool takes_reals_ = false;      ///< the decimal point is a full stop
+    bool is_plain_ = true;          ///< each number so far was a plain word
     int lookahead_ = EOF;           ///< read from the stream, but not part of a number yet
     std::string text_;              ///< of a number that is not plain
 };

@@ -15,6 +15,7 @@
 #include "korvel/platform/check_point.h"
 #include "korvel/platform/export.h"
 #include "korvel/platform/framework.h"
+#include "korvel/platform/plain_reading.h"
 #include "korvel/platform/version.h"
 #include "korvel/polyregion/ccploy2drg.h"
 #include "korvel/polyregion/plydt.h"

@@ -8,9 +8,9 @@
 namespace korvel {
 
 /// Whether `fscanf` takes exactly the characters that the GNU C library's takes from malformed
-/// numbers
-/// ("1e+", "0x", "-"), and whether the stream can be read by characters: it is not wide-oriented.
-/// The C standard leaves the former open, so with other libraries everything is left to `fscanf`.
+/// numbers ("1e+", "0x", "-"), and whether the stream can be read by characters: it is not
+/// wide-oriented. The C standard leaves the former open, so with other libraries everything is left
+/// to `fscanf`.
 inline bool is_read_by_characters([[maybe_unused]] FILE* stream) {
 #ifdef __GLIBC__
     return std::fwide(stream, -1) < 0;

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "korvel/base/text_reader.h"
+#include "korvel/platform/plain_reading.h"
 #include "tests/support/dice.h"
 #include "tests/support/streams.h"
 
@@ -165,6 +166,46 @@ TEST(TextReader, ReadsLongListsFromPipes) {
         EXPECT_EQ(list[c.size - 1], c.size == 65536 ? 0 : c.size) << c.command;
     }
 }
+
+#ifdef __GLIBC__ // elsewhere no number counts as plain
+TEST(TextReader, ShowsWhetherNumbersArePlainWords) {
+    struct Case {
+        const char* text; ///< an integer, then a real
+        bool is_plain;
+    };
+    const Case cases[] = {
+        {"7 2.5", true},
+        {" -7\t+.5\n", true},
+        {"123456789 1e5", false},
+        {"7 2", true},
+        {"7-2", false},
+        {"7.5", false},
+        {"7 2.5x", false},
+        {"7 2.5.5", false},
+        {"1234567890 2", false},
+        {"7 0x1p3", false},
+        {"7 inf", false},
+        {"7 -nan", false},
+        {"+ 2", false},
+        {"7 123456.7890123456", false},
+        {"", false},
+    };
+    for (const Case& c : cases) {
+        const korvel::PlainReading outer;
+        const korvel::PlainReading reading;
+        {
+            const Stream stream = stream_of(c.text);
+            korvel::TextReader reader(stream.get());
+            int number = 0;
+            float real = 0;
+            reader.read(number);
+            reader.read(real);
+        }
+        EXPECT_EQ(reading.is_plain(), c.is_plain) << c.text;
+        EXPECT_TRUE(outer.is_plain());
+    }
+}
+#endif
 
 TEST(TextReader, LeavesWideStreamsToTheLibrary) {
     const auto wide = [] {
