@@ -1,0 +1,89 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+namespace korvel::kit {
+
+/// Finds, of a fixed set of rectangles with integer corners, those that meet another one: a static
+/// tree of boxes, sorted into leaves by halving (J. L. Bentley, 1975). Building it takes n log n.
+class BoxTree {
+public:
+    struct Box {
+        std::int32_t left = std::numeric_limits<std::int32_t>::max();
+        std::int32_t bottom = std::numeric_limits<std::int32_t>::max();
+        std::int32_t right = std::numeric_limits<std::int32_t>::min();
+        std::int32_t top = std::numeric_limits<std::int32_t>::min();
+
+        bool meets(const Box& other) const {
+            return left <= other.right && other.left <= right && bottom <= other.top &&
+                   other.bottom <= top;
+        }
+        void take_in(const Box& other) {
+            left = std::min(left, other.left);
+            bottom = std::min(bottom, other.bottom);
+            right = std::max(right, other.right);
+            top = std::max(top, other.top);
+        }
+    };
+
+    /// Of `count` rectangles, `box_of(i)` each.
+    template <class BoxOf>
+    BoxTree(std::size_t count, BoxOf box_of) {
+        items_.reserve(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            items_.push_back({box_of(i), i});
+        }
+        if (count > 0) {
+            nodes_.resize(2 * std::bit_ceil(count / most_in_leaf + 1));
+            build(1, 0, count);
+        }
+    }
+
+    /// Calls `found(i)` for each rectangle that meets the box, in an unspecified order.
+    template <class Found>
+    void for_each_at(const Box& box, Found found) const {
+        if (!items_.empty()) {
+            search(1, 0, items_.size(), box, found);
+        }
+    }
+
+private:
+    struct Item {
+        Box box;
+        std::size_t index;
+    };
+
+    static constexpr std::size_t most_in_leaf = 8;
+
+    void build(std::size_t node, std::size_t first, std::size_t last);
+
+    template <class Found>
+    void search(std::size_t node, std::size_t first, std::size_t last, const Box& box,
+                Found& found) const {
+        if (!nodes_[node].meets(box)) {
+            return;
+        }
+        if (last - first <= most_in_leaf) {
+            for (std::size_t i = first; i < last; ++i) {
+                if (items_[i].box.meets(box)) {
+                    found(items_[i].index);
+                }
+            }
+            return;
+        }
+        const std::size_t middle = first + (last - first) / 2;
+        search(2 * node, first, middle, box, found);
+        search(2 * node + 1, middle, last, box, found);
+    }
+
+    std::vector<Item> items_; // in the order of the leaves
+    std::vector<Box> nodes_;  // the root is 1, the children of k are 2k and 2k + 1
+};
+
+} // namespace korvel::kit

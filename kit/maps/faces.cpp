@@ -1,0 +1,419 @@
+#include "kit/maps/faces.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
+#include <set>
+#include <span>
+#include <stdexcept>
+#include <utility>
+
+#include "kit/base/areas.h"
+#include "kit/base/disjoint_sets.h"
+
+namespace korvel::kit {
+namespace {
+
+// Segment i is the half-edges 2i, as it runs, and 2i + 1, against it. Each has a face on its left.
+class Tracing {
+public:
+    explicit Tracing(const NodedNetwork& network);
+
+    void mark_dangling();
+    void trace_cycles(); // along the segments that are borders so far
+    void mark_bridges(); // of which both half-edges are in one cycle
+    void find_components();
+    void nest_components();
+    Faces take_faces();
+
+private:
+    struct Cycle {
+        int first = 0; // half-edge
+        WideInteger twice_area = 0;
+        std::vector<int> inside; // of a face: the outlines of the components directly inside
+    };
+    using Ring = std::vector<int>; // points
+    struct Point {
+        int index;
+    };
+    struct IsBelow;
+
+    int origin(int half_edge) const;
+    int target(int half_edge) const { return origin(half_edge ^ 1); }
+    bool is_border(int half_edge) const {
+        return kinds_[static_cast<std::size_t>(half_edge / 2)] == SegmentKind::border;
+    }
+    bool is_face(int cycle) const { return cycles_[cycle].twice_area > 0; }
+    WideInteger turn(int a, int b, int c) const;
+    void sort_around_points();
+    WideInteger twice_area(int first) const;
+    void nest(int component, int below);
+    std::vector<Ring> simple_rings(int cycle);
+    WideInteger twice_area(const Ring& ring) const;
+    std::unique_ptr<CCPloy2DRg>
+    regions_of(const std::vector<std::vector<Ring>>& rings_of_faces) const;
+    void check() const;
+
+    const NodedNetwork& network_;
+    std::vector<SegmentKind> kinds_;
+    std::vector<int> around_;     // the half-edges that leave a point, counter-clockwise, by points
+    std::vector<int> first_at_;   // of each point in `around_`, and the end
+    std::vector<int> next_;       // half-edge along the same face
+    std::vector<int> cycle_of_;   // of each half-edge, −1 for none
+    std::vector<Cycle> cycles_;   // in the order of their first half-edges
+    std::vector<int> component_;  // of each point
+    std::vector<int> outline_of_; // of each component: its cycle of negative area
+    std::vector<int> face_around_; // of each component: the cycle directly around it, −1 for none
+    std::vector<int> place_;       // of each point in the ring that is traced, −1 for none
+};
+
+} // namespace
+
+Faces faces_of(const NodedNetwork& network) {
+    Tracing tracing(network);
+    tracing.mark_dangling();
+    tracing.trace_cycles();
+    tracing.mark_bridges();
+    tracing.trace_cycles();
+    tracing.find_components();
+    tracing.nest_components();
+    return tracing.take_faces();
+}
+
+namespace {
+
+Tracing::Tracing(const NodedNetwork& network)
+    : network_(network), kinds_(network.segments.size(), SegmentKind::border),
+      place_(network.points.size(), -1) {}
+
+void Tracing::mark_dangling() {
+    std::vector<int> degrees(network_.points.size(), 0);
+    for (const NodedSegment& segment : network_.segments) {
+        ++degrees[segment.from];
+        ++degrees[segment.to];
+    }
+    // The sum of a point's segments that are left is the one segment, once one is left.
+    std::vector<long long> sums(network_.points.size(), 0);
+    for (std::size_t i = 0; i < network_.segments.size(); ++i) {
+        sums[network_.segments[i].from] += static_cast<long long>(i);
+        sums[network_.segments[i].to] += static_cast<long long>(i);
+    }
+    for (std::size_t start = 0; start < degrees.size(); ++start) {
+        for (std::size_t point = start; degrees[point] == 1;) {
+            const auto i = static_cast<std::size_t>(sums[point]);
+            const NodedSegment& segment = network_.segments[i];
+            kinds_[i] = SegmentKind::dangling;
+            for (const int end : {segment.from, segment.to}) {
+                --degrees[end];
+                sums[end] -= static_cast<long long>(i);
+            }
+            point = static_cast<std::size_t>(segment.from) == point ? segment.to : segment.from;
+        }
+    }
+}
+
+int Tracing::origin(int half_edge) const {
+    const NodedSegment& segment = network_.segments[static_cast<std::size_t>(half_edge / 2)];
+    return half_edge % 2 == 0 ? segment.from : segment.to;
+}
+
+// Twice the area of the triangle of three points: positive for a turn to the left at b.
+WideInteger Tracing::turn(int a, int b, int c) const {
+    const GridPoint& p = network_.points[a];
+    const GridPoint& q = network_.points[b];
+    const GridPoint& r = network_.points[c];
+    return static_cast<WideInteger>(std::int64_t{q.x} - p.x) * (std::int64_t{r.y} - p.y) -
+           static_cast<WideInteger>(std::int64_t{q.y} - p.y) * (std::int64_t{r.x} - p.x);
+}
+
+void Tracing::sort_around_points() {
+    first_at_.assign(network_.points.size() + 1, 0);
+    const int half_edges = 2 * static_cast<int>(network_.segments.size());
+    for (int h = 0; h < half_edges; ++h) {
+        first_at_[origin(h) + 1] += is_border(h) ? 1 : 0;
+    }
+    std::partial_sum(first_at_.begin(), first_at_.end(), first_at_.begin());
+    around_.resize(static_cast<std::size_t>(first_at_.back()));
+    std::vector<int> ends(first_at_.begin(), first_at_.end() - 1);
+    for (int h = 0; h < half_edges; ++h) {
+        if (is_border(h)) {
+            around_[ends[origin(h)]++] = h;
+        }
+    }
+    // Points are in the order of x and y, so the right half of the plane has the larger ones.
+    const auto is_before = [&](int a, int b) {
+        const bool is_right_a = target(a) > origin(a);
+        const bool is_right_b = target(b) > origin(b);
+        return is_right_a != is_right_b ? is_right_a : turn(origin(a), target(a), target(b)) > 0;
+    };
+    for (std::size_t point = 0; point < network_.points.size(); ++point) {
+        std::sort(around_.begin() + first_at_[point], around_.begin() + first_at_[point + 1],
+                  is_before);
+    }
+}
+
+void Tracing::trace_cycles() {
+    sort_around_points();
+    next_.assign(2 * network_.segments.size(), -1);
+    for (std::size_t point = 0; point < network_.points.size(); ++point) {
+        const int first = first_at_[point];
+        const int end = first_at_[point + 1];
+        for (int k = first; k < end;
+             ++k) { // arriving against `around_[k]`, leaving clockwise of it
+            next_[around_[k] ^ 1] = around_[k > first ? k - 1 : end - 1];
+        }
+    }
+    cycle_of_.assign(next_.size(), -1);
+    cycles_.clear();
+    for (int h = 0; h < static_cast<int>(next_.size()); ++h) {
+        if (next_[h] < 0 || cycle_of_[h] >= 0) {
+            continue;
+        }
+        for (int k = h; cycle_of_[k] < 0; k = next_[k]) {
+            cycle_of_[k] = static_cast<int>(cycles_.size());
+        }
+        cycles_.push_back({h, twice_area(h), {}});
+    }
+}
+
+WideInteger Tracing::twice_area(int first) const {
+    WideInteger sum = 0;
+    for (int h = next_[first]; h != first; h = next_[h]) {
+        sum += turn(origin(first), origin(h), target(h));
+    }
+    return sum;
+}
+
+void Tracing::mark_bridges() {
+    for (std::size_t i = 0; i < kinds_.size(); ++i) {
+        if (kinds_[i] == SegmentKind::border && cycle_of_[2 * i] == cycle_of_[2 * i + 1]) {
+            kinds_[i] = SegmentKind::bridge;
+        }
+    }
+}
+
+// Components are numbered by their first points, from the left.
+void Tracing::find_components() {
+    DisjointSets sets(static_cast<int>(network_.points.size()));
+    for (int h = 0; h < static_cast<int>(next_.size()); h += 2) {
+        if (is_border(h)) {
+            sets.join(origin(h), target(h));
+        }
+    }
+    component_.assign(network_.points.size(), -1);
+    std::vector<int> number_of_root(network_.points.size(), -1);
+    int count = 0;
+    for (int point = 0; point < static_cast<int>(network_.points.size()); ++point) {
+        if (first_at_[point] < first_at_[point + 1]) {
+            int& number = number_of_root[sets.root(point)];
+            number = number < 0 ? count++ : number;
+            component_[point] = number;
+        }
+    }
+    outline_of_.assign(static_cast<std::size_t>(count), -1);
+    for (int cycle = 0; cycle < static_cast<int>(cycles_.size()); ++cycle) {
+        if (!is_face(cycle)) {
+            outline_of_[component_[origin(cycles_[cycle].first)]] = cycle;
+        }
+    }
+    face_around_.assign(static_cast<std::size_t>(count), -1);
+}
+
+// The borders that a vertical line crosses, as half-edges to the right, from below.
+struct Tracing::IsBelow {
+    const Tracing* tracing;
+    using is_transparent = void;
+
+    bool operator()(int a, int b) const {
+        const Tracing& t = *tracing;
+        const WideInteger side = t.origin(a) <= t.origin(b)
+                                     ? t.turn(t.origin(a), t.target(a), t.origin(b))
+                                     : -t.turn(t.origin(b), t.target(b), t.origin(a));
+        return side != 0 ? side > 0 : t.turn(t.origin(a), t.target(a), t.target(b)) > 0;
+    }
+    bool operator()(int border, Point point) const {
+        return tracing->turn(tracing->origin(border), tracing->target(border), point.index) > 0;
+    }
+    bool operator()(Point point, int border) const {
+        return tracing->turn(tracing->origin(border), tracing->target(border), point.index) < 0;
+    }
+};
+
+// The line sweeps from the left. Just left of the first point of a component, the border below that
+// point shows what is around the component; vertical borders are not there.
+void Tracing::nest_components() {
+    std::set<int, IsBelow> line(IsBelow{this});
+    const std::vector<GridPoint>& points = network_.points;
+    const auto half_edges_at = [&](int point) {
+        return std::span(around_).subspan(
+            static_cast<std::size_t>(first_at_[point]),
+            static_cast<std::size_t>(first_at_[point + 1] - first_at_[point]));
+    };
+    int nested = 0;
+    const int count = static_cast<int>(points.size());
+    for (int start = 0; start < count;) {
+        int end = start;
+        for (; end < count && points[end].x == points[start].x; ++end) {
+            if (component_[end] == nested) {
+                const auto above = line.lower_bound(Point{end});
+                nest(nested++, above == line.begin() ? -1 : *std::prev(above));
+            }
+        }
+        for (int point = start; point < end; ++point) {
+            for (const int h : half_edges_at(point)) {
+                if (points[target(h)].x < points[point].x) {
+                    line.erase(h ^ 1);
+                }
+            }
+        }
+        for (int point = start; point < end; ++point) {
+            for (const int h : half_edges_at(point)) {
+                if (points[target(h)].x > points[point].x) {
+                    line.insert(h);
+                }
+            }
+        }
+        start = end;
+    }
+}
+
+// `below` is the border below the component, as a half-edge to the right, or −1.
+void Tracing::nest(int component, int below) {
+    if (below < 0) {
+        return;
+    }
+    const int cycle = cycle_of_[below];
+    const int around = is_face(cycle) ? cycle : face_around_[component_[origin(below)]];
+    face_around_[component] = around;
+    if (around >= 0) {
+        cycles_[around].inside.push_back(outline_of_[component]);
+    }
+}
+
+Faces Tracing::take_faces() {
+    check();
+    Faces faces;
+    faces.components = static_cast<int>(outline_of_.size());
+    std::vector<std::vector<Ring>> rings_of_faces;
+    for (int cycle = 0; cycle < static_cast<int>(cycles_.size()); ++cycle) {
+        if (!is_face(cycle)) {
+            continue;
+        }
+        std::vector<Ring>& rings = rings_of_faces.emplace_back(simple_rings(cycle));
+        const auto outer = std::find_if(rings.begin(), rings.end(),
+                                        [&](const Ring& ring) { return twice_area(ring) > 0; });
+        std::rotate(rings.begin(), outer, outer + 1);
+        for (const int outline : cycles_[cycle].inside) {
+            for (Ring& ring : simple_rings(outline)) {
+                rings.push_back(std::move(ring));
+            }
+        }
+    }
+    faces.regions = regions_of(rings_of_faces);
+    faces.kinds = std::move(kinds_);
+    return faces;
+}
+
+// A cycle that passes a point again goes round a ring of its own in between.
+std::vector<Tracing::Ring> Tracing::simple_rings(int cycle) {
+    std::vector<Ring> rings;
+    Ring open;
+    int h = cycles_[cycle].first;
+    do {
+        const int point = origin(h);
+        int& place = place_[point];
+        if (place < 0) {
+            place = static_cast<int>(open.size());
+            open.push_back(point);
+        } else {
+            rings.emplace_back(open.begin() + place, open.end());
+            for (const int left : std::span(open).subspan(static_cast<std::size_t>(place) + 1)) {
+                place_[left] = -1;
+            }
+            open.resize(static_cast<std::size_t>(place) + 1);
+        }
+        h = next_[h];
+    } while (h != cycles_[cycle].first);
+    for (const int left : open) {
+        place_[left] = -1;
+    }
+    rings.push_back(std::move(open));
+    return rings;
+}
+
+WideInteger Tracing::twice_area(const Ring& ring) const {
+    WideInteger sum = 0;
+    for (std::size_t k = 1; k + 1 < ring.size(); ++k) {
+        sum += turn(ring[0], ring[k], ring[k + 1]);
+    }
+    return sum;
+}
+
+std::unique_ptr<CCPloy2DRg>
+Tracing::regions_of(const std::vector<std::vector<Ring>>& rings_of_faces) const {
+    auto set = std::make_unique<CCPloy2DRg>();
+    std::vector<int> numbers(network_.points.size(), -1);
+    int rings = 0;
+    for (const std::vector<Ring>& face : rings_of_faces) {
+        rings += static_cast<int>(face.size());
+        for (const Ring& ring : face) {
+            for (const int point : ring) {
+                numbers[point] = 0;
+            }
+        }
+    }
+    int points = 0;
+    for (int& number : numbers) {
+        number = number < 0 ? -1 : points++;
+    }
+    set->pt_list.SetSize(points);
+    for (std::size_t point = 0; point < numbers.size(); ++point) {
+        if (numbers[point] >= 0) {
+            set->pt_list[numbers[point]].x = network_.points[point].x;
+            set->pt_list[numbers[point]].y = network_.points[point].y;
+        }
+    }
+    set->ring_list.SetSize(rings);
+    set->region_list.SetSize(static_cast<int>(rings_of_faces.size()));
+    int next_ring = 0;
+    for (int region = 0; region < set->region_list.GetSize(); ++region) {
+        for (const Ring& ring : rings_of_faces[region]) {
+            set->region_list[region].rings.Add(next_ring);
+            CArray<int>& corners = set->ring_list[next_ring++].pts;
+            corners.SetSize(static_cast<int>(ring.size()));
+            std::transform(ring.begin(), ring.end(), corners.begin(),
+                           [&](int point) { return numbers[point]; });
+        }
+    }
+    return set;
+}
+
+void Tracing::check() const {
+    long long faces = 0;
+    WideInteger area = 0;
+    for (int cycle = 0; cycle < static_cast<int>(cycles_.size()); ++cycle) {
+        if (is_face(cycle)) {
+            ++faces;
+            area += cycles_[cycle].twice_area;
+            for (const int outline : cycles_[cycle].inside) {
+                area += cycles_[outline].twice_area;
+            }
+        }
+    }
+    for (std::size_t component = 0; component < outline_of_.size(); ++component) {
+        if (face_around_[component] < 0) {
+            area += cycles_[outline_of_[component]].twice_area;
+        }
+    }
+    const auto borders = std::count(kinds_.begin(), kinds_.end(), SegmentKind::border);
+    const auto points = std::count_if(component_.begin(), component_.end(),
+                                      [](int component) { return component >= 0; });
+    const auto components = static_cast<long long>(outline_of_.size());
+    if (faces != borders - points + components || area != 0) {
+        throw std::logic_error("the faces of the network do not add up");
+    }
+}
+
+} // namespace
+} // namespace korvel::kit

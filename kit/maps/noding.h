@@ -1,0 +1,36 @@
+#pragma once
+
+#include <vector>
+
+#include "kit/base/context.h"
+#include "kit/base/points.h"
+#include "kit/maps/network.h"
+
+namespace korvel::kit {
+
+/// A straight piece of a curve between two points, by their indices.
+struct NodedSegment {
+    int from = 0;
+    int to = 0;
+    int curve = 0; ///< of the network
+};
+
+/// A network cut into segments that share end points at most: no two cross, touch otherwise,
+/// overlap or are equal.
+struct NodedNetwork {
+    std::vector<GridPoint> points;      ///< distinct, in the order of x, then y
+    std::vector<NodedSegment> segments; ///< in the order of the curves, each as its curve runs
+    int crossings = 0; ///< points at which segments were cut where no curve has one
+    int overlaps = 0;  ///< pieces left out because an earlier one is the same
+};
+
+/// Nodes a network on the grid of its integer coordinates, by snap rounding: each crossing moves to
+/// the nearest point of the grid, and each segment to the points that it passes at most half a unit
+/// away in x and in y (J. D. Hobby, Practical segment intersection with finite precision output,
+/// 1999). Segments move by at most half a unit in each direction, and all results are exact, so
+/// that one pass is enough. Segments without length disappear.
+///
+/// n log n in the number of segments and crossings.
+NodedNetwork node(const Network& network, const Context& context = {});
+
+} // namespace korvel::kit
