@@ -11,6 +11,7 @@
 
 #include "kit/base/areas.h"
 #include "kit/base/disjoint_sets.h"
+#include "kit/maps/regions_of_rings.h"
 
 namespace korvel::kit {
 namespace {
@@ -33,7 +34,7 @@ private:
         WideInteger twice_area = 0;
         std::vector<int> inside; // of a face: the outlines of the components directly inside
     };
-    using Ring = std::vector<int>; // points
+    using Ring = PointRing;
     struct Point {
         int index;
     };
@@ -51,8 +52,6 @@ private:
     void nest(int component, int below);
     std::vector<Ring> simple_rings(int cycle);
     WideInteger twice_area(const Ring& ring) const;
-    std::unique_ptr<CCPloy2DRg>
-    regions_of(const std::vector<std::vector<Ring>>& rings_of_faces) const;
     void check() const;
 
     const NodedNetwork& network_;
@@ -310,7 +309,7 @@ Faces Tracing::take_faces() {
             }
         }
     }
-    faces.regions = regions_of(rings_of_faces);
+    faces.regions = regions_of(rings_of_faces, network_.points);
     faces.kinds = std::move(kinds_);
     return faces;
 }
@@ -348,45 +347,6 @@ WideInteger Tracing::twice_area(const Ring& ring) const {
         sum += turn(ring[0], ring[k], ring[k + 1]);
     }
     return sum;
-}
-
-std::unique_ptr<CCPloy2DRg>
-Tracing::regions_of(const std::vector<std::vector<Ring>>& rings_of_faces) const {
-    auto set = std::make_unique<CCPloy2DRg>();
-    std::vector<int> numbers(network_.points.size(), -1);
-    int rings = 0;
-    for (const std::vector<Ring>& face : rings_of_faces) {
-        rings += static_cast<int>(face.size());
-        for (const Ring& ring : face) {
-            for (const int point : ring) {
-                numbers[point] = 0;
-            }
-        }
-    }
-    int points = 0;
-    for (int& number : numbers) {
-        number = number < 0 ? -1 : points++;
-    }
-    set->pt_list.SetSize(points);
-    for (std::size_t point = 0; point < numbers.size(); ++point) {
-        if (numbers[point] >= 0) {
-            set->pt_list[numbers[point]].x = network_.points[point].x;
-            set->pt_list[numbers[point]].y = network_.points[point].y;
-        }
-    }
-    set->ring_list.SetSize(rings);
-    set->region_list.SetSize(static_cast<int>(rings_of_faces.size()));
-    int next_ring = 0;
-    for (int region = 0; region < set->region_list.GetSize(); ++region) {
-        for (const Ring& ring : rings_of_faces[region]) {
-            set->region_list[region].rings.Add(next_ring);
-            CArray<int>& corners = set->ring_list[next_ring++].pts;
-            corners.SetSize(static_cast<int>(ring.size()));
-            std::transform(ring.begin(), ring.end(), corners.begin(),
-                           [&](int point) { return numbers[point]; });
-        }
-    }
-    return set;
 }
 
 void Tracing::check() const {
