@@ -95,8 +95,8 @@ median() {
 
 report() {
     awk -v name="$1" -v old="$2" -v new="$3" 'BEGIN {
-        printf "%-50s %12.4g %12.4g %7.2f%s\n", name, old, new, new / old, new > 1.1 * old ? "  slower" : ""
-        exit new > 1.1 * old
+        printf "%-50s %12.4g %12.4g %7.2f%s\n", name, old, new, new / old, (new > 1.1 * old ? "  slower" : "")
+        exit (new > 1.1 * old)
     }'
 }
 
