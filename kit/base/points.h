@@ -15,6 +15,15 @@ using Point2 = std::array<double, 2>;
 /// x, y and z in a model, or u, v and w in a view.
 using Point3 = std::array<double, 3>;
 
+inline bool is_same(const GridPoint& a, const GridPoint& b) {
+    return a.x == b.x && a.y == b.y;
+}
+
+/// The order of x, then y.
+inline bool is_before(const GridPoint& a, const GridPoint& b) {
+    return a.x != b.x ? a.x < b.x : a.y < b.y;
+}
+
 inline Point2 to_point(const GridPoint& point) {
     return {static_cast<double>(point.x), static_cast<double>(point.y)};
 }

@@ -13,8 +13,8 @@ namespace {
 
 template <class Number>
 Coverage measure(const PLYDT& set, const PLYDT::PyToRg& region, int first, int end);
-bool is_same(WideInteger region, WideInteger triangles);
-bool is_same(double region, double triangles);
+bool agree(WideInteger region, WideInteger triangles);
+bool agree(double region, double triangles);
 bool is_reversed(WideInteger triangle, WideInteger region);
 bool is_reversed(double triangle, double region);
 
@@ -75,7 +75,7 @@ Coverage measure(const PLYDT& set, const PLYDT::PyToRg& region, int first, int e
     Coverage coverage;
     coverage.region_area = static_cast<double>(region_area) / 2;
     coverage.triangle_area = static_cast<double>(triangle_area) / 2;
-    coverage.is_same_area = is_same(region_area, triangle_area);
+    coverage.is_same_area = agree(region_area, triangle_area);
     if (coverage.is_same_area && turn_alike) {
         std::vector<int> points;
         Chain difference = Chain::difference(set, region, first, end, points);
@@ -87,11 +87,11 @@ Coverage measure(const PLYDT& set, const PLYDT::PyToRg& region, int first, int e
     return coverage;
 }
 
-bool is_same(WideInteger region, WideInteger triangles) {
+bool agree(WideInteger region, WideInteger triangles) {
     return region == triangles;
 }
 
-bool is_same(double region, double triangles) {
+bool agree(double region, double triangles) {
     return std::abs(triangles - region) <= 1e-9 * std::abs(region);
 }
 

@@ -20,13 +20,6 @@ std::vector<GridPoint> without_repetitions(std::span<const GridPoint> points);
 std::vector<GridPoint> corners_of(const CREGION& builder, const std::vector<int>& starts,
                                   const CREGION::tagRToC& ring);
 
-bool is_same(const GridPoint& a, const GridPoint& b) {
-    return a.x == b.x && a.y == b.y;
-}
-bool is_before(const GridPoint& a, const GridPoint& b) {
-    return a.x != b.x ? a.x < b.x : a.y < b.y;
-}
-
 } // namespace
 
 FoundRegions find_regions(Network network, const FindOptions& options, const Context& context) {

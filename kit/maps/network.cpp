@@ -51,8 +51,7 @@ std::span<const GridPoint> Network::curve(int index) const {
 
 bool Network::is_closed(int index) const {
     const std::span<const GridPoint> points = curve(index);
-    return points.size() > 2 && points.front().x == points.back().x &&
-           points.front().y == points.back().y;
+    return points.size() > 2 && is_same(points.front(), points.back());
 }
 
 Rectangle Network::bounds() const {

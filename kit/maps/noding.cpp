@@ -28,12 +28,6 @@ std::vector<NodedSegment> pieces_of(const std::vector<Segment>& segments,
                                     const std::vector<GridPoint>& points, const Context& context);
 int leave_out_equal_ones(std::vector<NodedSegment>& segments);
 
-bool is_before(const GridPoint& a, const GridPoint& b) {
-    return a.x != b.x ? a.x < b.x : a.y < b.y;
-}
-bool is_same(const GridPoint& a, const GridPoint& b) {
-    return a.x == b.x && a.y == b.y;
-}
 void sort_distinct(std::vector<GridPoint>& points) {
     std::sort(points.begin(), points.end(), is_before);
     points.erase(std::unique(points.begin(), points.end(), is_same), points.end());
@@ -56,9 +50,7 @@ NodedNetwork node(const Network& network, const Context& context) {
 
 namespace {
 
-using Box = BoxTree::Box;
-
-Box box_of(const Segment& segment);
+BoxTree::Box box_of(const Segment& segment);
 bool cross(const Segment& s, const Segment& t);
 GridPoint rounded_crossing(const Segment& s, const Segment& t);
 bool passes(const Segment& segment, const GridPoint& point);
@@ -110,7 +102,7 @@ std::vector<NodedSegment> pieces_of(const std::vector<Segment>& segments,
                                     const std::vector<GridPoint>& points, const Context& context) {
     constexpr std::size_t step = 1 << 14;
     const BoxTree tree(points.size(), [&](std::size_t i) {
-        return Box{points[i].x, points[i].y, points[i].x, points[i].y};
+        return BoxTree::Box{points[i].x, points[i].y, points[i].x, points[i].y};
     });
     std::vector<NodedSegment> pieces;
     pieces.reserve(segments.size());
@@ -159,7 +151,7 @@ int leave_out_equal_ones(std::vector<NodedSegment>& segments) {
     return static_cast<int>(left_out);
 }
 
-Box box_of(const Segment& segment) {
+BoxTree::Box box_of(const Segment& segment) {
     const auto [left, right] = std::minmax(segment.from.x, segment.to.x);
     const auto [bottom, top] = std::minmax(segment.from.y, segment.to.y);
     return {left, bottom, right, top};
