@@ -14,7 +14,7 @@ class Option;
 namespace korvel::command {
 
 // What commands use of the library that parses the arguments: its headers take longer to compile
-// than a whole command, so only this file's source includes them, and what builds the program.
+// than a whole command, so options.cpp alone includes them.
 
 /// One option or operand of a command: a handle, which can be copied. What changes it returns it.
 class Option {

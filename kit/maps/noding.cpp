@@ -177,7 +177,8 @@ bool cross(const Segment& s, const Segment& t) {
     return are_apart(s, t.from, t.to) && are_apart(t, s.from, s.to);
 }
 
-// With s.from + (s.to - s.from) · share / whole. Halves are rounded up.
+// s.from + (s.to - s.from) · share / whole. Halves are rounded up; division truncates, so that a
+// quotient below 0 may be one above the floor.
 GridPoint rounded_crossing(const Segment& s, const Segment& t) {
     WideInteger whole = cross_product(s.from, s.to, t.from, t.to);
     WideInteger share = cross_product(s.from, t.from, t.from, t.to);
@@ -188,8 +189,8 @@ GridPoint rounded_crossing(const Segment& s, const Segment& t) {
     const auto rounded = [&](std::int64_t from, std::int64_t to) {
         const WideInteger numerator = 2 * wide(to - from) * share + whole;
         const WideInteger quotient = numerator / (2 * whole);
-        const bool rounds_up = numerator % (2 * whole) < 0;
-        return static_cast<int>(from + static_cast<std::int64_t>(quotient) - (rounds_up ? 1 : 0));
+        const bool is_above = numerator % (2 * whole) < 0;
+        return static_cast<int>(from + static_cast<std::int64_t>(quotient) - (is_above ? 1 : 0));
     };
     return {rounded(s.from.x, s.to.x), rounded(s.from.y, s.to.y)};
 }
