@@ -8,12 +8,13 @@
 #include <system_error>
 #include <vector>
 
+#include "apps/command/messages.h"
 #include "apps/command/program.h"
 #include "kit/kit.h"
 
 namespace {
 
-enum ExitStatus { success = 0, output_failed = 1, bad_input = 2 };
+enum ExitStatus { success = 0, output_failed = 1, bad_input = 2, incomplete = 3 };
 
 ExitStatus run(int argc, char** argv);
 void finish_standard_output();
@@ -44,7 +45,10 @@ ExitStatus run(int argc, char** argv) {
     const bool fits = korvel::command::korvel_program()->parse(arguments, std::cout, std::cerr);
     std::cout.flush();
     finish_standard_output();
-    return fits ? success : bad_input;
+    if (!fits) {
+        return bad_input;
+    }
+    return korvel::command::is_incomplete() ? incomplete : success;
 }
 
 void finish_standard_output() {

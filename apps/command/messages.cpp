@@ -3,6 +3,14 @@
 #include <cstdio>
 
 namespace korvel::command {
+namespace {
+
+bool& incomplete() {
+    static bool state = false;
+    return state;
+}
+
+} // namespace
 
 std::string counted(int number, const char* thing) {
     return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
@@ -33,6 +41,14 @@ void warn(const std::string& message) {
     // Keeps the order of lines when standard output and standard error are the same file.
     std::fflush(stdout);
     std::fprintf(stderr, "warning: %s\n", message.c_str());
+}
+
+void note_incomplete() {
+    incomplete() = true;
+}
+
+bool is_incomplete() {
+    return incomplete();
 }
 
 } // namespace korvel::command

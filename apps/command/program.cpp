@@ -15,7 +15,8 @@ std::unique_ptr<Program> korvel_program() {
         "sections of solids.");
     program->footer(
         "'korvel COMMAND --help' lists the options of a command.\n"
-        "Exit status: 0 done, 1 an output cannot be written, 2 wrong arguments or input.\n"
+        "Exit status: 0 done, 1 an output cannot be written, 2 wrong arguments or input,\n"
+        "3 done, but --strict was given and something is left out.\n"
         "\n"
         "Examples:\n"
         "  korvel regions data/us-states.curves -o states.regions --picture states.png\n"
