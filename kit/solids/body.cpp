@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include "kit/solids/exact.h"
+#include "kit/solids/own_orientation.h"
 #include "kit/solids/solids.h"
 
 namespace korvel::kit {
@@ -75,7 +76,7 @@ BodyColour Body::colour() const {
 }
 
 double Body::volume() const {
-    return record().volume;
+    return own_orientation(solids_->model(), index_).volume;
 }
 
 Box Body::bounds() const {

@@ -76,8 +76,10 @@ public:
 
     BodyColour colour() const;
 
-    /// In cubic units of the model; without meaning for an open body. Faces that are shared with a
-    /// later body are turned for that one, which may make the volume negative.
+    /// In cubic units of the model, without its cavities; without meaning for an open body. Every
+    /// body is measured with an orientation of its own: faces that are shared with another body may
+    /// run the wrong way for this one in the model, and `BODY3D::volume` may be negative.
+    /// Near-linear in the body.
     double volume() const;
 
     /// Around its vertices; empty for a body without faces. Linear in the body.

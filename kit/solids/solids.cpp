@@ -127,8 +127,8 @@ Point3 Solids::from_view(const Point3& point) const {
 
 double Solids::volume() const {
     double volume = 0;
-    for (const BODY3D& body : model_->bodies) {
-        volume += body.volume;
+    for (const Body body : *this) {
+        volume += body.volume();
     }
     return volume;
 }

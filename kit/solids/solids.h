@@ -119,7 +119,7 @@ public:
 
     // Measure.
 
-    /// The sum of the bodies' volumes, in cubic units of the model.
+    /// The sum of the bodies' volumes, in cubic units of the model. Near-linear.
     double volume() const;
 
     /// Around all vertices, empty for none.

@@ -2,22 +2,14 @@
 
 #include <algorithm>
 #include <string>
-#include <tuple>
 
 #include "kit/base/disjoint_sets.h"
+#include "kit/solids/face_sides.h"
 
 namespace korvel::kit {
 namespace {
 
-// A side of a face, by its vertices.
-struct FaceSide {
-    int low;
-    int high;
-    int face; // counted within the body
-};
-
-void count_edges(std::vector<FaceSide>& sides, Surface& surface);
-bool names_vertices(const TMOD3D& model, const POLY3D& face);
+void count_edges(const std::vector<FaceSide>& sides, int positions, Surface& surface);
 std::string edges_text(int edges);
 
 } // namespace
@@ -33,27 +25,19 @@ std::vector<Surface> surfaces(const TMOD3D& model) {
 
 Surface surface_of(const TMOD3D& model, int body) {
     Surface surface;
-    std::vector<FaceSide> sides;
     std::vector<int> vertices;
-    for (const int f : model.bodies[body].polys) {
-        if (f < 0 || f >= model.polys.GetSize() || !names_vertices(model, model.polys[f])) {
-            continue;
+    const CArray<int>& listed = model.bodies[body].polys;
+    for (const int f : listed) {
+        if (is_face(model, f)) {
+            const CArray<int>& corners = model.polys[f].verts;
+            vertices.insert(vertices.end(), corners.begin(), corners.end());
+            ++surface.faces;
         }
-        const CArray<int>& corners = model.polys[f].verts;
-        for (int k = 0; k < corners.GetSize(); ++k) {
-            const int next = corners[(k + 1) % corners.GetSize()];
-            vertices.push_back(corners[k]);
-            if (corners[k] != next) {
-                sides.push_back(
-                    {std::min(corners[k], next), std::max(corners[k], next), surface.faces});
-            }
-        }
-        ++surface.faces;
     }
     std::sort(vertices.begin(), vertices.end());
     surface.vertices = static_cast<int>(
         std::distance(vertices.begin(), std::unique(vertices.begin(), vertices.end())));
-    count_edges(sides, surface);
+    count_edges(sides_of(model, body), listed.GetSize(), surface);
     return surface;
 }
 
@@ -75,28 +59,17 @@ std::string state_text(const Surface& surface) {
 
 namespace {
 
-void count_edges(std::vector<FaceSide>& sides, Surface& surface) {
-    const auto is_before = [](const FaceSide& a, const FaceSide& b) {
-        return std::tie(a.low, a.high) < std::tie(b.low, b.high);
-    };
-    std::sort(sides.begin(), sides.end(), is_before);
-    DisjointSets pieces(surface.faces);
-    for (auto side = sides.begin(); side != sides.end();) {
-        const auto end = std::upper_bound(side, sides.end(), *side, is_before);
-        const auto faces = end - side;
+void count_edges(const std::vector<FaceSide>& sides, int positions, Surface& surface) {
+    DisjointSets pieces(positions);
+    for_each_edge(sides, [&](std::span<const FaceSide> faces) {
         ++surface.edges;
-        surface.open_edges += faces % 2 != 0 ? 1 : 0;
-        surface.crowded_edges += faces > 2 && faces % 2 == 0 ? 1 : 0;
-        for (; side != end; ++side) {
-            pieces.join(side->face, end[-1].face);
+        surface.open_edges += faces.size() % 2 != 0 ? 1 : 0;
+        surface.crowded_edges += faces.size() > 2 && faces.size() % 2 == 0 ? 1 : 0;
+        for (const FaceSide& side : faces) {
+            pieces.join(side.position, faces.back().position);
         }
-    }
-    surface.pieces = pieces.count();
-}
-
-bool names_vertices(const TMOD3D& model, const POLY3D& face) {
-    return std::all_of(face.verts.begin(), face.verts.end(),
-                       [&](int v) { return v >= 0 && v < model.verts.GetSize(); });
+    });
+    surface.pieces = pieces.count() - (positions - surface.faces);
 }
 
 std::string edges_text(int edges) {
