@@ -74,7 +74,7 @@ korvel_install_pkgconfig(
 set(korvel_components "")
 if(KORVEL_BUILD_KIT)
     set(korvel_components kit ${korvel_kit_parts})
-    set(kit_modules gl geos)
+    set(kit_modules gl)
     set(kit_definitions "")
     foreach(part IN LISTS korvel_kit_parts)
         string(TOUPPER -Dkorvel_has_${part} definition)

@@ -16,7 +16,7 @@ compare_with_peers() {
     for argument in "$@"; do
         if [[ $argument == --write ]]; then write=true; else arguments+=("$argument"); fi
     done
-    tools/install_packages.sh bench libgeos-dev libcgal-dev
+    tools/install_packages.sh bench libcgal-dev
     cmake --preset release -B build/bench -DKORVEL_BUILD_PEERS=ON -DKORVEL_BUILD_TESTS=OFF \
         -DKORVEL_BUILD_APPS=OFF -DKORVEL_BUILD_KIT=OFF
     cmake --build build/bench --target korvel_compare

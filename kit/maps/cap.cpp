@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -13,13 +14,12 @@
 namespace korvel::kit {
 namespace {
 
-bool copy_outline(const PLYDT& set, const PLYDT::PyToRg& region, PLYDT& cap);
-std::vector<std::vector<int>> rings_through_unique_points(const PLYDT& set,
-                                                          const PLYDT::PyToRg& region);
-void clear_spikes(std::vector<int>& ring);
-bool fill_by_front(PLYDT& cap);
-bool fill_by_delaunay(PLYDT& cap);
-bool fits(const PLYDT& cap);
+// The points of a cap: those of an outline in the order of the set.
+std::vector<int> copy_points(const Outline& outline, PLYDT& cap);
+void copy_rings(const std::vector<std::vector<int>>& rings, const std::vector<int>& points,
+                PLYDT& cap);
+bool fill_by_front(const Outline& outline, PLYDT& cap);
+bool fill_by_delaunay(const Outline& outline, PLYDT& cap);
 bool part_at_touching_points(PLYDT& cap);
 bool has_flat_triangle(const PLYDT& cap);
 int passes_of_rings(const PLYDT& cap);
@@ -55,9 +55,10 @@ private:
 } // namespace
 
 Filled make_cap(const PLYDT& set, const PLYDT::PyToRg& region, Fill fill, PLYDT& cap) {
-    const auto is_made = [&](bool (*fill_outline)(PLYDT&)) {
+    const Outline outline = outline_of(set, region);
+    const auto is_made = [&](bool (*fill_outline)(const Outline&, PLYDT&)) {
         cap.RemoveAll();
-        return copy_outline(set, region, cap) && fill_outline(cap) && part_at_touching_points(cap);
+        return !outline.rings.empty() && fill_outline(outline, cap) && part_at_touching_points(cap);
     };
     if (fill != Fill::delaunay && is_made(fill_by_front) &&
         (fill == Fill::front || !has_flat_triangle(cap))) {
@@ -71,105 +72,57 @@ Filled make_cap(const PLYDT& set, const PLYDT::PyToRg& region, Fill fill, PLYDT&
 
 namespace {
 
-// Points of equal coordinates become the first of them; their order is that of the set. False where
-// the outer ring encloses nothing.
-bool copy_outline(const PLYDT& set, const PLYDT::PyToRg& region, PLYDT& cap) {
-    std::vector<std::vector<int>> rings = rings_through_unique_points(set, region);
-    if (rings.empty() || rings.front().size() < 3) {
-        return false;
+std::vector<int> copy_points(const Outline& outline, PLYDT& cap) {
+    std::vector<int> places(outline.places.size());
+    std::iota(places.begin(), places.end(), 0);
+    std::sort(places.begin(), places.end(), [&](int a, int b) {
+        return outline.points[static_cast<std::size_t>(a)] <
+               outline.points[static_cast<std::size_t>(b)];
+    });
+    std::vector<int> points(places.size());
+    cap.pt_list.SetSize(static_cast<int>(places.size()));
+    for (int point = 0; point < cap.pt_list.GetSize(); ++point) {
+        const auto place = static_cast<std::size_t>(places[static_cast<std::size_t>(point)]);
+        points[place] = point;
+        cap.pt_list[point].x = outline.places[place].x;
+        cap.pt_list[point].y = outline.places[place].y;
     }
-    std::erase_if(rings, [](const std::vector<int>& ring) { return ring.size() < 3; });
+    return points;
+}
 
-    std::map<int, int> numbers;
-    for (const std::vector<int>& ring : rings) {
-        for (const int point : ring) {
-            numbers[point] = -1;
-        }
-    }
-    for (auto& [point, number] : numbers) {
-        number = cap.pt_list.GetSize();
-        cap.pt_list.SetSize(number + 1);
-        cap.pt_list[number].x = set.pt_list[point].x;
-        cap.pt_list[number].y = set.pt_list[point].y;
-    }
+void copy_rings(const std::vector<std::vector<int>>& rings, const std::vector<int>& points,
+                PLYDT& cap) {
     cap.region_list.SetSize(1);
     cap.ring_list.SetSize(static_cast<int>(rings.size()));
     for (int ring = 0; ring < cap.ring_list.GetSize(); ++ring) {
         cap.region_list[0].rings.Add(ring);
-        for (const int point : rings[ring]) {
-            cap.ring_list[ring].pts.Add(numbers[point]);
+        for (const int place : rings[static_cast<std::size_t>(ring)]) {
+            cap.ring_list[ring].pts.Add(points[static_cast<std::size_t>(place)]);
         }
     }
-    return true;
 }
 
-std::vector<std::vector<int>> rings_through_unique_points(const PLYDT& set,
-                                                          const PLYDT::PyToRg& region) {
-    std::map<std::pair<double, double>, int> first_at;
-    for (const int ring : region.rings) {
-        for (const int point : set.ring_list[ring].pts) {
-            const VERT2D& place = set.pt_list[point];
-            int& first = first_at.try_emplace({place.x, place.y}, point).first->second;
-            first = std::min(first, point);
-        }
-    }
-    std::vector<std::vector<int>> rings;
-    for (const int ring : region.rings) {
-        std::vector<int>& points = rings.emplace_back();
-        for (const int point : set.ring_list[ring].pts) {
-            points.push_back(first_at.at({set.pt_list[point].x, set.pt_list[point].y}));
-        }
-        clear_spikes(points);
-    }
-    return rings;
-}
-
-// Removes spikes from a ring: a point that follows itself, a side there and back.
-void clear_spikes(std::vector<int>& ring) {
-    std::vector<int> kept;
-    for (const int point : ring) {
-        if (!kept.empty() && kept.back() == point) {
-            continue;
-        }
-        if (kept.size() >= 2 && kept[kept.size() - 2] == point) {
-            kept.pop_back();
-        } else {
-            kept.push_back(point);
-        }
-    }
-    auto first = kept.begin();
-    auto last = kept.end();
-    for (bool is_clear = false; !is_clear && last - first >= 3;) {
-        if (*first == last[-1]) {
-            --last;
-        } else if (first[1] == last[-1]) {
-            ++first;
-            --last;
-        } else if (*first == last[-2]) {
-            last -= 2;
-        } else {
-            is_clear = true;
-        }
-    }
-    ring.assign(first, last);
-}
-
-bool fill_by_front(PLYDT& cap) {
+bool fill_by_front(const Outline& outline, PLYDT& cap) {
+    copy_rings(outline.rings, copy_points(outline, cap), cap);
     const TraceFilesOverride no_traces(false);
     cap.creat_top_rel();
     cap.poly_tranglate(cap.region_list[0]);
-    return fits(cap);
-}
-
-bool fill_by_delaunay(PLYDT& cap) {
-    add_delaunay_triangles(cap, cap.region_list[0]);
-    return fits(cap);
-}
-
-bool fits(const PLYDT& cap) {
     return measure_coverage(cap, cap.region_list[0], 0, cap.trg_list.GetSize(),
                             are_lattice_points(cap.pt_list))
         .meets_sides;
+}
+
+bool fill_by_delaunay(const Outline& outline, PLYDT& cap) {
+    DelaunayTriangles found = delaunay_triangles(outline);
+    for (std::vector<int>& ring : found.rings) {
+        if (turn_of_ring(outline, ring) < 0) {
+            std::reverse(ring.begin(), ring.end());
+        }
+    }
+    const std::vector<int> points = copy_points(outline, cap);
+    copy_rings(found.rings, points, cap);
+    add_triangles(found, points, cap);
+    return !found.corners.empty();
 }
 
 // A body must be one piece, or the library does not know how to turn the faces of all others. Where
