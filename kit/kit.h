@@ -18,6 +18,7 @@
 #include "kit/files/section_file.h"
 #include "kit/maps/coverage.h"
 #include "kit/maps/find_regions.h"
+#include "kit/maps/flaw.h"
 #include "kit/maps/map.h"
 #include "kit/maps/network.h"
 #include "kit/maps/region_sets.h"
