@@ -19,8 +19,8 @@ std::string bounds_text(const double* pairs, int axes);
 /// Tells the user on standard error of something that is odd but does not stop the command.
 void warn(const std::string& message);
 
-/// Makes the exit status 3 once the command is done and all its files are written: the result leaves
-/// out something of the input, and the user asked for a strict run.
+/// Makes the exit status 3 once the command is done and all its files are written: the result
+/// leaves out something of the input, and the user asked for a strict run.
 void note_incomplete();
 bool is_incomplete();
 

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <optional>
+#include <list>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/progress_line.h"
@@ -23,6 +25,11 @@ void Outputs::add_picture(Options options) {
         .with_default();
 }
 
+void Outputs::add_leftover(Options options) {
+    options.add("--leftover", leftover_, "FILE",
+                "Write the lines that are on no border as a curve file");
+}
+
 void Outputs::check() const {
     parse_picture_size("--size", size_);
     if (!picture_.empty()) {
@@ -32,45 +39,52 @@ void Outputs::check() const {
         std::error_code error;
         return std::filesystem::weakly_canonical(std::filesystem::absolute(file), error);
     };
-    if (!file_.empty() && !picture_.empty() && place(file_) == place(picture_)) {
-        throw kit::input_error("korvel: " + file_ + ": named both for the picture and by --output");
+    const std::vector<std::pair<std::string, std::string>> named = {
+        {file_, "by --output"}, {leftover_, "by --leftover"}, {picture_, "for the picture"}};
+    for (auto one = named.begin(); one != named.end(); ++one) {
+        for (auto other = named.begin(); other != one; ++other) {
+            if (!one->first.empty() && !other->first.empty() &&
+                place(one->first) == place(other->first)) {
+                throw kit::input_error("korvel: " + other->first + ": named both " + one->second +
+                                       " and " + other->second);
+            }
+        }
     }
-    for (const std::string& file : {file_, picture_}) {
+    for (const auto& [file, purpose] : named) {
         if (!file.empty()) {
             kit::OutputFile::check(file);
         }
     }
 }
 
-void Outputs::write(const WriteFile& write_file, const Paint& paint) const {
+void Outputs::write(const WriteFile& write_file, const Paint& paint,
+                    const WriteFile& write_leftover) const {
     const Stopwatch time;
-    std::optional<kit::OutputFile> file;
-    std::optional<kit::OutputFile> picture;
-    if (!file_.empty()) {
-        file.emplace(file_);
-        write_file(*file);
-        file->close();
+    const std::vector<std::pair<std::string, WriteFile>> jobs = {
+        {file_, write_file}, {leftover_, write_leftover}, {picture_, [&](kit::OutputFile& out) {
+                                                               paint_into(out, picture_, paint);
+                                                           }}};
+    std::list<kit::OutputFile> written;
+    std::string names;
+    for (const auto& [file, write_it] : jobs) {
+        if (!file.empty()) {
+            names.append(names.empty() ? "" : ", ").append(file);
+            write_it(written.emplace_back(file));
+            written.back().close();
+        }
     }
-    if (!picture_.empty()) {
-        picture.emplace(picture_);
-        paint_into(*picture, picture_, paint);
+    for (kit::OutputFile& file : written) {
+        file.replace();
     }
-    if (file) {
-        file->replace();
-    }
-    if (picture) {
-        picture->replace();
-    }
-    if (file || picture) {
-        const char* const separator = file && picture ? ", " : "";
-        std::printf("wrote %s%s%s in %.1f ms\n", file_.c_str(), separator, picture_.c_str(),
-                    time.milliseconds());
+    if (!written.empty()) {
+        std::printf("wrote %s in %.1f ms\n", names.c_str(), time.milliseconds());
     }
 }
 
 void Outputs::write_picture(const std::string& file, const Paint& paint) const {
     kit::OutputFile picture(file);
     paint_into(picture, file, paint);
+    picture.close();
     picture.replace();
 }
 
@@ -81,7 +95,6 @@ void Outputs::paint_into(kit::OutputFile& out, const std::string& file, const Pa
                               kit::PictureFit::units_per_pixel);
     paint(canvas);
     canvas.finish();
-    out.close();
 }
 
 } // namespace korvel::command

@@ -9,8 +9,8 @@
 
 namespace korvel::command {
 
-/// The files that a command writes besides its report: `-o FILE`, and `--picture FILE` with
-/// `--size WxH`.
+/// The files that a command writes besides its report: `-o FILE`, `--leftover FILE`, and
+/// `--picture FILE` with `--size WxH`.
 class Outputs {
 public:
     /// Adds `-o` to a command; `contents` describes it in the help.
@@ -18,6 +18,9 @@ public:
 
     /// Adds `--picture` and `--size`.
     void add_picture(Options options);
+
+    /// Adds `--leftover`.
+    void add_leftover(Options options);
 
     /// Looks for everything that would make `write` fail at the end of a long run. Throws
     /// an input error or an output error.
@@ -29,8 +32,9 @@ public:
     using WriteFile = std::function<void(kit::OutputFile& out)>;
     using Paint = std::function<void(kit::PictureCanvas& canvas)>;
 
-    /// Writes the requested files. Both replace their targets once both are complete.
-    void write(const WriteFile& write_file, const Paint& paint = {}) const;
+    /// Writes the requested files. They replace their targets once all are complete.
+    void write(const WriteFile& write_file, const Paint& paint = {},
+               const WriteFile& write_leftover = {}) const;
 
     /// Writes a picture of the size that was asked for into a file of another name.
     void write_picture(const std::string& file, const Paint& paint) const;
@@ -39,6 +43,7 @@ private:
     void paint_into(kit::OutputFile& out, const std::string& file, const Paint& paint) const;
 
     std::string file_;
+    std::string leftover_;
     std::string picture_;
     std::string size_ = "1600x1000";
 };

@@ -12,7 +12,7 @@ namespace korvel::command {
 /// The regions of a curve file or of a polygon-region file, all or those under `--select`.
 class RegionInput {
 public:
-    /// Adds the file, `--tolerance` and `--select` to a command.
+    /// Adds the file and the options of `CurveInput` to a command.
     void add_options(Options options);
 
     /// Throws an input error when an option does not fit.

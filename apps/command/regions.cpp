@@ -66,18 +66,21 @@ RegionsCommand::RegionsCommand(Options options) {
     curve_input_.add_options(options);
     options
         .add("--seed", seed_, "X,Y",
-             "Only the ring around this point, with the rings directly inside it as holes")
+             "Only the region around this point, with the rings directly inside it as holes")
         .excludes(options.option("--select"));
     outputs_.add_file(options, "Write a polygon-region file");
+    outputs_.add_leftover(options);
     outputs_.add_picture(options);
     view_.add_options(options);
-    options.footer("Holes are regions of their own as well. Where regions lie inside one another,\n"
-                   "--select takes the first one found whose outline contains the point.\n"
-                   "\n"
-                   "Examples:\n"
-                   "  korvel regions states.curves -o states.regions --picture states.png\n"
-                   "  korvel regions states.curves --select 20000,-60000 --picture one.svg\n"
-                   "  korvel regions states.curves --seed 20000,-60000");
+    options.footer(
+        "Curves are split where they cross or overlap. What lies inside a hole is a region of\n"
+        "its own, unless nothing but the outside is there. Slivers are regions of less area than\n"
+        "their perimeter times a unit of the map.\n"
+        "\n"
+        "Examples:\n"
+        "  korvel regions states.curves -o states.regions --picture states.png\n"
+        "  korvel regions states.curves --select 20000,-60000 --picture one.svg\n"
+        "  korvel regions states.curves --seed 20000,-60000");
 }
 
 void RegionsCommand::take_selected_regions() {
@@ -123,7 +126,8 @@ void RegionsCommand::print_areas() const {
 
 void RegionsCommand::write() {
     outputs_.write([&](kit::OutputFile& out) { map_.write(out); },
-                   [&](kit::PictureCanvas& canvas) { kit::draw(map_, canvas, view_.options()); });
+                   [&](kit::PictureCanvas& canvas) { kit::draw(map_, canvas, view_.options()); },
+                   [&](kit::OutputFile& out) { curve_input_.found().leftover().write(out); });
 }
 
 } // namespace

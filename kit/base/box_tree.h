@@ -32,6 +32,8 @@ public:
         }
     };
 
+    BoxTree() = default;
+
     /// Of `count` rectangles, `box_of(i)` each.
     template <class BoxOf>
     BoxTree(std::size_t count, BoxOf box_of) {
@@ -48,8 +50,16 @@ public:
     /// Calls `found(i)` for each rectangle that meets the box, in an unspecified order.
     template <class Found>
     void for_each_at(const Box& box, Found found) const {
+        for_each_in([&](const Box& other) { return other.meets(box); }, found);
+    }
+
+    /// Calls `found(i)` for each rectangle for which `may_hold` is true, which must be true for a
+    /// box around such a rectangle too. It may become false for more boxes with each call. Upper
+    /// and right ones come first, roughly.
+    template <class MayHold, class Found>
+    void for_each_in(MayHold may_hold, Found found) const {
         if (!items_.empty()) {
-            search(1, 0, items_.size(), box, found);
+            search(1, 0, items_.size(), may_hold, found);
         }
     }
 
@@ -63,23 +73,23 @@ private:
 
     void build(std::size_t node, std::size_t first, std::size_t last);
 
-    template <class Found>
-    void search(std::size_t node, std::size_t first, std::size_t last, const Box& box,
+    template <class MayHold, class Found>
+    void search(std::size_t node, std::size_t first, std::size_t last, MayHold& may_hold,
                 Found& found) const {
-        if (!nodes_[node].meets(box)) {
+        if (!may_hold(nodes_[node])) {
             return;
         }
         if (last - first <= most_in_leaf) {
             for (std::size_t i = first; i < last; ++i) {
-                if (items_[i].box.meets(box)) {
+                if (may_hold(items_[i].box)) {
                     found(items_[i].index);
                 }
             }
             return;
         }
         const std::size_t middle = first + (last - first) / 2;
-        search(2 * node, first, middle, box, found);
-        search(2 * node + 1, middle, last, box, found);
+        search(2 * node + 1, middle, last, may_hold, found);
+        search(2 * node, first, middle, may_hold, found);
     }
 
     std::vector<Item> items_; // in the order of the leaves

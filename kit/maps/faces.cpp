@@ -4,13 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
-#include <set>
 #include <span>
 #include <stdexcept>
 #include <utility>
 
 #include "kit/base/areas.h"
 #include "kit/base/disjoint_sets.h"
+#include "kit/maps/border_index.h"
+#include "kit/maps/grid_segment.h"
 #include "kit/maps/regions_of_rings.h"
 
 namespace korvel::kit {
@@ -23,7 +24,7 @@ public:
 
     void mark_dangling();
     void trace_cycles(); // along the segments that are borders so far
-    void mark_bridges(); // of which both half-edges are in one cycle
+    bool mark_bridges(); // of which both half-edges are in one cycle; false for none
     void find_components();
     void nest_components();
     Faces take_faces();
@@ -35,10 +36,6 @@ private:
         std::vector<int> inside; // of a face: the outlines of the components directly inside
     };
     using Ring = PointRing;
-    struct Point {
-        int index;
-    };
-    struct IsBelow;
 
     int origin(int half_edge) const;
     int target(int half_edge) const { return origin(half_edge ^ 1); }
@@ -46,13 +43,16 @@ private:
         return kinds_[static_cast<std::size_t>(half_edge / 2)] == SegmentKind::border;
     }
     bool is_face(int cycle) const { return cycles_[cycle].twice_area > 0; }
-    WideInteger turn(int a, int b, int c) const;
+    const GridPoint& point(int index) const { return network_.points[index]; }
+    WideInteger turn(int a, int b, int c) const { return side(point(a), point(b), point(c)); }
     void sort_around_points();
     WideInteger twice_area(int first) const;
     void nest(int component, int below);
     std::vector<Ring> simple_rings(int cycle);
     WideInteger twice_area(const Ring& ring) const;
     void check() const;
+    std::vector<std::array<int, 2>> sides() const;
+    void free_what_is_done();
 
     const NodedNetwork& network_;
     std::vector<SegmentKind> kinds_;
@@ -69,14 +69,19 @@ private:
 
 } // namespace
 
-Faces faces_of(const NodedNetwork& network) {
+Faces faces_of(const NodedNetwork& network, const Context& context) {
+    constexpr int steps = 3;
     Tracing tracing(network);
+    context.report("tracing faces", 0, steps);
     tracing.mark_dangling();
     tracing.trace_cycles();
-    tracing.mark_bridges();
-    tracing.trace_cycles();
+    context.report("tracing faces", 1, steps);
+    if (tracing.mark_bridges()) {
+        tracing.trace_cycles();
+    }
     tracing.find_components();
     tracing.nest_components();
+    context.report("tracing faces", 2, steps);
     return tracing.take_faces();
 }
 
@@ -115,15 +120,6 @@ void Tracing::mark_dangling() {
 int Tracing::origin(int half_edge) const {
     const NodedSegment& segment = network_.segments[static_cast<std::size_t>(half_edge / 2)];
     return half_edge % 2 == 0 ? segment.from : segment.to;
-}
-
-// Twice the area of the triangle of three points: positive for a turn to the left at b.
-WideInteger Tracing::turn(int a, int b, int c) const {
-    const GridPoint& p = network_.points[a];
-    const GridPoint& q = network_.points[b];
-    const GridPoint& r = network_.points[c];
-    return static_cast<WideInteger>(std::int64_t{q.x} - p.x) * (std::int64_t{r.y} - p.y) -
-           static_cast<WideInteger>(std::int64_t{q.y} - p.y) * (std::int64_t{r.x} - p.x);
 }
 
 void Tracing::sort_around_points() {
@@ -184,12 +180,15 @@ WideInteger Tracing::twice_area(int first) const {
     return sum;
 }
 
-void Tracing::mark_bridges() {
+bool Tracing::mark_bridges() {
+    bool is_any = false;
     for (std::size_t i = 0; i < kinds_.size(); ++i) {
         if (kinds_[i] == SegmentKind::border && cycle_of_[2 * i] == cycle_of_[2 * i + 1]) {
             kinds_[i] = SegmentKind::bridge;
+            is_any = true;
         }
     }
+    return is_any;
 }
 
 // Components are numbered by their first points, from the left.
@@ -219,61 +218,18 @@ void Tracing::find_components() {
     face_around_.assign(static_cast<std::size_t>(count), -1);
 }
 
-// The borders that a vertical line crosses, as half-edges to the right, from below.
-struct Tracing::IsBelow {
-    const Tracing* tracing;
-    using is_transparent = void;
-
-    bool operator()(int a, int b) const {
-        const Tracing& t = *tracing;
-        const WideInteger side = t.origin(a) <= t.origin(b)
-                                     ? t.turn(t.origin(a), t.target(a), t.origin(b))
-                                     : -t.turn(t.origin(b), t.target(b), t.origin(a));
-        return side != 0 ? side > 0 : t.turn(t.origin(a), t.target(a), t.target(b)) > 0;
-    }
-    bool operator()(int border, Point point) const {
-        return tracing->turn(tracing->origin(border), tracing->target(border), point.index) > 0;
-    }
-    bool operator()(Point point, int border) const {
-        return tracing->turn(tracing->origin(border), tracing->target(border), point.index) < 0;
-    }
-};
-
-// The line sweeps from the left. Just left of the first point of a component, the border below that
-// point shows what is around the component; vertical borders are not there.
+// The border below the leftmost point of a component shows what is around the component.
 void Tracing::nest_components() {
-    std::set<int, IsBelow> line(IsBelow{this});
-    const std::vector<GridPoint>& points = network_.points;
-    const auto half_edges_at = [&](int point) {
-        return std::span(around_).subspan(
-            static_cast<std::size_t>(first_at_[point]),
-            static_cast<std::size_t>(first_at_[point + 1] - first_at_[point]));
-    };
+    const auto count = static_cast<int>(outline_of_.size());
+    if (count < 2) {
+        return;
+    }
+    const BorderIndex borders(network_, kinds_);
     int nested = 0;
-    const int count = static_cast<int>(points.size());
-    for (int start = 0; start < count;) {
-        int end = start;
-        for (; end < count && points[end].x == points[start].x; ++end) {
-            if (component_[end] == nested) {
-                const auto above = line.lower_bound(Point{end});
-                nest(nested++, above == line.begin() ? -1 : *std::prev(above));
-            }
+    for (int p = 0; nested < count; ++p) {
+        if (component_[p] == nested) {
+            nest(nested++, borders.below(point(p)));
         }
-        for (int point = start; point < end; ++point) {
-            for (const int h : half_edges_at(point)) {
-                if (points[target(h)].x < points[point].x) {
-                    line.erase(h ^ 1);
-                }
-            }
-        }
-        for (int point = start; point < end; ++point) {
-            for (const int h : half_edges_at(point)) {
-                if (points[target(h)].x > points[point].x) {
-                    line.insert(h);
-                }
-            }
-        }
-        start = end;
     }
 }
 
@@ -309,9 +265,38 @@ Faces Tracing::take_faces() {
             }
         }
     }
+    faces.sides = sides();
+    free_what_is_done();
     faces.regions = regions_of(rings_of_faces, network_.points);
     faces.kinds = std::move(kinds_);
     return faces;
+}
+
+std::vector<std::array<int, 2>> Tracing::sides() const {
+    std::vector<int> region_of(cycles_.size(), -1);
+    int regions = 0;
+    for (int cycle = 0; cycle < static_cast<int>(cycles_.size()); ++cycle) {
+        region_of[cycle] = is_face(cycle) ? regions++ : -1;
+    }
+    for (std::size_t component = 0; component < outline_of_.size(); ++component) {
+        const int around = face_around_[component];
+        region_of[outline_of_[component]] = around < 0 ? -1 : region_of[around];
+    }
+    std::vector<std::array<int, 2>> sides(kinds_.size(), {-1, -1});
+    for (std::size_t i = 0; i < kinds_.size(); ++i) {
+        if (is_border(static_cast<int>(2 * i))) {
+            sides[i] = {region_of[cycle_of_[2 * i]], region_of[cycle_of_[2 * i + 1]]};
+        }
+    }
+    return sides;
+}
+
+// The regions that are made next take more memory than all else.
+void Tracing::free_what_is_done() {
+    for (std::vector<int>* list :
+         {&around_, &first_at_, &next_, &cycle_of_, &component_, &place_}) {
+        std::vector<int>().swap(*list);
+    }
 }
 
 // A cycle that passes a point again goes round a ring of its own in between.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -23,7 +24,11 @@ struct Faces {
     std::unique_ptr<CCPloy2DRg> regions;
 
     std::vector<SegmentKind> kinds; ///< of each segment of the noded network
-    int components = 0;             ///< of the borders
+
+    /// Of each border the regions on its left and on its right; −1 is the outside.
+    std::vector<std::array<int, 2>> sides;
+
+    int components = 0; ///< of the borders
 };
 
 /// Traces the faces of a noded network and nests them. Regions are in the order of the first of
@@ -31,6 +36,6 @@ struct Faces {
 ///
 /// Throws std::logic_error unless the number of faces is E - V + C, counted over the borders, and
 /// their areas add up to those of the outlines that are in no other. n log n.
-Faces faces_of(const NodedNetwork& network);
+Faces faces_of(const NodedNetwork& network, const Context& context = {});
 
 } // namespace korvel::kit

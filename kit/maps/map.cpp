@@ -98,6 +98,16 @@ std::vector<int> Map::neighbours(int region) const {
     return std::move(neighbours()[region]);
 }
 
+std::vector<int> Map::slivers(double share) const {
+    std::vector<int> slivers;
+    for (const Region region : *this) {
+        if (region.area() < share * region.perimeter()) {
+            slivers.push_back(region.index());
+        }
+    }
+    return slivers;
+}
+
 Rectangle Map::bounds() const {
     return box_of_regions(*regions_);
 }
@@ -161,6 +171,19 @@ int Region::point_count() const {
 
 double Region::area() const {
     return region_area(*map_->regions_, record(), map_->is_on_grid_);
+}
+
+double Region::perimeter() const {
+    double length = 0;
+    for (int i = 0; i < ring_count(); ++i) {
+        const IndexedRange<Corner> corners = ring(i);
+        Point2 last = corners.size() > 0 ? corners[corners.size() - 1] : Point2();
+        for (const Point2& corner : corners) {
+            length += std::hypot(corner[0] - last[0], corner[1] - last[1]);
+            last = corner;
+        }
+    }
+    return length;
 }
 
 double Region::ring_area(int which) const {

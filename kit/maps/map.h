@@ -57,6 +57,9 @@ public:
     /// coordinates are integers. Linear in the corners.
     double area() const;
 
+    /// The length of all rings.
+    double perimeter() const;
+
     /// The area inside a ring alone.
     double ring_area(int which) const;
 
@@ -126,6 +129,10 @@ public:
 
     /// The same for one region. Linear in the map too: for many regions keep the list of all.
     std::vector<int> neighbours(int region) const;
+
+    /// Regions that are next to nothing, such as a border leaves that was drawn twice with
+    /// different points: with less area than `share` × the perimeter × a unit, ascending. Linear.
+    std::vector<int> slivers(double share = 1) const;
 
     // Measure.
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kit/base/points.h"
@@ -53,6 +54,7 @@ public:
 
     /// The name of the file that was read, for messages; "network" for any other.
     const std::string& name() const { return name_; }
+    void set_name(std::string_view name) { name_ = name; }
 
 private:
     std::vector<GridPoint> points_; // of all curves, one after another

@@ -1,247 +1,385 @@
 #include "kit/maps/noding.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <numeric>
 #include <span>
+#include <tuple>
 #include <utility>
 
-#include "kit/base/areas.h"
 #include "kit/base/box_tree.h"
+#include "kit/base/error.h"
+#include "kit/base/radix_sort.h"
+#include "kit/maps/grid_segment.h"
 
 namespace korvel::kit {
 namespace {
 
-struct Segment {
-    GridPoint from;
-    GridPoint to;
-    int curve;
+// Segments are numbered by the positions of their first points among the points of the network.
+class Noding {
+public:
+    Noding(const Network& network, const Context& context, std::size_t most_crossings)
+        : network_(network), points_(network.points()), context_(context),
+          most_crossings_(most_crossings) {}
+
+    void number_points();
+    void divide_into_runs();
+    void compare_runs();
+    void add_crossings(); // as points, and where segments pass them
+    NodedNetwork take_pieces();
+
+private:
+    // Successive segments of a curve, `first` to `end` − 1.
+    struct Run {
+        int first;
+        int end;
+    };
+    // A point at which a segment is cut.
+    struct Cut {
+        int segment;
+        int point;
+    };
+
+    GridSegment segment(int k) const { return {points_[k], points_[k + 1]}; }
+    bool has_length(int k) const { return !is_same(points_[k], points_[k + 1]); }
+    BoxTree::Box box_of(const Run& run) const;
+    void compare(const Run& run, const Run& other);
+    void compare(int s, int t);
+    void compare_at_shared_end(int s, int t, int end_of_s, int end_of_t);
+    void cut_where_passed(int s, int position);
+    void add_crossing(const GridPoint& point);
+    void renumber(const std::vector<GridPoint>& crossings);
+    void report(std::string_view stage, std::size_t done, std::size_t all) const;
+
+    const Network& network_;
+    std::span<const GridPoint> points_;
+    const Context& context_;
+    std::size_t most_crossings_;
+    std::vector<int> numbers_; // of the points by their positions, −1 for one without a segment
+    std::vector<Run> runs_;
+    BoxTree tree_; // of the runs
+    std::vector<GridPoint> crossings_;
+    std::size_t crossings_to_sort_ = 1024;
+    std::vector<Cut> cuts_;
+    NodedNetwork noded_;
 };
 
-std::vector<Segment> segments_of(const Network& network);
-std::vector<GridPoint> ends_of(const std::vector<Segment>& segments);
-void add_crossings(const std::vector<Segment>& segments, const Context& context,
-                   std::vector<GridPoint>& points);
-std::vector<NodedSegment> pieces_of(const std::vector<Segment>& segments,
-                                    const std::vector<GridPoint>& points, const Context& context);
-int leave_out_equal_ones(std::vector<NodedSegment>& segments);
+void leave_out_equal_segments(NodedNetwork& noded);
+
+} // namespace
+
+NodedNetwork node(const Network& network, const Context& context, std::size_t most_crossings) {
+    Noding noding(network, context, most_crossings);
+    noding.number_points();
+    noding.divide_into_runs();
+    noding.compare_runs();
+    noding.add_crossings();
+    NodedNetwork noded = noding.take_pieces();
+    leave_out_equal_segments(noded);
+    return noded;
+}
+
+Error too_many_crossings(const std::string& network, std::size_t most) {
+    const std::string advice = "split the file, or remove curves that cross many others";
+    return input_error(network + ": the curves have more than " + std::to_string(most) +
+                           " crossings, for which there is not enough memory: " + advice,
+                       {.file = network, .advice = advice});
+}
+
+namespace {
 
 void sort_distinct(std::vector<GridPoint>& points) {
     std::sort(points.begin(), points.end(), is_before);
     points.erase(std::unique(points.begin(), points.end(), is_same), points.end());
 }
 
-} // namespace
-
-NodedNetwork node(const Network& network, const Context& context) {
-    const std::vector<Segment> segments = segments_of(network);
-    NodedNetwork noded;
-    noded.points = ends_of(segments);
-    const std::size_t ends = noded.points.size();
-    add_crossings(segments, context, noded.points);
-    sort_distinct(noded.points);
-    noded.crossings = static_cast<int>(noded.points.size() - ends);
-    noded.segments = pieces_of(segments, noded.points, context);
-    noded.overlaps = leave_out_equal_ones(noded.segments);
-    return noded;
-}
-
-namespace {
-
-BoxTree::Box box_of(const Segment& segment);
-bool cross(const Segment& s, const Segment& t);
-GridPoint rounded_crossing(const Segment& s, const Segment& t);
-bool passes(const Segment& segment, const GridPoint& point);
-WideInteger dot(const Segment& segment, const GridPoint& point);
-
-std::vector<Segment> segments_of(const Network& network) {
-    std::vector<Segment> segments;
-    for (int curve = 0; curve < network.curve_count(); ++curve) {
-        const std::span<const GridPoint> points = network.curve(curve);
-        for (std::size_t k = 1; k < points.size(); ++k) {
-            if (!is_same(points[k - 1], points[k])) {
-                segments.push_back({points[k - 1], points[k], curve});
+// By x, then y.
+void Noding::number_points() {
+    struct Place {
+        std::uint64_t key;
+        int position;
+    };
+    std::vector<Place> places;
+    places.reserve(points_.size());
+    int start = 0;
+    for (int curve = 0; curve < network_.curve_count(); ++curve) {
+        const int end = start + static_cast<int>(network_.curve(curve).size());
+        for (int k = start; k < end; ++k) {
+            if ((k > start && has_length(k - 1)) || (k + 1 < end && has_length(k))) {
+                const auto unsigned_of = [](int v) {
+                    return static_cast<std::uint32_t>(v) ^ 1U << 31U;
+                };
+                places.push_back(
+                    {std::uint64_t{unsigned_of(points_[k].x)} << 32U | unsigned_of(points_[k].y),
+                     k});
             }
         }
+        start = end;
     }
-    return segments;
-}
-
-std::vector<GridPoint> ends_of(const std::vector<Segment>& segments) {
-    std::vector<GridPoint> points;
-    points.reserve(2 * segments.size());
-    for (const Segment& segment : segments) {
-        points.push_back(segment.from);
-        points.push_back(segment.to);
-    }
-    sort_distinct(points);
-    return points;
-}
-
-void add_crossings(const std::vector<Segment>& segments, const Context& context,
-                   std::vector<GridPoint>& points) {
-    constexpr std::size_t step = 1 << 14;
-    const BoxTree tree(segments.size(), [&](std::size_t i) { return box_of(segments[i]); });
-    for (std::size_t i = 0; i < segments.size(); ++i) {
-        tree.for_each_at(box_of(segments[i]), [&](std::size_t j) {
-            if (i < j && cross(segments[i], segments[j])) {
-                points.push_back(rounded_crossing(segments[i], segments[j]));
-            }
-        });
-        if (i % step == 0) {
-            context.report("finding crossings", static_cast<long long>(i),
-                           static_cast<long long>(segments.size()));
+    radix_sort(places, [](const Place& place) { return place.key; });
+    numbers_.assign(points_.size(), -1);
+    noded_.points.reserve(places.size());
+    for (const Place& place : places) {
+        const GridPoint& point = points_[place.position];
+        if (noded_.points.empty() || !is_same(noded_.points.back(), point)) {
+            noded_.points.push_back(point);
         }
+        numbers_[place.position] = static_cast<int>(noded_.points.size()) - 1;
     }
 }
 
-// Each segment runs through the points that it passes, in their order along it.
-std::vector<NodedSegment> pieces_of(const std::vector<Segment>& segments,
-                                    const std::vector<GridPoint>& points, const Context& context) {
-    constexpr std::size_t step = 1 << 14;
-    const BoxTree tree(points.size(), [&](std::size_t i) {
-        return BoxTree::Box{points[i].x, points[i].y, points[i].x, points[i].y};
-    });
-    std::vector<NodedSegment> pieces;
-    pieces.reserve(segments.size());
-    std::vector<std::pair<WideInteger, int>> passed;
-    for (std::size_t i = 0; i < segments.size(); ++i) {
-        const Segment& segment = segments[i];
-        passed.clear();
-        tree.for_each_at(box_of(segment), [&](std::size_t point) {
-            if (passes(segment, points[point])) {
-                passed.emplace_back(dot(segment, points[point]), static_cast<int>(point));
+// A tree of runs is as good as one of segments, because runs are short, and is built much sooner.
+void Noding::divide_into_runs() {
+    constexpr int longest = 8;
+    int start = 0;
+    for (int curve = 0; curve < network_.curve_count(); ++curve) {
+        const int last = start + static_cast<int>(network_.curve(curve).size()) - 1;
+        for (; start < last; start = std::min(start + longest, last)) {
+            runs_.push_back({start, std::min(start + longest, last)});
+        }
+        start = last + 1;
+    }
+    tree_ = BoxTree(runs_.size(), [&](std::size_t i) { return box_of(runs_[i]); });
+}
+
+BoxTree::Box Noding::box_of(const Run& run) const {
+    BoxTree::Box box;
+    for (int k = run.first; k <= run.end; ++k) {
+        box.take_in({points_[k].x, points_[k].y, points_[k].x, points_[k].y});
+    }
+    return box;
+}
+
+void Noding::compare_runs() {
+    for (std::size_t i = 0; i < runs_.size(); ++i) {
+        tree_.for_each_at(widened(box_of(runs_[i])), [&](std::size_t j) {
+            if (i <= j) {
+                compare(runs_[i], runs_[j]);
             }
         });
-        std::sort(passed.begin(), passed.end());
-        for (std::size_t k = 1; k < passed.size(); ++k) {
-            pieces.push_back({passed[k - 1].second, passed[k].second, segment.curve});
-        }
-        if (i % step == 0) {
-            context.report("cutting segments", static_cast<long long>(i),
-                           static_cast<long long>(segments.size()));
-        }
+        report("finding crossings", i, runs_.size());
     }
-    return pieces;
 }
 
-int leave_out_equal_ones(std::vector<NodedSegment>& segments) {
-    std::vector<std::size_t> order(segments.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    const auto ends = [&](std::size_t i) { return std::minmax(segments[i].from, segments[i].to); };
-    std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-        const auto ends_a = ends(a);
-        const auto ends_b = ends(b);
-        return ends_a != ends_b ? ends_a < ends_b : a < b;
+void Noding::compare(const Run& run, const Run& other) {
+    const BoxTree::Box around = widened(box_of(other));
+    for (int s = run.first; s < run.end; ++s) {
+        if (!has_length(s) || !kit::box_of(segment(s)).meets(around)) {
+            continue;
+        }
+        const BoxTree::Box box = widened(kit::box_of(segment(s)));
+        for (int t = std::max(other.first, s + 1); t < other.end; ++t) {
+            if (kit::box_of(segment(t)).meets(box) && has_length(t)) {
+                compare(s, t);
+            }
+        }
+    }
+}
+
+void Noding::compare(int s, int t) {
+    for (const int end_of_s : {s, s + 1}) {
+        for (const int end_of_t : {t, t + 1}) {
+            if (numbers_[end_of_s] == numbers_[end_of_t]) {
+                compare_at_shared_end(s, t, end_of_s, end_of_t);
+                return;
+            }
+        }
+    }
+    const GridSegment a = segment(s);
+    const GridSegment b = segment(t);
+    const WideInteger from = side(a.from, a.to, b.from);
+    const WideInteger to = side(a.from, a.to, b.to);
+    const WideInteger reach = reach_of(a);
+    if (std::min(from, to) > reach || std::max(from, to) < -reach) {
+        return; // one is too far from the line through the other
+    }
+    for (const int end : {t, t + 1}) {
+        cut_where_passed(s, end);
+    }
+    for (const int end : {s, s + 1}) {
+        cut_where_passed(t, end);
+    }
+    if (cross(a, b)) {
+        add_crossing(rounded_crossing(a, b));
+    }
+}
+
+// The area between the other two ends is too large, as a rule, for one to be near the other
+// segment.
+void Noding::compare_at_shared_end(int s, int t, int end_of_s, int end_of_t) {
+    const int other_of_s = 2 * s + 1 - end_of_s;
+    const int other_of_t = 2 * t + 1 - end_of_t;
+    const WideInteger area = side(points_[s], points_[s + 1], points_[other_of_t]);
+    const WideInteger size = area < 0 ? -area : area;
+    if (size <= reach_of(segment(s))) {
+        cut_where_passed(s, other_of_t);
+    }
+    if (size <= reach_of(segment(t))) {
+        cut_where_passed(t, other_of_s);
+    }
+}
+
+void Noding::cut_where_passed(int s, int position) {
+    const int point = numbers_[position];
+    if (point != numbers_[s] && point != numbers_[s + 1] && passes(segment(s), points_[position])) {
+        cuts_.push_back({s, point});
+    }
+}
+
+// Many may be the same.
+void Noding::add_crossing(const GridPoint& point) {
+    crossings_.push_back(point);
+    if (crossings_.size() < crossings_to_sort_) {
+        return;
+    }
+    sort_distinct(crossings_);
+    if (crossings_.size() > most_crossings_) {
+        throw too_many_crossings(network_.name(), most_crossings_);
+    }
+    crossings_to_sort_ = 2 * crossings_.size() + 1024;
+}
+
+void Noding::add_crossings() {
+    sort_distinct(crossings_);
+    if (crossings_.size() > most_crossings_) {
+        throw too_many_crossings(network_.name(), most_crossings_);
+    }
+    std::vector<GridPoint> fresh;
+    std::set_difference(crossings_.begin(), crossings_.end(), noded_.points.begin(),
+                        noded_.points.end(), std::back_inserter(fresh), is_before);
+    noded_.crossings = static_cast<int>(fresh.size());
+    if (fresh.empty()) {
+        return;
+    }
+    renumber(fresh);
+    for (std::size_t i = 0; i < fresh.size(); ++i) {
+        const GridPoint& point = fresh[i];
+        const auto number =
+            std::lower_bound(noded_.points.begin(), noded_.points.end(), point, is_before) -
+            noded_.points.begin();
+        const BoxTree::Box box = widened({point.x, point.y, point.x, point.y});
+        tree_.for_each_at(box, [&](std::size_t run) {
+            for (int s = runs_[run].first; s < runs_[run].end; ++s) {
+                if (kit::box_of(segment(s)).meets(box) && has_length(s) &&
+                    passes(segment(s), point)) {
+                    cuts_.push_back({s, static_cast<int>(number)});
+                }
+            }
+        });
+        report("rounding crossings", i, fresh.size());
+    }
+}
+
+// Merges the crossings into the points.
+void Noding::renumber(const std::vector<GridPoint>& crossings) {
+    std::vector<GridPoint> merged;
+    merged.reserve(noded_.points.size() + crossings.size());
+    std::vector<int> new_numbers;
+    new_numbers.reserve(noded_.points.size());
+    auto next = crossings.begin();
+    for (const GridPoint& point : noded_.points) {
+        for (; next != crossings.end() && is_before(*next, point); ++next) {
+            merged.push_back(*next);
+        }
+        new_numbers.push_back(static_cast<int>(merged.size()));
+        merged.push_back(point);
+    }
+    merged.insert(merged.end(), next, crossings.end());
+    noded_.points = std::move(merged);
+    for (int& number : numbers_) {
+        number = number < 0 ? -1 : new_numbers[number];
+    }
+    for (Cut& cut : cuts_) {
+        cut.point = new_numbers[cut.point];
+    }
+}
+
+// A segment runs through the points that it passes, in their order along it.
+NodedNetwork Noding::take_pieces() {
+    radix_sort(cuts_, [](const Cut& cut) {
+        return std::uint64_t{static_cast<std::uint32_t>(cut.segment)} << 32U |
+               static_cast<std::uint32_t>(cut.point);
     });
-    std::vector<bool> is_repeated(segments.size(), false);
-    for (std::size_t k = 1; k < order.size(); ++k) {
-        is_repeated[order[k]] = ends(order[k]) == ends(order[k - 1]);
+    noded_.segments.reserve(points_.size() + cuts_.size());
+    auto next = cuts_.begin();
+    std::vector<std::pair<WideInteger, int>> along;
+    int start = 0;
+    for (int curve = 0; curve < network_.curve_count(); ++curve) {
+        const int last = start + static_cast<int>(network_.curve(curve).size()) - 1;
+        for (int s = start; s < last; ++s) {
+            if (!has_length(s)) {
+                continue;
+            }
+            along.clear();
+            for (; next != cuts_.end() && next->segment == s; ++next) {
+                along.emplace_back(place_along(segment(s), noded_.points[next->point]),
+                                   next->point);
+            }
+            std::sort(along.begin(), along.end());
+            int from = numbers_[s];
+            for (const auto& [place, point] : along) {
+                if (point != from) {
+                    noded_.segments.push_back({std::exchange(from, point), point, curve});
+                }
+            }
+            noded_.segments.push_back({from, numbers_[s + 1], curve});
+        }
+        start = last + 1;
+    }
+    return std::move(noded_);
+}
+
+void Noding::report(std::string_view stage, std::size_t done, std::size_t all) const {
+    constexpr std::size_t step = 1 << 12;
+    if (done % step == 0) {
+        context_.report(stage, static_cast<long long>(done), static_cast<long long>(all));
+    }
+}
+
+// Of equal segments the first is kept.
+void leave_out_equal_segments(NodedNetwork& noded) {
+    const std::size_t count = noded.segments.size();
+    std::vector<int> first_of(noded.points.size() + 1,
+                              0); // of those with a point as the lesser end
+    const auto lesser = [&](std::size_t i) {
+        return std::min(noded.segments[i].from, noded.segments[i].to);
+    };
+    for (std::size_t i = 0; i < count; ++i) {
+        ++first_of[lesser(i) + 1];
+    }
+    std::partial_sum(first_of.begin(), first_of.end(), first_of.begin());
+    struct Ends {
+        int greater;
+        int segment;
+        auto operator<=>(const Ends&) const = default;
+    };
+    std::vector<Ends> by_ends(count);
+    std::vector<int> next(first_of.begin(), first_of.end() - 1);
+    for (std::size_t i = 0; i < count; ++i) {
+        const NodedSegment& segment = noded.segments[i];
+        by_ends[next[lesser(i)]++] = {std::max(segment.from, segment.to), static_cast<int>(i)};
+    }
+    std::vector<bool> is_repeated(count, false);
+    for (std::size_t point = 0; point + 1 < first_of.size(); ++point) {
+        const std::span ends = std::span(by_ends).subspan(
+            static_cast<std::size_t>(first_of[point]),
+            static_cast<std::size_t>(first_of[point + 1] - first_of[point]));
+        if (ends.size() > 1) {
+            std::sort(ends.begin(), ends.end());
+        }
+        for (std::size_t k = 1; k < ends.size(); ++k) {
+            is_repeated[ends[k].segment] = ends[k].greater == ends[k - 1].greater;
+        }
     }
     std::size_t kept = 0;
-    for (std::size_t i = 0; i < segments.size(); ++i) {
-        if (!is_repeated[i]) {
-            segments[kept++] = segments[i];
+    for (std::size_t i = 0; i < count; ++i) {
+        if (is_repeated[i]) {
+            noded.duplicates.push_back(noded.segments[i]);
+        } else {
+            noded.segments[kept++] = noded.segments[i];
         }
     }
-    const std::size_t left_out = segments.size() - kept;
-    segments.resize(kept);
-    return static_cast<int>(left_out);
-}
-
-BoxTree::Box box_of(const Segment& segment) {
-    const auto [left, right] = std::minmax(segment.from.x, segment.to.x);
-    const auto [bottom, top] = std::minmax(segment.from.y, segment.to.y);
-    return {left, bottom, right, top};
-}
-
-// Coordinates have 32 bits, so that products need 66 bits with their sign.
-WideInteger wide(std::int64_t value) {
-    return value;
-}
-WideInteger cross_product(const GridPoint& a, const GridPoint& b, const GridPoint& c,
-                          const GridPoint& d) { // of b - a and d - c
-    return wide(std::int64_t{b.x} - a.x) * wide(std::int64_t{d.y} - c.y) -
-           wide(std::int64_t{b.y} - a.y) * wide(std::int64_t{d.x} - c.x);
-}
-
-// Where an end of one is on the other, that end is a point already.
-bool cross(const Segment& s, const Segment& t) {
-    const auto are_apart = [](const Segment& line, const GridPoint& a, const GridPoint& b) {
-        const WideInteger side_a = cross_product(line.from, line.to, line.from, a);
-        const WideInteger side_b = cross_product(line.from, line.to, line.from, b);
-        return (side_a < 0 && side_b > 0) || (side_a > 0 && side_b < 0);
-    };
-    return are_apart(s, t.from, t.to) && are_apart(t, s.from, s.to);
-}
-
-// s.from + (s.to - s.from) · share / whole. Halves are rounded up; division truncates, so that a
-// quotient below 0 may be one above the floor.
-GridPoint rounded_crossing(const Segment& s, const Segment& t) {
-    WideInteger whole = cross_product(s.from, s.to, t.from, t.to);
-    WideInteger share = cross_product(s.from, t.from, t.from, t.to);
-    if (whole < 0) {
-        whole = -whole;
-        share = -share;
-    }
-    const auto rounded = [&](std::int64_t from, std::int64_t to) {
-        const WideInteger numerator = 2 * wide(to - from) * share + whole;
-        const WideInteger quotient = numerator / (2 * whole);
-        const bool is_above = numerator % (2 * whole) < 0;
-        return static_cast<int>(from + static_cast<std::int64_t>(quotient) - (is_above ? 1 : 0));
-    };
-    return {rounded(s.from.x, s.to.x), rounded(s.from.y, s.to.y)};
-}
-
-/// A bound of the part of a segment, as a fraction with a positive denominator.
-struct Bound {
-    std::int64_t numerator;
-    std::int64_t denominator;
-    bool is_open;
-};
-
-// Whether a part of the segment is in the square [x - 1/2, x + 1/2) × [y - 1/2, y + 1/2).
-bool passes(const Segment& segment, const GridPoint& point) {
-    std::array<Bound, 3> lower = {{{0, 1, false}}};
-    std::array<Bound, 3> upper = {{{1, 1, false}}};
-    std::size_t bounds = 1;
-    // Twice the distances, from the start of the segment, to both sides of the square.
-    const auto clip = [&](std::int64_t from, std::int64_t to, std::int64_t middle) {
-        const std::int64_t along = 2 * (to - from);
-        const std::int64_t near = 2 * (middle - from) - 1;
-        const std::int64_t far = near + 2;
-        if (along > 0) {
-            lower[bounds] = {near, along, false};
-            upper[bounds++] = {far, along, true};
-        } else if (along < 0) {
-            lower[bounds] = {-far, -along, true};
-            upper[bounds++] = {-near, -along, false};
-        }
-        return along != 0 || (near <= 0 && 0 < far);
-    };
-    if (!clip(segment.from.x, segment.to.x, point.x) ||
-        !clip(segment.from.y, segment.to.y, point.y)) {
-        return false;
-    }
-    for (std::size_t i = 0; i < bounds; ++i) {
-        for (std::size_t k = 0; k < bounds; ++k) {
-            const WideInteger low = wide(lower[i].numerator) * wide(upper[k].denominator);
-            const WideInteger high = wide(upper[k].numerator) * wide(lower[i].denominator);
-            if (low > high || (low == high && (lower[i].is_open || upper[k].is_open))) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-
-WideInteger dot(const Segment& segment, const GridPoint& point) {
-    return wide(std::int64_t{segment.to.x} - segment.from.x) *
-               wide(std::int64_t{point.x} - segment.from.x) +
-           wide(std::int64_t{segment.to.y} - segment.from.y) *
-               wide(std::int64_t{point.y} - segment.from.y);
+    noded.segments.resize(kept);
 }
 
 } // namespace

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <cstddef>
+#include <limits>
+#include <string>
 #include <vector>
 
 #include "kit/base/context.h"
+#include "kit/base/error.h"
 #include "kit/base/points.h"
 #include "kit/maps/network.h"
 
@@ -18,10 +22,10 @@ struct NodedSegment {
 /// A network cut into segments that share end points at most: no two cross, touch otherwise,
 /// overlap or are equal.
 struct NodedNetwork {
-    std::vector<GridPoint> points;      ///< distinct, in the order of x, then y
-    std::vector<NodedSegment> segments; ///< in the order of the curves, each as its curve runs
-    int crossings = 0; ///< points at which segments were cut where no curve has one
-    int overlaps = 0;  ///< pieces left out because an earlier one is the same
+    std::vector<GridPoint> points;        ///< distinct, in the order of x, then y
+    std::vector<NodedSegment> segments;   ///< in the order of the curves, each as its curve runs
+    std::vector<NodedSegment> duplicates; ///< left out because an earlier one is the same
+    int crossings = 0;                    ///< points where no curve has one, at which some were cut
 };
 
 /// Nodes a network on the grid of its integer coordinates, by snap rounding: each crossing moves to
@@ -30,7 +34,12 @@ struct NodedNetwork {
 /// 1999). Segments move by at most half a unit in each direction, and all results are exact, so
 /// that one pass is enough. Segments without length disappear.
 ///
-/// n log n in the number of segments and crossings.
-NodedNetwork node(const Network& network, const Context& context = {});
+/// Throws an `Error` when there are more different crossings than `most_crossings`. n log n in the
+/// number of segments and crossings.
+NodedNetwork node(const Network& network, const Context& context = {},
+                  std::size_t most_crossings = std::numeric_limits<std::size_t>::max());
+
+/// "FILE: the curves have more than 99 crossings, for which there is not enough memory: …"
+Error too_many_crossings(const std::string& network, std::size_t most);
 
 } // namespace korvel::kit

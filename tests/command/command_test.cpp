@@ -31,6 +31,8 @@ TEST_F(Command, FindsRegionsAndWritesThem) {
                 HasSubstr("area 10000 in all, smallest region 0 with 400, largest region 1 "
                           "with 9600"));
     EXPECT_EQ(files(), 3);
+    EXPECT_THAT(read("r"), testing::EndsWith("\n2\n1\n0 \n2\n1 2 \n"));
+    ASSERT_EQ(run("regions c --as-traced -o r").status, 0);
     EXPECT_THAT(read("r"), testing::EndsWith("\n2\n1\n0 \n2\n1 0 \n"));
 
     const Result one = run("regions c --select -5,-5 --select 50,50 -o r");
@@ -46,6 +48,22 @@ TEST_F(Command, FindsRegionsAndWritesThem) {
                                     "ring inside it: 4 points, area 400\n"
                                     "2 rings, area between them 9600\n"));
     EXPECT_EQ(run("locate r 10,10 50,50 -.5,3").out, "10,10 0\n50,50 none\n-0.5,3 none\n");
+}
+
+TEST_F(Command, ReportsWhatIsOnNoBorder) {
+    // A square in two parts, its middle drawn twice, a loose end, a bridge to an island.
+    write("c", "6 5 0 0 20 0 20 20 0 20 0 0 2 10 -5 10 20 2 10 20 10 0"
+               " 4 4 4 6 4 4 6 4 4 2 4 4 0 0 3 30 30 31 31 32 31");
+    const Result all = run("regions c --leftover l");
+    EXPECT_THAT(all.out, HasSubstr("0 crossings split, 1 overlap resolved, 0 ends joined\n"
+                                   "3 regions with 1 hole, "));
+    EXPECT_THAT(all.out, HasSubstr("15 segments: 10 borders, 3 dangling, 1 bridge, 1 duplicate\n"));
+    EXPECT_EQ(all.err, "warning: 1 sliver: region 2; --min-area merges small regions\n");
+    EXPECT_EQ(read("l"),
+              "4\n2\n10 -5\n10 0\n2\n10 20\n10 0\n2\n4 4\n0 0\n3\n30 30\n31 31\n32 31\n");
+    EXPECT_THAT(run("regions c --min-area 5").out, HasSubstr("1 region merged into neighbours\n"));
+    EXPECT_EQ(run("regions c --min-area 5 --as-traced").status, 2);
+    EXPECT_EQ(run("regions c --min-area -1").status, 2);
 }
 
 TEST_F(Command, PaintsEachRegionInItsOwnColour) {

@@ -169,42 +169,124 @@ const std::vector<std::vector<kit::GridPoint>> halves = {{{0, 0}, {9, 0}, {9, 9}
                                                          {{7, 7}, {7, 7}}};
 
 TEST(FindRegions, NamesTheFileWhenMemoryIsNotEnough) {
-    // Ten strokes across ten others: a crossing on each of two segments, at 350 bytes.
-    constexpr std::uint64_t enough = 2 * 10 * 10 * 350;
+    // Ten strokes across ten others, at 700 bytes for each crossing.
+    constexpr std::uint64_t enough = 10 * 10 * 700;
     kit::Network grid;
     for (int i = 1; i <= 10; ++i) {
         grid.add_curve(std::vector<kit::GridPoint>{{0, 100 * i}, {1100, 100 * i}});
         grid.add_curve(std::vector<kit::GridPoint>{{100 * i, 0}, {100 * i, 1100}});
     }
-    EXPECT_EQ(kit::find_regions(grid, {.memory = enough}).map().size(), 81);
-    try {
-        kit::find_regions(grid, {.memory = enough - 1});
-        ADD_FAILURE() << "the limit is not reported";
-    } catch (const kit::Error& error) {
-        EXPECT_STREQ(error.what(),
-                     "network: the curves have more than 99 crossings, for which there is not "
-                     "enough memory: split the file, or remove curves that cross many others");
-        EXPECT_EQ(error.kind(), kit::Error::Kind::input);
+    for (const bool as_traced : {false, true}) {
+        kit::FindOptions options{.as_traced = as_traced, .memory = enough};
+        EXPECT_EQ(kit::find_regions(grid, options).map().size(), 81);
+        try {
+            --options.memory;
+            kit::find_regions(grid, options);
+            ADD_FAILURE() << "the limit is not reported";
+        } catch (const kit::Error& error) {
+            EXPECT_STREQ(error.what(),
+                         "network: the curves have more than 99 crossings, for which there is not "
+                         "enough memory: split the file, or remove curves that cross many others");
+            EXPECT_EQ(error.kind(), kit::Error::Kind::input);
+        }
     }
     EXPECT_GT(kit::available_memory(), 1U << 20);
 }
 
-TEST(FindRegions, ListsWhatIsOnNoBorder) {
+std::vector<std::string> texts_of_dropped(const kit::FoundRegions& found) {
     std::vector<std::string> texts;
-    for (const kit::Dropped& dropped : kit::find_regions(network(halves)).dropped()) {
+    for (const kit::Dropped& dropped : found.dropped()) {
         texts.push_back(kit::text(dropped));
     }
-    EXPECT_EQ(texts,
-              (std::vector<std::string>{"curve 1 is on no closed ring between 5,-4 and 5,0",
-                                        "curve 1 is on no closed ring between 5,9 and 5,12",
-                                        "curve 3 equals an earlier one", "curve 4 has no length"}));
-    const std::vector<kit::Dropped> touching =
-        kit::find_regions(network({{{0, 0}, {8, 0}, {8, 8}, {0, 0}},
-                                   {{0, 0}, {-8, 1}, {-8, -8}, {0, 0}},
-                                   {{0, 0}, {6, 2}, {6, 4}, {0, 0}}}))
-            .dropped();
-    ASSERT_EQ(touching.size(), 1U);
-    EXPECT_EQ(kit::text(touching[0]), "a ring touches itself at 0,0");
+    return texts;
+}
+
+TEST(FindRegions, ListsWhatIsOnNoBorder) {
+    const kit::FoundRegions found = kit::find_regions(network(halves));
+    EXPECT_EQ(texts_of_dropped(found),
+              (std::vector<std::string>{
+                  "curve 1 ends loosely from 5,-4 to 5,0", "curve 1 ends loosely from 5,9 to 5,12",
+                  "curve 3 repeats an earlier line from 5,12 to 5,-4", "curve 4 has no length"}));
+    const kit::NetworkReport& report = found.report();
+    EXPECT_EQ(report.segments, 16);
+    EXPECT_EQ(report.borders, 11) << "7 of the large square, one between its halves, 4 - 1";
+    EXPECT_EQ(report.dangling, 2);
+    EXPECT_EQ(report.duplicates, 3);
+    EXPECT_EQ(report.bridges, 0);
+    const kit::Network leftover = found.leftover();
+    EXPECT_EQ(leftover.curve_count(), 3);
+    EXPECT_EQ(leftover.point_count(), 2 + 2 + 4);
+
+    EXPECT_EQ(texts_of_dropped(kit::find_regions(network(halves), {.as_traced = true})),
+              (std::vector<std::string>{
+                  "curve 1 ends loosely from 5,-4 to 5,0", "curve 1 ends loosely from 5,9 to 5,12",
+                  "curve 3 repeats an earlier line from 5,-4 to 5,12", "curve 4 has no length"}));
+}
+
+TEST(FindRegions, KeepsRingsThatTouchThemselves) {
+    const std::vector<std::vector<kit::GridPoint>> square = {
+        {{0, 0}, {12, 0}, {12, 12}, {0, 12}, {0, 0}}, {{0, 0}, {9, 2}, {2, 9}, {0, 0}}};
+    const kit::FoundRegions sound = kit::find_regions(network(square));
+    ASSERT_EQ(sound.map().size(), 2);
+    EXPECT_EQ(sound.map()[0].hole_count(), 1) << "it touches the outer ring in a corner";
+    EXPECT_EQ(sound.map().area(), 144);
+
+    const kit::FoundRegions traced = kit::find_regions(network({{{0, 0}, {8, 0}, {8, 8}, {0, 0}},
+                                                                {{0, 0}, {-8, 1}, {-8, -8}, {0, 0}},
+                                                                {{0, 0}, {6, 2}, {6, 4}, {0, 0}}}),
+                                                       {.as_traced = true});
+    EXPECT_EQ(texts_of_dropped(traced), std::vector<std::string>{"a ring touches itself at 0,0"});
+}
+
+TEST(FindRegions, JoinsEndsWithinTheTolerance) {
+    const kit::Network open = network({{{0, 0}, {50, 0}, {50, 50}}, {{52, 51}, {0, 50}, {-2, 0}}});
+    EXPECT_TRUE(kit::find_regions(open).map().empty());
+    for (const double tolerance : {0.0, 6.0}) { // 0 joins within 3
+        const kit::FoundRegions found = kit::find_regions(open, {.tolerance = tolerance});
+        EXPECT_EQ(found.report().joined_ends, 2);
+        ASSERT_EQ(found.map().size(), 1);
+        EXPECT_EQ(found.map()[0].area(), 2500);
+    }
+    EXPECT_TRUE(kit::find_regions(open, {.tolerance = 4}).map().empty()) << "one end is too far";
+}
+
+TEST(FindRegions, MergesSmallRegionsIntoNeighbours) {
+    // A border drawn twice with different points, an island of its own and a square in two parts.
+    const kit::Network drawn_twice = network({{{0, 0}, {99, 0}, {99, 99}, {0, 99}, {0, 0}},
+                                              {{50, 0}, {51, 40}, {50, 99}},
+                                              {{50, 0}, {50, 50}, {50, 99}},
+                                              {{200, 0}, {202, 0}, {200, 2}, {200, 0}}});
+    const kit::FoundRegions all = kit::find_regions(drawn_twice);
+    EXPECT_EQ(all.map().size(), 4);
+    EXPECT_EQ(all.map().slivers(), (std::vector<int>{2, 3}));
+    const kit::FoundRegions merged = kit::find_regions(drawn_twice, {.min_area = 60});
+    EXPECT_EQ(merged.report().merged, 1) << "the island has no neighbour";
+    ASSERT_EQ(merged.map().size(), 3);
+    EXPECT_EQ(merged.map().area(), all.map().area());
+    EXPECT_EQ(kit::find_regions(drawn_twice, {.min_area = 1e9}).map().size(), 2);
+}
+
+TEST(FindRegions, FindsTheRingsOfTheLibraryOnceSplit) {
+    for (const char* map : {"us-states", "us-counties", "world-110m", "world-50m"}) {
+        const auto file = std::string(KORVEL_DATA_DIR "/") + map + ".curves";
+        const kit::FoundRegions found = kit::find_regions(kit::Network::read(file));
+        const kit::NetworkReport& report = found.report();
+        EXPECT_EQ(report.segments,
+                  report.borders + report.bridges + report.dangling + report.duplicates);
+        const kit::NetworkReport again = kit::find_regions(found.noded()).report();
+        EXPECT_EQ(again.crossings + again.joined_ends + again.duplicates + again.dangling, 0);
+        EXPECT_EQ(again.segments, report.borders);
+        std::multiset<double> areas;
+        for (const kit::Region region : found.map()) {
+            areas.insert(region.ring_area(0));
+        }
+        for (const CREGION::RToPt& ring : found.builder().ring_pts) {
+            const auto same = areas.find(ring.ring_area);
+            ASSERT_NE(same, areas.end()) << map;
+            areas.erase(same);
+        }
+        EXPECT_LE(areas.size(), 2U) << map << ": all but rings that touch themselves";
+    }
 }
 
 TEST(FindRegions, KnowsTheCurvesOfEachRing) {
@@ -214,6 +296,7 @@ TEST(FindRegions, KnowsTheCurvesOfEachRing) {
         curves.insert(of_ring);
     }
     EXPECT_EQ(curves, (std::set<std::vector<int>>{{0, 1}, {2}}));
+    EXPECT_EQ(kit::find_regions(network(halves), {.as_traced = true}).curves_of_rings().size(), 3U);
 
     // A nearer curve wins over one that is listed before it.
     const kit::CurveIndex index(network({{{0, 10}, {99, 10}}, {{0, 0}, {50, 0}, {99, 1}}}));
@@ -225,7 +308,9 @@ TEST(Map, AnswersForItsRegions) {
     const kit::FoundRegions found = kit::find_regions(network(halves));
     const kit::Map& map = found.map();
     ASSERT_EQ(map.size(), 3);
-    EXPECT_EQ(map.area(), 45 + 36 + 4) << "the island was traced later, so it is no hole";
+    EXPECT_EQ(map.area(), 81) << "the island is a hole and a region";
+    EXPECT_EQ(kit::find_regions(network(halves), {.as_traced = true}).map().area(), 45 + 36 + 4)
+        << "the island was traced later, so it is no hole";
     EXPECT_EQ(map[*map.region_at({7, 3})].area(), 36);
     EXPECT_FALSE(map.region_at({20, 3}).has_value());
 

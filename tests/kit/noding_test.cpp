@@ -130,7 +130,7 @@ TEST(Noding, CutsOverlapsAndCrossings) {
         network_of({{{0, 0}, {10, 0}}, {{8, 0}, {4, 0}}, {{5, -5}, {6, 4}}, {{6, 4}, {5, -5}}}));
     expect_noded(noded);
     EXPECT_EQ(noded.segments.size(), 6U) << "0 4 6 8 10 along the first, two across";
-    EXPECT_EQ(noded.overlaps, 4) << "4 to 6 and 6 to 8, and the second way across";
+    EXPECT_EQ(noded.duplicates.size(), 4U) << "4 to 6 and 6 to 8, and the second way across";
     EXPECT_EQ(noded.crossings, 1) << "5.56, 0 moves to 6, 0";
 }
 
