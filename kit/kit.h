@@ -35,6 +35,7 @@
 #include "kit/solids/body.h"
 #include "kit/solids/box.h"
 #include "kit/solids/file_check.h"
+#include "kit/solids/file_precision.h"
 #include "kit/solids/pick.h"
 #include "kit/solids/plane.h"
 #include "kit/solids/raise.h"
@@ -44,6 +45,7 @@
 #include "kit/solids/surface.h"
 #include "kit/solids/verdict.h"
 #include "kit/solids/view_angles.h"
+#include "kit/solids/weld.h"
 #include "korvel/module/korvel.h"
 
 // Parts that the kit can be built without.

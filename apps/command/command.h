@@ -23,6 +23,7 @@ void add_starter_command(Program& program);
 void add_section_command(Program& program);
 void add_view_command(Program& program);
 void add_merge_command(Program& program);
+void add_weld_command(Program& program);
 void add_clean_command(Program& program);
 void add_inside_command(Program& program);
 void add_move_command(Program& program);

@@ -29,6 +29,13 @@ std::string bounds_text(const kit::Solids& solids) {
     return bounds_text(solids.model().wrap_cuboid, 3);
 }
 
+void refuse_collapse(const kit::Solids& solids, const std::string& subject,
+                     const std::string& advice) {
+    if (const auto collapse = kit::collapse_in_file(solids)) {
+        throw kit::input_error(subject + ": " + kit::text(*collapse) + "; " + advice);
+    }
+}
+
 void warn_of_rounding(const kit::Solids& solids, const std::string& advice) {
     const double change = solids.change_by_file();
     const kit::Box box = solids.bounds();
@@ -41,6 +48,13 @@ void warn_of_rounding(const kit::Solids& solids, const std::string& advice) {
              "up to " +
              number_text(change) + advice);
     }
+}
+
+std::string weld_text(const kit::WeldReport& report) {
+    return "welded: " + counted(report.vertices_joined, "vertex", "vertices") + " joined, " +
+           counted(report.faces_shared, "face") + " shared, " +
+           counted(report.walls_split, "wall") + " split, " + counted(report.walls_turned, "wall") +
+           " turned";
 }
 
 } // namespace korvel::command

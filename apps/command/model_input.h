@@ -26,4 +26,11 @@ std::string bounds_text(const kit::Solids& solids);
 /// ends the warning, such as "; --unit brings it closer to 0,0".
 void warn_of_rounding(const kit::Solids& solids, const std::string& advice = {});
 
+/// Throws an input error when a model file would take the area from a face.
+void refuse_collapse(const kit::Solids& solids, const std::string& subject,
+                     const std::string& advice);
+
+/// "welded: 16588 vertices joined, 13012 faces shared, 0 walls split, 120 walls turned".
+std::string weld_text(const kit::WeldReport& report);
+
 } // namespace korvel::command

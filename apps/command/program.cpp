@@ -30,6 +30,7 @@ std::unique_ptr<Program> korvel_program() {
     add_section_command(*program);
     add_view_command(*program);
     add_merge_command(*program);
+    add_weld_command(*program);
     add_clean_command(*program);
     add_inside_command(*program);
     add_move_command(*program);

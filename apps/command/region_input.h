@@ -25,6 +25,7 @@ public:
     static std::string name(const kit::Region& region);
 
     const std::string& file() const { return file_; }
+    bool has_selection() const { return curve_input_.has_selection(); }
 
 private:
     kit::Map load_curves(const kit::TextFile& file);

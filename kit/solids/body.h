@@ -39,7 +39,7 @@ public:
     /// Its vertices in boundary order: counter-clockwise seen from outside of a closed body.
     std::span<const int> vertices() const;
 
-    /// Its edges; number k joins the vertices k and k + 1.
+    /// Its edges, one after another around it, one way or the other.
     std::span<const int> edges() const;
 
     /// The position of vertex k.

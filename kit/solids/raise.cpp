@@ -1,17 +1,35 @@
 #include "kit/solids/raise.h"
 
 #include <cmath>
+#include <memory>
+#include <utility>
 
 #include "kit/base/error.h"
+#include "kit/base/parallel.h"
 #include "kit/maps/cap.h"
 #include "kit/maps/triangulation.h"
 #include "kit/solids/join.h"
+#include "kit/solids/soup.h"
+#include "kit/solids/welding.h"
 
 namespace korvel::kit {
 namespace {
 
+// What becomes of a region, made on any thread.
+struct Part {
+    Filled filled = Filled::not_at_all;
+    std::string notice;
+    Surface surface;
+    std::unique_ptr<TMOD3D> body; // without faces: left out, see the others
+    Soup soup;                    // instead of the body, where bodies are welded
+};
+
 void check(const RaiseOptions& options);
-void raise_region(const PLYDT& set, int region, const RaiseOptions& options, Raised& out);
+std::optional<Levels> levels_of(int region, const RaiseOptions& options);
+Part raise_region(const PLYDT& set, int region, const RaiseOptions& options);
+std::optional<LeftOut> why_left_out(const Part& part, int region, const RaiseOptions& options);
+void put_together(std::vector<Part>& parts, const RaiseOptions& options, const Context& context,
+                  Raised& raised);
 void name_and_colour_bodies(const Map& map, Raised& raised);
 
 } // namespace
@@ -20,32 +38,30 @@ Raised raise(const Map& map, const RaiseOptions& options, const Context& context
     check(options);
     PLYDT set;
     copy_oriented(map, set);
-    const MessageBoxOverride notices([&](const char* text, unsigned) {
-        if (options.on_notice) {
-            options.on_notice(text);
-        }
-        return IDOK;
-    });
+    std::vector<Part> parts(static_cast<std::size_t>(set.region_list.GetSize()));
+    for_each_in_parallel(
+        set.region_list.GetSize(), options.threads,
+        [&](int region) { parts[region] = raise_region(set, region, options); }, "raising regions",
+        context);
     Raised raised;
-    const int count = set.region_list.GetSize();
-    for (int region = 0; region < count; ++region) {
-        raise_region(set, region, options, raised);
-        context.report("raising regions", region + 1, count);
-    }
-    if (!raised.solids.empty()) {
-        const CheckPointScope calls = context.follow_calls();
-        derive(raised.solids.model());
-        name_and_colour_bodies(map, raised);
-    }
+    put_together(parts, options, context, raised);
+    name_and_colour_bodies(map, raised);
     return raised;
 }
 
 namespace {
 
 void check(const RaiseOptions& options) {
-    if (!(options.low < options.high) || !std::isfinite(options.low) ||
-        !std::isfinite(options.high)) {
-        throw input_error("the lower level is not below the upper one");
+    const auto check_levels = [](const Levels& levels, const std::string& whose) {
+        if (!(levels.low < levels.high) || !std::isfinite(levels.low) ||
+            !std::isfinite(levels.high)) {
+            throw input_error("the lower level" + whose + " is not below the upper one");
+        }
+    };
+    check_levels({options.low, options.high}, "");
+    for (std::size_t region = 0; region < options.levels_of_region.size(); ++region) {
+        check_levels(options.levels_of_region[region].value_or(Levels()),
+                     " of region " + std::to_string(region));
     }
     for (const double unit : options.unit) {
         if (unit == 0 || !std::isfinite(unit)) {
@@ -54,32 +70,87 @@ void check(const RaiseOptions& options) {
     }
 }
 
-void raise_region(const PLYDT& set, int region, const RaiseOptions& options, Raised& out) {
-    const auto leave_out = [&](const LeftOut& left_out) {
-        if (options.on_left_out) {
-            options.on_left_out(left_out);
-        }
-        out.left_out.push_back(left_out);
-    };
+std::optional<Levels> levels_of(int region, const RaiseOptions& options) {
+    const auto slot = static_cast<std::size_t>(region);
+    if (slot < options.levels_of_region.size() && options.levels_of_region[slot]) {
+        return options.levels_of_region[slot];
+    }
+    return options.only_listed ? std::nullopt : std::optional(Levels{options.low, options.high});
+}
+
+Part raise_region(const PLYDT& set, int region, const RaiseOptions& options) {
+    Part part;
+    const std::optional<Levels> levels = levels_of(region, options);
     PLYDT cap;
-    const Filled filled = make_cap(set, set.region_list[region], options.fill, cap);
-    if (filled == Filled::not_at_all) {
-        leave_out({region, options.fill == Fill::front ? LeftOut::Reason::front_does_not_fit
-                                                       : LeftOut::Reason::unsound_rings});
-        return;
+    if (levels) {
+        part.filled = make_cap(set, set.region_list[region], options.fill, cap);
+    }
+    if (part.filled == Filled::not_at_all) {
+        return part;
     }
     cap.CoordinatesTrans(static_cast<int>(options.axis), options.origin.x, options.origin.y, 0, 0,
-                         options.unit[0], options.unit[1], options.low, options.high);
-    TMOD3D body;
-    body.create3dmode(cap);
-    const Surface surface = surface_of(body, 0);
-    if (!surface.is_clean()) {
-        leave_out({region, LeftOut::Reason::unsound_body, surface});
+                         options.unit[0], options.unit[1], levels->low, levels->high);
+    const MessageBoxOverride notices([&](const char* text, unsigned) {
+        part.notice = text;
+        return IDOK;
+    });
+    auto body = std::make_unique<TMOD3D>();
+    body->create3dmode(cap);
+    part.surface = surface_of(*body, 0);
+    if (options.separate) {
+        part.body = std::move(body);
+    } else {
+        append(*body, part.soup);
+    }
+    return part;
+}
+
+void put_together(std::vector<Part>& parts, const RaiseOptions& options, const Context& context,
+                  Raised& raised) {
+    Soup soup;
+    for (int region = 0; region < static_cast<int>(parts.size()); ++region) {
+        Part part = std::move(parts[region]);
+        if (options.on_notice && !part.notice.empty()) {
+            options.on_notice(part.notice);
+        }
+        if (const std::optional<LeftOut> left_out = why_left_out(part, region, options)) {
+            if (options.on_left_out) {
+                options.on_left_out(*left_out);
+            }
+            raised.left_out.push_back(*left_out);
+            continue;
+        }
+        if (options.separate) {
+            append_bodies(*part.body, raised.solids.model());
+        } else {
+            append(part.soup, soup);
+        }
+        raised.region_of_body.push_back(region);
+        ++(part.filled == Filled::by_front ? raised.caps_by_front : raised.caps_by_delaunay);
+    }
+    if (raised.region_of_body.empty()) {
         return;
     }
-    append_bodies(body, out.solids.model());
-    out.region_of_body.push_back(region);
-    ++(filled == Filled::by_front ? out.caps_by_front : out.caps_by_delaunay);
+    if (options.separate) {
+        const CheckPointScope calls = context.follow_calls();
+        derive(raised.solids.model());
+    } else {
+        raised.solids = Solids(welded(std::move(soup), {}, context, raised.welded));
+    }
+}
+
+std::optional<LeftOut> why_left_out(const Part& part, int region, const RaiseOptions& options) {
+    using Reason = LeftOut::Reason;
+    if (!levels_of(region, options)) {
+        return LeftOut{region, Reason::no_levels};
+    }
+    if (part.filled == Filled::not_at_all) {
+        return LeftOut{region, options.fill == Fill::front ? Reason::front_does_not_fit
+                                                           : Reason::unsound_rings};
+    }
+    return part.surface.is_clean()
+               ? std::nullopt
+               : std::optional(LeftOut{region, Reason::unsound_body, part.surface});
 }
 
 void name_and_colour_bodies(const Map& map, Raised& raised) {
@@ -102,6 +173,8 @@ std::string text(const LeftOut& left_out) {
         return "the front's triangles do not fit its outline";
     case LeftOut::Reason::unsound_rings:
         return "its rings cross, overlap, cut it apart or have no area";
+    case LeftOut::Reason::no_levels:
+        return "no levels are given for it";
     case LeftOut::Reason::unsound_body:
         break;
     }

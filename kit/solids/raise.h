@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,8 @@
 #include "kit/maps/fill.h"
 #include "kit/maps/map.h"
 #include "kit/solids/solids.h"
+#include "kit/solids/weld.h"
+
 namespace korvel::kit {
 
 /// Which axis of the model the levels become; the map's x and y become the other two.
@@ -24,6 +27,7 @@ struct LeftOut {
         front_does_not_fit, ///< the triangles of the front do not fit its outline (`Fill::front`)
         unsound_rings,      ///< its rings cross, overlap, cut it apart or have no area
         unsound_body,       ///< its body would not be closed, see `surface`
+        no_levels,          ///< nothing states its levels (`RaiseOptions::only_listed`)
     };
     int region = 0;
     Reason reason = Reason::unsound_rings;
@@ -33,10 +37,23 @@ struct LeftOut {
 /// "its rings cross, overlap, cut it apart or have no area", …
 std::string text(const LeftOut& left_out);
 
+/// The levels of the lower and the upper cap of a body, in units of the model.
+struct Levels {
+    double low = 0;
+    double high = 1;
+};
+
 /// How regions are raised.
 struct RaiseOptions {
     double low = 0; ///< the level of the lower caps, in units of the model
     double high = 1;
+
+    /// Levels of single regions, by their index in the map; the list may be shorter than the map.
+    std::vector<std::optional<Levels>> levels_of_region = {};
+
+    /// Leaves out the regions without levels of their own.
+    bool only_listed = false;
+
     LevelAxis axis = LevelAxis::z;
 
     /// Units of the map to a unit of the model, along x and y; not 0. A map whose y grows downward
@@ -49,11 +66,19 @@ struct RaiseOptions {
     /// How the caps are triangulated.
     Fill fill = Fill::automatic;
 
-    /// Receives the notice of the exact class for each body; empty discards it.
+    /// Gives each body vertices, edges and faces of its own, instead of sharing them with the
+    /// bodies of neighbouring regions (`weld`).
+    bool separate = false;
+
+    /// How many threads work; 0 takes one for each core. The result does not depend on it.
+    int threads = 0;
+
+    /// Receives the notice of the exact class for each body, in the order of the regions; empty
+    /// discards it.
     std::function<void(const std::string&)> on_notice = {};
 
-    /// Is called for each region that is left out, as soon as this shows. It may throw, which ends
-    /// the call.
+    /// Is called for each region that is left out, in the order of the regions. It may throw, which
+    /// ends the call.
     std::function<void(const LeftOut&)> on_left_out = {};
 };
 
@@ -64,14 +89,19 @@ struct Raised {
     std::vector<LeftOut> left_out;   ///< ascending
     int caps_by_front = 0;           ///< bodies with the triangles of the advancing front
     int caps_by_delaunay = 0;        ///< bodies with constrained Delaunay triangles
+    WeldReport welded;               ///< empty for separate bodies
 };
 
-/// Raises each region to a body between two levels: closed, in one piece, two faces at each edge.
-/// Bodies have the names of their regions, and bodies of regions that share a side have clearly
-/// different hues. No regions give no bodies.
+/// Raises each region to a closed body between two levels, in one piece. Bodies have the names of
+/// their regions, and bodies of regions that share a side have clearly different hues. No regions
+/// give no bodies.
 ///
-/// Throws an `Error` for levels or units that do not fit. Takes over a second from about a thousand
-/// regions of many corners on.
+/// Bodies of neighbouring regions share vertices, edges and walls. At a point where a region
+/// touches itself the vertical edge of its body has four faces. Separate bodies have two faces at
+/// each edge and a vertex for each sector of the region there.
+///
+/// Throws an `Error` for levels or units that do not fit, and where units are so large that corners
+/// of a region coincide. Takes over a second from about a thousand regions of many corners on.
 Raised raise(const Map& map, const RaiseOptions& options = {}, const Context& context = {});
 
 } // namespace korvel::kit

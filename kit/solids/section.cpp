@@ -6,10 +6,13 @@
 #include <cstddef>
 #include <limits>
 
+#include "kit/solids/touching_loops.h"
+
 namespace korvel::kit {
 namespace {
 
 Plane beside_vertices(const Plane& plane, const TMOD3D& model);
+std::vector<int> section_vertices(const TMOD3D& model, const Plane& plane);
 double area_seen(const SectionPolygon& polygon, PlaneAxes axes);
 Rectangle bounds_seen(const SectionPolygon& polygon, PlaneAxes axes);
 
@@ -87,6 +90,20 @@ Plane beside_vertices(const Plane& plane, const TMOD3D& model) {
     return plane;
 }
 
+// For each edge its vertex of the section, −1 if it is not cut, as the exact class numbers them.
+std::vector<int> section_vertices(const TMOD3D& model, const Plane& plane) {
+    std::vector<bool> is_above;
+    for (const VERT3D& vertex : model.verts) {
+        is_above.push_back(plane.distance(to_point(vertex.model_xyz)) > 0);
+    }
+    std::vector<int> vertex_of;
+    int next = 0;
+    for (const LINE3D& edge : model.lines) {
+        vertex_of.push_back(is_above[edge.start_vert] != is_above[edge.end_vert] ? next++ : -1);
+    }
+    return vertex_of;
+}
+
 } // namespace
 
 void Section::cut_by_body(TMOD3D& model) {
@@ -94,6 +111,7 @@ void Section::cut_by_body(TMOD3D& model) {
     {
         const NumberedHues numbers(model.bodies);
         model.get_section(coefficients.data(), model_);
+        trace_touching_bodies(model);
     }
     body_of_.resize(static_cast<std::size_t>(size()));
     for (POLY3D_CPLX& group : model_.groups) {
@@ -107,6 +125,50 @@ void Section::cut_by_body(TMOD3D& model) {
         bodies_.back().polygons.push_back(polygon);
         body_of_[static_cast<std::size_t>(polygon)] = body;
     }
+}
+
+// Replaces the polygons of the bodies that touch themselves at an edge that is cut.
+void Section::trace_touching_bodies(TMOD3D& model) {
+    const std::vector<int> vertex_of = section_vertices(model, plane_);
+    std::vector<bool> is_cut;
+    for (const int vertex : vertex_of) {
+        is_cut.push_back(vertex >= 0);
+    }
+    const std::vector<int> touching = bodies_touching_themselves(model, is_cut);
+    const auto cuts = std::count(is_cut.begin(), is_cut.end(), true);
+    if (touching.empty() || cuts != model_.verts.GetSize()) { // else vertices are on the plane
+        return;
+    }
+    TMOD2D traced;
+    const auto add = [&](POLY3D_CPLX& group, POLY3D& polygon) {
+        group.polys[0] = traced.polys.GetSize();
+        traced.polys.Add(polygon);
+        traced.groups.Add(group);
+    };
+    int next = 0; // of the polygons of the exact class
+    for (int body = 0; body < model.bodies.GetSize(); ++body) {
+        const bool is_touching = std::binary_search(touching.begin(), touching.end(), body);
+        for (; next < size() && static_cast<int>(model_.groups[next].hue) == body; ++next) {
+            if (!is_touching) {
+                add(model_.groups[next], model_.polys[next]);
+            }
+        }
+        for (const CutLoop& loop :
+             is_touching ? cut_loops(model, body, is_cut) : std::vector<CutLoop>()) {
+            POLY3D polygon;
+            for (const int edge : loop) {
+                polygon.verts.Add(vertex_of[edge]);
+            }
+            POLY3D_CPLX group;
+            group.polys.Add(0);
+            group.hue = model.bodies[body].hue; // its number for now
+            group.saturation = model.bodies[body].saturation;
+            group.lightness = model.bodies[body].lightness;
+            add(group, polygon);
+        }
+    }
+    model_.polys.Copy(traced.polys);
+    model_.groups.Copy(traced.groups);
 }
 
 // By the number of others of its body's polygons in which each one lies. Polygons may touch at

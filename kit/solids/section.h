@@ -120,6 +120,7 @@ private:
 
     explicit Section(const Plane& plane) : plane_(plane) {}
     void cut_by_body(TMOD3D& model);
+    void trace_touching_bodies(TMOD3D& model);
     void find_holes();
     void measure();
     void find_loose_points();

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <set>
 
@@ -11,6 +9,7 @@
 #include "kit/files/file_kind.h"
 #include "kit/files/model_file.h"
 #include "kit/solids/exact.h"
+#include "kit/solids/file_precision.h"
 #include "kit/solids/inside.h"
 #include "kit/solids/join.h"
 
@@ -148,10 +147,7 @@ double Solids::change_by_file() const {
     double largest = 0;
     for (const VERT3D& vertex : model_->verts) {
         for (const double coordinate : vertex.model_xyz) {
-            char digits[400];
-            std::snprintf(digits, sizeof digits, "%f", coordinate);
-            const double read = std::strtof(digits, nullptr);
-            largest = std::max(largest, std::abs(read - coordinate));
+            largest = std::max(largest, std::abs(as_in_file(coordinate) - coordinate));
         }
     }
     return largest;

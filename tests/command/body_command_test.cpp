@@ -27,10 +27,10 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
     EXPECT_EQ(solid.status, 0);
     EXPECT_EQ(solid.err, "");
     EXPECT_THAT(solid.out, HasSubstr("2 bodies in "));
-    EXPECT_THAT(solid.out, HasSubstr("32 vertices, 96 edges, 64 faces, volume 360\n"));
+    EXPECT_THAT(solid.out, HasSubstr("24 vertices, 80 edges, 56 faces, volume 360\n"));
     EXPECT_THAT(solid.out, HasSubstr("bounds x 0 to 10, y 0 to 8, z 0 to 5\n"));
     const std::string info = run("info m").out;
-    EXPECT_THAT(info, StartsWith("m: body model file\n2 bodies, 0 of them open, 32 vertices"));
+    EXPECT_THAT(info, StartsWith("m: body model file\n2 bodies, 0 of them open, 24 vertices"));
     EXPECT_THAT(info, HasSubstr("     0      52      78        24     -2                 320  #"));
 
     struct Section {
@@ -54,7 +54,7 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
     }
 
     ASSERT_EQ(run("section m --plane 0,0,1,-2 --picture p.png --size 500x400 -o s").status, 0);
-    EXPECT_THAT(run("info s").out, HasSubstr("writes it\n32 vertices, 4 faces, 4 groups\n"
+    EXPECT_THAT(run("info s").out, HasSubstr("writes it\n24 vertices, 4 faces, 4 groups\n"
                                              "bounds x 0 to 10, y 0 to 8, z 2 to 2\n"));
     const Pixels pixels(path("p.png"));
     const COLORREF plate_colour = pixels.at(120, 120);
@@ -76,7 +76,7 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
 TEST_F(BodyCommand, RaisesAsTheLibraryDoes) {
     const Result result = run(
         "solid " KORVEL_DATA_DIR "/us-states.curves --select 20000,-60000 --levels -1,2 --axis 2"
-        " --unit 10,-10 --origin 20000,-60000 --fill front --verbose --as-traced -o m");
+        " --unit 10,-10 --origin 20000,-60000 --fill front --separate --verbose --as-traced -o m");
     EXPECT_EQ(result.status, 0);
 
     kit::CurveNetwork curves = kit::read_curves(kit::TextFile(KORVEL_DATA_DIR "/us-states.curves"));
@@ -156,12 +156,65 @@ TEST_F(BodyCommand, FillsByTheChosenMethod) {
     EXPECT_THAT(run("solid r --levels 0,1 -o m --fill delaunay").out, HasSubstr(" 0 by the front"));
     const Result front = run("solid r --levels 0,1 -o m --fill front");
     EXPECT_EQ(front.status, 0);
-    EXPECT_EQ(front.err, "warning: region 0 (0,0 to 10,8): left out, the front's triangles do not "
-                         "fit its outline\n");
+    EXPECT_EQ(front.err, "warning: r: 1 region left out: 1 that the front's triangles do not fit "
+                         "(--verbose names it)\n");
+    const Result strict = run("solid r --levels 0,1 -o m --fill front --strict --verbose");
+    EXPECT_EQ(strict.status, 3);
+    EXPECT_THAT(strict.err, HasSubstr("warning: region 0 (0,0 to 10,8): left out, the front's "
+                                      "triangles do not fit its outline\n"));
     EXPECT_THAT(front.out, HasSubstr("1 body in "));
-    // So far from 0,0 the file cannot hold a plate of this size.
-    EXPECT_THAT(run("solid r --levels 0,1 -o m --origin -2000000000,0").err,
+    // So far from 0,0 the file cannot hold a plate of this size, nor such levels anywhere.
+    EXPECT_THAT(run("solid r --levels 0,1 -o m --origin -3000000,0 --unit 3,3").err,
                 StartsWith("warning: the file holds six decimals and is read in single precision"));
+    for (const char* const options :
+         {"--levels 0,1 --origin -2000000000,0", "--levels 0,1e-7", "--levels 0,1 --unit 1e9,1"}) {
+        const Result collapsed = run(std::string("solid r -o m ") + options);
+        EXPECT_EQ(collapsed.status, 2) << options;
+        EXPECT_THAT(collapsed.err, HasSubstr("would lose its area")) << options;
+    }
+}
+
+TEST_F(BodyCommand, RaisesEachRegionToItsOwnHeight) {
+    write("r", plate);
+    write("h", "# the filling by a point inside\n3,3 1 4 # higher\n\n0 0 2\n");
+    const Result solid = run("solid r --heights h -o m");
+    EXPECT_EQ(solid.err, "");
+    EXPECT_THAT(solid.out, HasSubstr("volume 152\n")); // 2 · 64 + 3 · 8
+    EXPECT_THAT(solid.out, HasSubstr("8 walls split"));
+    EXPECT_THAT(run("info m").out, HasSubstr("closed, shares faces with 1\n"));
+    write("h", "1 1 4\n");
+    EXPECT_THAT(run("solid r --heights h --levels 0,2 -o m").out, HasSubstr("volume 152\n"));
+    const Result one = run("solid r --heights h -o m --strict");
+    EXPECT_EQ(one.status, 3);
+    EXPECT_THAT(one.err, HasSubstr("r: 1 region left out: 1 without levels"));
+    EXPECT_THAT(one.out, HasSubstr("1 body in "));
+    const std::vector<std::pair<std::string, std::string>> refused = {
+        {"\n0 1 high", "h:2: 'high' is not a level"},
+        {"0 1", "h:1: '0': a line needs a region, a lower and an upper level"},
+        {"7 1 2", "h:1: '7': there is no such region, they go from 0 to 1"},
+        {"1 2 1", "h:1: '2': the lower level is not below the upper one"},
+        {"50,50 1 2", "h:1: '50,50': no region contains this point"},
+        {"0 1 2\n1,1 1 2", "h:2: region 0 has levels from an earlier line"},
+    };
+    for (const auto& [text, message] : refused) {
+        write("h", text);
+        EXPECT_THAT(run("solid r --heights h -o m").err, StartsWith(message));
+    }
+}
+
+TEST_F(BodyCommand, WeldsWhatWasRaisedSeparately) {
+    write("r", plate);
+    ASSERT_EQ(run("solid r --levels 0,5 -o m").status, 0);
+    EXPECT_THAT(run("solid r --levels 0,5 -o s --separate --threads 2").out,
+                HasSubstr("32 vertices, 96 edges, 64 faces, volume 360\n"));
+    const Result welded = run("weld s -o w");
+    EXPECT_EQ(welded.status, 0);
+    EXPECT_THAT(welded.out, HasSubstr("welded: 8 vertices joined, 8 faces shared, "));
+    EXPECT_THAT(welded.out, HasSubstr("now: 24 vertices, 80 edges, 56 faces, volume 360\n"));
+    EXPECT_THAT(run("check w").out, HasSubstr("nothing wrong"));
+    const Result thick = run("weld s -o w --tolerance 3");
+    EXPECT_EQ(thick.status, 2);
+    EXPECT_THAT(thick.err, StartsWith("s: body 0: two corners of its face "));
 }
 
 TEST_F(BodyCommand, StartsShapes) {
@@ -260,7 +313,7 @@ TEST_F(BodyCommand, BadInputLeavesWhatThereWas) {
     const std::vector<std::pair<std::string, std::string>> table = {
         {"solid r --levels 0,1 --select 50,50 -o out", "warning: 50,50: no region contains this"},
         {"solid crossed --levels 0,1 -o out",
-         "crossed: region 0 (0,0 to 9,9): cannot be raised: its rings cross"},
+         "crossed: no region can be raised; region 0 (0,0 to 9,9): the outer ring crosses itself"},
         {"section m --x 1 --picture out -o out", "out: the name of a picture ends in"},
     };
     for (const auto& [arguments, message] : table) {

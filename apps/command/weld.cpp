@@ -1,0 +1,75 @@
+#include <cstdio>
+#include <string>
+
+#include "apps/command/arguments.h"
+#include "apps/command/command.h"
+#include "apps/command/messages.h"
+#include "apps/command/model_input.h"
+#include "apps/command/outputs.h"
+#include "kit/kit.h"
+
+namespace korvel::command {
+namespace {
+
+class WeldCommand {
+public:
+    explicit WeldCommand(Options options);
+    void run() const;
+
+private:
+    kit::WeldReport weld(kit::Solids& solids) const;
+
+    std::string input_;
+    kit::WeldOptions options_;
+    Outputs outputs_;
+};
+
+void WeldCommand::run() const {
+    check_tolerance(options_.tolerance);
+    outputs_.check();
+    kit::Solids solids = load_solids(input_);
+    std::printf("%s: %s, %s\n", input_.c_str(), counted(solids.size(), "body", "bodies").c_str(),
+                model_figures(solids).c_str());
+    const kit::WeldReport report = weld(solids);
+    std::printf("%s\n", weld_text(report).c_str());
+    std::printf("now: %s\n", model_figures(solids).c_str());
+    outputs_.write([&](kit::OutputFile& out) { solids.write(out); });
+}
+
+} // namespace
+
+void add_weld_command(Program& program) {
+    add_command<WeldCommand>(program, "weld", "Let bodies that touch share vertices and faces");
+}
+
+namespace {
+
+WeldCommand::WeldCommand(Options options) {
+    options.add("MODEL", input_, "FILE", "Body model file").required();
+    options
+        .add("--tolerance", options_.tolerance, "T",
+             "Join vertices that are no farther apart; 0: those at one place")
+        .with_default();
+    outputs_.add_file(options, "Write the model").required();
+    options.footer(
+        "Vertices, edges and faces that coincide become one. Walls along an axis that two\n"
+        "bodies have in common get the same triangles first, also where the bodies have\n"
+        "different heights. Bodies that share a face are neighbours: moving a vertex moves\n"
+        "both. Bodies keep their order and colours; vertices and faces that nothing uses\n"
+        "disappear.\n"
+        "\n"
+        "Examples:\n"
+        "  korvel weld both.model -o welded.model\n"
+        "  korvel weld scanned.model --tolerance 0.001 -o welded.model");
+}
+
+kit::WeldReport WeldCommand::weld(kit::Solids& solids) const {
+    try {
+        return kit::weld(solids, options_);
+    } catch (const kit::Error& error) {
+        throw kit::input_error(input_ + ": " + error.what());
+    }
+}
+
+} // namespace
+} // namespace korvel::command

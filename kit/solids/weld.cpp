@@ -1,0 +1,52 @@
+#include "kit/solids/weld.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "kit/solids/soup.h"
+#include "kit/solids/welding.h"
+
+namespace korvel::kit {
+namespace {
+
+void copy_attributes(const TMOD3D& from, TMOD3D& to);
+
+} // namespace
+
+WeldReport weld(Solids& solids, const WeldOptions& options, const Context& context) {
+    Soup soup;
+    append(solids.model(), soup);
+    WeldReport report;
+    std::unique_ptr<TMOD3D> model = welded(std::move(soup), options, context, report);
+    copy_attributes(solids.model(), *model);
+    Solids whole(std::move(model));
+    whole.set_view(solids.view());
+    for (const Body body : solids) {
+        whole.set_name(body.index(), body.name());
+    }
+    solids = std::move(whole);
+    return report;
+}
+
+namespace {
+
+// What bodies have besides what is derived.
+void copy_attributes(const TMOD3D& from, TMOD3D& to) {
+    for (int b = 0; b < to.bodies.GetSize(); ++b) {
+        const BODY3D& source = from.bodies[b];
+        BODY3D& body = to.bodies[b];
+        body.hue = source.hue;
+        body.saturation = source.saturation;
+        body.lightness = source.lightness;
+        body.alpha = source.alpha;
+        body.param_1 = source.param_1;
+        body.param_2 = source.param_2;
+        body.param_3 = source.param_3;
+    }
+    std::copy_n(from.orig, 3, to.orig);
+    std::copy_n(from.orig_shift, 3, to.orig_shift);
+}
+
+} // namespace
+} // namespace korvel::kit

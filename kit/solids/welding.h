@@ -1,0 +1,16 @@
+#pragma once
+
+#include <memory>
+
+#include "kit/base/context.h"
+#include "kit/solids/soup.h"
+#include "kit/solids/weld.h"
+#include "korvel/module/korvel.h"
+
+namespace korvel::kit {
+
+/// Makes a welded model of bodies, with everything derived; see `weld`.
+std::unique_ptr<TMOD3D> welded(Soup soup, const WeldOptions& options, const Context& context,
+                               WeldReport& report);
+
+} // namespace korvel::kit
