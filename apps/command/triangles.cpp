@@ -31,6 +31,7 @@ private:
     std::optional<TraceFiles> traces_;
     Outputs outputs_;
     MapView view_;
+    kit::TriangulateOptions options_;
     kit::Map map_;
     kit::Triangulation triangulation_;
 };
@@ -87,7 +88,7 @@ void TrianglesCommand::triangulate() {
     const Stopwatch time;
     {
         ProgressLine progress("triangulating regions");
-        triangulation_ = kit::triangulate(map_, progress.context());
+        triangulation_ = kit::triangulate(map_, options_, progress.context());
     }
     std::printf("%s in %.1f ms\n", counted(triangulation_.triangle_count(), "triangle").c_str(),
                 time.milliseconds());

@@ -6,10 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "kit/base/areas.h"
 #include "kit/base/disjoint_sets.h"
-#include "kit/maps/coverage.h"
 #include "kit/maps/delaunay.h"
+#include "kit/maps/front.h"
 
 namespace korvel::kit {
 namespace {
@@ -18,10 +17,9 @@ namespace {
 std::vector<int> copy_points(const Outline& outline, PLYDT& cap);
 void copy_rings(const std::vector<std::vector<int>>& rings, const std::vector<int>& points,
                 PLYDT& cap);
-bool fill_by_front(const Outline& outline, PLYDT& cap);
+bool fill_by_front(const Outline& outline, bool may_be_flat, PLYDT& cap);
 bool fill_by_delaunay(const Outline& outline, PLYDT& cap);
 bool part_at_touching_points(PLYDT& cap);
-bool has_flat_triangle(const PLYDT& cap);
 int passes_of_rings(const PLYDT& cap);
 void trace_rings(PLYDT& cap, std::vector<int>& successors);
 
@@ -56,15 +54,16 @@ private:
 
 Filled make_cap(const PLYDT& set, const PLYDT::PyToRg& region, Fill fill, PLYDT& cap) {
     const Outline outline = outline_of(set, region);
-    const auto is_made = [&](bool (*fill_outline)(const Outline&, PLYDT&)) {
-        cap.RemoveAll();
-        return !outline.rings.empty() && fill_outline(outline, cap) && part_at_touching_points(cap);
-    };
-    if (fill != Fill::delaunay && is_made(fill_by_front) &&
-        (fill == Fill::front || !has_flat_triangle(cap))) {
+    cap.RemoveAll();
+    if (outline.rings.empty()) {
+        return Filled::not_at_all;
+    }
+    if (fill != Fill::delaunay && fill_by_front(outline, fill == Fill::front, cap) &&
+        part_at_touching_points(cap)) {
         return Filled::by_front;
     }
-    if (fill != Fill::front && is_made(fill_by_delaunay)) {
+    cap.RemoveAll();
+    if (fill != Fill::front && fill_by_delaunay(outline, cap) && part_at_touching_points(cap)) {
         return Filled::by_delaunay;
     }
     return Filled::not_at_all;
@@ -102,14 +101,11 @@ void copy_rings(const std::vector<std::vector<int>>& rings, const std::vector<in
     }
 }
 
-bool fill_by_front(const Outline& outline, PLYDT& cap) {
+// Triangles without area would make faces without direction.
+bool fill_by_front(const Outline& outline, bool may_be_flat, PLYDT& cap) {
     copy_rings(outline.rings, copy_points(outline, cap), cap);
-    const TraceFilesOverride no_traces(false);
     cap.creat_top_rel();
-    cap.poly_tranglate(cap.region_list[0]);
-    return measure_coverage(cap, cap.region_list[0], 0, cap.trg_list.GetSize(),
-                            are_lattice_points(cap.pt_list))
-        .meets_sides;
+    return cover_by_front(cap, 0, may_be_flat);
 }
 
 bool fill_by_delaunay(const Outline& outline, PLYDT& cap) {
@@ -121,7 +117,9 @@ bool fill_by_delaunay(const Outline& outline, PLYDT& cap) {
     }
     const std::vector<int> points = copy_points(outline, cap);
     copy_rings(found.rings, points, cap);
-    add_triangles(found, points, cap);
+    for (PLYDT::TRG& triangle : found.between(points)) {
+        cap.trg_list.Add(triangle);
+    }
     return !found.corners.empty();
 }
 
@@ -150,13 +148,6 @@ bool part_at_touching_points(PLYDT& cap) {
     }
     trace_rings(cap, successors);
     return passes_of_rings(cap) == cap.pt_list.GetSize();
-}
-
-// Its faces would have no direction.
-bool has_flat_triangle(const PLYDT& cap) {
-    return std::any_of(cap.trg_list.begin(), cap.trg_list.end(), [&](const PLYDT::TRG& t) {
-        return twice_area<double>(cap.pt_list[t.va], cap.pt_list[t.vb], cap.pt_list[t.vc]) == 0;
-    });
 }
 
 int passes_of_rings(const PLYDT& cap) {

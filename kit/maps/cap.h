@@ -5,13 +5,6 @@
 
 namespace korvel::kit {
 
-/// What became of a cap.
-enum class Filled {
-    by_front,
-    by_delaunay,
-    not_at_all ///< the triangles do not fit the outline
-};
-
 /// Prepares one region of a set for `PLYDT::CoordinatesTrans` and `TMOD3D::create3dmode`: fills an
 /// empty `cap` with the region's own points, with rings through each of them once, and with the
 /// triangles. The body over such a cap is closed, and an edge of it has two faces.

@@ -169,12 +169,15 @@ Chain Chain::split_at(const PLYDT& set, const std::vector<int>& points) const {
         const bool forwards = place(segment.low) < place(segment.high);
         const auto& [first, last] = forwards ? std::tie(from, to) : std::tie(to, from);
         int previous = -1;
-        for (const int i : places) {
+        auto next =
+            std::lower_bound(places.begin(), places.end(), std::tie(first.x, first.y),
+                             [&](int i, const std::tuple<const double&, const double&>& start) {
+                                 return place(i) < start;
+                             });
+        for (; next != places.end() && place(*next) <= std::tie(last.x, last.y); ++next) {
+            const int i = *next;
             const VERT2D& point = set.pt_list[i];
-            const bool within =
-                std::tie(first.x, first.y) <= place(i) && place(i) <= std::tie(last.x, last.y);
-            if (within &&
-                std::abs(static_cast<double>(twice_area<Number>(from, to, point))) <= slack) {
+            if (std::abs(static_cast<double>(twice_area<Number>(from, to, point))) <= slack) {
                 if (previous >= 0) {
                     split.add(previous, i, forwards ? segment.times : -segment.times);
                 }

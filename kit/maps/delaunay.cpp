@@ -29,20 +29,22 @@ DelaunayTriangles delaunay_triangles(const Outline& outline) {
     return found;
 }
 
-void add_triangles(const DelaunayTriangles& triangles, const std::vector<int>& points, PLYDT& set) {
+std::vector<PLYDT::TRG> DelaunayTriangles::between(const std::vector<int>& points) const {
     const auto point = [&](int place) { return points[static_cast<std::size_t>(place)]; };
-    for (const auto& [a, b, c] : triangles.corners) {
-        PLYDT::TRG triangle;
-        triangle.va = point(a);
-        triangle.vb = point(b);
-        triangle.vc = point(c);
-        set.trg_list.Add(triangle);
+    std::vector<PLYDT::TRG> triangles(corners.size());
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        triangles[i].va = point(corners[i][0]);
+        triangles[i].vb = point(corners[i][1]);
+        triangles[i].vc = point(corners[i][2]);
     }
+    return triangles;
 }
 
 void add_delaunay_triangles(PLYDT& set, const PLYDT::PyToRg& region) {
     const Outline outline = outline_of(set, region);
-    add_triangles(delaunay_triangles(outline), outline.points, set);
+    for (PLYDT::TRG& triangle : delaunay_triangles(outline).between(outline.points)) {
+        set.trg_list.Add(triangle);
+    }
 }
 
 namespace {

@@ -19,6 +19,9 @@ struct DelaunayTriangles {
     /// triangles: a side whose ring is outside of the outer ring or in another hole, or turns the
     /// wrong way there.
     std::optional<std::array<int, 2>> misplaced;
+
+    /// The triangles between points of a set, those at the places of the outline.
+    std::vector<PLYDT::TRG> between(const std::vector<int>& points) const;
 };
 
 /// Triangulates an outline, exactly: its rings must not cross one another or themselves, but may
@@ -27,9 +30,6 @@ struct DelaunayTriangles {
 /// along one another, or where a hole is outside of the outer ring or in another hole. n log n for
 /// most inputs.
 DelaunayTriangles delaunay_triangles(const Outline& outline);
-
-/// Appends triangles to `trg_list`, whose `points` have the places of the outline.
-void add_triangles(const DelaunayTriangles& triangles, const std::vector<int>& points, PLYDT& set);
 
 /// Appends those of a region to `trg_list`, between its points. Of points at the same place the
 /// least is used.

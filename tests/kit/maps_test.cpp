@@ -351,7 +351,7 @@ TEST(Map, TriangulatesRegionByRegionAndCanBeCancelled) {
         stop.request_stop();
     };
     try {
-        kit::triangulate(found.map(), context);
+        kit::triangulate(found.map(), {}, context);
         ADD_FAILURE() << "not stopped";
     } catch (const kit::Error& error) {
         EXPECT_EQ(error.kind(), kit::Error::Kind::cancelled);

@@ -141,7 +141,7 @@ void AdvancingFront::close_front() {
 }
 
 void AdvancingFront::close_edge(int a, int b, int apex, int hint) {
-    progress_.edge_is_closed(set_, 256);
+    progress_.edge_is_closed(set_, 16);
     const int c = search_.choose(a, b, apex, hint);
     if (c == RegionPoints::none) {
         return;
