@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "apps/command/command.h"
+#include "apps/command/fill_choice.h"
 #include "apps/command/map_view.h"
 #include "apps/command/messages.h"
 #include "apps/command/outputs.h"
@@ -23,7 +24,13 @@ public:
 private:
     void write_traces();
     void triangulate();
-    void report_coverage() const;
+    void report() const;
+    void name_uncovered() const;
+    std::string reason(int region) const;
+    kit::Coverage coverage(int region) const { return triangulation_.coverage(region); }
+    bool is_covered(int region) const {
+        return triangulation_.filled(region) != kit::Filled::not_at_all;
+    }
     void write();
 
     RegionInput input_;
@@ -31,7 +38,9 @@ private:
     std::optional<TraceFiles> traces_;
     Outputs outputs_;
     MapView view_;
+    FillChoice fill_;
     kit::TriangulateOptions options_;
+    bool is_strict_ = false;
     kit::Map map_;
     kit::Triangulation triangulation_;
 };
@@ -45,7 +54,8 @@ void TrianglesCommand::run() {
         write_traces();
     }
     triangulate();
-    report_coverage();
+    report();
+    name_uncovered();
     write();
     if (traces_) {
         traces_->replace();
@@ -67,14 +77,20 @@ TrianglesCommand::TrianglesCommand(Options options) {
     outputs_.add_file(options, "Write the points and triangles");
     outputs_.add_picture(options);
     view_.add_options(options);
-    options.footer("A region that its triangles do not cover is named in a warning.\n"
-                   "--tolerance applies to curve files only. The trace of a region grows with the "
-                   "cube of its\n"
-                   "points: --select a small one.\n"
-                   "\n"
-                   "Examples:\n"
-                   "  korvel triangles states.curves -o states.triangles --picture mesh.png\n"
-                   "  korvel triangles states.regions --select 20000,-60000 --picture one.pdf");
+    fill_.add_option(options, "How regions are triangulated");
+    add_threads_option(options, options_.threads);
+    options.add_flag("--strict", is_strict_, "Exit status 3 when a region is not covered");
+    options.footer(
+        "--fill front takes the library's own triangles, which do not cover every region; auto\n"
+        "takes constrained Delaunay triangles for those. Regions that are not covered are\n"
+        "named in warnings, the first ten of them, and marked in the picture.\n"
+        "--tolerance applies to curve files only. The trace of a region grows with the "
+        "cube of its\n"
+        "points: --select a small one.\n"
+        "\n"
+        "Examples:\n"
+        "  korvel triangles states.curves -o states.triangles --picture mesh.png\n"
+        "  korvel triangles states.regions --select 20000,-60000 --picture one.pdf");
 }
 
 void TrianglesCommand::write_traces() {
@@ -85,6 +101,7 @@ void TrianglesCommand::write_traces() {
 }
 
 void TrianglesCommand::triangulate() {
+    options_.fill = fill_.fill();
     const Stopwatch time;
     {
         ProgressLine progress("triangulating regions");
@@ -94,27 +111,47 @@ void TrianglesCommand::triangulate() {
                 time.milliseconds());
 }
 
-void TrianglesCommand::report_coverage() const {
+void TrianglesCommand::report() const {
     double region_area = 0;
     double triangle_area = 0;
-    int covered = 0;
     for (const kit::Region region : map_) {
-        const kit::Coverage coverage = triangulation_.coverage(region.index());
-        region_area += coverage.region_area;
-        triangle_area += coverage.triangle_area;
-        if (coverage.is_tiling) {
-            ++covered;
-        } else if (coverage.is_same_area) {
-            warn(RegionInput::name(region) +
-                 ": triangles overlap and leave a gap of the same size");
-        } else {
-            warn(RegionInput::name(region) + ": triangles cover " +
-                 number_text(coverage.triangle_area) + " of " + number_text(coverage.region_area));
-        }
+        const double area = region.area();
+        region_area += area;
+        triangle_area += is_covered(region.index()) ? area : coverage(region.index()).triangle_area;
     }
-    std::printf("%d of %s covered, area of triangles %s, of regions %s\n", covered,
+    const int by_front = triangulation_.count(kit::Filled::by_front);
+    const int by_delaunay = triangulation_.count(kit::Filled::by_delaunay);
+    std::printf("filled: %d by the front, %d by Delaunay triangles\n", by_front, by_delaunay);
+    std::printf("%d of %s covered, area of triangles %s, of regions %s\n", by_front + by_delaunay,
                 counted(map_.size(), "region").c_str(), number_text(triangle_area).c_str(),
                 number_text(region_area).c_str());
+}
+
+void TrianglesCommand::name_uncovered() const {
+    constexpr int most_named = 10;
+    int uncovered = 0;
+    for (const kit::Region region : map_) {
+        if (!is_covered(region.index()) && ++uncovered <= most_named) {
+            warn(RegionInput::name(region) + ": " + reason(region.index()));
+        }
+    }
+    if (uncovered > most_named) {
+        warn(counted(uncovered - most_named, "more region is", "more regions are") +
+             " not covered");
+    }
+    if (is_strict_ && uncovered > 0) {
+        note_incomplete();
+    }
+}
+
+std::string TrianglesCommand::reason(int region) const {
+    if (const std::optional<kit::Flaw> flaw = kit::flaw_of(map_, region)) {
+        return "not covered, " + kit::text(*flaw);
+    }
+    const kit::Coverage found = coverage(region);
+    return found.is_same_area ? "triangles overlap and leave a gap of the same size"
+                              : "triangles cover " + number_text(found.triangle_area) + " of " +
+                                    number_text(found.region_area);
 }
 
 void TrianglesCommand::write() {

@@ -13,6 +13,7 @@ namespace {
 
 constexpr COLORREF outline_colour = RGB(60, 60, 60);
 
+void mark_uncovered(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options);
 std::vector<int> largest_first(const CCPloy2DRg& map);
 
 } // namespace
@@ -27,6 +28,7 @@ void draw(const Map& map, CDC& dc, const MapPictureOptions& options) {
 
 void draw(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options) {
     draw(triangles.triangles(), dc, options);
+    mark_uncovered(triangles, dc, options);
 }
 
 void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options) {
@@ -63,6 +65,29 @@ void draw(const PLYDT& triangles, CDC& dc, const MapPictureOptions& options) {
 }
 
 namespace {
+
+// Paints the regions that are not covered over their triangles, with a wide outline.
+void mark_uncovered(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options) {
+    if (triangles.count(Filled::not_at_all) == 0) {
+        return;
+    }
+    CCPloy2DRg marked;
+    copy_regions(triangles.triangles(), marked);
+    const PictureFit fit = options.fit(box_of_regions(marked));
+    CPen outline(PS_SOLID, 2 * fit.device_units, RGB(120, 0, 120));
+    CPen* const previous = dc.SelectObject(&outline);
+    dc.SetPolyFillMode(ALTERNATE);
+    for (int region = 0; region < triangles.region_count(); ++region) {
+        if (triangles.filled(region) == Filled::not_at_all) {
+            CCPloy2DRg::PyToRg& record = marked.region_list[region];
+            record.red = record.blue = 255;
+            record.green = 0;
+            marked.Draw_Poly(fit.ox, fit.oy, fit.x0, fit.y0, fit.sx, fit.sy, fit.scale, record,
+                             &dc);
+        }
+    }
+    dc.SelectObject(previous);
+}
 
 std::vector<int> largest_first(const CCPloy2DRg& map) {
     std::vector<int> order(static_cast<std::size_t>(map.region_list.GetSize()));

@@ -46,7 +46,8 @@ void draw(const Map& map, CDC& dc, const MapPictureOptions& options = {});
 void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options = {});
 
 /// Draws the triangles of a map likewise, in the colours of `PLYDT::Draw_Trgls`, which run from the
-/// first triangle to the last. Linear.
+/// first triangle to the last. Regions that are not covered are painted over them, magenta with a
+/// wide outline. Linear.
 void draw(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options = {});
 void draw(const PLYDT& triangles, CDC& dc, const MapPictureOptions& options = {});
 

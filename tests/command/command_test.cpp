@@ -134,7 +134,13 @@ TEST_F(Command, TrianglesTellWhatTheyCover) {
     const Result bow_tie = run("triangles bow_tie --select 29,1 --select 1,4");
     EXPECT_EQ(bow_tie.status, 0);
     EXPECT_THAT(bow_tie.out, HasSubstr("1 of 2 regions covered"));
-    EXPECT_THAT(bow_tie.err, HasSubstr("warning: region 1 (0,0 to 9,9): triangles cover"));
+    EXPECT_THAT(bow_tie.err, HasSubstr("warning: region 1 (0,0 to 9,9): not covered, the outer "
+                                       "ring crosses itself at 4.5,4.5\n"));
+    const Result strict = run("triangles bow_tie --strict -o u --picture u.png --size 400x200");
+    EXPECT_EQ(strict.status, 3);
+    EXPECT_EQ(read("u"), (run("triangles bow_tie -o v --threads 3"), read("v")));
+    // The upper half of the bow tie is in the left third of the picture.
+    EXPECT_EQ(Pixels(path("u.png")).at(63, 70), RGB(255, 0, 255));
 }
 
 TEST_F(Command, TracesGoWhereTheyWereAskedFor) {
