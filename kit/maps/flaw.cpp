@@ -18,9 +18,11 @@ namespace {
 
 using FlawReason = Flaw::Reason;
 
-std::optional<Flaw> flaw_without_rings(const Map& map, int region);
+std::optional<Flaw> flaw_without_area(const Map& map, int region);
+bool is_in_line(const Outline& outline, const std::vector<int>& ring);
 std::optional<Flaw> meeting_of_sides(const Outline& outline);
 Flaw misplaced_ring(const Outline& outline, const DelaunayTriangles& triangles);
+int first_repeated(const std::vector<int>& ring);
 std::optional<Flaw> cut(const Outline& outline, const DelaunayTriangles& triangles);
 
 } // namespace
@@ -28,8 +30,8 @@ std::optional<Flaw> cut(const Outline& outline, const DelaunayTriangles& triangl
 std::optional<Flaw> flaw_of(const Map& map, int region) {
     const CCPloy2DRg& set = map.regions();
     const Outline outline = outline_of(set, set.region_list[region]);
-    if (outline.rings.empty()) {
-        return flaw_without_rings(map, region);
+    if (outline.rings.empty() || is_in_line(outline, outline.rings.front())) {
+        return flaw_without_area(map, region);
     }
     const DelaunayTriangles triangles = delaunay_triangles(outline);
     if (!triangles.corners.empty()) {
@@ -40,7 +42,7 @@ std::optional<Flaw> flaw_of(const Map& map, int region) {
 
 namespace {
 
-std::optional<Flaw> flaw_without_rings(const Map& map, int region) {
+std::optional<Flaw> flaw_without_area(const Map& map, int region) {
     Flaw flaw;
     for (int ring = 0; ring < map[region].ring_count(); ++ring) {
         for (const Point2 corner : map[region].ring(ring)) {
@@ -53,6 +55,15 @@ std::optional<Flaw> flaw_without_rings(const Map& map, int region) {
         flaw.place = map[region].ring(0)[0];
     }
     return flaw;
+}
+
+// Whether all places of a ring are on one line.
+bool is_in_line(const Outline& outline, const std::vector<int>& ring) {
+    const auto place = [&](int number) { return outline.places[static_cast<std::size_t>(number)]; };
+    const auto [least, greatest] = std::minmax_element(ring.begin(), ring.end());
+    return std::all_of(ring.begin(), ring.end(), [&, a = *least, b = *greatest](int number) {
+        return turn(place(a), place(b), place(number)) == 0;
+    });
 }
 
 PlanePoint place_of(const Outline& outline, int number) {
@@ -196,18 +207,32 @@ Flaw misplaced_ring(const Outline& outline, const DelaunayTriangles& triangles) 
             }
         }
     }
+    const std::vector<int>& ring = triangles.rings[of_side];
     const int number = outline.numbers[of_side];
+    const Point2 first = to_point(place_of(outline, ring.front()));
     if (of_side > 0 && !is_in_ring(outline, outline.rings.front(), middle)) {
-        return {FlawReason::hole_outside, to_point(a), number, 0};
+        return {FlawReason::hole_outside, first, number, 0};
     }
     for (std::size_t i = 1; i < outline.rings.size(); ++i) {
         if (i != of_side && is_in_ring(outline, outline.rings[i], middle)) {
-            return {of_side == 0 ? FlawReason::hole_outside : FlawReason::holes_overlap,
-                    to_point(a), std::min(outline.numbers[i], number),
-                    std::max(outline.numbers[i], number)};
+            return {of_side == 0 ? FlawReason::hole_outside : FlawReason::holes_overlap, first,
+                    std::min(outline.numbers[i], number), std::max(outline.numbers[i], number)};
         }
     }
-    return {FlawReason::rings_cross, to_point(a), number, number};
+    return {FlawReason::rings_cross, to_point(place_of(outline, first_repeated(ring))), number,
+            number};
+}
+
+// The first place that a ring passes more than once, or its first place.
+int first_repeated(const std::vector<int>& ring) {
+    std::vector<int> sorted = ring;
+    std::sort(sorted.begin(), sorted.end());
+    const auto is_repeated = [&](int place) {
+        const auto [begin, end] = std::equal_range(sorted.begin(), sorted.end(), place);
+        return end - begin > 1;
+    };
+    const auto found = std::find_if(ring.begin(), ring.end(), is_repeated);
+    return found != ring.end() ? *found : ring.front();
 }
 
 std::optional<Flaw> cut(const Outline& outline, const DelaunayTriangles& triangles) {

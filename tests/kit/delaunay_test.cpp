@@ -19,14 +19,12 @@
 #include "kit/maps/noding.h"
 #include "kit/maps/region_sets.h"
 #include "tests/support/dice.h"
+#include "tests/support/rings.h"
 
 namespace korvel::test {
 namespace {
 
 using kit::PlanePoint;
-
-/// Rings of at least three points, taken as the outer ring and holes of one region.
-using Rings = std::vector<std::vector<PlanePoint>>;
 
 /// Whether the Simple Features rules allow the region.
 bool is_valid(const Rings& rings) {
@@ -51,27 +49,6 @@ bool is_valid(const Rings& rings) {
     return valid;
 }
 
-/// A set of one region, with a point of its own for each ring point where `is_shared` is false.
-void fill(PLYDT& set, const Rings& rings, bool is_shared) {
-    std::map<std::pair<double, double>, int> known;
-    set.region_list.SetSize(1);
-    set.ring_list.SetSize(static_cast<int>(rings.size()));
-    for (int i = 0; i < set.ring_list.GetSize(); ++i) {
-        set.region_list[0].rings.Add(i);
-        for (const PlanePoint& p : rings[static_cast<std::size_t>(i)]) {
-            const auto [entry, is_new] = known.try_emplace({p.x, p.y}, set.pt_list.GetSize());
-            if (is_new || !is_shared) {
-                entry->second = set.pt_list.GetSize();
-                set.pt_list.SetSize(entry->second + 1);
-                set.pt_list[entry->second].x = p.x;
-                set.pt_list[entry->second].y = p.y;
-            }
-            set.ring_list[i].pts.Add(entry->second);
-        }
-    }
-    kit::orient_rings(set);
-}
-
 PlanePoint at(const PLYDT& set, int point) {
     return {set.pt_list[point].x, set.pt_list[point].y};
 }
@@ -79,6 +56,7 @@ PlanePoint at(const PLYDT& set, int point) {
 /// Adds the triangles and checks that they tile the region, and that no circle of a triangle
 /// contains the point opposite to a side that is no ring side. Returns how many there are.
 int expect_delaunay(PLYDT& set, const char* what) {
+    kit::orient_rings(set);
     kit::add_delaunay_triangles(set, set.region_list[0]);
     const int count = set.trg_list.GetSize();
     EXPECT_TRUE(kit::measure_coverage(set, set.region_list[0], 0, count,
@@ -234,6 +212,7 @@ TEST(Delaunay, TilesWhateverIsValidAndNothingElse) {
         }
         PLYDT set;
         fill(set, rings, false);
+        kit::orient_rings(set);
         kit::add_delaunay_triangles(set, set.region_list[0]);
         const bool tiles =
             set.trg_list.GetSize() > 0 &&
