@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <filesystem>
 #include <span>
 #include <utility>
 #include <vector>
@@ -109,7 +110,51 @@ void kit_raise(benchmark::State& state) {
         kit::find_regions(network_of(korvel::bench::sample_curves("us-states"))).take_map();
     for (auto _ : state) {
         benchmark::DoNotOptimize(
-            kit::raise(map, {.low = low_level, .high = high_level}).solids.size());
+            kit::raise(map, {.low = low_level, .high = high_level, .separate = true, .threads = 1})
+                .solids.size());
+    }
+}
+
+/// Borders of the world side by side: 7,388 regions with 480,000 points on their rings.
+const kit::Map& dense_map() {
+    static const kit::Map map = [] {
+        const kit::Network world =
+            kit::Network::read(std::filesystem::path(KORVEL_DATA_DIR) / "world-50m.curves");
+        const auto across = static_cast<int>(world.bounds().right - world.bounds().left) + 1000;
+        kit::Network network;
+        std::vector<kit::GridPoint> points;
+        for (int tile = 0; tile < 4; ++tile) {
+            for (int curve = 0; curve < world.curve_count(); ++curve) {
+                points.assign(world.curve(curve).begin(), world.curve(curve).end());
+                for (kit::GridPoint& point : points) {
+                    point.x += tile * across;
+                }
+                network.add_curve(points);
+            }
+        }
+        return kit::find_regions(std::move(network)).take_map();
+    }();
+    return map;
+}
+
+/// On all cores.
+void kit_raise_dense(benchmark::State& state) {
+    const bool separate = state.range(0) != 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            kit::raise(dense_map(), {.low = low_level, .high = high_level, .separate = separate})
+                .solids.size());
+    }
+}
+
+void kit_weld_dense(benchmark::State& state) {
+    const kit::Solids separate =
+        kit::raise(dense_map(), {.low = low_level, .high = high_level, .separate = true}).solids;
+    for (auto _ : state) {
+        state.PauseTiming();
+        kit::Solids solids(separate);
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(kit::weld(solids).faces_shared);
     }
 }
 
@@ -181,6 +226,14 @@ BENCHMARK(exact_triangles)->Name("exact/triangles")->Unit(benchmark::kMillisecon
 BENCHMARK(kit_triangles)->Name("kit/triangles")->Unit(benchmark::kMillisecond);
 BENCHMARK(exact_raise)->Name("exact/raise")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_raise)->Name("kit/raise")->Unit(benchmark::kMillisecond);
+BENCHMARK(kit_raise_dense)
+    ->Name("kit/raise_dense")
+    ->ArgName("separate")
+    ->Arg(0)
+    ->Arg(1)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(kit_weld_dense)->Name("kit/weld_dense")->Unit(benchmark::kMillisecond);
 BENCHMARK(exact_read)->Name("exact/read")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_read)->Name("kit/read")->Unit(benchmark::kMillisecond);
 BENCHMARK(exact_cut)->Name("exact/cut")->Unit(benchmark::kMillisecond);

@@ -35,6 +35,8 @@ void StarterCommand::run() {
     const kit::Solids solids = kind_ == "cube"
                                    ? kit::make_cuboid(center, {size[0], size[1], size[2]}, rounds_)
                                    : kit::make_ball(center, size[0], rounds_);
+    refuse_collapse(solids, "korvel: --size",
+                    "a larger size or a --center nearer to 0,0,0 keeps them apart");
     std::printf("%s, %s\n", model_figures(solids).c_str(),
                 kit::state_text(solids[0].surface()).c_str());
     outputs_.write([&](kit::OutputFile& out) { solids.write(out); });

@@ -1,7 +1,8 @@
 #include "kit/solids/face_sides.h"
 
 #include <cmath>
-#include <tuple>
+#include <cstdint>
+#include <utility>
 
 #include "kit/base/points.h"
 #include "kit/solids/vectors.h"
@@ -30,9 +31,11 @@ std::vector<FaceSide> sides_of(const TMOD3D& model, int body) {
             }
         }
     }
-    std::sort(sides.begin(), sides.end(), [](const FaceSide& a, const FaceSide& b) {
-        return std::tie(a.low, a.high, a.position, a.ascends) <
-               std::tie(b.low, b.high, b.position, b.ascends);
+    const auto edge = [](const FaceSide& side) { // one comparison instead of two
+        return static_cast<std::uint64_t>(side.low) << 32 | static_cast<std::uint64_t>(side.high);
+    };
+    std::sort(sides.begin(), sides.end(), [&](const FaceSide& a, const FaceSide& b) {
+        return edge(a) != edge(b) ? edge(a) < edge(b) : a.position < b.position;
     });
     return sides;
 }

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <numeric>
 #include <unordered_map>
+#include <utility>
 
 #include "kit/solids/vectors.h"
 
@@ -33,14 +33,16 @@ std::vector<int> joined_points(std::span<const Point3> points, double tolerance)
 namespace {
 
 std::vector<int> joined_by_coordinates(std::span<const Point3> points) {
-    std::vector<int> order(points.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::sort(order.begin(), order.end(),
-              [&](int a, int b) { return points[a] != points[b] ? points[a] < points[b] : a < b; });
+    std::vector<std::pair<Point3, int>> places;
+    places.reserve(points.size());
+    for (const Point3& point : points) {
+        places.emplace_back(point, static_cast<int>(places.size()));
+    }
+    std::sort(places.begin(), places.end());
     std::vector<int> joined(points.size());
     int first = -1;
-    for (const int point : order) {
-        if (first < 0 || points[point] != points[first]) {
+    for (const auto& [place, point] : places) {
+        if (first < 0 || place != points[first]) {
             first = point;
         }
         joined[point] = first;

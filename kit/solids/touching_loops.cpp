@@ -92,7 +92,8 @@ std::vector<CutSide> cut_sides(const TMOD3D& model, int body, const std::vector<
 
 // The lists of a face's edges and of its corners need not run the same way.
 FaceSide side_at(const TMOD3D& model, int edge, int position, const CArray<int>& corners) {
-    const auto [low, high] = std::minmax({model.lines[edge].start_vert, model.lines[edge].end_vert});
+    const auto [low, high] =
+        std::minmax({model.lines[edge].start_vert, model.lines[edge].end_vert});
     bool ascends = false;
     for (int k = 0; k < corners.GetSize(); ++k) {
         ascends |= corners[k] == low && corners[(k + 1) % corners.GetSize()] == high;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -258,22 +257,30 @@ void WallMatcher::replace_faces() {
 Columns::Columns(const std::vector<Point3>& points, std::size_t axis)
     : points_(points.size()), levels_(points.size()), column_of_(points.size()),
       rank_of_(points.size()) {
+    struct Place {
+        double u;
+        double v;
+        double level;
+        int point;
+    };
     const std::size_t u = axis == 0 ? 1 : 0;
     const std::size_t v = axis == 2 ? 1 : 2;
-    std::iota(points_.begin(), points_.end(), 0);
-    std::sort(points_.begin(), points_.end(), [&](int a, int b) {
-        const Point3& p = points[a];
-        const Point3& q = points[b];
-        return std::tie(p[u], p[v], p[axis]) < std::tie(q[u], q[v], q[axis]);
+    std::vector<Place> places;
+    places.reserve(points.size());
+    for (const Point3& point : points) {
+        places.push_back({point[u], point[v], point[axis], static_cast<int>(places.size())});
+    }
+    std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) {
+        return std::tie(a.u, a.v, a.level) < std::tie(b.u, b.v, b.level);
     });
-    int column = -1;
-    for (std::size_t rank = 0; rank < points_.size(); ++rank) {
-        const Point3& point = points[points_[rank]];
-        const Point3& before = points[points_[rank == 0 ? 0 : rank - 1]];
-        column += rank == 0 || point[u] != before[u] || point[v] != before[v] ? 1 : 0;
+    int column = 0;
+    for (std::size_t rank = 0; rank < places.size(); ++rank) {
+        const Place& place = places[rank];
+        column += rank > 0 && (place.u != places[rank - 1].u || place.v != places[rank - 1].v);
         column_of_[rank] = column;
-        levels_[rank] = point[axis];
-        rank_of_[points_[rank]] = static_cast<int>(rank);
+        levels_[rank] = place.level;
+        points_[rank] = place.point;
+        rank_of_[place.point] = static_cast<int>(rank);
     }
 }
 

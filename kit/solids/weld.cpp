@@ -10,15 +10,22 @@
 namespace korvel::kit {
 namespace {
 
+bool opens_a_body(const TMOD3D& before, const TMOD3D& after);
 void copy_attributes(const TMOD3D& from, TMOD3D& to);
 
 } // namespace
 
 WeldReport weld(Solids& solids, const WeldOptions& options, const Context& context) {
-    Soup soup;
-    append(solids.model(), soup);
+    const auto weld_all = [&](bool walls, WeldReport& report) {
+        Soup soup;
+        append(solids.model(), soup);
+        return welded(std::move(soup), {options.tolerance, walls}, context, report);
+    };
     WeldReport report;
-    std::unique_ptr<TMOD3D> model = welded(std::move(soup), options, context, report);
+    std::unique_ptr<TMOD3D> model = weld_all(options.match_walls, report);
+    if (report.walls_split + report.walls_turned > 0 && opens_a_body(solids.model(), *model)) {
+        model = weld_all(false, report);
+    }
     copy_attributes(solids.model(), *model);
     Solids whole(std::move(model));
     whole.set_view(solids.view());
@@ -30,6 +37,15 @@ WeldReport weld(Solids& solids, const WeldOptions& options, const Context& conte
 }
 
 namespace {
+
+bool opens_a_body(const TMOD3D& before, const TMOD3D& after) {
+    for (int body = 0; body < after.bodies.GetSize(); ++body) {
+        if (!surface_of(after, body).is_closed() && surface_of(before, body).is_closed()) {
+            return true;
+        }
+    }
+    return false;
+}
 
 // What bodies have besides what is derived.
 void copy_attributes(const TMOD3D& from, TMOD3D& to) {

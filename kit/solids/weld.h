@@ -8,6 +8,7 @@ namespace korvel::kit {
 /// How `weld` works.
 struct WeldOptions {
     double tolerance = 0; ///< vertices no farther apart are joined; 0: those of equal coordinates
+    bool match_walls = true; ///< triangulate walls anew where this makes faces equal
 };
 
 /// What was welded.
@@ -20,10 +21,11 @@ struct WeldReport {
 
 /// Welds bodies where they touch: vertices, edges and faces that coincide become one, which all the
 /// bodies list, and bodies that share a face list one another as neighbours. Walls that two bodies
-/// have along an axis are triangulated alike over their common part first, see walls.h. Faces that
-/// no body and vertices that no face uses disappear. Bodies keep their order, colours, parameters
-/// and names, other faces their triangles; everything derived is derived anew. What is welded
-/// already stays as it is.
+/// have along an axis are triangulated alike over their common part first (see walls.h), unless
+/// this would open a body that touches itself along the diagonal of a wall. Faces that no body and
+/// vertices that no face uses disappear. Bodies keep their order, colours, parameters and names,
+/// other faces their triangles; everything derived is derived anew. What is welded already stays as
+/// it is.
 ///
 /// Of a shared face the model keeps one orientation, so `BODY3D::volume` of one of its bodies may
 /// be negative (`Body::volume` is not). Where a body touches itself, an edge of it has four faces.

@@ -35,7 +35,7 @@ std::unique_ptr<TMOD3D> welded(Soup soup, const WeldOptions& options, const Cont
     refuse_collapsed_faces(soup, options.tolerance);
     keep_used(soup);
     context.report(stage, 1, steps);
-    const MatchedWalls walls = match_walls(soup, context);
+    const MatchedWalls walls = options.match_walls ? match_walls(soup, context) : MatchedWalls();
     report.walls_split = walls.split;
     report.walls_turned = walls.turned;
     context.report(stage, 2, steps);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <map>
 #include <optional>
 #include <set>
@@ -137,7 +138,7 @@ std::vector<std::vector<std::vector<kit::Point3>>> contents(const kit::Solids& s
     return all;
 }
 
-constexpr int rounds = 300;
+constexpr int rounds = 200;
 
 TEST(Weld, RaisedMapsAreClosedAndConnected) {
     Dice dice(11);
@@ -263,6 +264,146 @@ TEST(Weld, AMoveKeepsNeighboursTogether) {
         ASSERT_TRUE(kit::surface_of(outer, 0).is_closed()) << round;
         ASSERT_NEAR(moved.volume(), kit::own_orientation(outer, 0).volume, 1e-9 * volume) << round;
     }
+}
+
+/// A box with each side cut along one of its diagonals at random, and its faces turned at random.
+void add_box(Dice& dice, const kit::Point3& low, const kit::Point3& size, TMOD3D& model) {
+    TMOD3D box;
+    box.verts.SetSize(8);
+    for (int v = 0; v < 8; ++v) {
+        for (int k = 0; k < 3; ++k) {
+            box.verts[v].model_xyz[k] = low[k] + (v >> k & 1) * size[k];
+        }
+    }
+    box.bodies.SetSize(1);
+    for (int axis = 0; axis < 3; ++axis) {
+        const int u = 1 << (axis + 1) % 3;
+        const int v = 1 << (axis + 2) % 3;
+        for (const int first : {0, 1 << axis}) {
+            std::array<int, 4> square = {first, first + u, first + u + v, first + v};
+            std::rotate(square.begin(), square.begin() + dice(0, 1), square.end());
+            for (const std::array<int, 3>& corners :
+                 {std::array{square[0], square[1], square[2]}, {square[0], square[3], square[2]}}) {
+                box.bodies[0].polys.Add(box.polys.GetSize());
+                POLY3D face;
+                for (const int corner : corners) {
+                    face.verts.Add(corner);
+                }
+                box.polys.Add(face);
+            }
+        }
+    }
+    kit::append_bodies(box, model);
+}
+
+kit::Solids solids_of(TMOD3D& model) {
+    model.clear_no_use_ele();
+    return kit::Solids(model);
+}
+
+TEST(Weld, JoinsStackedBoxesOnAllSides) {
+    Dice dice(15);
+    for (int round = 0; round < 50; ++round) {
+        const double shift = round % 2 == 0 ? 0 : 1e-4; // of every second box
+        TMOD3D model;
+        for (int box = 0; box < 8; ++box) {
+            const double by = box % 2 * shift;
+            add_box(dice, {(box & 1) + by, (box >> 1 & 1) - by, (box >> 2) + by}, {1, 1, 1}, model);
+        }
+        kit::Solids solids = solids_of(model);
+        solids.set_name(7, "last");
+        solids.set_colour(7, {10, 0.25, 0.75});
+        const kit::WeldReport report = kit::weld(solids, {.tolerance = 3 * shift});
+        EXPECT_EQ(report.vertices_joined, 64 - 27) << round;
+        EXPECT_EQ(report.faces_shared, 24) << round;
+        EXPECT_EQ(solids[7].name(), "last");
+        EXPECT_EQ(solids[7].colour(), (kit::BodyColour{10, 0.25, 0.75}));
+        for (const kit::Body body : solids) {
+            EXPECT_EQ(body.neighbours().size(), 3U) << round;
+            EXPECT_TRUE(body.surface().is_clean()) << round;
+            EXPECT_NEAR(body.volume(), 1, 4 * shift) << round;
+        }
+        const auto once = contents(solids);
+        kit::weld(solids, {.tolerance = 3 * shift});
+        EXPECT_EQ(contents(solids), once) << round;
+    }
+}
+
+TEST(Weld, RefusesWhatWouldBeDegenerate) {
+    Dice dice(16);
+    const auto error_of = [](TMOD3D& model, double tolerance) {
+        kit::Solids solids = solids_of(model);
+        const auto before = contents(solids);
+        try {
+            kit::weld(solids, {.tolerance = tolerance});
+        } catch (const kit::Error& error) {
+            EXPECT_EQ(contents(solids), before);
+            return std::string(error.what());
+        }
+        return std::string("no error");
+    };
+    TMOD3D boxes;
+    add_box(dice, {0, 0, 0}, {1, 1, 1}, boxes);
+    add_box(dice, {5, 0, 0}, {1, 1, 0.01}, boxes);
+    EXPECT_EQ(error_of(boxes, 0.001), "no error");
+    EXPECT_THAT(error_of(boxes, 0.1), HasSubstr("body 1: two corners of its face"));
+    EXPECT_THAT(error_of(boxes, -1), HasSubstr("tolerance"));
+    TMOD3D twice;
+    add_box(dice, {0, 0, 0}, {1, 1, 1}, twice);
+    twice.bodies[0].polys.Add(0);
+    EXPECT_THAT(error_of(twice, 0), HasSubstr("body 0 would have two faces at the same"));
+    TMOD3D endless = twice;
+    endless.verts[3].model_xyz[1] = std::numeric_limits<double>::infinity();
+    EXPECT_THAT(error_of(endless, 0), HasSubstr("has no finite position"));
+    // Each of many walls would take in all of many vertices.
+    TMOD3D fan;
+    constexpr int levels = 5000;
+    fan.verts.SetSize(2 * levels);
+    fan.bodies.SetSize(1);
+    for (int i = 0; i < levels; ++i) {
+        fan.verts[i].model_xyz[2] = i;
+        fan.verts[levels + i].model_xyz[0] = i + 1;
+        POLY3D face;
+        for (const int corner : {0, i, levels + i}) {
+            face.verts.Add(corner);
+        }
+        fan.bodies[0].polys.Add(fan.polys.Add(face));
+    }
+    fan.polys[0].verts[1] = 1;
+    EXPECT_THAT(error_of(fan, 0), HasSubstr("too many vertices are above one another"));
+}
+
+TEST(Weld, RaisesTheSameOnAnyNumberOfThreads) {
+    Dice dice(17);
+    const kit::Map map = random_map(dice);
+    for (const bool separate : {false, true}) {
+        std::vector<std::vector<std::string>> notices;
+        std::vector<std::vector<std::vector<int>>> faces;
+        for (const int threads : {1, 2, 7}) {
+            notices.emplace_back();
+            faces.emplace_back();
+            kit::RaiseOptions options{.separate = separate, .threads = threads};
+            options.on_notice = [&](const std::string& text) { notices.back().push_back(text); };
+            const kit::Raised raised = kit::raise(map, options);
+            EXPECT_EQ(static_cast<int>(notices.back().size()), map.size());
+            for (const kit::Face face : raised.solids.faces()) {
+                faces.back().emplace_back(face.vertices().begin(), face.vertices().end());
+            }
+        }
+        for (std::size_t i = 1; i < faces.size(); ++i) {
+            EXPECT_EQ(faces[i], faces[0]);
+            EXPECT_EQ(notices[i], notices[0]);
+        }
+    }
+}
+
+TEST(FilePrecision, NamesTheCornersThatBecomeOne) {
+    EXPECT_FALSE(kit::collapse_in_file(kit::make_cuboid({0, 0, 0}, {1, 1, 1e-5})));
+    const auto thin = kit::collapse_in_file(kit::make_cuboid({0, 0, 0}, {1, 1, 1e-7}));
+    ASSERT_TRUE(thin);
+    EXPECT_EQ(thin->body, 0);
+    EXPECT_THAT(kit::text(*thin), HasSubstr("5e-08 are one"));
+    EXPECT_TRUE(kit::collapse_in_file(kit::make_cuboid({3e7, 0, 0}, {1, 8, 8})));
 }
 
 } // namespace
