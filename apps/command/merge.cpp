@@ -50,7 +50,8 @@ MergeCommand::MergeCommand(Options options) {
     options.footer(
         "Vertices, faces and bodies of the second model are numbered on from those of the\n"
         "first, and so on. Nothing is joined: bodies that touch or overlap keep\n"
-        "their own vertices and faces. Colours and parameters of the bodies are kept.\n"
+        "their own vertices and faces; 'korvel weld' joins those that touch. Colours and "
+        "parameters of the bodies are kept.\n"
         "\n"
         "Example:\n"
         "  korvel merge box.model ball.model -o both.model");

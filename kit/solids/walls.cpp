@@ -34,7 +34,11 @@ private:
 struct Rung {
     int a;
     int b;
-    friend auto operator<=>(const Rung&, const Rung&) = default;
+
+    friend bool operator==(const Rung&, const Rung&) = default;
+    friend bool operator<(const Rung& one, const Rung& other) {
+        return one.a != other.a ? one.a < other.a : one.b < other.b;
+    }
 };
 
 // A triangle between the columns a and b, from one rung to the next above.

@@ -28,7 +28,9 @@ WeldReport weld(Solids& solids, const WeldOptions& options, const Context& conte
     }
     copy_attributes(solids.model(), *model);
     Solids whole(std::move(model));
-    whole.set_view(solids.view());
+    if (whole.view() != solids.view()) {
+        whole.set_view(solids.view());
+    }
     for (const Body body : solids) {
         whole.set_name(body.index(), body.name());
     }

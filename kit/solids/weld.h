@@ -27,6 +27,9 @@ struct WeldReport {
 /// other faces their triangles; everything derived is derived anew. What is welded already stays as
 /// it is.
 ///
+/// The tolerance joins vertices, not walls: those of different heights are matched where their
+/// vertices agree exactly in the two coordinates across the axis.
+///
 /// Of a shared face the model keeps one orientation, so `BODY3D::volume` of one of its bodies may
 /// be negative (`Body::volume` is not). Where a body touches itself, an edge of it has four faces.
 /// The faces of such a body are listed in an order in which the exact class orients it well.

@@ -43,6 +43,7 @@ std::unique_ptr<TMOD3D> welded(Soup soup, const WeldOptions& options, const Cont
     keep_used(soup);
     context.report(stage, 3, steps);
     std::unique_ptr<TMOD3D> model = model_of(soup);
+    soup = {}; // its memory serves for what is derived
     for (int body = 0; body < model->bodies.GetSize(); ++body) {
         if (touches_itself[static_cast<std::size_t>(body)]) {
             order_faces_for_orientation(*model, body);

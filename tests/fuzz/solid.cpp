@@ -9,7 +9,7 @@
 #include "kit/maps/region_colours.h"
 #include "kit/maps/region_sets.h"
 #include "kit/solids/join.h"
-#include "kit/solids/surface.h"
+#include "kit/solids/weld.h"
 #include "tests/fuzz/exercise.h"
 
 namespace {
@@ -54,7 +54,15 @@ void raise(const PLYDT& set, Fill fill) {
         }
     }
     derive(model);
-    surfaces(model);
+    Solids solids(model);
+    try {
+        weld(solids);
+    } catch (const Error&) {
+        // A body is degenerate.
+    }
+    solids.volume();
+    solids.surfaces();
+    solids.cut({0, 0, 1, -5});
 }
 
 } // namespace
