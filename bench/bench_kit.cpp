@@ -3,10 +3,10 @@
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
-#include <span>
 #include <utility>
 #include <vector>
 
+#include "bench/inputs/kit_networks.h"
 #include "bench/inputs/models.h"
 #include "bench/inputs/samples.h"
 #include "kit/kit.h"
@@ -21,16 +21,7 @@ const CurveArrays& counties() {
     return curves;
 }
 
-kit::Network network_of(const CurveArrays& curves) {
-    kit::Network network;
-    std::size_t start = 0;
-    const std::span<const kit::GridPoint> points(curves.pts.begin(), curves.pts.end());
-    for (const int count : curves.counts) {
-        network.add_curve(points.subspan(start, static_cast<std::size_t>(count)));
-        start += static_cast<std::size_t>(count);
-    }
-    return network;
-}
+using korvel::bench::network_of;
 
 void exact_regions(benchmark::State& state) {
     for (auto _ : state) {
@@ -117,24 +108,16 @@ void kit_raise(benchmark::State& state) {
 
 /// Borders of the world side by side: 7,388 regions with 480,000 points on their rings.
 const kit::Map& dense_map() {
-    static const kit::Map map = [] {
-        const kit::Network world =
-            kit::Network::read(std::filesystem::path(KORVEL_DATA_DIR) / "world-50m.curves");
-        const auto across = static_cast<int>(world.bounds().right - world.bounds().left) + 1000;
-        kit::Network network;
-        std::vector<kit::GridPoint> points;
-        for (int tile = 0; tile < 4; ++tile) {
-            for (int curve = 0; curve < world.curve_count(); ++curve) {
-                points.assign(world.curve(curve).begin(), world.curve(curve).end());
-                for (kit::GridPoint& point : points) {
-                    point.x += tile * across;
-                }
-                network.add_curve(points);
-            }
-        }
-        return kit::find_regions(std::move(network)).take_map();
-    }();
+    static const kit::Map map = kit::find_regions(korvel::bench::dense_network(4)).take_map();
     return map;
+}
+
+/// On one thread.
+void kit_fill_dense(benchmark::State& state, kit::Fill fill) {
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            kit::triangulate(dense_map(), {.fill = fill, .threads = 1}).triangle_count());
+    }
 }
 
 /// On all cores.
@@ -224,6 +207,9 @@ BENCHMARK(exact_regions)->Name("exact/regions")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_regions)->Name("kit/regions")->Unit(benchmark::kMillisecond);
 BENCHMARK(exact_triangles)->Name("exact/triangles")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_triangles)->Name("kit/triangles")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(kit_fill_dense, delaunay, kit::Fill::delaunay)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(kit_fill_dense, automatic, kit::Fill::automatic)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(kit_fill_dense, front, kit::Fill::front)->Unit(benchmark::kMillisecond);
 BENCHMARK(exact_raise)->Name("exact/raise")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_raise)->Name("kit/raise")->Unit(benchmark::kMillisecond);
 BENCHMARK(kit_raise_dense)

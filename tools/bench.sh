@@ -18,7 +18,7 @@ compare_with_peers() {
     done
     tools/install_packages.sh bench libcgal-dev
     cmake --preset release -B build/bench -DKORVEL_BUILD_PEERS=ON -DKORVEL_BUILD_TESTS=OFF \
-        -DKORVEL_BUILD_APPS=OFF -DKORVEL_BUILD_KIT=OFF
+        -DKORVEL_BUILD_APPS=OFF -DKORVEL_WITH_CAIRO=OFF -DKORVEL_WITH_EGL=OFF
     cmake --build build/bench --target korvel_compare
     local table
     table=$(mktemp)

@@ -8,6 +8,7 @@ namespace korvel::bench {
 
 void compare_regions(Table& table, bool is_quick);
 void compare_triangles(Table& table, bool is_quick);
+void compare_map_triangles(Table& table, bool is_quick);
 void compare_models(Table& table, bool is_quick);
 void compare_merging(Table& table, bool is_quick);
 

@@ -17,6 +17,7 @@ constexpr struct {
 } groups[] = {
     {"regions", compare_regions},
     {"triangles", compare_triangles},
+    {"map-triangles", compare_map_triangles},
     {"models", compare_models},
     {"merging", compare_merging},
 };
