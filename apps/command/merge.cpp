@@ -50,7 +50,7 @@ MergeCommand::MergeCommand(Options options) {
     options.footer(
         "Vertices, faces and bodies of the second model are numbered on from those of the\n"
         "first, and so on. Nothing is joined: bodies that touch or overlap keep\n"
-        "their own vertices and faces; 'korvel weld' joins those that touch. Colours and "
+        "their own vertices and faces; 'korvel weld' joins those that touch. Colours and\n"
         "parameters of the bodies are kept.\n"
         "\n"
         "Example:\n"
