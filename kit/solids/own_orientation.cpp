@@ -51,11 +51,18 @@ OwnOrientation own_orientation(const TMOD3D& model, int body) {
     for (Piece& piece : pieces) {
         measure(model, body, own.turns, piece);
     }
+    std::vector<const Piece*> solid; // others, such as single faces, contain nothing
+    for (const Piece& piece : pieces) {
+        if (piece.volume != 0) {
+            solid.push_back(&piece);
+        }
+    }
     std::vector<bool> is_cavity;
     for (const Piece& piece : pieces) {
         bool is_within_odd = false;
-        for (const Piece& other : pieces) {
-            is_within_odd ^= &other != &piece && is_inside(model, body, own.turns, piece, other);
+        for (const Piece* const other : solid) {
+            is_within_odd ^= piece.volume != 0 && other != &piece &&
+                             is_inside(model, body, own.turns, piece, *other);
         }
         is_cavity.push_back(is_within_odd);
     }
