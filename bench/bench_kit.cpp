@@ -2,7 +2,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
 #include <utility>
 #include <vector>
 

@@ -266,6 +266,46 @@ TEST(Weld, AMoveKeepsNeighboursTogether) {
     }
 }
 
+/// Regions of random rings, which cross, overlap, repeat one another and touch.
+kit::Map wild_map(Dice& dice) {
+    CCPloy2DRg set;
+    set.pt_list.SetSize(dice(4, 16));
+    for (VERT2D& point : set.pt_list) {
+        point.x = dice(0, 5);
+        point.y = dice(0, 5);
+    }
+    set.ring_list.SetSize(dice(1, 5));
+    for (RING& ring : set.ring_list) {
+        for (int corners = dice(3, 7); corners > 0; --corners) {
+            ring.pts.Add(dice(0, set.pt_list.GetUpperBound()));
+        }
+    }
+    set.region_list.SetSize(dice(1, 3));
+    for (CCPloy2DRg::PyToRg& region : set.region_list) {
+        for (int rings = dice(1, 3); rings > 0; --rings) {
+            region.rings.Add(dice(0, set.ring_list.GetUpperBound()));
+        }
+    }
+    return kit::Map(set);
+}
+
+TEST(Weld, WhateverIsRaisedIsClosedAndHasItsVolume) {
+    Dice dice(18);
+    int bodies = 0;
+    for (int round = 0; round < 10 * rounds; ++round) {
+        const kit::Map map = wild_map(dice);
+        const kit::Raised raised = kit::raise(map, {.low = 0, .high = 2, .threads = 1});
+        ASSERT_EQ(raised.solids.size() + static_cast<int>(raised.left_out.size()), map.size());
+        for (const kit::Body body : raised.solids) {
+            const int region = raised.region_of_body[static_cast<std::size_t>(body.index())];
+            ASSERT_TRUE(body.surface().is_closed()) << round;
+            ASSERT_DOUBLE_EQ(body.volume(), 2 * map[region].area()) << round;
+            ++bodies;
+        }
+    }
+    EXPECT_GT(bodies, rounds);
+}
+
 /// A box with each side cut along one of its diagonals at random, and its faces turned at random.
 void add_box(Dice& dice, const kit::Point3& low, const kit::Point3& size, TMOD3D& model) {
     TMOD3D box;
