@@ -46,8 +46,8 @@ std::optional<Flaw> flaw_without_area(const Map& map, int region) {
     Flaw flaw;
     for (int ring = 0; ring < map[region].ring_count(); ++ring) {
         for (const Point2 corner : map[region].ring(ring)) {
-            if (!std::isfinite(corner[0]) || !std::isfinite(corner[1])) {
-                return Flaw{FlawReason::not_finite, corner, ring, ring};
+            if (!is_usable_coordinate(corner[0]) || !is_usable_coordinate(corner[1])) {
+                return Flaw{FlawReason::out_of_range, corner, ring, ring};
             }
         }
     }
@@ -292,8 +292,8 @@ std::string text(const Flaw& flaw) {
     switch (flaw.reason) {
     case FlawReason::no_area:
         return "it has no area";
-    case FlawReason::not_finite:
-        return ring_name(flaw.ring) + " has a coordinate that is not finite";
+    case FlawReason::out_of_range:
+        return ring_name(flaw.ring) + " has a coordinate out of range";
     case FlawReason::rings_cross:
         return rings_text(flaw, " crosses itself") +
                (flaw.ring == flaw.other_ring ? place : std::string(" cross") + place);

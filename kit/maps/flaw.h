@@ -11,9 +11,9 @@ namespace korvel::kit {
 /// Why a region cannot be covered with triangles or raised to a body.
 struct Flaw {
     enum class Reason {
-        no_area,       ///< the outer ring encloses nothing
-        not_finite,    ///< a coordinate is infinite or not a number
-        rings_cross,   ///< two rings cross, or a ring crosses itself
+        no_area,      ///< the outer ring encloses nothing
+        out_of_range, ///< a coordinate is not a number or has a magnitude above 1e70 or below 1e-60
+        rings_cross,  ///< two rings cross, or a ring crosses itself
         rings_overlap, ///< two rings run along one another, or a ring along itself
         hole_outside,  ///< a hole is not inside the outer ring
         holes_overlap, ///< a hole is in another one

@@ -8,7 +8,7 @@
 namespace korvel::kit {
 namespace {
 
-bool has_finite_points(const CArray<VERT2D>& points, const CArray<RING>& rings,
+bool has_usable_points(const CArray<VERT2D>& points, const CArray<RING>& rings,
                        const CArray<int>& rings_of_region);
 void number_places(const CArray<VERT2D>& points, const CArray<RING>& rings,
                    const CArray<int>& rings_of_region, Outline& outline);
@@ -18,10 +18,14 @@ void drop_unused_places(Outline& outline);
 
 } // namespace
 
+bool is_usable_coordinate(double v) {
+    return v == 0 || (std::abs(v) >= 1e-60 && std::abs(v) <= 1e70);
+}
+
 Outline outline_of(const CArray<VERT2D>& points, const CArray<RING>& rings,
                    const CArray<int>& rings_of_region) {
     Outline outline;
-    if (rings_of_region.IsEmpty() || !has_finite_points(points, rings, rings_of_region)) {
+    if (rings_of_region.IsEmpty() || !has_usable_points(points, rings, rings_of_region)) {
         return outline;
     }
     number_places(points, rings, rings_of_region, outline);
@@ -59,12 +63,12 @@ int turn_of_ring(const Outline& outline, const std::vector<int>& ring) {
 
 namespace {
 
-bool has_finite_points(const CArray<VERT2D>& points, const CArray<RING>& rings,
+bool has_usable_points(const CArray<VERT2D>& points, const CArray<RING>& rings,
                        const CArray<int>& rings_of_region) {
     return std::all_of(rings_of_region.begin(), rings_of_region.end(), [&](int ring) {
         const CArray<int>& corners = rings[ring].pts;
         return std::all_of(corners.begin(), corners.end(), [&](int point) {
-            return std::isfinite(points[point].x) && std::isfinite(points[point].y);
+            return is_usable_coordinate(points[point].x) && is_usable_coordinate(points[point].y);
         });
     });
 }

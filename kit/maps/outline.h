@@ -16,8 +16,12 @@ struct Outline {
     std::vector<int> numbers;            ///< of the rings among those of the region
 };
 
+/// Whether predicates are exact for points with this coordinate: 0, or a magnitude from 1e-60 to
+/// 1e70.
+bool is_usable_coordinate(double v);
+
 /// Holes without area are left out. Without rings where the outer ring has no area, or where a
-/// coordinate is not finite. n log n.
+/// coordinate is not usable. n log n.
 Outline outline_of(const CArray<VERT2D>& points, const CArray<RING>& rings,
                    const CArray<int>& rings_of_region);
 

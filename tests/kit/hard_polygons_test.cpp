@@ -276,7 +276,7 @@ TEST(HardPolygons, InvalidOnesAreNamed) {
         {"the outer ring and hole 1 overlap at 2,0", {square, box(2, 0, 5, 5)}, 2},
         {"its rings cut it apart at 9,5", {square, {{0, 5}, {5, 3}, {9, 5}, {5, 7}}}, 3},
         {"it has no area", {{{0, 0}, {5, 5}, {9, 9}}}, 0},
-        {"the outer ring has a coordinate that is not finite",
+        {"the outer ring has a coordinate out of range",
          {{{0, 0}, {9, std::numeric_limits<double>::infinity()}, {9, 0}}},
          0},
     };
