@@ -47,7 +47,10 @@ template <class Work>
 void BorderIndex::for_each_in_run(std::size_t run, Work work) const {
     for (int i = run == 0 ? 0 : ends_[run - 1]; i < ends_[run]; ++i) {
         if (kinds_[i] == SegmentKind::border) {
-            work(network_.segments[i].from < network_.segments[i].to ? 2 * i : 2 * i + 1);
+            const NodedSegment& border = network_.segments[i];
+            const bool runs_right =
+                is_before(network_.points[border.from], network_.points[border.to]);
+            work(runs_right ? 2 * i : 2 * i + 1);
         }
     }
 }

@@ -97,20 +97,20 @@ void Tracing::mark_dangling() {
         ++degrees[segment.from];
         ++degrees[segment.to];
     }
-    // The sum of a point's segments that are left is the one segment, once one is left.
-    std::vector<long long> sums(network_.points.size(), 0);
+    // A point's segments that are left, combined bit by bit: once one is left, that one.
+    std::vector<int> left(network_.points.size(), 0);
     for (std::size_t i = 0; i < network_.segments.size(); ++i) {
-        sums[network_.segments[i].from] += static_cast<long long>(i);
-        sums[network_.segments[i].to] += static_cast<long long>(i);
+        left[network_.segments[i].from] ^= static_cast<int>(i);
+        left[network_.segments[i].to] ^= static_cast<int>(i);
     }
     for (std::size_t start = 0; start < degrees.size(); ++start) {
         for (std::size_t point = start; degrees[point] == 1;) {
-            const auto i = static_cast<std::size_t>(sums[point]);
+            const auto i = static_cast<std::size_t>(left[point]);
             const NodedSegment& segment = network_.segments[i];
             kinds_[i] = SegmentKind::dangling;
             for (const int end : {segment.from, segment.to}) {
                 --degrees[end];
-                sums[end] -= static_cast<long long>(i);
+                left[end] ^= static_cast<int>(i);
             }
             point = static_cast<std::size_t>(segment.from) == point ? segment.to : segment.from;
         }
@@ -136,15 +136,17 @@ void Tracing::sort_around_points() {
             around_[ends[origin(h)]++] = h;
         }
     }
-    // Points are in the order of x and y, so the right half of the plane has the larger ones.
-    const auto is_before = [&](int a, int b) {
-        const bool is_right_a = target(a) > origin(a);
-        const bool is_right_b = target(b) > origin(b);
+    // Those to the right, or straight up, come first.
+    const auto is_first = [&](int a, int b) {
+        const bool is_right_a = is_before(point(origin(a)), point(target(a)));
+        const bool is_right_b = is_before(point(origin(b)), point(target(b)));
         return is_right_a != is_right_b ? is_right_a : turn(origin(a), target(a), target(b)) > 0;
     };
     for (std::size_t point = 0; point < network_.points.size(); ++point) {
-        std::sort(around_.begin() + first_at_[point], around_.begin() + first_at_[point + 1],
-                  is_before);
+        if (first_at_[point + 1] - first_at_[point] > 2) { // two are in order either way
+            std::sort(around_.begin() + first_at_[point], around_.begin() + first_at_[point + 1],
+                      is_first);
+        }
     }
 }
 
@@ -191,7 +193,7 @@ bool Tracing::mark_bridges() {
     return is_any;
 }
 
-// Components are numbered by their first points, from the left.
+// Components are numbered by their first points.
 void Tracing::find_components() {
     DisjointSets sets(static_cast<int>(network_.points.size()));
     for (int h = 0; h < static_cast<int>(next_.size()); h += 2) {
@@ -218,18 +220,25 @@ void Tracing::find_components() {
     face_around_.assign(static_cast<std::size_t>(count), -1);
 }
 
-// The border below the leftmost point of a component shows what is around the component.
+// The border below the leftmost point of a component shows what is around the component: another
+// component, which is farther left and has been nested before.
 void Tracing::nest_components() {
     const auto count = static_cast<int>(outline_of_.size());
     if (count < 2) {
         return;
     }
-    const BorderIndex borders(network_, kinds_);
-    int nested = 0;
-    for (int p = 0; nested < count; ++p) {
-        if (component_[p] == nested) {
-            nest(nested++, borders.below(point(p)));
+    std::vector<int> leftmost(static_cast<std::size_t>(count), -1); // points
+    for (int p = 0; p < static_cast<int>(component_.size()); ++p) {
+        if (component_[p] >= 0) {
+            int& first = leftmost[component_[p]];
+            first = first < 0 || is_before(point(p), point(first)) ? p : first;
         }
+    }
+    std::sort(leftmost.begin(), leftmost.end(),
+              [&](int p, int q) { return is_before(point(p), point(q)); });
+    const BorderIndex borders(network_, kinds_);
+    for (const int p : leftmost) {
+        nest(component_[p], borders.below(point(p)));
     }
 }
 

@@ -33,7 +33,8 @@ private:
     int number(const GridPoint& point) const;
 
     const NodedNetwork& noded_;
-    std::vector<int> by_ends_;
+    std::vector<int> by_place_; // points
+    std::vector<int> by_ends_;  // segments
 };
 
 } // namespace
@@ -169,7 +170,10 @@ std::vector<std::vector<int>> curves_of_sides(const CCPloy2DRg& set, CurveOf cur
 }
 
 SegmentIndex::SegmentIndex(const NodedNetwork& noded)
-    : noded_(noded), by_ends_(noded.segments.size()) {
+    : noded_(noded), by_place_(noded.points.size()), by_ends_(noded.segments.size()) {
+    std::iota(by_place_.begin(), by_place_.end(), 0);
+    std::sort(by_place_.begin(), by_place_.end(),
+              [&](int a, int b) { return is_before(noded_.points[a], noded_.points[b]); });
     std::iota(by_ends_.begin(), by_ends_.end(), 0);
     std::sort(by_ends_.begin(), by_ends_.end(), [&](int a, int b) { return ends(a) < ends(b); });
 }
@@ -183,9 +187,9 @@ int SegmentIndex::curve_between(const GridPoint& a, const GridPoint& b) const {
 }
 
 int SegmentIndex::number(const GridPoint& point) const {
-    return static_cast<int>(
-        std::lower_bound(noded_.points.begin(), noded_.points.end(), point, is_before) -
-        noded_.points.begin());
+    return *std::lower_bound(
+        by_place_.begin(), by_place_.end(), point,
+        [&](int number, const GridPoint& p) { return is_before(noded_.points[number], p); });
 }
 
 std::size_t crossings_in(std::uint64_t memory) {

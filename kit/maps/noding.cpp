@@ -47,8 +47,8 @@ private:
     void compare(int s, int t);
     void compare_at_shared_end(int s, int t, int end_of_s, int end_of_t);
     void cut_where_passed(int s, int position);
-    void add_crossing(const GridPoint& point);
-    void renumber(const std::vector<GridPoint>& crossings);
+    void find_crossing(const GridPoint& point);
+    void add_crossing(const GridPoint& point, const std::vector<int>& near);
     void report(std::string_view stage, std::size_t done, std::size_t all) const;
 
     const Network& network_;
@@ -93,7 +93,7 @@ void sort_distinct(std::vector<GridPoint>& points) {
     points.erase(std::unique(points.begin(), points.end(), is_same), points.end());
 }
 
-// By x, then y.
+// In the order in which the curves reach them, so that neighbours are close in memory.
 void Noding::number_points() {
     struct Place {
         std::uint64_t key;
@@ -106,25 +106,27 @@ void Noding::number_points() {
         const int end = start + static_cast<int>(network_.curve(curve).size());
         for (int k = start; k < end; ++k) {
             if ((k > start && has_length(k - 1)) || (k + 1 < end && has_length(k))) {
-                const auto unsigned_of = [](int v) {
-                    return static_cast<std::uint32_t>(v) ^ 1U << 31U;
-                };
-                places.push_back(
-                    {std::uint64_t{unsigned_of(points_[k].x)} << 32U | unsigned_of(points_[k].y),
-                     k});
+                places.push_back({std::uint64_t{static_cast<std::uint32_t>(points_[k].x)} << 32U |
+                                      static_cast<std::uint32_t>(points_[k].y),
+                                  k});
             }
         }
         start = end;
     }
     radix_sort(places, [](const Place& place) { return place.key; });
-    numbers_.assign(points_.size(), -1);
-    noded_.points.reserve(places.size());
-    for (const Place& place : places) {
-        const GridPoint& point = points_[place.position];
-        if (noded_.points.empty() || !is_same(noded_.points.back(), point)) {
-            noded_.points.push_back(point);
+    numbers_.assign(points_.size(), -1); // at first the position where a point is reached first
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const bool is_first = i == 0 || places[i].key != places[i - 1].key;
+        numbers_[places[i].position] =
+            is_first ? places[i].position : numbers_[places[i - 1].position];
+    }
+    for (std::size_t k = 0; k < numbers_.size(); ++k) {
+        if (numbers_[k] == static_cast<int>(k)) {
+            numbers_[k] = static_cast<int>(noded_.points.size());
+            noded_.points.push_back(points_[k]);
+        } else if (numbers_[k] >= 0) {
+            numbers_[k] = numbers_[numbers_[k]];
         }
-        numbers_[place.position] = static_cast<int>(noded_.points.size()) - 1;
     }
 }
 
@@ -200,7 +202,7 @@ void Noding::compare(int s, int t) {
         cut_where_passed(t, end);
     }
     if (cross(a, b)) {
-        add_crossing(rounded_crossing(a, b));
+        find_crossing(rounded_crossing(a, b));
     }
 }
 
@@ -227,7 +229,7 @@ void Noding::cut_where_passed(int s, int position) {
 }
 
 // Many may be the same.
-void Noding::add_crossing(const GridPoint& point) {
+void Noding::find_crossing(const GridPoint& point) {
     crossings_.push_back(point);
     if (crossings_.size() < crossings_to_sort_) {
         return;
@@ -244,53 +246,37 @@ void Noding::add_crossings() {
     if (crossings_.size() > most_crossings_) {
         throw too_many_crossings(network_.name(), most_crossings_);
     }
-    std::vector<GridPoint> fresh;
-    std::set_difference(crossings_.begin(), crossings_.end(), noded_.points.begin(),
-                        noded_.points.end(), std::back_inserter(fresh), is_before);
-    noded_.crossings = static_cast<int>(fresh.size());
-    if (fresh.empty()) {
-        return;
-    }
-    renumber(fresh);
-    for (std::size_t i = 0; i < fresh.size(); ++i) {
-        const GridPoint& point = fresh[i];
-        const auto number =
-            std::lower_bound(noded_.points.begin(), noded_.points.end(), point, is_before) -
-            noded_.points.begin();
+    std::vector<int> near; // segments
+    for (std::size_t i = 0; i < crossings_.size(); ++i) {
+        const GridPoint& point = crossings_[i];
         const BoxTree::Box box = widened({point.x, point.y, point.x, point.y});
+        near.clear();
         tree_.for_each_at(box, [&](std::size_t run) {
             for (int s = runs_[run].first; s < runs_[run].end; ++s) {
-                if (kit::box_of(segment(s)).meets(box) && has_length(s) &&
-                    passes(segment(s), point)) {
-                    cuts_.push_back({s, static_cast<int>(number)});
+                if (kit::box_of(segment(s)).meets(box) && has_length(s)) {
+                    near.push_back(s);
                 }
             }
         });
-        report("rounding crossings", i, fresh.size());
+        add_crossing(point, near);
+        report("rounding crossings", i, crossings_.size());
     }
 }
 
-// Merges the crossings into the points.
-void Noding::renumber(const std::vector<GridPoint>& crossings) {
-    std::vector<GridPoint> merged;
-    merged.reserve(noded_.points.size() + crossings.size());
-    std::vector<int> new_numbers;
-    new_numbers.reserve(noded_.points.size());
-    auto next = crossings.begin();
-    for (const GridPoint& point : noded_.points) {
-        for (; next != crossings.end() && is_before(*next, point); ++next) {
-            merged.push_back(*next);
+// As a point, unless it is one, and where segments pass it.
+void Noding::add_crossing(const GridPoint& point, const std::vector<int>& near) {
+    for (const int s : near) {
+        if (is_same(points_[s], point) || is_same(points_[s + 1], point)) {
+            return; // segments that pass it have been cut
         }
-        new_numbers.push_back(static_cast<int>(merged.size()));
-        merged.push_back(point);
     }
-    merged.insert(merged.end(), next, crossings.end());
-    noded_.points = std::move(merged);
-    for (int& number : numbers_) {
-        number = number < 0 ? -1 : new_numbers[number];
-    }
-    for (Cut& cut : cuts_) {
-        cut.point = new_numbers[cut.point];
+    const int number = static_cast<int>(noded_.points.size());
+    noded_.points.push_back(point);
+    ++noded_.crossings;
+    for (const int s : near) {
+        if (passes(segment(s), point)) {
+            cuts_.push_back({s, number});
+        }
     }
 }
 

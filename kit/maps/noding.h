@@ -22,7 +22,7 @@ struct NodedSegment {
 /// A network cut into segments that share end points at most: no two cross, touch otherwise,
 /// overlap or are equal.
 struct NodedNetwork {
-    std::vector<GridPoint> points;        ///< distinct, in the order of x, then y
+    std::vector<GridPoint> points;        ///< distinct, as the curves reach them, crossings last
     std::vector<NodedSegment> segments;   ///< in the order of the curves, each as its curve runs
     std::vector<NodedSegment> duplicates; ///< left out because an earlier one is the same
     int crossings = 0;                    ///< points where no curve has one, at which some were cut
