@@ -63,7 +63,28 @@ public:
         }
     }
 
+    /// Calls `found(i, j)` once for each pair of rectangles that meet, in either order, and for
+    /// each rectangle with itself.
+    template <class Found>
+    void for_each_pair(Found found) const {
+        if (!items_.empty()) {
+            find_pairs({1, 0, items_.size()}, {1, 0, items_.size()}, found);
+        }
+    }
+
 private:
+    // A node of the tree with its items.
+    struct Part {
+        std::size_t node;
+        std::size_t first;
+        std::size_t last;
+
+        bool is_leaf() const { return last - first <= most_in_leaf; }
+        std::size_t middle() const { return first + (last - first) / 2; }
+        Part lower() const { return {2 * node, first, middle()}; }
+        Part upper() const { return {2 * node + 1, middle(), last}; }
+    };
+
     struct Item {
         Box box;
         std::size_t index;
@@ -90,6 +111,32 @@ private:
         const std::size_t middle = first + (last - first) / 2;
         search(2 * node + 1, middle, last, may_hold, found);
         search(2 * node, first, middle, may_hold, found);
+    }
+
+    template <class Found>
+    void find_pairs(const Part& a, const Part& b, Found& found) const {
+        if (a.node != b.node && !nodes_[a.node].meets(nodes_[b.node])) {
+            return;
+        }
+        if (a.is_leaf() && b.is_leaf()) {
+            for (std::size_t i = a.first; i < a.last; ++i) {
+                for (std::size_t k = a.node == b.node ? i : b.first; k < b.last; ++k) {
+                    if (items_[i].box.meets(items_[k].box)) {
+                        found(items_[i].index, items_[k].index);
+                    }
+                }
+            }
+        } else if (a.node == b.node) {
+            find_pairs(a.lower(), a.lower(), found);
+            find_pairs(a.lower(), a.upper(), found);
+            find_pairs(a.upper(), a.upper(), found);
+        } else if (b.is_leaf() || (!a.is_leaf() && a.last - a.first >= b.last - b.first)) {
+            find_pairs(a.lower(), b, found);
+            find_pairs(a.upper(), b, found);
+        } else {
+            find_pairs(a, b.lower(), found);
+            find_pairs(a, b.upper(), found);
+        }
     }
 
     std::vector<Item> items_; // in the order of the leaves

@@ -57,7 +57,7 @@ private:
     std::size_t most_crossings_;
     std::vector<int> numbers_; // of the points by their positions, −1 for one without a segment
     std::vector<Run> runs_;
-    BoxTree tree_; // of the runs
+    BoxTree tree_; // of the runs with a margin
     std::vector<GridPoint> crossings_;
     std::size_t crossings_to_sort_ = 1024;
     std::vector<Cut> cuts_;
@@ -141,7 +141,7 @@ void Noding::divide_into_runs() {
         }
         start = last + 1;
     }
-    tree_ = BoxTree(runs_.size(), [&](std::size_t i) { return box_of(runs_[i]); });
+    tree_ = BoxTree(runs_.size(), [&](std::size_t i) { return widened(box_of(runs_[i])); });
 }
 
 BoxTree::Box Noding::box_of(const Run& run) const {
@@ -153,14 +153,13 @@ BoxTree::Box Noding::box_of(const Run& run) const {
 }
 
 void Noding::compare_runs() {
-    for (std::size_t i = 0; i < runs_.size(); ++i) {
-        tree_.for_each_at(widened(box_of(runs_[i])), [&](std::size_t j) {
-            if (i <= j) {
-                compare(runs_[i], runs_[j]);
-            }
-        });
-        report("finding crossings", i, runs_.size());
-    }
+    std::size_t done = 0;
+    tree_.for_each_pair([&](std::size_t i, std::size_t j) {
+        compare(runs_[std::min(i, j)], runs_[std::max(i, j)]);
+        if (i == j) {
+            report("finding crossings", done++, runs_.size());
+        }
+    });
 }
 
 void Noding::compare(const Run& run, const Run& other) {
