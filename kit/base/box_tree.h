@@ -90,7 +90,7 @@ private:
         std::size_t index;
     };
 
-    static constexpr std::size_t most_in_leaf = 8;
+    static constexpr std::size_t most_in_leaf = 4;
 
     void build(std::size_t node, std::size_t first, std::size_t last);
 

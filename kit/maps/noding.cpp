@@ -1,6 +1,7 @@
 #include "kit/maps/noding.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <numeric>
 #include <span>
@@ -29,6 +30,8 @@ public:
     NodedNetwork take_pieces();
 
 private:
+    static constexpr int longest_run = 12;
+
     // Successive segments of a curve, `first` to `end` − 1.
     struct Run {
         int first;
@@ -132,12 +135,11 @@ void Noding::number_points() {
 
 // A tree of runs is as good as one of segments, because runs are short, and is built much sooner.
 void Noding::divide_into_runs() {
-    constexpr int longest = 8;
     int start = 0;
     for (int curve = 0; curve < network_.curve_count(); ++curve) {
         const int last = start + static_cast<int>(network_.curve(curve).size()) - 1;
-        for (; start < last; start = std::min(start + longest, last)) {
-            runs_.push_back({start, std::min(start + longest, last)});
+        for (; start < last; start = std::min(start + longest_run, last)) {
+            runs_.push_back({start, std::min(start + longest_run, last)});
         }
         start = last + 1;
     }
@@ -163,14 +165,20 @@ void Noding::compare_runs() {
 }
 
 void Noding::compare(const Run& run, const Run& other) {
-    const BoxTree::Box around = widened(box_of(other));
+    std::array<BoxTree::Box, longest_run> boxes; // of the other's segments, with a margin
+    BoxTree::Box around;
+    for (int t = other.first; t < other.end; ++t) {
+        BoxTree::Box& box = boxes[t - other.first];
+        box = widened(kit::box_of(segment(t)));
+        around.take_in(box);
+    }
     for (int s = run.first; s < run.end; ++s) {
-        if (!has_length(s) || !kit::box_of(segment(s)).meets(around)) {
+        const BoxTree::Box box = kit::box_of(segment(s));
+        if (!box.meets(around) || !has_length(s)) {
             continue;
         }
-        const BoxTree::Box box = widened(kit::box_of(segment(s)));
         for (int t = std::max(other.first, s + 1); t < other.end; ++t) {
-            if (kit::box_of(segment(t)).meets(box) && has_length(t)) {
+            if (boxes[t - other.first].meets(box) && has_length(t)) {
                 compare(s, t);
             }
         }
