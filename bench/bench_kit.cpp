@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "bench/inputs/kit_networks.h"
 #include "bench/inputs/models.h"
+#include "bench/inputs/networks.h"
 #include "bench/inputs/samples.h"
 #include "kit/kit.h"
 
@@ -19,8 +19,6 @@ const CurveArrays& counties() {
     static const CurveArrays curves = korvel::bench::sample_curves("us-counties");
     return curves;
 }
-
-using korvel::bench::network_of;
 
 void exact_regions(benchmark::State& state) {
     for (auto _ : state) {
@@ -36,7 +34,7 @@ void exact_regions(benchmark::State& state) {
 }
 
 void kit_regions(benchmark::State& state) {
-    const kit::Network network = network_of(counties());
+    const kit::Network network = kit::Network(counties().pts, counties().counts);
     for (auto _ : state) {
         benchmark::DoNotOptimize(kit::find_regions(network).map().size());
     }
@@ -55,7 +53,8 @@ void exact_triangles(benchmark::State& state) {
 }
 
 void kit_triangles(benchmark::State& state) {
-    const kit::Map map = kit::find_regions(network_of(counties())).take_map();
+    const kit::Map map =
+        kit::find_regions(kit::Network(counties().pts, counties().counts)).take_map();
     for (auto _ : state) {
         benchmark::DoNotOptimize(kit::triangulate(map).triangle_count());
     }
@@ -97,7 +96,7 @@ void exact_raise(benchmark::State& state) {
 
 void kit_raise(benchmark::State& state) {
     const kit::Map map =
-        kit::find_regions(network_of(korvel::bench::sample_curves("us-states"))).take_map();
+        kit::find_regions(kit::Network::read(KORVEL_DATA_DIR "/us-states.curves")).take_map();
     for (auto _ : state) {
         benchmark::DoNotOptimize(
             kit::raise(map, {.low = low_level, .high = high_level, .separate = true, .threads = 1})
@@ -105,9 +104,12 @@ void kit_raise(benchmark::State& state) {
     }
 }
 
-/// Borders of the world side by side: 7,388 regions with 480,000 points on their rings.
+/// About 480,000 points on the rings of 9,000 regions.
 const kit::Map& dense_map() {
-    static const kit::Map map = kit::find_regions(korvel::bench::dense_network(4)).take_map();
+    static const kit::Map map = [] {
+        const CurveArrays curves = korvel::bench::dense_map(320'000);
+        return kit::find_regions(kit::Network(curves.pts, curves.counts)).take_map();
+    }();
     return map;
 }
 

@@ -5,7 +5,7 @@
 #include "bench/compare/contest.h"
 #include "bench/compare/jobs.h"
 #include "bench/compare/peers.h"
-#include "bench/inputs/kit_networks.h"
+#include "bench/inputs/networks.h"
 
 namespace korvel::bench {
 namespace {
@@ -16,7 +16,8 @@ Run fill_without_failures(const kit::Map& map);
 } // namespace
 
 void compare_map_triangles(Table& table, bool is_quick) {
-    const kit::Map map = kit::find_regions(dense_network(is_quick ? 1 : 6)).take_map();
+    const CurveArrays curves = dense_map(is_quick ? 80'000 : 480'000);
+    const kit::Map map = kit::find_regions(kit::Network(curves.pts, curves.counts)).take_map();
     PLYDT set;
     kit::copy_oriented(map, set);
     const auto race = [&](const char* job, kit::Fill fill, const Peer& peer) {

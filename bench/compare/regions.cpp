@@ -8,6 +8,7 @@
 #include "bench/compare/jobs.h"
 #include "bench/compare/peers.h"
 #include "bench/inputs/networks.h"
+#include "kit/kit.h"
 #include "korvel/region/cregion.h"
 
 namespace korvel::bench {
@@ -27,6 +28,7 @@ constexpr Kind kinds[] = {
 
 void compare_samples(Table& table);
 void compare_made_networks(Table& table, bool is_quick);
+void compare_dense_maps(Table& table, bool is_quick);
 void race(Series& series, const CurveArrays& curves, const std::vector<Peer>& peers);
 Run find_regions(const CurveArrays& curves);
 
@@ -35,6 +37,7 @@ Run find_regions(const CurveArrays& curves);
 void compare_regions(Table& table, bool is_quick) {
     compare_samples(table);
     compare_made_networks(table, is_quick);
+    compare_dense_maps(table, is_quick);
 }
 
 namespace {
@@ -72,6 +75,27 @@ void compare_made_networks(Table& table, bool is_quick) {
             if (!series.goes_on()) {
                 break;
             }
+        }
+    }
+}
+
+/// The kit: every face of curves that overlap, checked.
+void compare_dense_maps(Table& table, bool is_quick) {
+    Series series(table, "all faces", "dense map", "regions");
+    for (const int size : is_quick ? std::vector{80'000} : std::vector{160'000, 500'000}) {
+        const CurveArrays curves = dense_map(size);
+        const kit::Network network(curves.pts, curves.counts);
+        series.race(curves.pts.GetSize(),
+                    [&] {
+                        Run run;
+                        run.seconds = seconds_of(
+                            [&] { run.found = kit::find_regions(network).map().size(); });
+                        return run;
+                    },
+                    {{"CGAL", [&] { return arrange_with_cgal(curves); }, 0.3},
+                     {"GEOS", [&] { return polygonize_with_geos(curves); }, 0.2}});
+        if (!series.goes_on()) {
+            break;
         }
     }
 }

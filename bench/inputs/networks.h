@@ -1,8 +1,11 @@
 #pragma once
 
 #include "bench/inputs/samples.h"
+#include "tests/support/dense_map.h"
 
 namespace korvel::bench {
+
+using test::dense_map;
 
 // Generated networks of about `points` points on a map of a million units each way. Each call
 // generates the same network.

@@ -1,10 +1,22 @@
 #include "kit/maps/network.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "kit/files/curve_file.h"
 
 namespace korvel::kit {
+
+Network::Network(const CArray<GridPoint>& points, const CArray<int>& counts)
+    : points_(points.begin(), points.end()) {
+    ends_.reserve(static_cast<std::size_t>(counts.GetSize()));
+    int end = 0;
+    for (const int count : counts) {
+        end += std::clamp(count, 0, points.GetSize() - end);
+        ends_.push_back(end);
+    }
+    points_.resize(static_cast<std::size_t>(end));
+}
 
 void Network::add_curve(std::span<const GridPoint> points) {
     points_.insert(points_.end(), points.begin(), points.end());
@@ -17,13 +29,7 @@ Network Network::read(const std::filesystem::path& file) {
 
 Network Network::read(const TextFile& file) {
     const CurveNetwork curves = read_curves(file);
-    Network network;
-    network.points_.assign(curves.pts.begin(), curves.pts.end());
-    network.ends_.reserve(static_cast<std::size_t>(curves.counts.GetSize()));
-    int end = 0;
-    for (const int count : curves.counts) {
-        network.ends_.push_back(end += count);
-    }
+    Network network(curves.pts, curves.counts);
     network.name_ = file.name;
     return network;
 }

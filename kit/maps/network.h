@@ -21,6 +21,11 @@ public:
 
     Network() = default;
 
+    /// The points of all curves, one after another, and the number of points of each curve, as
+    /// `CREGION::SetPtsInfo` takes them. Counts that do not fit the points are cut to what is
+    /// there.
+    Network(const CArray<GridPoint>& points, const CArray<int>& counts);
+
     /// Appends a curve, closed if its first point is its last. Curves of any length are taken,
     /// also none. Costs the curve's length.
     void add_curve(std::span<const GridPoint> points);

@@ -15,6 +15,7 @@
 #include "kit/maps/find_regions.h"
 #include "kit/maps/region_sets.h"
 #include "kit/maps/triangulation.h"
+#include "tests/support/dense_map.h"
 
 namespace korvel::test {
 namespace {
@@ -287,6 +288,22 @@ TEST(FindRegions, FindsTheRingsOfTheLibraryOnceSplit) {
         }
         EXPECT_LE(areas.size(), 2U) << map << ": all but rings that touch themselves";
     }
+}
+
+TEST(FindRegions, FindsAllFacesOfADenseMap) {
+    const CurveArrays curves = dense_map(160'000);
+    const kit::FoundRegions found = kit::find_regions(kit::Network(curves.pts, curves.counts));
+    const kit::NetworkReport& report = found.report();
+    EXPECT_GT(report.duplicates, 1000);
+    EXPECT_GT(report.dangling, 300);
+    EXPECT_EQ(report.segments,
+              report.borders + report.bridges + report.dangling + report.duplicates);
+    const kit::FoundRegions again = kit::find_regions(found.noded());
+    EXPECT_EQ(again.report().crossings, 0) << "but segments may come near other points";
+    const kit::FoundRegions merged =
+        kit::find_regions(kit::Network(curves.pts, curves.counts), {.min_area = 2000});
+    EXPECT_EQ(merged.map().size(), found.map().size() - merged.report().merged);
+    EXPECT_NEAR(merged.map().area(), found.map().area(), 1);
 }
 
 TEST(FindRegions, KnowsTheCurvesOfEachRing) {
