@@ -6,6 +6,7 @@
 #include "bench/compare/jobs.h"
 #include "bench/compare/peers.h"
 #include "bench/inputs/networks.h"
+#include "kit/kit.h"
 
 namespace korvel::bench {
 namespace {
