@@ -5,6 +5,7 @@
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
+#include "apps/command/fill_choice.h"
 #include "apps/command/heights.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
@@ -33,7 +34,7 @@ private:
     int axis_ = 1;
     std::string unit_ = "1,1";
     std::string origin_ = "0,0";
-    std::string fill_name_ = "auto";
+    FillChoice fill_;
     bool is_verbose_ = false;
     bool is_strict_ = false;
     Outputs outputs_;
@@ -87,14 +88,10 @@ SolidCommand::SolidCommand(Options options) {
     options.add("--unit", unit_, "SX,SY", "Units of the map to a unit of the model, along x and y")
         .with_default();
     options.add("--origin", origin_, "X,Y", "The point of the map that becomes 0,0").with_default();
-    options.add("--fill", fill_name_, "front|delaunay|auto", "How the caps are triangulated")
-        .one_of({"front", "delaunay", "auto"})
-        .with_default();
+    fill_.add_option(options, "How the caps are triangulated");
     options.add_flag("--separate", options_.separate,
                      "Give each body vertices and walls of its own");
-    options.add("--threads", options_.threads, "N", "Threads that work, 0: one for each core")
-        .from_to(0, 1000)
-        .with_default();
+    add_threads_option(options, options_.threads);
     options.add_flag("--strict", is_strict_, "Exit status 3 when a region is left out");
     options.add_flag("--verbose", is_verbose_,
                      "Show the library's notices and the regions left out on standard error");
@@ -134,9 +131,7 @@ void SolidCommand::read_arguments() {
     options_.axis = axis_ == 1   ? kit::LevelAxis::z
                     : axis_ == 2 ? kit::LevelAxis::y
                                  : kit::LevelAxis::x;
-    options_.fill = fill_name_ == "front"      ? kit::Fill::front
-                    : fill_name_ == "delaunay" ? kit::Fill::delaunay
-                                               : kit::Fill::automatic;
+    options_.fill = fill_.fill();
     if (is_verbose_) {
         options_.on_notice = [](const std::string& text) { std::fputs(text.c_str(), stderr); };
     }

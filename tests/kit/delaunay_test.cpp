@@ -18,8 +18,8 @@
 #include "kit/maps/faces.h"
 #include "kit/maps/noding.h"
 #include "kit/maps/region_sets.h"
+#include "tests/kit/rings.h"
 #include "tests/support/dice.h"
-#include "tests/support/rings.h"
 
 namespace korvel::test {
 namespace {

@@ -12,8 +12,8 @@
 #include "kit/maps/flaw.h"
 #include "kit/maps/triangulation.h"
 #include "kit/solids/raise.h"
+#include "tests/kit/rings.h"
 #include "tests/support/dice.h"
-#include "tests/support/rings.h"
 
 namespace korvel::test {
 namespace {
