@@ -66,6 +66,7 @@ void for_each_in_parallel(int count, int threads, const std::function<void(int)>
     Queue queue(count, work);
     {
         std::vector<std::jthread> helpers;
+        helpers.reserve(static_cast<std::size_t>(std::max(others, 0)));
         for (int i = 0; i < others; ++i) {
             helpers.emplace_back([&] {
                 while (queue.work_on_next()) {

@@ -6,6 +6,7 @@
 
 #include "kit/base/areas.h"
 #include "kit/base/error.h"
+#include "kit/base/exact_predicates.h"
 #include "kit/files/region_file.h"
 #include "kit/maps/region_colours.h"
 #include "kit/maps/region_sets.h"
@@ -72,22 +73,49 @@ void Map::write(OutputFile& out) const {
 }
 
 std::optional<int> Map::region_at(const Point2& point) const {
-    Point2 at = point;
-    const int region = queried(*regions_).search_pt_polyrg(at.data());
-    return region >= 0 ? std::optional(region) : std::nullopt;
+    return first_region([&](const CCPloy2DRg::PyToRg& region) {
+        return encloses(region.rings[0], point) &&
+               std::none_of(region.rings.begin() + 1, region.rings.end(),
+                            [&](int hole) { return encloses(hole, point); });
+    });
 }
 
 std::optional<int> Map::outline_at(const Point2& point) const {
-    Point2 at = point;
-    CCPloy2DRg& set = queried(*regions_);
-    const auto* const found = std::find_if(
-        set.region_list.begin(), set.region_list.end(), [&](const CCPloy2DRg::PyToRg& region) {
-            return !region.rings.IsEmpty() &&
-                   set.PtInRing(at.data(), set.ring_list[region.rings[0]]) == 1;
-        });
-    return found != set.region_list.end()
-               ? std::optional(static_cast<int>(found - set.region_list.begin()))
-               : std::nullopt;
+    return first_region(
+        [&](const CCPloy2DRg::PyToRg& region) { return encloses(region.rings[0], point); });
+}
+
+template <class Fits>
+std::optional<int> Map::first_region(Fits fits) const {
+    for (int i = 0; i < size(); ++i) {
+        const CCPloy2DRg::PyToRg& region = regions_->region_list[i];
+        if (!region.rings.IsEmpty() && fits(region)) {
+            return i;
+        }
+    }
+    return std::nullopt;
+}
+
+// Counts the sides to the right of the point. Of a side the lower end counts, and a point on a side
+// is to the right of it, so that it is on one side of each border.
+bool Map::encloses(int ring, const Point2& point) const {
+    const auto corner = [&](int k) {
+        const VERT2D& at = regions_->pt_list[k];
+        return PlanePoint{at.x, at.y};
+    };
+    const CArray<int>& corners = regions_->ring_list[ring].pts;
+    bool is_inside = false;
+    for (int k = 0; k < corners.GetSize(); ++k) {
+        const PlanePoint a = corner(corners[k]);
+        const PlanePoint b = corner(corners[k + 1 < corners.GetSize() ? k + 1 : 0]);
+        const bool is_upward = a.y <= point[1] && point[1] < b.y;
+        const bool is_downward = b.y <= point[1] && point[1] < a.y;
+        if (is_upward || is_downward) {
+            const int side = turn(a, b, {point[0], point[1]});
+            is_inside ^= is_upward ? side > 0 : side < 0;
+        }
+    }
+    return is_inside;
 }
 
 std::vector<std::vector<int>> Map::neighbours() const {
@@ -177,7 +205,7 @@ double Region::perimeter() const {
     double length = 0;
     for (int i = 0; i < ring_count(); ++i) {
         const IndexedRange<Corner> corners = ring(i);
-        Point2 last = corners.size() > 0 ? corners[corners.size() - 1] : Point2();
+        Point2 last = corners.empty() ? Point2() : corners[corners.size() - 1];
         for (const Point2& corner : corners) {
             length += std::hypot(corner[0] - last[0], corner[1] - last[1]);
             last = corner;

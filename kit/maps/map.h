@@ -117,8 +117,8 @@ public:
     /// The number of points of the map.
     int point_count() const { return regions_->pt_list.GetSize(); }
 
-    /// The first region that contains a point; its holes do not belong to it. A point on a corner
-    /// is in no region. Linear in the map.
+    /// The first region that contains a point; its holes do not belong to it. Exact; of two regions
+    /// beside a border one contains the points on it. Linear in the map.
     std::optional<int> region_at(const Point2& point) const;
 
     /// The first region whose outer ring contains a point, be it in one of its holes or not.
@@ -166,6 +166,10 @@ public:
 
 private:
     friend class Region;
+
+    template <class Fits>
+    std::optional<int> first_region(Fits fits) const;
+    bool encloses(int ring, const Point2& point) const;
 
     Owned<CCPloy2DRg> regions_;
     std::vector<std::string> names_; // of the first regions; those behind have none

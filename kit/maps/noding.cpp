@@ -332,8 +332,8 @@ void Noding::report(std::string_view stage, std::size_t done, std::size_t all) c
 // Of equal segments the first is kept.
 void leave_out_equal_segments(NodedNetwork& noded) {
     const std::size_t count = noded.segments.size();
-    std::vector<int> first_of(noded.points.size() + 1,
-                              0); // of those with a point as the lesser end
+    // Of the segments with a point as the lesser end.
+    std::vector<int> first_of(noded.points.size() + 1, 0);
     const auto lesser = [&](std::size_t i) {
         return std::min(noded.segments[i].from, noded.segments[i].to);
     };
@@ -341,11 +341,7 @@ void leave_out_equal_segments(NodedNetwork& noded) {
         ++first_of[lesser(i) + 1];
     }
     std::partial_sum(first_of.begin(), first_of.end(), first_of.begin());
-    struct Ends {
-        int greater;
-        int segment;
-        auto operator<=>(const Ends&) const = default;
-    };
+    using Ends = std::pair<int, int>; // of a segment the greater end, and its index
     std::vector<Ends> by_ends(count);
     std::vector<int> next(first_of.begin(), first_of.end() - 1);
     for (std::size_t i = 0; i < count; ++i) {
@@ -361,7 +357,7 @@ void leave_out_equal_segments(NodedNetwork& noded) {
             std::sort(ends.begin(), ends.end());
         }
         for (std::size_t k = 1; k < ends.size(); ++k) {
-            is_repeated[ends[k].segment] = ends[k].greater == ends[k - 1].greater;
+            is_repeated[ends[k].second] = ends[k].first == ends[k - 1].first;
         }
     }
     std::size_t kept = 0;

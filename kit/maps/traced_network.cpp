@@ -28,8 +28,7 @@ void TracedNetwork::trace(const Network& network, double tolerance, std::size_t 
 
 std::unique_ptr<CCPloy2DRg> TracedNetwork::regions() const {
     auto regions = std::make_unique<CCPloy2DRg>();
-    CREGION& queried =
-        const_cast<CREGION&>(builder); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    auto& queried = const_cast<CREGION&>(builder); // NOLINT(cppcoreguidelines-pro-type-const-cast)
     queried.GetAllRegion(*regions);
     return regions;
 }

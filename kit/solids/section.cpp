@@ -130,10 +130,9 @@ void Section::cut_by_body(TMOD3D& model) {
 // Replaces the polygons of the bodies that touch themselves at an edge that is cut.
 void Section::trace_touching_bodies(TMOD3D& model) {
     const std::vector<int> vertex_of = section_vertices(model, plane_);
-    std::vector<bool> is_cut;
-    for (const int vertex : vertex_of) {
-        is_cut.push_back(vertex >= 0);
-    }
+    std::vector<bool> is_cut(vertex_of.size());
+    std::transform(vertex_of.begin(), vertex_of.end(), is_cut.begin(),
+                   [](int vertex) { return vertex >= 0; });
     const std::vector<int> touching = bodies_touching_themselves(model, is_cut);
     const auto cuts = std::count(is_cut.begin(), is_cut.end(), true);
     if (touching.empty() || cuts != model_.verts.GetSize()) { // else vertices are on the plane

@@ -12,6 +12,7 @@
 
 #include "kit/base/areas.h"
 #include "kit/maps/faces.h"
+#include "kit/maps/find_regions.h"
 #include "kit/maps/noding.h"
 #include "tests/support/dice.h"
 
@@ -87,31 +88,96 @@ void expect_noded(const NodedNetwork& noded) {
     }
 }
 
-/// The areas of the polygons that GEOS makes of noded segments, ascending.
-std::vector<double> areas_by_geos(const NodedNetwork& noded) {
-    GEOSContextHandle_t geos = GEOS_init_r();
-    std::vector<GEOSGeometry*> lines;
-    for (const kit::NodedSegment& segment : noded.segments) {
-        const GridPoint& a = noded.points[segment.from];
-        const GridPoint& b = noded.points[segment.to];
-        const double ends[] = {1.0 * a.x, 1.0 * a.y, 1.0 * b.x, 1.0 * b.y};
-        lines.push_back(
-            GEOSGeom_createLineString_r(geos, GEOSCoordSeq_copyFromBuffer_r(geos, ends, 2, 0, 0)));
+/// Curves along the axes and their diagonals between points with even coordinates, which cross at
+/// points of the grid: walks, nested squares, and some of both again, also backwards.
+std::vector<std::vector<GridPoint>> random_curves_of_eight_directions(Dice& dice) {
+    std::vector<std::vector<GridPoint>> made;
+    const int walks = dice(1, 8);
+    for (int i = 0; i < walks; ++i) {
+        std::vector<GridPoint>& curve = made.emplace_back();
+        curve.push_back({2 * dice(0, 12), 2 * dice(0, 12)});
+        for (int step = dice(1, 9); step > 0; --step) {
+            const int length = 2 * dice(1, 6);
+            const GridPoint& from = curve.back();
+            curve.push_back({from.x + length * dice(-1, 1), from.y + length * dice(-1, 1)});
+        }
     }
-    std::vector<double> areas;
-    GEOSGeometry* polygons =
-        GEOSPolygonize_r(geos, lines.data(), static_cast<unsigned>(lines.size()));
+    const GridPoint corner = {2 * dice(0, 12), 2 * dice(0, 12)};
+    for (int depth = dice(0, 10); depth > 0; --depth) {
+        const int near = -2 * depth;
+        const int far = 2 * depth + 2;
+        std::vector<GridPoint>& square = made.emplace_back();
+        for (const auto& [x, y] : {std::pair(near, near), {far, near}, {far, far}, {near, far}}) {
+            square.push_back({corner.x + x, corner.y + y});
+        }
+        square.push_back(square.front());
+    }
+    for (int again = dice(0, 3); again > 0; --again) {
+        const auto& curve =
+            made[static_cast<std::size_t>(dice(0, static_cast<int>(made.size()) - 1))];
+        made.emplace_back(curve.rbegin(), curve.rend());
+    }
+    return made;
+}
+
+struct GeosFace {
+    double area;
+    kit::Point2 inside;
+};
+
+/// The polygons that GEOS makes of lines, which it nodes first unless they are; by area.
+std::vector<GeosFace> faces_by_geos(const std::vector<std::vector<GridPoint>>& lines,
+                                    bool are_noded) {
+    GEOSContextHandle_t geos = GEOS_init_r();
+    std::vector<GEOSGeometry*> parts;
+    for (const std::vector<GridPoint>& line : lines) {
+        std::vector<double> corners;
+        for (const GridPoint& point : line) {
+            corners.insert(corners.end(), {1.0 * point.x, 1.0 * point.y});
+        }
+        if (std::any_of(line.begin(), line.end(), [&](const GridPoint& point) {
+                return !kit::is_same(point, line.front());
+            })) {
+            parts.push_back(GEOSGeom_createLineString_r(
+                geos, GEOSCoordSeq_copyFromBuffer_r(geos, corners.data(),
+                                                    static_cast<unsigned>(line.size()), 0, 0)));
+        }
+    }
+    GEOSGeometry* all = GEOSGeom_createCollection_r(geos, GEOS_MULTILINESTRING, parts.data(),
+                                                    static_cast<unsigned>(parts.size()));
+    if (!are_noded) {
+        GEOSGeometry* const noded = GEOSUnaryUnion_r(geos, all);
+        GEOSGeom_destroy_r(geos, std::exchange(all, noded));
+    }
+    GEOSGeometry* const polygons = GEOSPolygonize_r(geos, &all, 1);
+    std::vector<GeosFace> faces;
     for (int i = 0; i < GEOSGetNumGeometries_r(geos, polygons); ++i) {
-        double area = 0;
-        GEOSArea_r(geos, GEOSGetGeometryN_r(geos, polygons, i), &area);
-        areas.push_back(area);
+        const GEOSGeometry* const polygon = GEOSGetGeometryN_r(geos, polygons, i);
+        GEOSGeometry* const point = GEOSPointOnSurface_r(geos, polygon);
+        GeosFace& face = faces.emplace_back();
+        GEOSArea_r(geos, polygon, &face.area);
+        GEOSGeomGetX_r(geos, point, face.inside.data());
+        GEOSGeomGetY_r(geos, point, &face.inside[1]);
+        GEOSGeom_destroy_r(geos, point);
     }
     GEOSGeom_destroy_r(geos, polygons);
-    for (GEOSGeometry* line : lines) {
-        GEOSGeom_destroy_r(geos, line);
-    }
+    GEOSGeom_destroy_r(geos, all);
     GEOS_finish_r(geos);
-    std::sort(areas.begin(), areas.end());
+    std::sort(faces.begin(), faces.end(),
+              [](const GeosFace& a, const GeosFace& b) { return a.area < b.area; });
+    return faces;
+}
+
+/// The areas of the polygons that GEOS makes of noded segments, ascending.
+std::vector<double> areas_by_geos(const NodedNetwork& noded) {
+    std::vector<std::vector<GridPoint>> lines;
+    for (const kit::NodedSegment& segment : noded.segments) {
+        lines.push_back({noded.points[segment.from], noded.points[segment.to]});
+    }
+    std::vector<double> areas;
+    for (const GeosFace& face : faces_by_geos(lines, true)) {
+        areas.push_back(face.area);
+    }
     return areas;
 }
 
@@ -156,6 +222,21 @@ TEST(Noding, IsCompleteOnRandomNetworks) {
         }
         const kit::Faces faces = faces_of(noded);
         ASSERT_EQ(areas_of(*faces.regions), areas_by_geos(noded)) << i;
+    }
+}
+
+TEST(Noding, AgreesWithGeosWhereNothingIsRounded) {
+    Dice dice(8);
+    for (int i = 0; i < 3000; ++i) {
+        const auto curves = random_curves_of_eight_directions(dice);
+        const kit::Map map = kit::find_regions(network_of(curves)).take_map();
+        const std::vector<GeosFace> faces = faces_by_geos(curves, false);
+        ASSERT_EQ(map.size(), static_cast<int>(faces.size())) << i;
+        for (const GeosFace& face : faces) {
+            const std::optional<int> region = map.region_at(face.inside);
+            ASSERT_TRUE(region.has_value()) << i;
+            ASSERT_EQ(map[*region].area(), face.area) << i;
+        }
     }
 }
 
