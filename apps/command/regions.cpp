@@ -73,9 +73,8 @@ RegionsCommand::RegionsCommand(Options options) {
     outputs_.add_picture(options);
     view_.add_options(options);
     options.footer(
-        "Curves are split where they cross or overlap. What lies inside a hole is a region of\n"
-        "its own, unless nothing but the outside is there. Slivers are regions of less area than\n"
-        "their perimeter times a unit of the map.\n"
+        "Curves are split where they cross or overlap. Inside a hole are regions of their own.\n"
+        "Slivers are regions of less area than their perimeter times a unit of the map.\n"
         "\n"
         "Examples:\n"
         "  korvel regions states.curves -o states.regions --picture states.png\n"
