@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <numeric>
 #include <span>
-#include <tuple>
 #include <utility>
 
 #include "kit/base/box_tree.h"
 #include "kit/base/error.h"
 #include "kit/base/radix_sort.h"
+#include "kit/maps/equal_segments.h"
 #include "kit/maps/grid_segment.h"
 
 namespace korvel::kit {
@@ -50,8 +49,10 @@ private:
     void compare(int s, int t);
     void compare_at_shared_end(int s, int t, int end_of_s, int end_of_t);
     void cut_where_passed(int s, int position);
+    void cut(int segment, int point);
+    void sort_distinct_cuts();
     void find_crossing(const GridPoint& point);
-    void add_crossing(const GridPoint& point, const std::vector<int>& near);
+    void add_crossing(const GridPoint& point, const std::vector<int>& nearby);
     void report(std::string_view stage, std::size_t done, std::size_t all) const;
 
     const Network& network_;
@@ -64,10 +65,9 @@ private:
     std::vector<GridPoint> crossings_;
     std::size_t crossings_to_sort_ = 1024;
     std::vector<Cut> cuts_;
+    std::size_t cuts_to_sort_ = 1024;
     NodedNetwork noded_;
 };
-
-void leave_out_equal_segments(NodedNetwork& noded);
 
 } // namespace
 
@@ -155,11 +155,14 @@ BoxTree::Box Noding::box_of(const Run& run) const {
 }
 
 void Noding::compare_runs() {
-    std::size_t done = 0;
+    constexpr std::size_t step = 1 << 12;
+    std::size_t done = 0; // runs compared with themselves
+    std::size_t pairs = 0;
     tree_.for_each_pair([&](std::size_t i, std::size_t j) {
         compare(runs_[std::min(i, j)], runs_[std::max(i, j)]);
-        if (i == j) {
-            report("finding crossings", done++, runs_.size());
+        done += i == j ? 1 : 0;
+        if (++pairs % step == 0) {
+            report("finding crossings", done, runs_.size());
         }
     });
 }
@@ -216,8 +219,8 @@ void Noding::compare(int s, int t) {
 // The area between the other two ends is too large, as a rule, for one to be near the other
 // segment.
 void Noding::compare_at_shared_end(int s, int t, int end_of_s, int end_of_t) {
-    const int other_of_s = 2 * s + 1 - end_of_s;
-    const int other_of_t = 2 * t + 1 - end_of_t;
+    const int other_of_s = end_of_s == s ? s + 1 : s;
+    const int other_of_t = end_of_t == t ? t + 1 : t;
     const WideInteger area = side(points_[s], points_[s + 1], points_[other_of_t]);
     const WideInteger size = area < 0 ? -area : area;
     if (size <= reach_of(segment(s))) {
@@ -231,8 +234,34 @@ void Noding::compare_at_shared_end(int s, int t, int end_of_s, int end_of_t) {
 void Noding::cut_where_passed(int s, int position) {
     const int point = numbers_[position];
     if (point != numbers_[s] && point != numbers_[s + 1] && passes(segment(s), points_[position])) {
-        cuts_.push_back({s, point});
+        cut(s, point);
     }
+}
+
+// Many cuts may be the same: pairs of segments are compared wherever their runs are.
+void Noding::cut(int segment, int point) {
+    cuts_.push_back({segment, point});
+    if (cuts_.size() < cuts_to_sort_) {
+        return;
+    }
+    sort_distinct_cuts();
+    constexpr std::size_t cuts_of_crossing = 4;
+    if (cuts_.size() / cuts_of_crossing > most_crossings_) {
+        throw too_many_crossings(network_.name(), most_crossings_);
+    }
+    cuts_to_sort_ = 2 * cuts_.size() + 1024;
+}
+
+// By segments.
+void Noding::sort_distinct_cuts() {
+    const auto key = [](const Cut& cut) {
+        return std::uint64_t{static_cast<std::uint32_t>(cut.segment)} << 32U |
+               static_cast<std::uint32_t>(cut.point);
+    };
+    radix_sort(cuts_, key);
+    cuts_.erase(std::unique(cuts_.begin(), cuts_.end(),
+                            [&](const Cut& a, const Cut& b) { return key(a) == key(b); }),
+                cuts_.end());
 }
 
 // Many may be the same.
@@ -253,26 +282,29 @@ void Noding::add_crossings() {
     if (crossings_.size() > most_crossings_) {
         throw too_many_crossings(network_.name(), most_crossings_);
     }
-    std::vector<int> near; // segments
+    constexpr std::size_t step = 1 << 12;
+    std::vector<int> nearby; // segments
     for (std::size_t i = 0; i < crossings_.size(); ++i) {
         const GridPoint& point = crossings_[i];
         const BoxTree::Box box = widened({point.x, point.y, point.x, point.y});
-        near.clear();
+        nearby.clear();
         tree_.for_each_at(box, [&](std::size_t run) {
             for (int s = runs_[run].first; s < runs_[run].end; ++s) {
                 if (kit::box_of(segment(s)).meets(box) && has_length(s)) {
-                    near.push_back(s);
+                    nearby.push_back(s);
                 }
             }
         });
-        add_crossing(point, near);
-        report("rounding crossings", i, crossings_.size());
+        add_crossing(point, nearby);
+        if (i % step == 0) {
+            report("rounding crossings", i, crossings_.size());
+        }
     }
 }
 
 // As a point, unless it is one, and where segments pass it.
-void Noding::add_crossing(const GridPoint& point, const std::vector<int>& near) {
-    for (const int s : near) {
+void Noding::add_crossing(const GridPoint& point, const std::vector<int>& nearby) {
+    for (const int s : nearby) {
         if (is_same(points_[s], point) || is_same(points_[s + 1], point)) {
             return; // segments that pass it have been cut
         }
@@ -280,19 +312,16 @@ void Noding::add_crossing(const GridPoint& point, const std::vector<int>& near) 
     const int number = static_cast<int>(noded_.points.size());
     noded_.points.push_back(point);
     ++noded_.crossings;
-    for (const int s : near) {
+    for (const int s : nearby) {
         if (passes(segment(s), point)) {
-            cuts_.push_back({s, number});
+            cut(s, number);
         }
     }
 }
 
 // A segment runs through the points that it passes, in their order along it.
 NodedNetwork Noding::take_pieces() {
-    radix_sort(cuts_, [](const Cut& cut) {
-        return std::uint64_t{static_cast<std::uint32_t>(cut.segment)} << 32U |
-               static_cast<std::uint32_t>(cut.point);
-    });
+    sort_distinct_cuts();
     noded_.segments.reserve(points_.size() + cuts_.size());
     auto next = cuts_.begin();
     std::vector<std::pair<WideInteger, int>> along;
@@ -311,9 +340,7 @@ NodedNetwork Noding::take_pieces() {
             std::sort(along.begin(), along.end());
             int from = numbers_[s];
             for (const auto& [place, point] : along) {
-                if (point != from) {
-                    noded_.segments.push_back({std::exchange(from, point), point, curve});
-                }
+                noded_.segments.push_back({std::exchange(from, point), point, curve});
             }
             noded_.segments.push_back({from, numbers_[s + 1], curve});
         }
@@ -323,52 +350,7 @@ NodedNetwork Noding::take_pieces() {
 }
 
 void Noding::report(std::string_view stage, std::size_t done, std::size_t all) const {
-    constexpr std::size_t step = 1 << 12;
-    if (done % step == 0) {
-        context_.report(stage, static_cast<long long>(done), static_cast<long long>(all));
-    }
-}
-
-// Of equal segments the first is kept.
-void leave_out_equal_segments(NodedNetwork& noded) {
-    const std::size_t count = noded.segments.size();
-    // Of the segments with a point as the lesser end.
-    std::vector<int> first_of(noded.points.size() + 1, 0);
-    const auto lesser = [&](std::size_t i) {
-        return std::min(noded.segments[i].from, noded.segments[i].to);
-    };
-    for (std::size_t i = 0; i < count; ++i) {
-        ++first_of[lesser(i) + 1];
-    }
-    std::partial_sum(first_of.begin(), first_of.end(), first_of.begin());
-    using Ends = std::pair<int, int>; // of a segment the greater end, and its index
-    std::vector<Ends> by_ends(count);
-    std::vector<int> next(first_of.begin(), first_of.end() - 1);
-    for (std::size_t i = 0; i < count; ++i) {
-        const NodedSegment& segment = noded.segments[i];
-        by_ends[next[lesser(i)]++] = {std::max(segment.from, segment.to), static_cast<int>(i)};
-    }
-    std::vector<bool> is_repeated(count, false);
-    for (std::size_t point = 0; point + 1 < first_of.size(); ++point) {
-        const std::span ends = std::span(by_ends).subspan(
-            static_cast<std::size_t>(first_of[point]),
-            static_cast<std::size_t>(first_of[point + 1] - first_of[point]));
-        if (ends.size() > 1) {
-            std::sort(ends.begin(), ends.end());
-        }
-        for (std::size_t k = 1; k < ends.size(); ++k) {
-            is_repeated[ends[k].second] = ends[k].first == ends[k - 1].first;
-        }
-    }
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (is_repeated[i]) {
-            noded.duplicates.push_back(noded.segments[i]);
-        } else {
-            noded.segments[kept++] = noded.segments[i];
-        }
-    }
-    noded.segments.resize(kept);
+    context_.report(stage, static_cast<long long>(done), static_cast<long long>(all));
 }
 
 } // namespace

@@ -191,6 +191,12 @@ TEST(FindRegions, NamesTheFileWhenMemoryIsNotEnough) {
             EXPECT_EQ(error.kind(), kit::Error::Kind::input);
         }
     }
+    kit::Network overlapping; // each line passes the ends of all that are shorter
+    for (int i = 0; i < 200; ++i) {
+        overlapping.add_curve(std::vector<kit::GridPoint>{{i, 0}, {1000 - i, 0}});
+    }
+    EXPECT_TRUE(kit::find_regions(overlapping).map().empty());
+    EXPECT_THROW(kit::find_regions(overlapping, {.memory = 700'000}), kit::Error);
     EXPECT_GT(kit::available_memory(), 1U << 20);
 }
 
