@@ -65,10 +65,10 @@ void for_each_in_parallel(int count, int threads, const std::function<void(int)>
     const int others = std::min(threads > 0 ? threads : cores, count) - 1;
     Queue queue(count, work);
     {
-        std::vector<std::jthread> helpers;
-        helpers.reserve(static_cast<std::size_t>(std::max(others, 0)));
+        std::vector<std::jthread> workers;
+        workers.reserve(static_cast<std::size_t>(std::max(others, 0)));
         for (int i = 0; i < others; ++i) {
-            helpers.emplace_back([&] {
+            workers.emplace_back([&] {
                 while (queue.work_on_next()) {
                 }
             });
