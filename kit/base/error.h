@@ -9,9 +9,10 @@ namespace korvel::kit {
 /// Where an error is, and what can be done about it. Members that do not apply are empty.
 struct ErrorDetails {
     std::string file = {};
-    int line = 0;            ///< from 1; 0 for none
-    std::string value = {};  ///< the text that does not fit
-    std::string advice = {}; ///< a sentence for the user
+    int line = 0;                ///< from 1; 0 for none
+    std::string value = {};      ///< the text that does not fit
+    std::string advice = {};     ///< a sentence for the user
+    bool is_closed_pipe = false; ///< nobody reads the output any more
 };
 
 /// The exception of the kit. `what()` is a line for the user, which names file, line and value.
@@ -31,6 +32,7 @@ public:
     int line() const { return details_.line; }
     const std::string& value() const { return details_.value; }
     const std::string& advice() const { return details_.advice; }
+    bool is_closed_pipe() const { return details_.is_closed_pipe; }
 
 private:
     Kind kind_;

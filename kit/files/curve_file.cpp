@@ -12,6 +12,7 @@ CurveNetwork read_curves(const TextFile& file) {
 }
 
 void read_curves(WordReader& words, CurveNetwork& out, std::vector<int>* lines) {
+    words.skip_comments();
     const int curves = words.next_count("the number of curves");
     for (int curve = 0; curve < curves; ++curve) {
         if (words.at_end()) {

@@ -14,7 +14,8 @@ struct CurveNetwork {
 };
 
 /// Reads a curve file: the number of curves, then for each curve its number of points and that many
-/// `x y` pairs of integers. Throws an input error at the first thing that does not fit.
+/// `x y` pairs of integers; `#` begins a comment up to the end of the line. Throws an input error
+/// at the first thing that does not fit.
 CurveNetwork read_curves(const TextFile& file);
 
 /// The same from words; `lines`, if given, receives the line of each curve's count.

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
 
-#include "kit/base/error.h"
 #include "kit/files/model_file.h"
 #include "kit/files/region_file.h"
 #include "kit/files/section_file.h"
@@ -31,6 +31,7 @@ constexpr std::array<KindNames, 6> all_names = {{
 
 const KindNames& names_of(FileKind kind);
 std::size_t reach(const TextFile& file, FileKind kind);
+bool is_faultless(const TextFile& file, FileKind kind);
 
 } // namespace
 
@@ -98,6 +99,30 @@ bool is_whole(const TextFile& file, FileKind kind) {
     return reach(file, kind) > file.text.size();
 }
 
+bool holds_regions(const TextFile& file) {
+    WordReader words(file);
+    words.skip_comments();
+    words.next();
+    const bool has_reals = words.next().find('.') != std::string_view::npos;
+    // A curve file rarely follows the other kind for long.
+    return has_reals || (is_whole(file, FileKind::regions) && !is_whole(file, FileKind::curves));
+}
+
+void refuse_other_kind(const TextFile& file, std::initializer_list<FileKind> expected) {
+    std::string names;
+    for (const FileKind kind : expected) {
+        names.append(names.empty() ? "a " : " or a ").append(kind_name(kind));
+    }
+    for (const FileKind kind : file_kinds()) {
+        if (std::find(expected.begin(), expected.end(), kind) == expected.end() &&
+            is_faultless(file, kind)) {
+            throw input_error(file.name + ": a " + kind_name(kind) + ", where " + names +
+                                  " is expected",
+                              {.file = file.name});
+        }
+    }
+}
+
 namespace {
 
 const KindNames& names_of(FileKind kind) {
@@ -107,15 +132,27 @@ const KindNames& names_of(FileKind kind) {
 
 // How many characters of a file fit a kind; one more than there are if all of it does.
 std::size_t reach(const TextFile& file, FileKind kind) {
-    std::vector<Finding> problems;
-    WordReader words(file, &problems);
+    WordReader words(file);
+    words.allow_any_index();
     FileContents contents;
     try {
         read_as(kind, words, contents);
     } catch (const Error&) {
         return words.reach();
     }
-    return words.has_mismatch() ? words.reach() : file.text.size() + 1;
+    return file.text.size() + 1;
+}
+
+// Whether all of a file with more than a count can be read as a kind, its indices in range.
+bool is_faultless(const TextFile& file, FileKind kind) {
+    WordReader words(file);
+    FileContents contents;
+    try {
+        read_as(kind, words, contents);
+    } catch (const Error&) {
+        return false;
+    }
+    return words.count() > 1;
 }
 
 } // namespace

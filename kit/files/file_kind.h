@@ -1,9 +1,9 @@
 #pragma once
 
-#include <optional>
-#include <string>
+#include <initializer_list>
 #include <vector>
 
+#include "kit/base/error.h"
 #include "kit/files/curve_file.h"
 #include "kit/files/records.h"
 #include "kit/files/text_file.h"
@@ -43,5 +43,30 @@ FileKind kind_of(const TextFile& file);
 
 /// Whether all of a file can be read as that kind, whatever its indices.
 bool is_whole(const TextFile& file, FileKind kind);
+
+/// Of a file that is either: true for a polygon-region file, false for a curve file. A curve file
+/// contains integers only; a polygon-region file contains reals, so that its second word, the x of
+/// the first point, has a decimal point. One of integers only is recognized if it is whole and no
+/// curve file.
+bool holds_regions(const TextFile& file);
+
+/// For a file that could not be read as one of the expected kinds: throws "FILE: a curve file,
+/// where a body model file is expected" if it is a faultless file of another kind. Takes as long as
+/// reading the file.
+void refuse_other_kind(const TextFile& file, std::initializer_list<FileKind> expected);
+
+/// Returns what `read` returns, which reads the file as one of the expected kinds. When it throws
+/// an input error and the file is of another kind, that is the error instead.
+template <class Read>
+auto read_expecting(std::initializer_list<FileKind> expected, const TextFile& file, Read read) {
+    try {
+        return read();
+    } catch (const Error& error) {
+        if (error.kind() == Error::Kind::input) {
+            refuse_other_kind(file, expected);
+        }
+        throw;
+    }
+}
 
 } // namespace korvel::kit

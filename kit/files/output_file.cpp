@@ -5,6 +5,10 @@
 #include <string>
 #include <system_error>
 
+#if !defined(_WIN32)
+#include <poll.h>
+#endif
+
 #include "kit/base/error.h"
 
 namespace korvel::kit {
@@ -19,6 +23,8 @@ bool is_written_directly(const fs::path& target) {
     return target.native().starts_with(fs::path("/dev/").native()) ||
            (fs::exists(status) && !fs::is_regular_file(status));
 }
+
+int reason_of_failure(FILE* stream);
 
 } // namespace
 
@@ -48,6 +54,8 @@ OutputFile::OutputFile(const fs::path& target) : name_(target), target_(target) 
     open_beside_target();
 }
 
+OutputFile::OutputFile(StandardOutput /*tag*/) : name_("standard output"), stream_(stdout) {}
+
 void OutputFile::check(const fs::path& target) {
     std::error_code error;
     if (fs::is_directory(target, error)) {
@@ -76,11 +84,11 @@ void OutputFile::close() {
     errno = 0;
     const bool failed_before = std::ferror(stream_) != 0;
     const bool flushed = std::fflush(stream_) == 0;
-    const int flush_error = errno;
-    const bool closed = std::fclose(stream_) == 0;
+    const int error = errno != 0 ? errno : reason_of_failure(stream_);
+    const bool closed = is_standard_output() || std::fclose(stream_) == 0;
     stream_ = nullptr;
     if (failed_before || !flushed || !closed) {
-        fail(flush_error != 0 ? flush_error : EIO);
+        fail(error);
     }
 }
 
@@ -114,15 +122,20 @@ void OutputFile::put_in_place(const fs::path& written) const {
 }
 
 void OutputFile::fail(int error) const {
-    fail(std::generic_category().message(error));
+    fail(std::generic_category().message(error), error == EPIPE);
 }
 
 void OutputFile::fail(const std::string& reason) const {
-    throw output_error(name_.string() + ": cannot be written: " + reason, {.file = name_.string()});
+    fail(reason, false);
+}
+
+void OutputFile::fail(const std::string& reason, bool is_closed_pipe) const {
+    throw output_error(name_.string() + ": cannot be written: " + reason,
+                       {.file = name_.string(), .is_closed_pipe = is_closed_pipe});
 }
 
 OutputFile::~OutputFile() {
-    if (stream_ != nullptr) {
+    if (stream_ != nullptr && !is_standard_output()) {
         std::fclose(stream_);
     }
     if (!temporary_.empty()) {
@@ -130,5 +143,22 @@ OutputFile::~OutputFile() {
         fs::remove(temporary_, error);
     }
 }
+
+namespace {
+
+// Why an earlier write failed, as far as that can still be found out: the stream keeps no reason,
+// but a pipe that nobody reads stays in error.
+int reason_of_failure(FILE* stream) {
+#if !defined(_WIN32)
+    pollfd descriptor = {.fd = fileno(stream), .events = POLLOUT, .revents = 0};
+    if (std::ferror(stream) != 0 && poll(&descriptor, 1, 0) == 1 &&
+        (descriptor.revents & POLLERR) != 0) {
+        return EPIPE;
+    }
+#endif
+    return EIO;
+}
+
+} // namespace
 
 } // namespace korvel::kit

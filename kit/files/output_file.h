@@ -12,15 +12,25 @@ namespace korvel::kit {
 /// A random name for a temporary file beside its target.
 std::string temporary_name();
 
+/// Selects standard output: `OutputFile out(standard_output)`.
+struct StandardOutput {};
+inline constexpr StandardOutput standard_output;
+
 /// A file that replaces its target only when it is complete. Until `replace` it is a temporary file
 /// beside the target; without `replace` it goes away and the former target stays as it was, also
 /// when a signal ends the program.
 ///
 /// A target that is not a regular file (a device, a pipe) is written directly. Every call throws
-/// an output error when the system refuses.
+/// an output error when the system refuses; `Error::is_closed_pipe` distinguishes a pipe that
+/// nobody reads any more, if the program ignores SIGPIPE (see `set_up_signals`).
 class OutputFile {
 public:
     explicit OutputFile(const std::filesystem::path& target);
+
+    /// Standard output, written directly and never closed. `close` and `replace` write out what is
+    /// buffered, also by others.
+    explicit OutputFile(StandardOutput /*tag*/);
+
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
@@ -44,9 +54,11 @@ public:
     void replace_by(const std::filesystem::path& written);
 
 private:
+    bool is_standard_output() const { return stream_ == stdout; }
     void put_in_place(const std::filesystem::path& written) const;
     void open_beside_target();
     [[noreturn]] void fail(int error) const;
+    [[noreturn]] void fail(const std::string& reason, bool is_closed_pipe) const;
 
     std::filesystem::path name_;      // as the user spelled it
     std::filesystem::path target_;    // links resolved

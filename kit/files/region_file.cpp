@@ -1,33 +1,13 @@
 #include "kit/files/region_file.h"
 
-#include "kit/base/error.h"
-
 namespace korvel::kit {
 
-bool holds_regions(const TextFile& file) {
-    WordReader words(file);
-    words.next();
-    return words.next().find('.') != std::string_view::npos;
-}
-
 std::optional<std::string> read_regions(const TextFile& file, CCPloy2DRg& out) {
-    std::optional<Finding> change;
-    try {
-        CCPloy2DRg checked;
-        WordReader words(file);
-        const RecordLines lines = read_regions(words, checked);
-        change = first_change(checked, lines);
-    } catch (const Error& error) {
-        if (holds_regions(file)) {
-            throw;
-        }
-        const std::string advice = "a polygon-region file begins with the number of points and "
-                                   "real coordinates; is this a curve file?";
-        throw input_error(std::string(error.what()) + " (" + advice + ")",
-                          {error.file(), error.line(), error.value(), advice});
-    }
+    CCPloy2DRg checked;
+    WordReader words(file);
+    const RecordLines lines = read_regions(words, checked);
     out.readpolyrg(stream_of(file).get());
-    return message(file, change);
+    return message(file, first_change(checked, lines));
 }
 
 RecordLines read_regions(WordReader& words, CCPloy2DRg& out) {

@@ -9,11 +9,6 @@
 
 namespace korvel::kit {
 
-/// True for a polygon-region file, false for a curve file. A curve file holds integers only; a
-/// polygon-region file holds reals, so that its second word, the x of the first point, has a
-/// decimal point.
-bool holds_regions(const TextFile& file);
-
 /// Reads a polygon-region file into an empty set with `CCPloy2DRg::readpolyrg`, after checking what
 /// that call takes on trust: counts, numbers and indices. Throws an input error at the first thing
 /// that does not fit.

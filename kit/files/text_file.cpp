@@ -19,6 +19,20 @@ namespace {
                       {.file = name});
 }
 
+// For each byte whether it ends a word.
+constexpr std::array<bool, 256> white_space_breaks = [] {
+    std::array<bool, 256> breaks = {};
+    for (const char c : white_space) {
+        breaks[static_cast<unsigned char>(c)] = true;
+    }
+    return breaks;
+}();
+constexpr std::array<bool, 256> comment_breaks = [] {
+    std::array<bool, 256> breaks = white_space_breaks;
+    breaks['#'] = true;
+    return breaks;
+}();
+
 // Numbers are written the way fscanf takes them, which allows a leading plus.
 std::string_view without_plus(std::string_view word) {
     const bool has_plus = word.size() > 1 && word[0] == '+' && word[1] != '-';
@@ -33,6 +47,17 @@ std::errc parse(std::string_view word, Number& value) {
     return stop == end ? error : std::errc::invalid_argument;
 }
 
+// Appends all that a stream contains from here on.
+void read_all(FILE* stream, TextFile& out) {
+    std::array<char, 1 << 16> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    while (const std::size_t got = std::fread(block.data(), 1, block.size(), stream)) {
+        out.text.append(block.data(), got);
+    }
+    if (std::ferror(stream) != 0) {
+        fail_to_read(out.name, errno);
+    }
+}
+
 } // namespace
 
 TextFile::TextFile(const std::filesystem::path& file) : name(file.string()) {
@@ -44,21 +69,36 @@ TextFile::TextFile(const std::filesystem::path& file) : name(file.string()) {
     if (const auto size = std::filesystem::file_size(file, unknown); !unknown) {
         text.reserve(size);
     }
-    std::array<char, 1 << 16> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
-    while (const std::size_t got = std::fread(block.data(), 1, block.size(), stream.get())) {
-        text.append(block.data(), got);
-    }
-    if (std::ferror(stream.get()) != 0) {
-        fail_to_read(name, errno);
-    }
+    read_all(stream.get(), *this);
+}
+
+TextFile TextFile::standard_input() {
+    TextFile file("standard input", {});
+    read_all(stdin, file);
+    return file;
+}
+
+WordReader::WordReader(const TextFile& file, std::vector<Finding>* problems)
+    : file_(file), rest_(file.text), breaks_word_(&white_space_breaks), problems_(problems) {}
+
+void WordReader::skip_comments() {
+    breaks_word_ = &comment_breaks;
 }
 
 bool WordReader::at_end() {
-    while (!rest_.empty() && white_space.find(rest_.front()) != std::string_view::npos) {
-        next_line_ += rest_.front() == '\n' ? 1 : 0;
-        rest_.remove_prefix(1);
+    const char* next = rest_.data();
+    const char* const end = next + rest_.size();
+    while (next != end && breaks_word(*next)) {
+        if (*next == '#') {
+            // The end of the line is counted as white space.
+            next = std::find(next, end, '\n');
+        } else {
+            next_line_ += *next == '\n' ? 1 : 0;
+            ++next;
+        }
     }
-    return rest_.empty();
+    rest_ = {next, static_cast<std::size_t>(end - next)};
+    return next == end;
 }
 
 std::string_view WordReader::next() {
@@ -66,7 +106,10 @@ std::string_view WordReader::next() {
         return word_ = {};
     }
     line_ = next_line_;
-    const std::string_view word = rest_.substr(0, rest_.find_first_of(white_space));
+    ++count_;
+    const auto* const end =
+        std::find_if(rest_.begin(), rest_.end(), [&](char c) { return breaks_word(c); });
+    const std::string_view word(rest_.begin(), end);
     rest_.remove_prefix(word.size());
     return word_ = word;
 }
@@ -101,6 +144,9 @@ int WordReader::next_index(const char* what, int size) {
         return -1;
     }
     if (index < 0 || index >= size) {
+        if (allows_any_index_) {
+            return -1;
+        }
         const std::string range =
             size == 0 ? "there are none" : "they go from 0 to " + std::to_string(size - 1);
         report(std::string(what) + " is " + std::to_string(index) + ", out of range: " + range);

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace korvel::kit {
@@ -17,6 +19,13 @@ struct TextFile {
 
     /// Throws an input error when the file cannot be opened or read.
     explicit TextFile(const std::filesystem::path& file);
+
+    /// Text from elsewhere, under the name that messages are to use.
+    TextFile(std::string name_in_messages, std::string contents)
+        : name(std::move(name_in_messages)), text(std::move(contents)) {}
+
+    /// All of standard input, under that name. Throws as for a file.
+    static TextFile standard_input();
 };
 
 /// What fscanf skips between two values in the C locale.
@@ -38,8 +47,13 @@ struct Finding {
 /// added to it instead and the reading goes on; a wrong count and an early end are still thrown.
 class WordReader {
 public:
-    explicit WordReader(const TextFile& file, std::vector<Finding>* problems = nullptr)
-        : file_(file), rest_(file.text), problems_(problems) {}
+    explicit WordReader(const TextFile& file, std::vector<Finding>* problems = nullptr);
+
+    /// From here on `#` begins a comment, which ends with the line and is skipped like white space.
+    void skip_comments();
+
+    /// From here on an index outside its list is no problem.
+    void allow_any_index() { allows_any_index_ = true; }
 
     /// Skips white space. True when nothing else is left.
     bool at_end();
@@ -65,6 +79,9 @@ public:
     /// Fails unless the file ends here: "'7' follows the last point".
     void need_end(const std::string& last);
 
+    /// How many words were read.
+    std::size_t count() const { return count_; }
+
     /// Line of the last word that was read, from 1.
     int line() const { return line_; }
 
@@ -87,8 +104,12 @@ public:
     std::size_t reach() const { return has_mismatch() ? first_mismatch_ : position(); }
 
 private:
+    // For each byte whether it ends a word.
+    using Breaks = std::array<bool, 256>;
+
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
+    bool breaks_word(char c) const { return (*breaks_word_)[static_cast<unsigned char>(c)]; }
     std::size_t position() const { return file_.text.size() - rest_.size(); }
     std::string_view word_for(const char* what);
     std::string parse_as_integer(const char* what, int& value);
@@ -96,10 +117,13 @@ private:
 
     const TextFile& file_;
     std::string_view rest_;
+    const Breaks* breaks_word_;
     std::vector<Finding>* problems_;
     std::string_view word_; // the last one that was read
     std::string remark_;
+    bool allows_any_index_ = false;
     std::size_t first_mismatch_ = none;
+    std::size_t count_ = 0;
     int line_ = 1;
     int next_line_ = 1;
 };

@@ -6,10 +6,11 @@
 
 #include "kit/base/areas.h"
 #include "kit/base/error.h"
-#include "kit/base/exact_predicates.h"
+#include "kit/files/file_kind.h"
 #include "kit/files/region_file.h"
 #include "kit/maps/region_colours.h"
 #include "kit/maps/region_sets.h"
+#include "kit/maps/ring_rule.h"
 
 namespace korvel::kit {
 namespace {
@@ -58,7 +59,9 @@ Map Map::read(const std::filesystem::path& file, const Context& context) {
 
 Map Map::read(const TextFile& file, const Context& context) {
     auto set = std::make_unique<CCPloy2DRg>();
-    if (const auto note = read_regions(file, *set)) {
+    const auto note =
+        read_expecting({FileKind::regions}, file, [&] { return read_regions(file, *set); });
+    if (note) {
         context.warn(*note);
     }
     return Map(std::move(set));
@@ -96,8 +99,6 @@ std::optional<int> Map::first_region(Fits fits) const {
     return std::nullopt;
 }
 
-// Counts the sides to the right of the point. Of a side the lower end counts, and a point on a side
-// is to the right of it, so that it is on one side of each border.
 bool Map::encloses(int ring, const Point2& point) const {
     const auto corner = [&](int k) {
         const VERT2D& at = regions_->pt_list[k];
@@ -106,14 +107,8 @@ bool Map::encloses(int ring, const Point2& point) const {
     const CArray<int>& corners = regions_->ring_list[ring].pts;
     bool is_inside = false;
     for (int k = 0; k < corners.GetSize(); ++k) {
-        const PlanePoint a = corner(corners[k]);
-        const PlanePoint b = corner(corners[k + 1 < corners.GetSize() ? k + 1 : 0]);
-        const bool is_upward = a.y <= point[1] && point[1] < b.y;
-        const bool is_downward = b.y <= point[1] && point[1] < a.y;
-        if (is_upward || is_downward) {
-            const int side = turn(a, b, {point[0], point[1]});
-            is_inside ^= is_upward ? side > 0 : side < 0;
-        }
+        const int next = k + 1 < corners.GetSize() ? k + 1 : 0;
+        is_inside ^= is_right_of(point, corner(corners[k]), corner(corners[next]));
     }
     return is_inside;
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "kit/files/curve_file.h"
+#include "kit/files/file_kind.h"
 
 namespace korvel::kit {
 
@@ -28,7 +29,8 @@ Network Network::read(const std::filesystem::path& file) {
 }
 
 Network Network::read(const TextFile& file) {
-    const CurveNetwork curves = read_curves(file);
+    const CurveNetwork curves =
+        read_expecting({FileKind::curves}, file, [&] { return read_curves(file); });
     Network network(curves.pts, curves.counts);
     network.name_ = file.name;
     return network;

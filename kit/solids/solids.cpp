@@ -52,21 +52,10 @@ Solids Solids::read(const TextFile& file, const Context& context) {
     context.report("reading the model", 0, 1);
     const CheckPointScope calls = context.follow_calls();
     Solids solids;
-    try {
-        if (const auto note = read_model(file, *solids.model_)) {
-            context.warn(*note);
-        }
-    } catch (const Error& error) {
-        if (error.kind() != Error::Kind::input) {
-            throw;
-        }
-        const FileKind kind = kind_of(file);
-        // A damaged model may follow another kind farther.
-        if (kind != FileKind::model && is_whole(file, kind)) {
-            throw input_error(file.name + ": is a " + kind_name(kind) + ", not a body model file",
-                              {.file = file.name});
-        }
-        throw;
+    const auto note =
+        read_expecting({FileKind::model}, file, [&] { return read_model(file, *solids.model_); });
+    if (note) {
+        context.warn(*note);
     }
     context.report("reading the model", 1, 1);
     return solids;

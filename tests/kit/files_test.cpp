@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "kit/base/error.h"
+#include "kit/files/curve_file.h"
+#include "kit/files/file_kind.h"
+#include "kit/files/output_file.h"
+#include "kit/maps/map.h"
+#include "kit/maps/network.h"
+#include "kit/solids/solids.h"
+#include "tests/support/scratch.h"
+
+namespace korvel::test {
+namespace {
+
+using kit::FileKind;
+using kit::TextFile;
+
+std::string message_of(const auto& call) {
+    try {
+        call();
+    } catch (const kit::Error& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+TEST(CurveFile, MayContainComments) {
+    const auto curves = kit::read_curves(
+        TextFile("c", "# one\n1#curve\n\t# 7\n3 # points\n0 0#1 1\n2 2 3\n#\n3 # '#'\n# the end"));
+    ASSERT_EQ(curves.pts.GetSize(), 3);
+    EXPECT_EQ(curves.pts[1].x, 2);
+    EXPECT_EQ(curves.pts[2].y, 3);
+    EXPECT_EQ(message_of([] { kit::read_curves(TextFile("c", "1\n# 2\n1\n# 3\n0 #\nx 0")); }),
+              "c:6: 'x' is not an integer: expected the y of a point");
+    EXPECT_EQ(message_of([] { kit::Map::read(TextFile("r", "1\n0.5 # 2\n1.5\n0\n0\n")); }),
+              "r:2: '#' is not a number: expected the y of a point");
+}
+
+TEST(FileKinds, AreDistinguishedAsFarAsTheFileAllows) {
+    struct Row {
+        const char* text;
+        FileKind kind;
+        bool holds_regions;
+    };
+    const std::string tetrahedron = "4\n0 0 0\n6 0 0\n0 6 0\n0 0 6\n4\n0 1 2\n0 1 3\n0 2 3\n"
+                                    "1 2 3\n1\n4\n1 1 1\n0 1 2 3\n";
+    const std::vector<Row> rows = {
+        {"1\n3\n0 0 5 0 0 5\n", FileKind::curves, false},
+        {"# 1.5\n1\n1\n0 0\n", FileKind::curves, false},
+        {"3\n0 0\n5 0\n0 5\n1\n3\n0 1 2\n1\n1\n0\n", FileKind::regions, true},
+        {"3\n0.0 0\n5 0\n0 5\n1\n3\n0 1 2\n1\n1\n0\n", FileKind::regions, true},
+        {"3\n0 0\n5 0\n0 5\n1\n3\n0 1 9\n1\n1\n0\n", FileKind::regions, true},
+        {"0\n", FileKind::curves, false},
+        {"1\n0\n", FileKind::curves, false},
+        {tetrahedron.c_str(), FileKind::model, false},
+        {"1\n3\n0 0 5 0 0 x\n", FileKind::curves, false},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(kind_of(TextFile("f", row.text)), row.kind) << row.text;
+        EXPECT_EQ(holds_regions(TextFile("f", row.text)), row.holds_regions) << row.text;
+    }
+}
+
+TEST(FileKinds, AreNamedWhereAnotherIsExpected) {
+    const TextFile curves("f", "1\n3\n0 0 5 0 0 5\n");
+    const TextFile regions("f", "3\n0 0\n5 0\n0 5\n1\n3\n0 1 2\n1\n1\n0\n");
+    const TextFile damaged("f", "1\n3\n0 0 5 0 0 x\n");
+    EXPECT_EQ(message_of([&] { kit::Solids::read(curves); }),
+              "f: a curve file, where a body model file is expected");
+    EXPECT_EQ(message_of([&] { kit::Map::read(curves); }),
+              "f: a curve file, where a polygon-region file is expected");
+    EXPECT_EQ(message_of([&] { kit::Network::read(regions); }),
+              "f: a polygon-region file, where a curve file is expected");
+    EXPECT_EQ(message_of([&] { kit::Network::read(damaged); }),
+              "f:3: 'x' is not an integer: expected the y of a point");
+    EXPECT_EQ(message_of([&] { kit::Solids::read(TextFile("f", "0\n")); }),
+              "f:1: the number of vertices is 0, a model needs at least one");
+    EXPECT_EQ(message_of([&] {
+                  kit::read_expecting({FileKind::model, FileKind::regions}, curves,
+                                      [&] { return kit::Map::read(curves).size(); });
+              }),
+              "f: a curve file, where a body model file or a polygon-region file is expected");
+}
+
+class StandardStreams : public Scratch {
+protected:
+    // Calls `work` while a descriptor is another file.
+    static void redirect(int which, int other, const auto& work) {
+        const int before = dup(which);
+        dup2(other, which);
+        close(other);
+        work();
+        dup2(before, which);
+        close(before);
+    }
+};
+
+TEST_F(StandardStreams, AreAnOutputThatStaysOpen) {
+    const int file = open(path("out").c_str(), O_CREAT | O_WRONLY, 0600);
+    redirect(STDOUT_FILENO, file, [] {
+        std::printf("report\n");
+        {
+            kit::OutputFile out(kit::standard_output);
+            std::fprintf(out.stream(), "file\n");
+            out.replace();
+        }
+        std::printf("more\n");
+        std::fflush(stdout);
+    });
+    EXPECT_EQ(read("out"), "report\nfile\nmore\n");
+}
+
+TEST_F(StandardStreams, DistinguishAClosedPipe) {
+    const auto former = std::signal(SIGPIPE, SIG_IGN);
+    for (const std::size_t size : {std::size_t{1}, std::size_t{1} << 20}) { // buffered, or not
+        for (const bool is_pipe : {true, false}) {
+            int ends[2] = {-1, open("/dev/full", O_WRONLY)};
+            if (is_pipe) {
+                close(ends[1]);
+                ASSERT_EQ(pipe(ends), 0);
+                close(ends[0]);
+            }
+            redirect(STDOUT_FILENO, ends[1], [&] {
+                kit::OutputFile out(kit::standard_output);
+                std::fputs(std::string(size, 'x').c_str(), out.stream());
+                try {
+                    out.close();
+                    ADD_FAILURE() << "no error";
+                } catch (const kit::Error& error) {
+                    EXPECT_EQ(error.is_closed_pipe(), is_pipe) << size;
+                    EXPECT_TRUE(std::string(error.what())
+                                    .starts_with("standard output: cannot be written: "));
+                }
+                std::clearerr(stdout);
+            });
+        }
+    }
+    std::signal(SIGPIPE, former);
+}
+
+TEST_F(StandardStreams, AreAnInput) {
+    write("in", "1\n1\n0 x\n");
+    redirect(STDIN_FILENO, open(path("in").c_str(), O_RDONLY), [] {
+        EXPECT_EQ(message_of([] { kit::read_curves(TextFile::standard_input()); }),
+                  "standard input:3: 'x' is not an integer: expected the y of a point");
+    });
+    std::clearerr(stdin);
+}
+
+} // namespace
+} // namespace korvel::test
