@@ -8,7 +8,8 @@ packages=(g++ cmake ninja-build libgl-dev)
 for name in "$@"; do
     case $name in
         command) # with the kit and what draws without a window
-            packages+=(pkg-config libcairo2-dev libcli11-dev libegl-dev libgl1-mesa-dri) ;;
+            packages+=(pkg-config libcairo2-dev libcli11-dev nlohmann-json3-dev libegl-dev
+                libgl1-mesa-dri) ;;
         tests) # with the manual page and the Debian packages of the command
             packages+=(libgtest-dev libgmock-dev libgeos-dev help2man groff-base dpkg-dev file) ;;
         bench) packages+=(libbenchmark-dev libgeos-dev) ;;

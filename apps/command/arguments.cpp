@@ -102,7 +102,7 @@ kit::Point3 parse_point3(const std::string& option, const std::string& text) {
 }
 
 void refuse(const std::string& option, const std::string& text, const std::string& expected) {
-    throw kit::input_error("korvel: " + option + ": " + kit::quoted(text) + " is not " + expected);
+    throw kit::input_error(option + ": " + kit::quoted(text) + " is not " + expected);
 }
 
 void check_stretch(double factor) {

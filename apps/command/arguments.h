@@ -7,6 +7,12 @@
 
 namespace korvel::command {
 
+/// Of pictures, when no size is given.
+constexpr const char* default_picture_size = "1600x1000";
+
+/// By which models are turned in views, when no angles are given.
+constexpr const char* default_angles = "30,-60";
+
 /// A point of real coordinates as a user gave it.
 struct RealPoint {
     double x = 0;
@@ -36,7 +42,7 @@ kit::Rectangle parse_box(const std::string& option, const std::string& text);
 std::vector<double> parse_reals(const std::string& option, const std::string& text,
                                 const std::string& form);
 
-/// Throws an input error: "korvel: --levels: '5' is not two levels LO,HI".
+/// Throws an input error: "--levels: '5' is not two levels LO,HI".
 [[noreturn]] void refuse(const std::string& option, const std::string& text,
                          const std::string& expected);
 

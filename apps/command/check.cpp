@@ -4,7 +4,9 @@
 #include <vector>
 
 #include "apps/command/command.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -27,18 +29,17 @@ void CheckCommand::run() const {
     const kit::FileKind kind = this->kind(file);
     const kit::Findings findings = kit::check_file(file, kind);
     for (const kit::Finding& problem : findings.problems) {
-        std::printf("%s:%d: %s\n", input_.c_str(), problem.line, problem.message.c_str());
+        print("%s:%d: %s", shown(input_).c_str(), problem.line, problem.message.c_str());
     }
     for (const kit::Finding& note : findings.notes) {
-        std::printf("%s:%d: note: %s\n", input_.c_str(), note.line, note.message.c_str());
+        print("%s:%d: note: %s", shown(input_).c_str(), note.line, note.message.c_str());
     }
     const int problems = static_cast<int>(findings.problems.size());
     if (problems > 0) {
-        std::fflush(stdout);
-        throw kit::input_error(input_ + ": " + kit::kind_name(kind) + " with " +
+        throw kit::input_error(shown(input_) + ": " + kit::kind_name(kind) + " with " +
                                counted(problems, "problem"));
     }
-    std::printf("%s: %s, nothing wrong\n", input_.c_str(), kit::kind_name(kind));
+    print("%s: %s, nothing wrong", shown(input_).c_str(), kit::kind_name(kind));
 }
 
 } // namespace

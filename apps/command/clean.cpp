@@ -1,11 +1,12 @@
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "apps/command/command.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -47,17 +48,21 @@ void CleanCommand::run() const {
     }
     const Counts after(solids);
     if (after.faces == 0) {
-        throw kit::input_error(input_ +
+        throw kit::input_error(shown(input_) +
                                ": nothing would be left, and a model without faces is no model");
     }
-    std::printf("%s: %s\n", input_.c_str(),
-                elements_text(before.bodies, before.faces, before.vertices).c_str());
-    std::printf("taken out: %s\n",
-                elements_text(before.bodies - after.bodies, before.faces - after.faces,
-                              before.vertices - after.vertices)
-                    .c_str());
-    std::printf("left: %s, %s\n", counted(after.bodies, "body", "bodies").c_str(),
-                model_figures(solids).c_str());
+    print("%s: %s", shown(input_).c_str(),
+          elements_text(before.bodies, before.faces, before.vertices).c_str());
+    print("taken out: %s", elements_text(before.bodies - after.bodies, before.faces - after.faces,
+                                         before.vertices - after.vertices)
+                               .c_str());
+    facts()
+        .set("model", model_record(solids))
+        .set("bodies_removed", before.bodies - after.bodies)
+        .set("faces_removed", before.faces - after.faces)
+        .set("vertices_removed", before.vertices - after.vertices);
+    print("left: %s, %s", counted(after.bodies, "body", "bodies").c_str(),
+          model_figures(solids).c_str());
     outputs_.write([&](kit::OutputFile& out) { solids.write(out); });
 }
 

@@ -3,16 +3,22 @@
 #include <memory>
 
 #include "apps/command/options.h"
+#include "apps/command/report.h"
 
 namespace korvel::command {
 
 /// Adds a command to the program. The constructor of `Command` adds the options, and `run` is
-/// called once they are parsed.
+/// called once they are parsed. Every command has the options of reports as well.
 template <class Command>
 void add_command(Program& program, const char* name, const char* purpose) {
     const Options options = program.add_command(name, purpose);
     const auto self = std::make_shared<Command>(options);
-    options.then([self] { self->run(); });
+    const auto report = std::make_shared<ReportOptions>();
+    report->add_options(options);
+    options.then([=] {
+        start_report(name, *report);
+        self->run();
+    });
 }
 
 void add_regions_command(Program& program);

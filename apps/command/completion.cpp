@@ -17,6 +17,7 @@ struct Value {
 
 using Commands = std::vector<CommandDescription>;
 
+CommandDescription help_command(const Commands& commands);
 std::string bash_script(const Commands& commands);
 std::string zsh_script(const Commands& commands);
 std::string fish_script(const Commands& commands);
@@ -24,13 +25,26 @@ std::string fish_script(const Commands& commands);
 } // namespace
 
 std::string completion_script(const Program& program, const std::string& shell) {
-    const Commands commands = program.commands();
+    Commands commands = program.commands();
+    commands.push_back(help_command(commands));
     return shell == "bash"  ? bash_script(commands)
            : shell == "zsh" ? zsh_script(commands)
                             : fish_script(commands);
 }
 
 namespace {
+
+// The parser takes `help COMMAND` for `COMMAND --help`.
+CommandDescription help_command(const Commands& commands) {
+    Description command;
+    for (const CommandDescription& other : commands) {
+        command.form += (command.form.empty() ? "" : "|") + other.name;
+    }
+    return {.name = "help",
+            .purpose = "Describe a command and its options",
+            .options = {},
+            .operands = {command}};
+}
 
 Value value_of(const Description& option) {
     const std::string& form = option.form;

@@ -1,12 +1,12 @@
 #include "apps/command/curve_input.h"
+#include "apps/command/report.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 #include "apps/command/arguments.h"
 #include "apps/command/messages.h"
-#include "apps/command/progress_line.h"
+#include "apps/command/task.h"
 
 namespace korvel::command {
 
@@ -20,54 +20,60 @@ void CurveInput::add_options(Options options) {
         "The library's own answer: overlaps stay, holes depend on the order of curves");
     options.add("--min-area", options_.min_area, "A",
                 "Merge smaller regions into the neighbour with the longest common border");
-    options.add("--select", select_, "X,Y", "Only the region under this point; may be repeated")
-        .repeated();
+    selection_.add_option(options);
 }
 
-void CurveInput::check() const {
+void CurveInput::check() {
+    selection_.check();
     check_tolerance(options_.tolerance);
     if (!(options_.min_area >= 0) || !std::isfinite(options_.min_area)) {
         refuse("--min-area", number_text(options_.min_area), "a finite area, 0 or more");
     }
     if (options_.as_traced && options_.min_area > 0) {
-        throw kit::input_error("korvel: --min-area excludes --as-traced");
+        throw kit::input_error("--min-area excludes --as-traced");
     }
 }
 
 void CurveInput::load(const kit::TextFile& file) {
-    for (const std::string& text : select_) {
-        points_.push_back(parse_lattice_point("--select", text));
-    }
-    const Stopwatch reading;
-    kit::Network network = kit::Network::read(file);
-    const double read_time = reading.milliseconds();
-    std::printf("%s: %s, %s\n", file.name.c_str(), counted(network.curve_count(), "curve").c_str(),
-                counted(network.point_count(), "point").c_str());
-
-    const Stopwatch finding;
+    file_ = file.name;
+    kit::Network network = [&] {
+        const Task task("reading curves");
+        return kit::Network::read(file);
+    }();
+    print("%s: %s, %s", file_.c_str(), counted(network.curve_count(), "curve").c_str(),
+          counted(network.point_count(), "point").c_str());
+    facts()
+        .set("input", file_)
+        .set("curves", network.curve_count())
+        .set("points", network.point_count());
     {
-        ProgressLine progress("finding regions");
-        found_ = kit::find_regions(std::move(network), options_, progress.context());
+        Task task("finding regions");
+        found_ = kit::find_regions(std::move(network), options_, task.context());
     }
     report();
-    std::printf("reading %.1f ms, finding regions %.1f ms\n", read_time, finding.milliseconds());
 }
 
 void CurveInput::report() const {
     const kit::Map& map = found_->map();
     const kit::NetworkReport& report = found_->report();
     if (report.crossings + report.duplicates + report.joined_ends > 0) {
-        std::printf("%s split, %s resolved, %s joined\n",
-                    counted(report.crossings, "crossing").c_str(),
-                    counted(report.duplicates, "overlap").c_str(),
-                    counted(report.joined_ends, "end").c_str());
+        print("%s split, %s resolved, %s joined", counted(report.crossings, "crossing").c_str(),
+              counted(report.duplicates, "overlap").c_str(),
+              counted(report.joined_ends, "end").c_str());
     }
     int holes = 0;
     for (const kit::Region region : map) {
         holes += region.hole_count();
     }
-    std::printf("%s with %s, %s\n", counted(map.size(), "region").c_str(),
-                counted(holes, "hole").c_str(), counted(report.points, "distinct point").c_str());
+    facts()
+        .set("crossings", report.crossings)
+        .set("overlaps", report.duplicates)
+        .set("joined_ends", report.joined_ends)
+        .set("regions", map.size())
+        .set("holes", holes)
+        .set("distinct_points", report.points);
+    print("%s with %s, %s", counted(map.size(), "region").c_str(), counted(holes, "hole").c_str(),
+          counted(report.points, "distinct point").c_str());
     if (!options_.as_traced) {
         report_leftover();
         report_slivers();
@@ -76,19 +82,27 @@ void CurveInput::report() const {
 
 void CurveInput::report_leftover() const {
     const kit::NetworkReport& report = found_->report();
+    facts()
+        .set("segments", report.segments)
+        .set("borders", report.borders)
+        .set("dangling", report.dangling)
+        .set("bridges", report.bridges)
+        .set("duplicates", report.duplicates)
+        .set("merged", report.merged);
     if (report.segments != report.borders) {
-        std::printf("%s: %s, %d dangling, %s, %s\n", counted(report.segments, "segment").c_str(),
-                    counted(report.borders, "border").c_str(), report.dangling,
-                    counted(report.bridges, "bridge").c_str(),
-                    counted(report.duplicates, "duplicate").c_str());
+        print("%s: %s, %d dangling, %s, %s", counted(report.segments, "segment").c_str(),
+              counted(report.borders, "border").c_str(), report.dangling,
+              counted(report.bridges, "bridge").c_str(),
+              counted(report.duplicates, "duplicate").c_str());
     }
     if (options_.min_area > 0) {
-        std::printf("%s merged into neighbours\n", counted(report.merged, "region").c_str());
+        print("%s merged into neighbours", counted(report.merged, "region").c_str());
     }
 }
 
 void CurveInput::report_slivers() const {
     const std::vector<int> slivers = found_->map().slivers();
+    facts().set("slivers", slivers);
     if (slivers.empty()) {
         return;
     }
@@ -104,20 +118,7 @@ void CurveInput::report_slivers() const {
 }
 
 std::vector<int> CurveInput::select() const {
-    std::vector<int> regions;
-    for (std::size_t i = 0; i < points_.size(); ++i) {
-        const kit::Point2 point = kit::to_point(points_[i]);
-        const kit::Map& map = found_->map();
-        const std::optional<int> region =
-            options_.as_traced ? map.outline_at(point) : map.region_at(point);
-        if (region) {
-            std::printf("%s: region %d\n", select_[i].c_str(), *region);
-            regions.push_back(*region);
-        } else {
-            warn(select_[i] + ": no region contains this point");
-        }
-    }
-    return regions;
+    return selection_.regions(found_->map(), file_, options_.as_traced);
 }
 
 } // namespace korvel::command

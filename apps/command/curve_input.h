@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "apps/command/options.h"
+#include "apps/command/selection.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -16,16 +17,16 @@ public:
     void add_options(Options options);
 
     /// Throws an input error when an option does not fit. Cheap, so that it can come first.
-    void check() const;
+    void check();
 
     /// Reads the curves, finds the regions and prints how many of both there are, and what was left
     /// out.
     void load(const kit::TextFile& file);
 
-    bool has_selection() const { return !select_.empty(); }
-    const std::vector<std::string>& selection() const { return select_; }
+    /// The points of `--select`, also for regions that come from another file.
+    const Selection& selection() const { return selection_; }
 
-    /// The regions under the given points; prints which, and warns of points without one.
+    /// The regions under these points.
     std::vector<int> select() const;
 
     kit::FoundRegions& found() { return *found_; }
@@ -36,8 +37,8 @@ private:
     void report_slivers() const;
 
     kit::FindOptions options_;
-    std::vector<std::string> select_;
-    std::vector<tagPOINT> points_; // of `select_`
+    Selection selection_;
+    std::string file_;
     std::optional<kit::FoundRegions> found_;
 };
 

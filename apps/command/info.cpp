@@ -4,8 +4,10 @@
 #include <vector>
 
 #include "apps/command/command.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -34,7 +36,7 @@ void InfoCommand::run() const {
     kit::FileContents contents;
     kit::WordReader words(file);
     kit::read_as(kind, words, contents);
-    std::printf("%s: %s\n", input_.c_str(), kit::kind_name(kind));
+    print("%s: %s", shown(input_).c_str(), kit::kind_name(kind));
     switch (kind) {
     case kit::FileKind::curves:
         print_curves(kit::Network::read(file));
@@ -79,8 +81,8 @@ void print_curves(const kit::Network& network) {
     for (int i = 0; i < network.curve_count(); ++i) {
         closed += network.is_closed(i) ? 1 : 0;
     }
-    std::printf("%s, %d of them closed, %s\n", counted(network.curve_count(), "curve").c_str(),
-                closed, counted(network.point_count(), "point").c_str());
+    print("%s, %d of them closed, %s", counted(network.curve_count(), "curve").c_str(), closed,
+          counted(network.point_count(), "point").c_str());
     print_bounds(network.bounds());
 }
 
@@ -89,10 +91,10 @@ void print_regions(const kit::Map& map) {
     for (const kit::Region region : map) {
         holes += region.hole_count();
     }
-    std::printf("%s with %s, %s, %s, area %s\n", counted(map.size(), "region").c_str(),
-                counted(holes, "hole").c_str(),
-                counted(map.regions().ring_list.GetSize(), "ring").c_str(),
-                counted(map.point_count(), "point").c_str(), number_text(map.area()).c_str());
+    print("%s with %s, %s, %s, area %s", counted(map.size(), "region").c_str(),
+          counted(holes, "hole").c_str(),
+          counted(map.regions().ring_list.GetSize(), "ring").c_str(),
+          counted(map.point_count(), "point").c_str(), number_text(map.area()).c_str());
     print_bounds(map.bounds());
 }
 
@@ -101,16 +103,16 @@ void print_triangles(const PLYDT& set, std::size_t regions) {
     for (const VERT2D& point : set.pt_list) {
         box.take_in(point.x, point.y);
     }
-    std::printf("%s of %s, %s\n", counted(set.trg_list.GetSize(), "triangle").c_str(),
-                counted(static_cast<int>(regions), "region").c_str(),
-                counted(set.pt_list.GetSize(), "point").c_str());
+    print("%s of %s, %s", counted(set.trg_list.GetSize(), "triangle").c_str(),
+          counted(static_cast<int>(regions), "region").c_str(),
+          counted(set.pt_list.GetSize(), "point").c_str());
     print_bounds(box);
 }
 
 void print_section(const TMOD2D& section) {
-    std::printf("%s, %s, %s\n", counted(section.verts.GetSize(), "vertex", "vertices").c_str(),
-                counted(section.polys.GetSize(), "face").c_str(),
-                counted(section.groups.GetSize(), "group").c_str());
+    print("%s, %s, %s", counted(section.verts.GetSize(), "vertex", "vertices").c_str(),
+          counted(section.polys.GetSize(), "face").c_str(),
+          counted(section.groups.GetSize(), "group").c_str());
     if (section.verts.IsEmpty()) {
         return;
     }
@@ -122,7 +124,7 @@ void print_section(const TMOD2D& section) {
         pairs[2 * k] = least->model_xyz[k];
         pairs[2 * k + 1] = greatest->model_xyz[k];
     }
-    std::printf("bounds %s\n", bounds_text(pairs, 3).c_str());
+    print("bounds %s", bounds_text(pairs, 3).c_str());
 }
 
 void print_model(const kit::Solids& solids) {
@@ -130,10 +132,10 @@ void print_model(const kit::Solids& solids) {
     const auto open =
         std::count_if(surfaces.begin(), surfaces.end(),
                       [](const kit::Surface& surface) { return !surface.is_closed(); });
-    std::printf("%s, %d of them open, %s\n", counted(solids.size(), "body", "bodies").c_str(),
-                static_cast<int>(open), model_figures(solids).c_str());
-    std::printf("bounds %s\n", bounds_text(solids).c_str());
-    std::printf("  body   faces   edges  vertices  Euler              volume  colour   state\n");
+    print("%s, %d of them open, %s", counted(solids.size(), "body", "bodies").c_str(),
+          static_cast<int>(open), model_figures(solids).c_str());
+    print("bounds %s", bounds_text(solids).c_str());
+    print("  body   faces   edges  vertices  Euler              volume  colour   state");
     for (const kit::Body body : solids) {
         print_body(body, surfaces[body.index()]);
     }
@@ -141,22 +143,21 @@ void print_model(const kit::Solids& solids) {
 
 void print_body(const kit::Body& body, const kit::Surface& surface) {
     const kit::Colour colour = body.colour().rgb();
-    std::printf("%6d %7d %7d %9d %6d %19s  #%02x%02x%02x  %s", body.index(), surface.faces,
-                surface.edges, surface.vertices, surface.euler_characteristic(),
-                number_text(body.volume()).c_str(), colour.red, colour.green, colour.blue,
-                kit::state_text(surface).c_str());
-    const char* separator = ", shares faces with ";
+    std::string neighbours;
     for (const int neighbour : body.neighbours()) {
-        std::printf("%s%d", separator, neighbour);
-        separator = " ";
+        neighbours +=
+            (neighbours.empty() ? ", shares faces with " : " ") + std::to_string(neighbour);
     }
-    std::printf("\n");
+    print("%6d %7d %7d %9d %6d %19s  #%02x%02x%02x  %s%s", body.index(), surface.faces,
+          surface.edges, surface.vertices, surface.euler_characteristic(),
+          number_text(body.volume()).c_str(), colour.red, colour.green, colour.blue,
+          kit::state_text(surface).c_str(), neighbours.c_str());
 }
 
 void print_bounds(const kit::Rectangle& box) {
     if (!box.is_empty()) {
         const double pairs[] = {box.left, box.right, box.top, box.bottom};
-        std::printf("bounds %s\n", bounds_text(pairs, 2).c_str());
+        print("bounds %s", bounds_text(pairs, 2).c_str());
     }
 }
 

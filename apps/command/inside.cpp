@@ -1,12 +1,13 @@
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -34,7 +35,7 @@ void InsideCommand::run() const {
     for (std::size_t i = 0; i < points.size(); ++i) {
         const std::optional<int> body = solids.body_at(points[i]);
         const std::string answer = body ? std::to_string(*body) : "none";
-        std::printf("%s %s\n", points_[i].c_str(), answer.c_str());
+        print("%s %s", points_[i].c_str(), answer.c_str());
     }
 }
 

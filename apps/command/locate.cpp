@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -6,6 +5,7 @@
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
 #include "apps/command/messages.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -30,7 +30,7 @@ void LocateCommand::run() const {
     for (std::size_t i = 0; i < points.size(); ++i) {
         const std::optional<int> region = map.region_at({points[i].x, points[i].y});
         const std::string answer = region ? std::to_string(*region) : "none";
-        std::printf("%s %s\n", points_[i].c_str(), answer.c_str());
+        print("%s %s", points_[i].c_str(), answer.c_str());
     }
 }
 

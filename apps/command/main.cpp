@@ -1,61 +1,39 @@
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <iostream>
 #include <new>
+#include <sstream>
 #include <string>
-#include <system_error>
 #include <vector>
 
-#include "apps/command/messages.h"
 #include "apps/command/program.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace {
 
-enum ExitStatus { success = 0, output_failed = 1, bad_input = 2, incomplete = 3 };
+using namespace korvel::command;
 
-ExitStatus run(int argc, char** argv);
-void finish_standard_output();
+ExitStatus run(int argc, char** argv) {
+    try {
+        const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+        std::ostringstream help;
+        const bool fits = korvel_program()->parse(arguments, help, std::cerr);
+        std::fputs(help.str().c_str(), stdout);
+        return fits ? success : bad_input;
+    } catch (const korvel::kit::Error& error) {
+        return report_error(error);
+    } catch (const std::bad_alloc&) {
+        return report_error("not enough memory");
+    } catch (const std::exception& error) {
+        return report_error(error.what());
+    }
+}
 
 } // namespace
 
 int main(int argc, char** argv) {
     korvel::kit::set_up_signals();
-    try {
-        return run(argc, argv);
-    } catch (const korvel::kit::Error& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        if (error.kind() == korvel::kit::Error::Kind::input) {
-            return bad_input;
-        }
-    } catch (const std::bad_alloc&) {
-        std::fputs("korvel: not enough memory\n", stderr);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "korvel: %s\n", error.what());
-    }
-    return output_failed;
+    return finish_report(run(argc, argv));
 }
-
-namespace {
-
-ExitStatus run(int argc, char** argv) {
-    const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
-    const bool fits = korvel::command::korvel_program()->parse(arguments, std::cout, std::cerr);
-    std::cout.flush();
-    finish_standard_output();
-    if (!fits) {
-        return bad_input;
-    }
-    return korvel::command::is_incomplete() ? incomplete : success;
-}
-
-void finish_standard_output() {
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw korvel::kit::output_error("standard output: cannot be written: " +
-                                        std::generic_category().message(errno != 0 ? errno : EIO));
-    }
-}
-
-} // namespace

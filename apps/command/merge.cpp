@@ -1,12 +1,13 @@
-#include <cstdio>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "apps/command/command.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -27,12 +28,15 @@ void print_figures(const std::string& name, const kit::Solids& solids);
 void MergeCommand::run() const {
     outputs_.check();
     std::vector<kit::Solids> parts;
+    std::vector<Record> records;
     for (const std::string& input : inputs_) {
-        parts.push_back(load_solids(input));
-        print_figures(input, parts.back());
+        parts.push_back(read_solids(input));
+        print_figures(shown(input), parts.back());
+        records.push_back(model_record(parts.back()));
     }
     const kit::Solids whole = kit::merge(std::move(parts));
     print_figures("together", whole);
+    facts().set("inputs", inputs_).set("models", records).set("model", model_record(whole));
     outputs_.write([&](kit::OutputFile& out) { whole.write(out); });
 }
 
@@ -58,8 +62,8 @@ MergeCommand::MergeCommand(Options options) {
 }
 
 void print_figures(const std::string& name, const kit::Solids& solids) {
-    std::printf("%s: %s, %s\n", name.c_str(), counted(solids.size(), "body", "bodies").c_str(),
-                model_figures(solids).c_str());
+    print("%s: %s, %s", name.c_str(), counted(solids.size(), "body", "bodies").c_str(),
+          model_figures(solids).c_str());
 }
 
 } // namespace

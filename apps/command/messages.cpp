@@ -1,16 +1,10 @@
 #include "apps/command/messages.h"
 
+#include <array>
 #include <cstdio>
+#include <vector>
 
 namespace korvel::command {
-namespace {
-
-bool& incomplete() {
-    static bool state = false;
-    return state;
-}
-
-} // namespace
 
 std::string counted(int number, const char* thing) {
     return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
@@ -37,18 +31,13 @@ std::string bounds_text(const double* pairs, int axes) {
     return text;
 }
 
-void warn(const std::string& message) {
-    // Keeps the order of lines when standard output and standard error are the same file.
-    std::fflush(stdout);
-    std::fprintf(stderr, "warning: %s\n", message.c_str());
-}
-
-void note_incomplete() {
-    incomplete() = true;
-}
-
-bool is_incomplete() {
-    return incomplete();
+Record bounds_record(const double* pairs, int axes) {
+    constexpr std::array<const char*, 3> names = {"x", "y", "z"};
+    Record record;
+    for (int axis = 0; axis < axes; ++axis) {
+        record.set(names[axis], std::vector<double>{pairs[2 * axis], pairs[2 * axis + 1]});
+    }
+    return record;
 }
 
 } // namespace korvel::command

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "apps/command/record.h"
+
 namespace korvel::command {
 
 /// "1 region", "2 regions".
@@ -16,12 +18,7 @@ std::string number_text(double area);
 /// "x 0 to 10, y -5 to 5, z 1 to 2" from pairs of minimum and maximum for each of the first axes.
 std::string bounds_text(const double* pairs, int axes);
 
-/// Tells the user on standard error of something that is odd but does not stop the command.
-void warn(const std::string& message);
-
-/// Makes the exit status 3 once the command is done and all its files are written: the result
-/// leaves out something of the input, and the user asked for a strict run.
-void note_incomplete();
-bool is_incomplete();
+/// {"x": [0, 10], "y": [-5, 5], "z": [1, 2]} likewise.
+Record bounds_record(const double* pairs, int axes);
 
 } // namespace korvel::command

@@ -1,4 +1,5 @@
 #include "apps/command/model_input.h"
+#include "apps/command/report.h"
 
 #include <algorithm>
 
@@ -6,10 +7,6 @@
 #include "apps/command/messages.h"
 
 namespace korvel::command {
-
-kit::Solids load_solids(const std::string& file) {
-    return kit::Solids::read(file, {.on_warning = warn});
-}
 
 void check_number(const std::string& option, int number, int size, const std::string& thing,
                   const std::string& file) {
@@ -23,6 +20,17 @@ std::string model_figures(const kit::Solids& solids) {
     return counted(solids.vertex_count(), "vertex", "vertices") + ", " +
            counted(solids.edge_count(), "edge") + ", " + counted(solids.face_count(), "face") +
            ", volume " + number_text(solids.volume());
+}
+
+Record model_record(const kit::Solids& solids) {
+    Record record;
+    record.set("bodies", solids.size())
+        .set("vertices", solids.vertex_count())
+        .set("edges", solids.edge_count())
+        .set("faces", solids.face_count())
+        .set("volume", solids.volume())
+        .set("bounds", bounds_record(solids.model().wrap_cuboid, 3));
+    return record;
 }
 
 std::string bounds_text(const kit::Solids& solids) {
@@ -55,6 +63,15 @@ std::string weld_text(const kit::WeldReport& report) {
            counted(report.faces_shared, "face") + " shared, " +
            counted(report.walls_split, "wall") + " split, " + counted(report.walls_turned, "wall") +
            " turned";
+}
+
+Record weld_record(const kit::WeldReport& report) {
+    Record record;
+    record.set("vertices_joined", report.vertices_joined)
+        .set("faces_shared", report.faces_shared)
+        .set("walls_split", report.walls_split)
+        .set("walls_turned", report.walls_turned);
+    return record;
 }
 
 } // namespace korvel::command

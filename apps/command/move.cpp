@@ -1,13 +1,14 @@
-#include <cstdio>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -31,7 +32,8 @@ private:
     int vertex_ = -1;
     int depth_ = 0;
     std::string by_;
-    std::string angles_ = "0,0";
+    std::string by_view_;
+    std::string angles_ = default_angles;
     Outputs outputs_;
 
     Option body_option_;
@@ -69,37 +71,42 @@ MoveCommand::MoveCommand(Options options) {
         .from_to(0, most_depth, "0 to 1000")
         .excludes(body_option_)
         .with_default();
-    options.add("--by", by_, "DX,DY[,DZ]", "How far, along the axes u, v and w of the view")
-        .required();
+    Options shifts = options.one_of("How far");
+    shifts.add("--by", by_, "DX,DY[,DZ]", "Along the axes x, y and z of the model");
+    const Option by_view =
+        shifts.add("--by-view", by_view_, "DU,DV[,DW]", "Along the axes u, v and w of the view");
     options
         .add("--angles", angles_, "A,B",
-             "The view in degrees: turned by A about z, then tilted by B about x")
+             "Degrees by which the model is turned about z, then tilted about x")
+        .needs(by_view)
         .with_default();
     outputs_.add_file(options, "Write the model").required();
     options.footer(
-        "In the view u runs to the right, v up and w towards the viewer. With --angles 0,0\n"
-        "they are the model's x, y and z; with 0,90 they are x, -z and y; with 90,0 they\n"
-        "are y, -x and z. Tilted by B and turned by A:\n"
+        "The view is that of 'korvel view': u runs to the right, v up and w towards the viewer.\n"
+        "With --angles 0,0 they are the model's x, y and z; with 0,90 they are x, -z and y;\n"
+        "with 90,0 they are y, -x and z. Tilted by B and turned by A:\n"
         "  u = x cos A + y sin A\n"
         "  v = (y cos A - x sin A) cos B - z sin B\n"
         "  w = (y cos A - x sin A) sin B + z cos B\n"
         "\n"
-        "Around a vertex DX and DY fade out, with the number of edges and the root of the\n"
-        "distance from the vertex; DZ does not and moves all of them alike.\n"
+        "Around a vertex the first two shifts fade out, with the number of edges and the root of\n"
+        "the distance from the vertex; the third does not and moves all of them alike.\n"
         "A move is refused when it leaves an edge that moved passing through or touching\n"
         "a face other than those at its ends. Edges that did not move are not checked, nor is\n"
         "the path of the move.\n"
         "\n"
         "Examples:\n"
         "  korvel move both.model --body 1 --by 0,0,25 -o moved.model\n"
-        "  korvel move ball.model --vertex 12 --depth 3 --by 0,-5 --angles 0,90 -o bump.model");
+        "  korvel move ball.model --vertex 12 --depth 3 --by-view 0,-5 --angles 0,90 \\\n"
+        "      -o bump.model");
 }
 
 void MoveCommand::read_arguments() {
-    const std::vector<double> by = parse_reals("--by", by_, "DX,DY[,DZ]");
+    const std::vector<double> by = by_.empty() ? parse_reals("--by-view", by_view_, "DU,DV[,DW]")
+                                               : parse_reals("--by", by_, "DX,DY[,DZ]");
     shift_ = {by[0], by[1], by.size() > 2 ? by[2] : 0};
     const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
-    view_ = {angles[0], angles[1]};
+    view_ = by_.empty() ? kit::ViewAngles{angles[0], angles[1]} : kit::ViewAngles{0, 0};
 }
 
 void MoveCommand::gather(kit::SolidsEditor& editor) const {
@@ -107,7 +114,7 @@ void MoveCommand::gather(kit::SolidsEditor& editor) const {
     if (body_option_.is_given()) {
         check_number("--body", body_, solids.size(), "body", input_);
         if (solids[body_].vertices().empty()) {
-            throw kit::input_error(input_ + ": body " + std::to_string(body_) +
+            throw kit::input_error(shown(input_) + ": body " + std::to_string(body_) +
                                    " has no face, there is nothing to move");
         }
         editor.gather_body(body_);
@@ -116,14 +123,15 @@ void MoveCommand::gather(kit::SolidsEditor& editor) const {
         editor.gather_vertex(vertex_, depth_);
     }
     if (!editor.can_fade()) {
-        throw kit::input_error(input_ + ": all vertices within " + counted(depth_, "edge") +
+        throw kit::input_error(shown(input_) + ": all vertices within " + counted(depth_, "edge") +
                                " of vertex " + std::to_string(vertex_) +
                                " have the same position, a move cannot fade out over them");
     }
 }
 
 void MoveCommand::check(const kit::Verdict& verdict) const {
-    const std::string move = input_ + ": --by " + by_;
+    const std::string move =
+        shown(input_) + (by_.empty() ? ": --by-view " + by_view_ : ": --by " + by_);
     if (verdict.kind == kit::Verdict::Kind::out_of_range) {
         throw kit::input_error(move + " takes vertex " + std::to_string(verdict.vertex) + " to " +
                                number_text(verdict.coordinate) +
@@ -136,11 +144,14 @@ void MoveCommand::check(const kit::Verdict& verdict) const {
 
 void MoveCommand::report(kit::SolidsEditor& editor) const {
     const kit::Solids& solids = editor.solids();
-    std::printf("%s: %s moved\n", input_.c_str(),
-                counted(static_cast<int>(editor.vertices().size()), "vertex", "vertices").c_str());
-    std::printf("%s, %s\n", counted(solids.size(), "body", "bodies").c_str(),
-                model_figures(solids).c_str());
-    std::printf("bounds %s\n", bounds_text(solids).c_str());
+    print("%s: %s moved", shown(input_).c_str(),
+          counted(static_cast<int>(editor.vertices().size()), "vertex", "vertices").c_str());
+    print("%s, %s", counted(solids.size(), "body", "bodies").c_str(),
+          model_figures(solids).c_str());
+    print("bounds %s", bounds_text(solids).c_str());
+    facts()
+        .set("vertices_moved", static_cast<int>(editor.vertices().size()))
+        .set("model", model_record(solids));
     warn_of_rounding(solids);
 }
 

@@ -6,7 +6,9 @@
 #include <cctype>
 #include <cstddef>
 #include <ostream>
+#include <utility>
 
+#include "apps/command/closest_word.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -14,6 +16,9 @@ namespace korvel::command {
 namespace {
 
 void check_argument(std::string& word, std::size_t number);
+std::string suggestion(const std::string& word, const std::vector<std::string>& words);
+bool has_option(const CLI::App& app, const std::string& name);
+std::string uncapitalized(std::string text);
 void describe(const CLI::App& app, CommandDescription& command);
 Description described(const CLI::Option& option);
 
@@ -57,17 +62,69 @@ bool Program::parse(std::vector<std::string> arguments, std::ostream& output, st
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         check_argument(arguments[i], i + 1);
     }
-    std::reverse(arguments.begin(), arguments.end()); // the parser takes them from the end
-    try {
-        app_->parse(arguments);
-        if (app_->get_subcommands().empty()) {
-            throw CLI::RequiredError("A command");
-        }
-    } catch (const CLI::ParseError& error) {
-        // Asking for help or for the version ends the parsing too.
-        return app_->exit(error, output, errors) == 0;
+    if (!arguments.empty() && arguments[0] == "help") {
+        std::rotate(arguments.begin(), arguments.begin() + 1, arguments.end());
+        arguments.back() = "--help";
     }
-    return true;
+    const std::string command = arguments.empty() || arguments[0][0] == '-' ? "" : arguments[0];
+    std::string problem = command.empty() ? "" : unknown_command(command);
+    if (problem.empty()) {
+        try {
+            std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+            app_->parse(std::move(reversed)); // which takes them from the end
+            if (!app_->get_subcommands().empty()) {
+                return true;
+            }
+            problem = "a command is required";
+        } catch (const CLI::Success& request) { // for help or for the version
+            return app_->exit(request, output, errors) == 0;
+        } catch (const CLI::ExtrasError& error) {
+            problem = unknown_option(arguments);
+            problem = problem.empty() ? uncapitalized(error.what()) : problem;
+        } catch (const CLI::ParseError& error) {
+            problem = uncapitalized(error.what());
+        }
+    }
+    const std::string name = app_->get_name();
+    errors << name << ": " << problem << '\n';
+    const bool is_known = !command.empty() && unknown_command(command).empty();
+    errors << name << ": '" << name << (is_known ? " " + command : "")
+           << (is_known ? " --help' lists the options\n" : " --help' lists the commands\n");
+    return false;
+}
+
+std::string Program::unknown_command(const std::string& word) const {
+    std::vector<std::string> names;
+    for (const CommandDescription& command : commands()) {
+        if (command.name == word) {
+            return {};
+        }
+        names.push_back(command.name);
+    }
+    return kit::quoted(word) + " is not a command" + suggestion(word, names);
+}
+
+// The first one, if there is one.
+std::string Program::unknown_option(const std::vector<std::string>& arguments) const {
+    const auto all = commands();
+    const auto command = std::find_if(all.begin(), all.end(), [&](const CommandDescription& one) {
+        return one.name == arguments[0];
+    });
+    const bool has_command = command != all.end();
+    const CLI::App* const app = has_command ? app_->get_subcommand(arguments[0]) : app_.get();
+    std::vector<std::string> names;
+    for (const Description& option : (has_command ? *command : all[0]).options) {
+        names.insert(names.end(), option.names.begin(), option.names.end());
+    }
+    for (const std::string& argument : arguments) {
+        const std::string word = argument.substr(0, argument.find('='));
+        const bool is_option = word.size() > 1 && word[0] == '-' &&
+                               std::isdigit(static_cast<unsigned char>(word[1])) == 0;
+        if (is_option && !has_option(*app, word)) {
+            return kit::quoted(word) + " is not an option" + suggestion(word, names);
+        }
+    }
+    return {};
 }
 
 std::vector<CommandDescription> Program::commands() const {
@@ -88,7 +145,7 @@ namespace {
 void check_argument(std::string& word, std::size_t number) {
     // An empty word would name the parser's groups of options, in which it loses its way.
     if (word.empty()) {
-        throw kit::input_error("korvel: argument " + std::to_string(number) + " is empty");
+        throw kit::input_error("argument " + std::to_string(number) + " is empty");
     }
     // The parser takes -1,2 as a value, but -.5,2 as an option.
     const bool lacks_zero = word.size() > 2 && word[0] == '-' && word[1] == '.' &&
@@ -96,6 +153,30 @@ void check_argument(std::string& word, std::size_t number) {
     if (lacks_zero) {
         word.insert(1, "0");
     }
+}
+
+std::string suggestion(const std::string& word, const std::vector<std::string>& words) {
+    const std::string meant = closest_word(word, words);
+    return meant.empty() ? "" : "; did you mean '" + meant + "'?";
+}
+
+// Also a hidden one, or one of a group.
+bool has_option(const CLI::App& app, const std::string& name) {
+    if (app.get_option_no_throw(name) != nullptr) {
+        return true;
+    }
+    const auto groups =
+        app.get_subcommands([](const CLI::App* group) { return group->get_name().empty(); });
+    return std::any_of(groups.begin(), groups.end(),
+                       [&](const CLI::App* group) { return has_option(*group, name); });
+}
+
+std::string uncapitalized(std::string text) {
+    const auto is_upper = [](char c) { return std::isupper(static_cast<unsigned char>(c)) != 0; };
+    if (text.size() > 1 && is_upper(text[0]) && !is_upper(text[1])) {
+        text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
+    }
+    return text;
 }
 
 void describe(const CLI::App& app, CommandDescription& command) {
@@ -191,6 +272,10 @@ Option Option::with_default() const {
     return Option(option_->capture_default_str());
 }
 
+Option Option::hidden() const {
+    return Option(option_->group(""));
+}
+
 Option Option::from_to(int least, int most, const std::string& note) const {
     return Option(option_->check(CLI::Range(least, most).description(note)));
 }
@@ -212,7 +297,7 @@ Option Option::needs(Option other) const {
 }
 
 bool Option::is_given() const {
-    return option_->count() > 0;
+    return option_ != nullptr && option_->count() > 0;
 }
 
 } // namespace korvel::command

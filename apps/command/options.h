@@ -27,6 +27,9 @@ public:
     /// The help shows the value that it has when it is not given.
     Option with_default() const;
 
+    /// The help and the completions leave it out.
+    Option hidden() const;
+
     /// Other numbers are refused. `note` follows the form of the value in the help.
     Option from_to(int least, int most, const std::string& note = "") const;
 
@@ -39,6 +42,7 @@ public:
     Option excludes(Option other) const;
     Option needs(Option other) const;
 
+    /// False for an option that no command has.
     bool is_given() const;
 
 private:
@@ -125,13 +129,17 @@ public:
     /// The program itself, then its commands.
     std::vector<CommandDescription> commands() const;
 
-    /// Runs what the arguments, without the program's name, request. When they do not fit, prints
-    /// what is wrong to `errors` and returns false; throws an input error when one is empty.
-    /// Without `run` no command is run.
+    /// Runs what the arguments, without the program's name, request; `help COMMAND` requests the
+    /// help of a command. When they do not fit, prints what is wrong to `errors`, and what may have
+    /// been meant, and returns false; throws an input error when one is empty. Without `run` no
+    /// command is run.
     bool parse(std::vector<std::string> arguments, std::ostream& output, std::ostream& errors,
                bool run = true);
 
 private:
+    std::string unknown_command(const std::string& word) const;
+    std::string unknown_option(const std::vector<std::string>& arguments) const;
+
     std::unique_ptr<CLI::App> app_;
 };
 

@@ -1,4 +1,5 @@
 #include "apps/command/outputs.h"
+#include "apps/command/report.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -8,10 +9,18 @@
 #include <vector>
 
 #include "apps/command/arguments.h"
-#include "apps/command/progress_line.h"
+#include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
+namespace {
+
+kit::PictureFormat format_of(const std::string& picture);
+std::string name_of(const std::string& file);
+std::string place_of(const std::string& file);
+
+} // namespace
 
 Option Outputs::add_file(Options options, const std::string& contents) {
     return options.add("-o,--output", file_, "FILE", contents);
@@ -19,10 +28,10 @@ Option Outputs::add_file(Options options, const std::string& contents) {
 
 void Outputs::add_picture(Options options) {
     options.add("--picture", picture_, "FILE", "Paint a picture: .png, .svg or .pdf");
-    options
-        .add("--size", size_, "WxH",
-             "Size of the picture in pixels (.pdf: points), 16 to 20000 each")
-        .with_default();
+    size_option_ = options
+                       .add("--size", size_, "WxH",
+                            "Size of the picture in pixels (.pdf: points), 16 to 20000 each")
+                       .with_default();
 }
 
 void Outputs::add_leftover(Options options) {
@@ -32,34 +41,48 @@ void Outputs::add_leftover(Options options) {
 
 void Outputs::check() const {
     parse_picture_size("--size", size_);
+    if (picture_.empty() && size_option_.is_given()) {
+        throw kit::input_error("--size is of no use without --picture");
+    }
     if (!picture_.empty()) {
-        kit::picture_format(picture_);
+        format_of(picture_);
     }
-    const auto place = [](const std::string& file) {
-        std::error_code error;
-        return std::filesystem::weakly_canonical(std::filesystem::absolute(file), error);
-    };
-    const std::vector<std::pair<std::string, std::string>> named = {
-        {file_, "by --output"}, {leftover_, "by --leftover"}, {picture_, "for the picture"}};
-    for (auto one = named.begin(); one != named.end(); ++one) {
-        for (auto other = named.begin(); other != one; ++other) {
-            if (!one->first.empty() && !other->first.empty() &&
-                place(one->first) == place(other->first)) {
-                throw kit::input_error("korvel: " + other->first + ": named both " + one->second +
-                                       " and " + other->second);
-            }
-        }
-    }
-    for (const auto& [file, purpose] : named) {
-        if (!file.empty()) {
+    check_names();
+    for (const auto& [file, purpose] : named()) {
+        if (file == "-") {
+            report_to_standard_error();
+        } else {
             kit::OutputFile::check(file);
         }
     }
 }
 
+void Outputs::check_names() const {
+    const auto place = [](const std::string& file) {
+        std::error_code error;
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(file), error);
+    };
+    const auto files = named();
+    for (auto one = files.begin(); one != files.end(); ++one) {
+        for (auto other = files.begin(); other != one; ++other) {
+            if (place(one->first) == place(other->first)) {
+                throw kit::input_error(other->first + ": named both " + one->second + " and " +
+                                       other->second);
+            }
+        }
+    }
+}
+
+// The requested files, and by what.
+std::vector<std::pair<std::string, std::string>> Outputs::named() const {
+    std::vector<std::pair<std::string, std::string>> files = {
+        {file_, "by --output"}, {leftover_, "by --leftover"}, {picture_, "for the picture"}};
+    std::erase_if(files, [](const auto& file) { return file.first.empty(); });
+    return files;
+}
+
 void Outputs::write(const WriteFile& write_file, const Paint& paint,
                     const WriteFile& write_leftover) const {
-    const Stopwatch time;
     const std::vector<std::pair<std::string, WriteFile>> jobs = {
         {file_, write_file}, {leftover_, write_leftover}, {picture_, [&](kit::OutputFile& out) {
                                                                paint_into(out, picture_, paint);
@@ -68,16 +91,18 @@ void Outputs::write(const WriteFile& write_file, const Paint& paint,
     std::string names;
     for (const auto& [file, write_it] : jobs) {
         if (!file.empty()) {
-            names.append(names.empty() ? "" : ", ").append(file);
-            write_it(written.emplace_back(file));
+            const Task task("writing " + file);
+            names.append(names.empty() ? "" : ", ").append(name_of(file));
+            write_it(written.emplace_back(place_of(file)));
             written.back().close();
+            note_output(name_of(file));
         }
     }
     for (kit::OutputFile& file : written) {
         file.replace();
     }
     if (!written.empty()) {
-        std::printf("wrote %s in %.1f ms\n", names.c_str(), time.milliseconds());
+        print("wrote %s", names.c_str());
     }
 }
 
@@ -89,12 +114,25 @@ void Outputs::write_picture(const std::string& file, const Paint& paint) const {
 }
 
 void Outputs::paint_into(kit::OutputFile& out, const std::string& file, const Paint& paint) const {
-    const ProgressLine progress("painting");
     const kit::PictureSize size = parse_picture_size("--size", size_);
-    kit::PictureCanvas canvas(out, kit::picture_format(file), size,
-                              kit::PictureFit::units_per_pixel);
+    kit::PictureCanvas canvas(out, format_of(file), size, kit::PictureFit::units_per_pixel);
     paint(canvas);
     canvas.finish();
 }
 
+namespace {
+
+kit::PictureFormat format_of(const std::string& picture) {
+    return picture == "-" ? kit::PictureFormat::png : kit::picture_format(picture);
+}
+
+std::string name_of(const std::string& file) {
+    return file == "-" ? "standard output" : file;
+}
+
+std::string place_of(const std::string& file) {
+    return file == "-" ? "/dev/stdout" : file;
+}
+
+} // namespace
 } // namespace korvel::command

@@ -3,14 +3,18 @@
 #include <cstdio>
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "apps/command/arguments.h"
 #include "apps/command/options.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
 
 /// The files that a command writes besides its report: `-o FILE`, `--leftover FILE`, and
-/// `--picture FILE` with `--size WxH`.
+/// `--picture FILE` with `--size WxH`. For the name `-` it is standard output, and the report goes
+/// to standard error; a picture there is a PNG.
 class Outputs {
 public:
     /// Adds `-o` to a command; `contents` describes it in the help.
@@ -36,16 +40,19 @@ public:
     void write(const WriteFile& write_file, const Paint& paint = {},
                const WriteFile& write_leftover = {}) const;
 
-    /// Writes a picture of the size that was asked for into a file of another name.
+    /// Writes a picture of the requested size into a file of another name.
     void write_picture(const std::string& file, const Paint& paint) const;
 
 private:
+    std::vector<std::pair<std::string, std::string>> named() const;
+    void check_names() const;
     void paint_into(kit::OutputFile& out, const std::string& file, const Paint& paint) const;
 
     std::string file_;
     std::string leftover_;
     std::string picture_;
-    std::string size_ = "1600x1000";
+    std::string size_ = default_picture_size;
+    Option size_option_;
 };
 
 } // namespace korvel::command

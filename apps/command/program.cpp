@@ -14,14 +14,16 @@ std::unique_ptr<Program> korvel_program() {
         "Closed regions from networks of curves, their triangles, solids raised from them, and "
         "sections of solids.");
     program->footer(
-        "'korvel COMMAND --help' lists the options of a command.\n"
+        "'korvel help COMMAND' lists the options of a command. The file name - is standard input\n"
+        "or standard output; the report goes to standard error then.\n"
+        "\n"
         "Exit status: 0 done, 1 an output cannot be written, 2 wrong arguments or input,\n"
         "3 done, but --strict was given and something is left out.\n"
         "\n"
         "Examples:\n"
         "  korvel regions data/us-states.curves -o states.regions --picture states.png\n"
         "  korvel solid data/us-states.curves --levels 0,3000 -o states.model\n"
-        "  korvel section states.model --x -60000 --picture section.png");
+        "  korvel section states.model --plane y=60000 --picture section.png");
     add_regions_command(*program);
     add_triangles_command(*program);
     add_locate_command(*program);

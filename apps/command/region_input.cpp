@@ -1,8 +1,7 @@
 #include "apps/command/region_input.h"
+#include "apps/command/report.h"
 
-#include <cstdio>
-
-#include "apps/command/arguments.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 
 namespace korvel::command {
@@ -13,40 +12,22 @@ void RegionInput::add_options(Options options) {
 }
 
 kit::Map RegionInput::load() {
-    const kit::TextFile file(file_);
+    const kit::TextFile file = read_input(file_);
     return kit::holds_regions(file) ? load_region_set(file) : load_curves(file);
 }
 
 kit::Map RegionInput::load_curves(const kit::TextFile& file) {
     curve_input_.load(file);
-    if (curve_input_.has_selection()) {
-        return curve_input_.found().map().kept(curve_input_.select());
-    }
-    return curve_input_.found().take_map();
+    return has_selection() ? curve_input_.found().map().kept(curve_input_.select())
+                           : curve_input_.found().take_map();
 }
 
 kit::Map RegionInput::load_region_set(const kit::TextFile& file) {
-    for (const std::string& text : curve_input_.selection()) {
-        parse_real_point("--select", text);
-    }
-    kit::Map map = kit::Map::read(file, {.on_warning = warn});
-    std::printf("%s: %s, %s\n", file.name.c_str(), counted(map.size(), "region").c_str(),
-                counted(map.point_count(), "point").c_str());
-    return curve_input_.has_selection() ? map.kept(select(map)) : map;
-}
-
-std::vector<int> RegionInput::select(const kit::Map& map) const {
-    std::vector<int> regions;
-    for (const std::string& text : curve_input_.selection()) {
-        const RealPoint point = parse_real_point("--select", text);
-        if (const std::optional<int> region = map.region_at({point.x, point.y})) {
-            std::printf("%s: region %d\n", text.c_str(), *region);
-            regions.push_back(*region);
-        } else {
-            warn(text + ": no region contains this point");
-        }
-    }
-    return regions;
+    const kit::Map map = load_regions(file);
+    print("%s: %s, %s", file.name.c_str(), counted(map.size(), "region").c_str(),
+          counted(map.point_count(), "point").c_str());
+    facts().set("regions", map.size()).set("points", map.point_count());
+    return has_selection() ? map.kept(curve_input_.selection().regions(map, file.name)) : map;
 }
 
 std::string RegionInput::name(const kit::Region& region) {

@@ -16,7 +16,7 @@ public:
     void add_options(Options options);
 
     /// Throws an input error when an option does not fit.
-    void check() const { curve_input_.check(); }
+    void check() { curve_input_.check(); }
 
     /// Reads the file, prints what it contains and returns its regions or the selected ones.
     kit::Map load();
@@ -25,12 +25,11 @@ public:
     static std::string name(const kit::Region& region);
 
     const std::string& file() const { return file_; }
-    bool has_selection() const { return curve_input_.has_selection(); }
+    bool has_selection() const { return !curve_input_.selection().empty(); }
 
 private:
     kit::Map load_curves(const kit::TextFile& file);
     kit::Map load_region_set(const kit::TextFile& file);
-    std::vector<int> select(const kit::Map& map) const;
 
     std::string file_;
     CurveInput curve_input_;

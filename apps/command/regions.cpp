@@ -1,14 +1,15 @@
 #include <algorithm>
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
 #include "apps/command/curve_input.h"
+#include "apps/command/input.h"
 #include "apps/command/map_view.h"
 #include "apps/command/messages.h"
 #include "apps/command/outputs.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -40,10 +41,10 @@ void RegionsCommand::run() {
     if (!seed_.empty()) {
         parse_lattice_point("--seed", seed_);
     }
-    curve_input_.load(kit::TextFile(input_));
+    curve_input_.load(read_input(input_));
     if (!seed_.empty()) {
         take_region_around_seed();
-    } else if (curve_input_.has_selection()) {
+    } else if (!curve_input_.selection().empty()) {
         take_selected_regions();
     } else {
         map_ = curve_input_.found().take_map();
@@ -84,28 +85,38 @@ RegionsCommand::RegionsCommand(Options options) {
 
 void RegionsCommand::take_selected_regions() {
     map_ = curve_input_.found().map().kept(curve_input_.select());
+    std::vector<Record> records;
     for (const kit::Region region : map_) {
-        std::printf("region %d: %s, %s, area %s\n", region.number(),
-                    counted(region.point_count(), "point").c_str(),
-                    counted(region.hole_count(), "hole").c_str(),
-                    number_text(region.area()).c_str());
+        print("region %d: %s, %s, area %s", region.number(),
+              counted(region.point_count(), "point").c_str(),
+              counted(region.hole_count(), "hole").c_str(), number_text(region.area()).c_str());
+        records.push_back(Record()
+                              .set("region", region.number())
+                              .set("points", region.point_count())
+                              .set("holes", region.hole_count())
+                              .set("area", region.area()));
     }
+    facts().set("kept", records);
 }
 
 void RegionsCommand::take_region_around_seed() {
     map_ = curve_input_.found().around(parse_lattice_point("--seed", seed_));
     if (map_.empty()) {
-        warn(seed_ + ": no ring surrounds this point");
-        return;
+        throw kit::input_error(shown(input_) + ": no ring surrounds the seed " + seed_);
     }
     const kit::Region region = map_[0];
+    std::vector<Record> rings;
     for (int i = 0; i < region.ring_count(); ++i) {
-        std::printf("%s: %s, area %s\n", i == 0 ? "ring around the seed" : "ring inside it",
-                    counted(region.ring(i).size(), "point").c_str(),
-                    number_text(region.ring_area(i)).c_str());
+        print("%s: %s, area %s", i == 0 ? "ring around the seed" : "ring inside it",
+              counted(region.ring(i).size(), "point").c_str(),
+              number_text(region.ring_area(i)).c_str());
+        rings.push_back(Record()
+                            .set("points", static_cast<int>(region.ring(i).size()))
+                            .set("area", region.ring_area(i)));
     }
-    std::printf("%s, area between them %s\n", counted(region.ring_count(), "ring").c_str(),
-                number_text(region.area()).c_str());
+    facts().set("rings", rings).set("area", region.area());
+    print("%s, area between them %s", counted(region.ring_count(), "ring").c_str(),
+          number_text(region.area()).c_str());
 }
 
 void RegionsCommand::print_areas() const {
@@ -117,10 +128,17 @@ void RegionsCommand::print_areas() const {
         return;
     }
     const auto [smallest, largest] = std::minmax_element(areas.begin(), areas.end());
-    std::printf("area %s in all, smallest region %d with %s, largest region %d with %s\n",
-                number_text(map_.area()).c_str(), static_cast<int>(smallest - areas.begin()),
-                number_text(*smallest).c_str(), static_cast<int>(largest - areas.begin()),
-                number_text(*largest).c_str());
+    print("area %s in all, smallest region %d with %s, largest region %d with %s",
+          number_text(map_.area()).c_str(), static_cast<int>(smallest - areas.begin()),
+          number_text(*smallest).c_str(), static_cast<int>(largest - areas.begin()),
+          number_text(*largest).c_str());
+    const auto record = [&](auto area) {
+        return Record().set("region", static_cast<int>(area - areas.begin())).set("area", *area);
+    };
+    facts()
+        .set("area", map_.area())
+        .set("smallest", record(smallest))
+        .set("largest", record(largest));
 }
 
 void RegionsCommand::write() {

@@ -8,10 +8,12 @@
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
-#include "apps/command/progress_line.h"
+#include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -47,8 +49,8 @@ void SectionCommand::run() {
     plane();
     outputs_.check();
     solids_ = load_solids(input_);
-    std::printf("%s: %s, bounds %s\n", input_.c_str(),
-                counted(solids_.size(), "body", "bodies").c_str(), bounds_text(solids_).c_str());
+    print("%s: %s, bounds %s", shown(input_).c_str(),
+          counted(solids_.size(), "body", "bodies").c_str(), bounds_text(solids_).c_str());
     if (sweep_ > 0) {
         sweep();
     } else {
@@ -123,16 +125,17 @@ std::string SectionCommand::text(const kit::Plane& plane) const {
 }
 
 void SectionCommand::cut_once() {
-    const Stopwatch time;
-    const kit::Section cut = solids_.cut(plane());
-    const double milliseconds = time.milliseconds();
-    std::printf("%s", text(plane()).c_str());
-    if (cut.plane() != plane()) {
-        std::printf(", cut beside the corners that lie there: %s", text(cut.plane()).c_str());
-    }
-    std::printf("\n%d of %s cut in %.1f ms, %s, area %s\n", static_cast<int>(cut.bodies().size()),
-                counted(solids_.size(), "body", "bodies").c_str(), milliseconds,
-                counted(cut.size(), "polygon").c_str(), number_text(cut.area()).c_str());
+    const kit::Section cut = [&] {
+        const Task task("cutting");
+        return solids_.cut(plane());
+    }();
+    print("%s%s", text(plane()).c_str(),
+          cut.plane() == plane()
+              ? ""
+              : (", cut beside the corners that lie there: " + text(cut.plane())).c_str());
+    print("%d of %s cut, %s, area %s", static_cast<int>(cut.bodies().size()),
+          counted(solids_.size(), "body", "bodies").c_str(), counted(cut.size(), "polygon").c_str(),
+          number_text(cut.area()).c_str());
     report(cut);
     const kit::Rectangle box = cut.empty() ? model_box(cut.axes()) : cut.bounds();
     outputs_.write([&](kit::OutputFile& out) { cut.write(out); },
@@ -141,12 +144,12 @@ void SectionCommand::cut_once() {
 
 void SectionCommand::report(const kit::Section& cut) const {
     if (!cut.empty()) {
-        std::printf("  body  polygons                area  colour\n");
+        print("  body  polygons                area  colour");
     }
     for (const kit::SectionBody& body : cut.bodies()) {
         const kit::Colour colour = cut[body.polygons[0]].colour();
-        std::printf("%6d  %8zu  %18s  #%02x%02x%02x\n", body.body, body.polygons.size(),
-                    number_text(body.area).c_str(), colour.red, colour.green, colour.blue);
+        print("%6d  %8zu  %18s  #%02x%02x%02x", body.body, body.polygons.size(),
+              number_text(body.area).c_str(), colour.red, colour.green, colour.blue);
     }
     if (!cut.loose_points().empty()) {
         warn(counted(static_cast<int>(cut.loose_points().size()), "crossed edge") +
@@ -162,9 +165,9 @@ void SectionCommand::sweep() {
     for (int i = 0; i < sweep_; ++i) {
         const kit::Section cut = solids_.cut(plane().moved(least + (i + 0.5) * spacing));
         area += cut.area();
-        std::printf("%*d  %s: %s, %s, area %s\n", 5, i + 1, text(cut.plane()).c_str(),
-                    counted(static_cast<int>(cut.bodies().size()), "body", "bodies").c_str(),
-                    counted(cut.size(), "polygon").c_str(), number_text(cut.area()).c_str());
+        print("%*d  %s: %s, %s, area %s", 5, i + 1, text(cut.plane()).c_str(),
+              counted(static_cast<int>(cut.bodies().size()), "body", "bodies").c_str(),
+              counted(cut.size(), "polygon").c_str(), number_text(cut.area()).c_str());
         if (!outputs_.picture().empty()) {
             outputs_.write_picture(picture_of(i + 1), [&](kit::PictureCanvas& canvas) {
                 const kit::Rectangle box = model_box(cut.axes());
@@ -172,11 +175,11 @@ void SectionCommand::sweep() {
             });
         }
     }
-    std::printf("areas times their spacing of %s: %s, volume of the bodies: %s\n",
-                number_text(spacing).c_str(), number_text(area * spacing).c_str(),
-                number_text(solids_.volume()).c_str());
+    print("areas times their spacing of %s: %s, volume of the bodies: %s",
+          number_text(spacing).c_str(), number_text(area * spacing).c_str(),
+          number_text(solids_.volume()).c_str());
     if (!outputs_.picture().empty()) {
-        std::printf("wrote %s to %s\n", picture_of(1).c_str(), picture_of(sweep_).c_str());
+        print("wrote %s to %s", picture_of(1).c_str(), picture_of(sweep_).c_str());
     }
 }
 

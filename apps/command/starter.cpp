@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -6,6 +5,7 @@
 #include "apps/command/command.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -35,10 +35,10 @@ void StarterCommand::run() {
     const kit::Solids solids = kind_ == "cube"
                                    ? kit::make_cuboid(center, {size[0], size[1], size[2]}, rounds_)
                                    : kit::make_ball(center, size[0], rounds_);
-    refuse_collapse(solids, "korvel: --size",
+    refuse_collapse(solids, "--size",
                     "a larger size or a --center nearer to 0,0,0 keeps them apart");
-    std::printf("%s, %s\n", model_figures(solids).c_str(),
-                kit::state_text(solids[0].surface()).c_str());
+    print("%s, %s", model_figures(solids).c_str(), kit::state_text(solids[0].surface()).c_str());
+    facts().set("model", model_record(solids));
     outputs_.write([&](kit::OutputFile& out) { solids.write(out); });
 }
 

@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "apps/command/progress_line.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -62,7 +62,7 @@ TraceFiles::TraceFiles(const std::string& directory)
 }
 
 void TraceFiles::write(PLYDT& set) {
-    const ProgressLine progress("triangulating with traces");
+    const Task task("triangulating with traces");
     const TracingIn here(scratch_);
     set.region_tranglate();
     if (PLYDT::has_lost_trace()) {

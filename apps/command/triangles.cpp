@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -8,8 +7,9 @@
 #include "apps/command/map_view.h"
 #include "apps/command/messages.h"
 #include "apps/command/outputs.h"
-#include "apps/command/progress_line.h"
 #include "apps/command/region_input.h"
+#include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "apps/command/trace_files.h"
 #include "kit/kit.h"
 
@@ -83,7 +83,7 @@ TrianglesCommand::TrianglesCommand(Options options) {
     options.footer(
         "--fill front takes the library's own triangles, which do not cover every region; auto\n"
         "takes constrained Delaunay triangles for those. Regions that are not covered are\n"
-        "named in warnings, the first ten of them, and marked in the picture.\n"
+        "named in warnings and marked in the picture.\n"
         "--tolerance applies to curve files only. The trace of a region grows with the "
         "cube of its\n"
         "points: --select a small one.\n"
@@ -102,16 +102,12 @@ void TrianglesCommand::write_traces() {
 
 void TrianglesCommand::triangulate() {
     options_.fill = fill_.fill();
-    const Stopwatch time;
-    {
-        ProgressLine progress("triangulating regions");
-        triangulation_ = kit::triangulate(map_, options_, progress.context());
-    }
-    std::printf("%s in %.1f ms\n", counted(triangulation_.triangle_count(), "triangle").c_str(),
-                time.milliseconds());
+    Task task("triangulating regions");
+    triangulation_ = kit::triangulate(map_, options_, task.context());
 }
 
 void TrianglesCommand::report() const {
+    print("%s", counted(triangulation_.triangle_count(), "triangle").c_str());
     double region_area = 0;
     double triangle_area = 0;
     for (const kit::Region region : map_) {
@@ -121,25 +117,29 @@ void TrianglesCommand::report() const {
     }
     const int by_front = triangulation_.count(kit::Filled::by_front);
     const int by_delaunay = triangulation_.count(kit::Filled::by_delaunay);
-    std::printf("filled: %d by the front, %d by Delaunay triangles\n", by_front, by_delaunay);
-    std::printf("%d of %s covered, area of triangles %s, of regions %s\n", by_front + by_delaunay,
-                counted(map_.size(), "region").c_str(), number_text(triangle_area).c_str(),
-                number_text(region_area).c_str());
+    print("filled: %d by the front, %d by Delaunay triangles", by_front, by_delaunay);
+    print("%d of %s covered, area of triangles %s, of regions %s", by_front + by_delaunay,
+          counted(map_.size(), "region").c_str(), number_text(triangle_area).c_str(),
+          number_text(region_area).c_str());
+    facts()
+        .set("regions", map_.size())
+        .set("triangles", triangulation_.triangle_count())
+        .set("by_front", by_front)
+        .set("by_delaunay", by_delaunay)
+        .set("triangle_area", triangle_area)
+        .set("region_area", region_area);
 }
 
 void TrianglesCommand::name_uncovered() const {
-    constexpr int most_named = 10;
-    int uncovered = 0;
+    std::vector<int> uncovered;
     for (const kit::Region region : map_) {
-        if (!is_covered(region.index()) && ++uncovered <= most_named) {
+        if (!is_covered(region.index())) {
             warn(RegionInput::name(region) + ": " + reason(region.index()));
+            uncovered.push_back(region.number());
         }
     }
-    if (uncovered > most_named) {
-        warn(counted(uncovered - most_named, "more region is", "more regions are") +
-             " not covered");
-    }
-    if (is_strict_ && uncovered > 0) {
+    facts().set("uncovered", uncovered);
+    if (is_strict_ && !uncovered.empty()) {
         note_incomplete();
     }
 }

@@ -5,9 +5,11 @@
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
-#include "apps/command/progress_line.h"
+#include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -32,13 +34,12 @@ private:
     static constexpr int most_frames = 1000;
 
     std::string input_;
-    std::string angles_ = "30,-60";
+    std::string angles_ = default_angles;
     bool with_edges_ = false;
     bool with_box_ = false;
-    bool is_verbose_ = false;
     std::string part_;
     std::string picture_;
-    std::string size_ = "1600x1000";
+    std::string size_ = default_picture_size;
     int turntable_ = 0;
     std::string pick_;
     std::string click_;
@@ -46,7 +47,7 @@ private:
 };
 
 void print_bounds(const kit::Solids& solids, const kit::ViewFrame& frame);
-void print_pick(const kit::Solids& solids, const kit::Pick& pick);
+void print_pick(const std::string& place, const kit::Solids& solids, const kit::Pick& pick);
 std::string point_text(const kit::Point3& point);
 
 void ViewCommand::run() {
@@ -98,7 +99,6 @@ ViewCommand::ViewCommand(Options options) {
     options.add("--click", click_, "X,Y", "The same for a pixel of the picture")
         .excludes(turntable)
         .excludes(pick);
-    options.add_flag("--verbose", is_verbose_, "Report the bounds of the model and of the picture");
     options.footer(
         "U and V are positions in the view, in units of the model: after turning, U runs to the\n"
         "right and V upward from the middle of the model's extent in the view. X and Y count\n"
@@ -134,7 +134,7 @@ void ViewCommand::check() const {
     size();
     if (picture_.empty()) {
         if (!is_picking()) {
-            throw kit::input_error("korvel: nothing to do without --picture, --pick or --click");
+            throw kit::input_error("--picture, --pick or --click is required");
         }
         return;
     }
@@ -147,14 +147,13 @@ void ViewCommand::check() const {
 
 void ViewCommand::load() {
     solids_ = load_solids(input_);
-    std::printf("%s: %s, bounds %s\n", input_.c_str(),
-                counted(solids_.size(), "body", "bodies").c_str(), bounds_text(solids_).c_str());
+    print("%s: %s, bounds %s", shown(input_).c_str(),
+          counted(solids_.size(), "body", "bodies").c_str(), bounds_text(solids_).c_str());
     const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
     solids_.set_view({.turn = angles[0], .tilt = angles[1]});
 }
 
 void ViewCommand::look(kit::ViewOptions options) {
-    const Stopwatch time;
     const kit::ViewFrame frame = kit::view_frame(solids_, options);
     check_frame(frame);
     options.marked = pick_requested_point(frame);
@@ -162,22 +161,24 @@ void ViewCommand::look(kit::ViewOptions options) {
         return;
     }
     {
-        const ProgressLine progress("painting");
+        const Task task("painting");
         kit::write_picture(solids_, picture_, options);
     }
-    std::printf("wrote %s in %.1f ms\n", picture_.c_str(), time.milliseconds());
+    note_output(picture_);
+    print("wrote %s", picture_.c_str());
 }
 
 void ViewCommand::turn_round(const kit::ViewOptions& options) {
-    const Stopwatch time;
     check_frame(kit::turntable_frame(solids_, options));
     {
-        ProgressLine progress("painting");
-        kit::write_turntable(solids_, picture_, turntable_, options, progress.context());
+        Task task("painting");
+        kit::write_turntable(solids_, picture_, turntable_, options, task.context());
     }
     const auto files = kit::turntable_files(picture_, turntable_);
-    std::printf("wrote %s to %s in %.1f ms\n", files.front().c_str(), files.back().c_str(),
-                time.milliseconds());
+    for (const auto& file : files) {
+        note_output(file.string());
+    }
+    print("wrote %s to %s", files.front().c_str(), files.back().c_str());
 }
 
 kit::ViewOptions ViewCommand::view_options(kit::OffscreenRenderer* screen) const {
@@ -194,10 +195,10 @@ kit::ViewOptions ViewCommand::view_options(kit::OffscreenRenderer* screen) const
 
 void ViewCommand::check_frame(const kit::ViewFrame& frame) const {
     if (!frame.is_drawable()) {
-        throw kit::input_error(input_ + ": a picture " + number_text(frame.right() - frame.left) +
-                               " wide cannot be drawn");
+        throw kit::input_error(shown(input_) + ": a picture " +
+                               number_text(frame.right() - frame.left) + " wide cannot be drawn");
     }
-    if (is_verbose_) {
+    if (is_verbose()) {
         print_bounds(solids_, frame);
     }
 }
@@ -219,37 +220,35 @@ std::optional<kit::Pick> ViewCommand::pick_requested_point(const kit::ViewFrame&
     }
     const std::optional<kit::Pick> found = solids_.pick(at.x, at.y);
     if (found) {
-        std::printf("%s: ", place.c_str());
-        print_pick(solids_, *found);
+        print_pick(place, solids_, *found);
     } else {
-        std::printf("%s: none\n", place.c_str());
+        print("%s: none", place.c_str());
     }
     return found;
 }
 
 void print_bounds(const kit::Solids& solids, const kit::ViewFrame& frame) {
     const double shown[] = {frame.left, frame.right(), frame.bottom, frame.top()};
-    const auto print = [](const char* what, const double* pairs, int axes) {
-        std::printf("%s", what);
+    const auto print_pairs = [](const char* what, const double* pairs, int axes) {
+        std::string text;
         for (int axis = 0; axis < axes; ++axis) {
-            std::printf("%s %c %s to %s", axis == 0 ? "" : ",", "uvw"[axis],
-                        number_text(pairs[2 * axis]).c_str(),
-                        number_text(pairs[2 * axis + 1]).c_str());
+            text.append(axis == 0 ? " " : ", ").append(1, "uvw"[axis]).append(" ");
+            text.append(number_text(pairs[2 * axis])).append(" to ");
+            text.append(number_text(pairs[2 * axis + 1]));
         }
-        std::printf("\n");
+        print("%s%s", what, text.c_str());
     };
-    print("view: model", solids.model().view_bounds, 3);
-    print("view: picture", shown, 2);
+    print_pairs("view: model", solids.model().view_bounds, 3);
+    print_pairs("view: picture", shown, 2);
 }
 
-void print_pick(const kit::Solids& solids, const kit::Pick& pick) {
+void print_pick(const std::string& place, const kit::Solids& solids, const kit::Pick& pick) {
     const auto [start, end] = solids.edge(pick.edge);
-    std::printf("face %d of body %d, point %s, depth %s\n", pick.face, pick.body,
-                point_text(pick.point).c_str(), number_text(pick.depth).c_str());
-    std::printf("nearest vertex %d at %s\n", pick.vertex,
-                point_text(solids.vertex(pick.vertex)).c_str());
-    std::printf("nearest edge %d between vertices %d and %d, point on it %s\n", pick.edge, start,
-                end, point_text(pick.on_edge).c_str());
+    print("%s: face %d of body %d, point %s, depth %s", place.c_str(), pick.face, pick.body,
+          point_text(pick.point).c_str(), number_text(pick.depth).c_str());
+    print("nearest vertex %d at %s", pick.vertex, point_text(solids.vertex(pick.vertex)).c_str());
+    print("nearest edge %d between vertices %d and %d, point on it %s", pick.edge, start, end,
+          point_text(pick.on_edge).c_str());
 }
 
 std::string point_text(const kit::Point3& point) {

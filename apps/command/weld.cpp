@@ -1,11 +1,12 @@
-#include <cstdio>
 #include <string>
 
 #include "apps/command/arguments.h"
 #include "apps/command/command.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
+#include "apps/command/report.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -28,11 +29,13 @@ void WeldCommand::run() const {
     check_tolerance(options_.tolerance);
     outputs_.check();
     kit::Solids solids = load_solids(input_);
-    std::printf("%s: %s, %s\n", input_.c_str(), counted(solids.size(), "body", "bodies").c_str(),
-                model_figures(solids).c_str());
+    print("%s: %s, %s", shown(input_).c_str(), counted(solids.size(), "body", "bodies").c_str(),
+          model_figures(solids).c_str());
+    facts().set("former", model_record(solids));
     const kit::WeldReport report = weld(solids);
-    std::printf("%s\n", weld_text(report).c_str());
-    std::printf("now: %s\n", model_figures(solids).c_str());
+    facts().set("model", model_record(solids)).set("welded", weld_record(report));
+    print("%s", weld_text(report).c_str());
+    print("now: %s", model_figures(solids).c_str());
     outputs_.write([&](kit::OutputFile& out) { solids.write(out); });
 }
 
@@ -67,7 +70,7 @@ kit::WeldReport WeldCommand::weld(kit::Solids& solids) const {
     try {
         return kit::weld(solids, options_);
     } catch (const kit::Error& error) {
-        throw kit::input_error(input_ + ": " + error.what());
+        throw kit::input_error(shown(input_) + ": " + error.what());
     }
 }
 

@@ -42,7 +42,7 @@ void begin_view(const ViewFrame& frame) {
     if (!frame.is_drawable()) {
         char width[32];
         std::snprintf(width, sizeof width, "%.15g", frame.right() - frame.left);
-        throw input_error(std::string("korvel: a picture ") + width + " wide cannot be drawn",
+        throw input_error(std::string("a picture ") + width + " wide cannot be drawn",
                           {.value = width});
     }
     constexpr GLclampf grey = 140 / 255.0F; // white edges and black ones both contrast with it

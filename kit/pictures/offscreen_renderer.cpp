@@ -23,7 +23,7 @@ void check_size(PictureSize size);
 void forget_errors();
 
 [[noreturn]] void fail(const std::string& reason) {
-    throw output_error("korvel: there is no OpenGL to draw with: " + reason);
+    throw output_error("there is no OpenGL to draw with: " + reason);
 }
 
 } // namespace
@@ -77,7 +77,7 @@ OffscreenRenderer::OffscreenRenderer(PictureSize size)
         samples = 0;
     }
     if (!page_->make(size, samples) && !page_->make(size, 0)) {
-        throw output_error("korvel: OpenGL has no memory for a picture of this size");
+        throw output_error("OpenGL has no memory for a picture of this size");
     }
 }
 
@@ -251,7 +251,7 @@ void check_size(PictureSize size) {
     const int width = std::min(largest[0], buffer);
     const int height = std::min(largest[1], buffer);
     if (size.width > width || size.height > height) {
-        throw input_error("korvel: a picture of " + std::to_string(size.width) + "x" +
+        throw input_error("a picture of " + std::to_string(size.width) + "x" +
                           std::to_string(size.height) + " is larger than the " +
                           std::to_string(width) + "x" + std::to_string(height) +
                           " that OpenGL draws here");

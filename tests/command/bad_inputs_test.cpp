@@ -49,7 +49,7 @@ TEST_F(RefusedInputs, AreNamedAndChangeNothing) {
         ASSERT_FALSE(bad.message.empty()) << bad.arguments;
         const Result result = run(bad.arguments);
         EXPECT_EQ(result.status, bad.status) << bad.arguments;
-        EXPECT_THAT(result.err, testing::StartsWith(bad.message)) << bad.arguments;
+        EXPECT_THAT(result.err, testing::StartsWith("korvel: " + bad.message)) << bad.arguments;
         EXPECT_EQ(result.out, "") << bad.arguments;
         EXPECT_EQ(read("out"), "former") << bad.arguments;
         EXPECT_EQ(files(), files_before) << bad.arguments;

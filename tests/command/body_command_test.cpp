@@ -26,7 +26,7 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
     const Result solid = run("solid r --levels 0,5 -o m");
     EXPECT_EQ(solid.status, 0);
     EXPECT_EQ(solid.err, "");
-    EXPECT_THAT(solid.out, HasSubstr("2 bodies in "));
+    EXPECT_THAT(solid.out, HasSubstr("\n2 bodies: "));
     EXPECT_THAT(solid.out, HasSubstr("24 vertices, 80 edges, 56 faces, volume 360\n"));
     EXPECT_THAT(solid.out, HasSubstr("bounds x 0 to 10, y 0 to 8, z 0 to 5\n"));
     const std::string info = run("info m").out;
@@ -74,9 +74,10 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
 }
 
 TEST_F(BodyCommand, RaisesAsTheLibraryDoes) {
-    const Result result = run(
-        "solid " KORVEL_DATA_DIR "/us-states.curves --select 20000,-60000 --levels -1,2 --axis 2"
-        " --unit 10,-10 --origin 20000,-60000 --fill front --separate --verbose --as-traced -o m");
+    const Result result = run("solid " KORVEL_DATA_DIR
+                              "/us-states.curves --select 20000,-60000 --levels -1,2 --axis 2"
+                              " --unit 10,-10 --level-unit 1 --origin 20000,-60000 --fill front "
+                              "--separate --verbose --as-traced -o m");
     EXPECT_EQ(result.status, 0);
 
     kit::CurveNetwork curves = kit::read_curves(kit::TextFile(KORVEL_DATA_DIR "/us-states.curves"));
@@ -156,18 +157,21 @@ TEST_F(BodyCommand, FillsByTheChosenMethod) {
     EXPECT_THAT(run("solid r --levels 0,1 -o m --fill delaunay").out, HasSubstr(" 0 by the front"));
     const Result front = run("solid r --levels 0,1 -o m --fill front");
     EXPECT_EQ(front.status, 0);
-    EXPECT_EQ(front.err, "warning: r: 1 region left out: 1 that the front's triangles do not fit "
-                         "(--verbose names it)\n");
+    EXPECT_EQ(front.err,
+              "korvel: warning: r: 1 region left out: 1 that the front's triangles do not fit "
+              "(--verbose names it)\n");
     const Result strict = run("solid r --levels 0,1 -o m --fill front --strict --verbose");
     EXPECT_EQ(strict.status, 3);
-    EXPECT_THAT(strict.err, HasSubstr("warning: region 0 (0,0 to 10,8): left out, the front's "
-                                      "triangles do not fit its outline\n"));
-    EXPECT_THAT(front.out, HasSubstr("1 body in "));
+    EXPECT_THAT(strict.err,
+                HasSubstr("korvel: warning: region 0 (0,0 to 10,8): left out, the front's "
+                          "triangles do not fit its outline\n"));
+    EXPECT_THAT(front.out, HasSubstr("\n1 body: "));
     // So far from 0,0 the file cannot hold a plate of this size, nor such levels anywhere.
-    EXPECT_THAT(run("solid r --levels 0,1 -o m --origin -3000000,0 --unit 3,3").err,
-                StartsWith("warning: the file holds six decimals and is read in single precision"));
-    for (const char* const options :
-         {"--levels 0,1 --origin -2000000000,0", "--levels 0,1e-7", "--levels 0,1 --unit 1e9,1"}) {
+    EXPECT_THAT(
+        run("solid r --levels 0,1 -o m --origin -3000000,0 --unit 3 --level-unit 1").err,
+        StartsWith("korvel: warning: the file holds six decimals and is read in single precision"));
+    for (const char* const options : {"--levels 0,1 --origin -2000000000,0", "--levels 0,1e-7",
+                                      "--levels 0,1 --unit 1e9,1 --level-unit 1"}) {
         const Result collapsed = run(std::string("solid r -o m ") + options);
         EXPECT_EQ(collapsed.status, 2) << options;
         EXPECT_THAT(collapsed.err, HasSubstr("would lose its area")) << options;
@@ -187,7 +191,7 @@ TEST_F(BodyCommand, RaisesEachRegionToItsOwnHeight) {
     const Result one = run("solid r --heights h -o m --strict");
     EXPECT_EQ(one.status, 3);
     EXPECT_THAT(one.err, HasSubstr("r: 1 region left out: 1 without levels"));
-    EXPECT_THAT(one.out, HasSubstr("1 body in "));
+    EXPECT_THAT(one.out, HasSubstr("\n1 body: "));
     const std::vector<std::pair<std::string, std::string>> refused = {
         {"\n0 1 high", "h:2: 'high' is not a level"},
         {"0 1", "h:1: '0': a line needs a region, a lower and an upper level"},
@@ -198,7 +202,7 @@ TEST_F(BodyCommand, RaisesEachRegionToItsOwnHeight) {
     };
     for (const auto& [text, message] : refused) {
         write("h", text);
-        EXPECT_THAT(run("solid r --heights h -o m").err, StartsWith(message));
+        EXPECT_THAT(run("solid r --heights h -o m").err, StartsWith("korvel: " + message));
     }
 }
 
@@ -214,7 +218,7 @@ TEST_F(BodyCommand, WeldsWhatWasRaisedSeparately) {
     EXPECT_THAT(run("check w").out, HasSubstr("nothing wrong"));
     const Result thick = run("weld s -o w --tolerance 3");
     EXPECT_EQ(thick.status, 2);
-    EXPECT_THAT(thick.err, StartsWith("s: body 0: two corners of its face "));
+    EXPECT_THAT(thick.err, StartsWith("korvel: s: body 0: two corners of its face "));
 }
 
 TEST_F(BodyCommand, StartsShapes) {
@@ -263,9 +267,10 @@ TEST_F(BodyCommand, DetectsTheKindOfAFile) {
         EXPECT_THAT(run(std::string("info ") + file).out, StartsWith(report));
         EXPECT_THAT(run(std::string("check ") + file).out, HasSubstr(", nothing wrong\n"));
     }
-    EXPECT_THAT(run("check damaged").err, StartsWith("damaged: body model file with 2 problems"));
+    EXPECT_THAT(run("check damaged").err,
+                StartsWith("korvel: damaged: body model file with 2 problems"));
     EXPECT_THAT(run("check damaged --kind regions").err,
-                StartsWith("damaged: polygon-region file"));
+                StartsWith("korvel: damaged: polygon-region file"));
 }
 
 TEST_F(BodyCommand, ChecksReportEveryProblem) {
@@ -319,7 +324,7 @@ TEST_F(BodyCommand, BadInputLeavesWhatThereWas) {
     for (const auto& [arguments, message] : table) {
         const Result result = run(arguments);
         EXPECT_EQ(result.status, 2) << arguments;
-        EXPECT_THAT(result.err, StartsWith(message)) << arguments;
+        EXPECT_THAT(result.err, StartsWith("korvel: " + message)) << arguments;
         EXPECT_EQ(read("out"), "former") << arguments;
         EXPECT_EQ(files(), 4) << arguments;
     }

@@ -37,7 +37,7 @@ TEST_F(Command, FindsRegionsAndWritesThem) {
 
     const Result one = run("regions c --select -5,-5 --select 50,50 -o r");
     EXPECT_EQ(one.status, 0);
-    EXPECT_EQ(one.err, "warning: -5,-5: no region contains this point\n");
+    EXPECT_EQ(one.err, "korvel: warning: -5,-5: no region contains this point\n");
     EXPECT_THAT(one.out, HasSubstr("50,50: region 0\nregion 0: 4 points, 0 holes, area 400\n"));
     EXPECT_THAT(read("r"), testing::AllOf(testing::StartsWith("4\n40.000000 40.000000\n"),
                                           testing::EndsWith("\n1\n1\n0 \n")));
@@ -58,7 +58,7 @@ TEST_F(Command, ReportsWhatIsOnNoBorder) {
     EXPECT_THAT(all.out, HasSubstr("0 crossings split, 1 overlap resolved, 0 ends joined\n"
                                    "3 regions with 1 hole, "));
     EXPECT_THAT(all.out, HasSubstr("15 segments: 10 borders, 3 dangling, 1 bridge, 1 duplicate\n"));
-    EXPECT_EQ(all.err, "warning: 1 sliver: region 2; --min-area merges small regions\n");
+    EXPECT_EQ(all.err, "korvel: warning: 1 sliver: region 2; --min-area merges small regions\n");
     EXPECT_EQ(read("l"),
               "4\n2\n10 -5\n10 0\n2\n10 20\n10 0\n2\n4 4\n0 0\n3\n30 30\n31 31\n32 31\n");
     EXPECT_THAT(run("regions c --min-area 5").out, HasSubstr("1 region merged into neighbours\n"));
@@ -99,7 +99,7 @@ TEST_F(Command, ClicksAndLookupsAgreeOnAMap) {
         points.append(" ").append(point);
     }
     std::istringstream answers(run("locate r" + points).out);
-    const Result clicked = run("regions " + data + "world-110m.curves" + clicks);
+    const Result clicked = run("regions -v " + data + "world-110m.curves" + clicks);
     int found = 0;
     std::string point;
     std::string region;
@@ -134,8 +134,9 @@ TEST_F(Command, TrianglesTellWhatTheyCover) {
     const Result bow_tie = run("triangles bow_tie --select 29,1 --select 1,4");
     EXPECT_EQ(bow_tie.status, 0);
     EXPECT_THAT(bow_tie.out, HasSubstr("1 of 2 regions covered"));
-    EXPECT_THAT(bow_tie.err, HasSubstr("warning: region 1 (0,0 to 9,9): not covered, the outer "
-                                       "ring crosses itself at 4.5,4.5\n"));
+    EXPECT_THAT(bow_tie.err,
+                HasSubstr("korvel: warning: region 1 (0,0 to 9,9): not covered, the outer "
+                          "ring crosses itself at 4.5,4.5\n"));
     const Result strict = run("triangles bow_tie --strict -o u --picture u.png --size 400x200");
     EXPECT_EQ(strict.status, 3);
     EXPECT_EQ(read("u"), (run("triangles bow_tie -o v --threads 3"), read("v")));
@@ -173,7 +174,7 @@ TEST_F(Command, WholeMapsGoThrough) {
 TEST_F(Command, OutputsThatCannotBeWrittenEndWithOne) {
     write("c", square_in_square);
     EXPECT_THAT(run("regions c -o no/where").err,
-                testing::StartsWith("no/where: cannot be written: No such file"));
+                testing::StartsWith("korvel: no/where: cannot be written: No such file"));
     std::filesystem::create_symlink("/dev/full", path("full.png"));
     for (const char* arguments : {"regions c -o no/where", "regions c -o .",
                                   "regions c -o /dev/full", "regions c -o r --picture full.png"}) {
@@ -207,8 +208,9 @@ TEST_F(Command, TooManyCrossingsAreAnError) {
     write("out", "former");
     const Result result = run("regions grid -o out", {}, "ulimit -v 600000; ");
     EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.err, testing::ContainsRegex("^grid: the curves have more than [0-9]+ "
-                                                   "crossings, for which there is not enough"));
+    EXPECT_THAT(result.err,
+                testing::ContainsRegex("^korvel: grid: the curves have more than [0-9]+ "
+                                       "crossings, for which there is not enough"));
     EXPECT_EQ(read("out"), "former");
     EXPECT_EQ(files(), 2);
 }

@@ -40,7 +40,8 @@ TEST_F(Completion, OfBashRepliesWithCommandsOptionsWordsAndFiles) {
         complete_words korvel regions --select st
         complete_words korvel regions states.curves -o sta
         complete_words korvel regions --output = sta
-        complete_words korvel move --ver
+        complete_words korvel move --vert
+        complete_words korvel help se
         complete_words korvel starter ''
         complete_words korvel solid --fill d
         complete -p korvel
@@ -53,6 +54,7 @@ TEST_F(Completion, OfBashRepliesWithCommandsOptionsWordsAndFiles) {
               "states.curves\n"
               "states.curves\n"
               "--vertex\n"
+              "section\n"
               "cube ball\n"
               "delaunay\n"
               "complete -o filenames -F _korvel korvel\n");
@@ -67,7 +69,7 @@ TEST_F(Completion, OfFishRepliesWithCommandsOptionsAndWords) {
         source ./completion
         complete -C 'korvel se' | string replace -r '\t.*' ''
         complete -C 'korvel starter c' | string replace -r '\t.*' ''
-        complete -C 'korvel move --ver' | string replace -r '\t.*' ''
+        complete -C 'korvel move --vert' | string replace -r '\t.*' ''
         complete -C 'korvel solid --fill d' | string replace -r '\t.*' ''
     )"),
               "section\ncube\n--vertex\ndelaunay\n");

@@ -148,8 +148,9 @@ TEST_F(EditCommand, InsideAgreesWithThePlan) {
     EXPECT_EQ(asked.err, "");
     EXPECT_EQ(asked.out, "-1,1,1 none\n1,1,1 0\n3,3,3 1\n7,3,3 none\n.5,.5,.5 0\n");
     write("open", "4\n0 0 0\n6 0 0\n0 6 0\n0 0 6\n3\n0 1 2\n0 1 3\n0 2 3\n1\n3\n0 0 0\n0 1 2\n");
-    EXPECT_EQ(run("inside open 9,9,9").err,
-              "warning: open: body 0 is open at 3 edges, the answers for it are uncertain\n");
+    EXPECT_EQ(
+        run("inside open 9,9,9").err,
+        "korvel: warning: open: body 0 is open at 3 edges, the answers for it are uncertain\n");
 }
 
 TEST_F(EditCommand, InsideAgreesWithSignedVolumes) {
@@ -189,10 +190,11 @@ TEST_F(EditCommand, MovesABodyAlongTheAxesOfTheView) {
     const std::vector<std::pair<const char*, Point>> table = {
         {"--by -1.5,2,.25", {-1.5, 2, 0.25}},
         {"--by 3,0", {3, 0, 0}},
-        {"--by 8,0,0 --angles 30,60", {8 * h, 4, 0}},
-        {"--by 0,8 --angles 30,60", {-2, 4 * h, -8 * h}},
-        {"--by 0,0,8 --angles 30,60", {-4 * h, 6, 4}},
-        {"--by 0,-5 --angles 0,90", {0, 0, 5}},
+        {"--by-view 8,0,0 --angles 30,60", {8 * h, 4, 0}},
+        {"--by-view 0,8 --angles 30,60", {-2, 4 * h, -8 * h}},
+        {"--by-view 0,0,8 --angles 30,60", {-4 * h, 6, 4}},
+        {"--by-view 0,-5 --angles 0,90", {0, 0, 5}},
+        {"--by-view 8,0", {8 * h, 4, 0}}, // in the view of 30,-60
     };
     for (const auto& [arguments, shift] : table) {
         const Result move = run(std::string("move m --body 1 -o o ") + arguments);
@@ -255,20 +257,19 @@ TEST_F(EditCommand, BadInputLeavesWhatThereWas) {
         {"merge -o out", "MODELS is required"},
         {"merge t r -o out", "r: is a polygon-region file, not a body model file"},
         {"merge t nowhere -o out", "nowhere: cannot be read: "},
-        {"clean t --delete 1 -o out",
-         "korvel: --delete: '1' is not a body of t, they go from 0 to 0"},
-        {"clean t --delete -1 -o out", "korvel: --delete: '-1' is not a body of t"},
+        {"clean t --delete 1 -o out", "--delete: '1' is not a body of t, they go from 0 to 0"},
+        {"clean t --delete -1 -o out", "--delete: '-1' is not a body of t"},
         {"clean n --delete 0 --delete 1 -o out", "n: nothing would be left"},
-        {"inside t 1,2", "korvel: POINTS: '1,2' is not X,Y,Z in finite numbers"},
+        {"inside t 1,2", "POINTS: '1,2' is not X,Y,Z in finite numbers"},
         {"inside r 1,2,3", "r: is a polygon-region file, not a body model file"},
-        {"move t --by 1,1 -o out", "Exactly 1 option from [--body,--vertex] is"},
-        {"move t --body 0 --vertex 0 --by 1,1 -o out", "Exactly 1 option from"},
+        {"move t --by 1,1 -o out", "exactly 1 option from [--body,--vertex] is"},
+        {"move t --body 0 --vertex 0 --by 1,1 -o out", "exactly 1 option from"},
         {"move t --body 0 --depth 1 --by 1,1 -o out", "--depth excludes --body"},
-        {"move t --body 1 --by 1,1 -o out", "korvel: --body: '1' is not a body of t"},
-        {"move t --vertex 4 --by 1,1 -o out", "korvel: --vertex: '4' is not a vertex of t"},
-        {"move t --body 0 --by 1 -o out", "korvel: --by: '1' is not DX,DY[,DZ] in finite numbers"},
-        {"move t --body 0 --by 1,2,3,4 -o out", "korvel: --by: '1,2,3,4' is not DX,DY[,DZ]"},
-        {"move t --body 0 --by 1,2 --angles 1e999,0 -o out", "korvel: --angles: '1e999,0' is not"},
+        {"move t --body 1 --by 1,1 -o out", "--body: '1' is not a body of t"},
+        {"move t --vertex 4 --by 1,1 -o out", "--vertex: '4' is not a vertex of t"},
+        {"move t --body 0 --by 1 -o out", "--by: '1' is not DX,DY[,DZ] in finite numbers"},
+        {"move t --body 0 --by 1,2,3,4 -o out", "--by: '1,2,3,4' is not DX,DY[,DZ]"},
+        {"move t --body 0 --by-view 1,2 --angles 1e999,0 -o out", "--angles: '1e999,0' is not"},
         {"move t --vertex 1 --by 1e39,0 -o out",
          "t: --by 1e39,0 takes vertex 1 to 1e+39, which does not fit single precision"},
         {"move one --body 1 --by 1,2 -o out", "one: body 1 has no face, there is nothing to move"},
@@ -285,7 +286,7 @@ TEST_F(EditCommand, BadInputLeavesWhatThereWas) {
     for (const auto& [arguments, message] : table) {
         const Result result = run(arguments);
         EXPECT_EQ(result.status, 2) << arguments;
-        EXPECT_THAT(result.err, StartsWith(message)) << arguments;
+        EXPECT_THAT(result.err, StartsWith("korvel: " + message)) << arguments;
         EXPECT_EQ(read("out"), "former") << arguments;
         EXPECT_EQ(files(), files_before) << arguments;
     }

@@ -107,14 +107,14 @@ TEST_F(Faults, AFileLimitIsAnErrorLikeAnyOther) {
 TEST_F(Faults, ATraceFileIsWrittenWholeOrNotAtAll) {
     const Result result = run("triangles coin --trace t -o out", {}, "ulimit -f 8; ");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, "t: cannot be written: the traces are not complete\n");
+    EXPECT_EQ(result.err, "korvel: t: cannot be written: the traces are not complete\n");
     expect_untouched("a trace that was cut off");
 
     EXPECT_EQ(run("triangles coin --trace t -o /dev/full").status, 1);
     expect_untouched("another output that cannot be written");
 
     EXPECT_EQ(run("triangles coin --trace disc -o out").err,
-              "disc: cannot be written: Not a directory\n");
+              "korvel: disc: cannot be written: Not a directory\n");
     expect_untouched("a file where the directory should be");
 
     ASSERT_EQ(run("triangles coin --trace t").status, 0);
@@ -139,11 +139,12 @@ TEST_F(Faults, AFullDeviceIsAnError) {
     for (const char* command : {"info disc", "locate disc 1,1", "check ball", "--version"}) {
         const Result result = run(command, "/dev/full");
         EXPECT_EQ(result.status, 1) << command;
-        EXPECT_EQ(result.err, "standard output: cannot be written: No space left on device\n");
+        EXPECT_EQ(result.err,
+                  "korvel: standard output: cannot be written: No space left on device\n");
     }
 }
 
-TEST_F(Faults, AClosedPipeIsAnError) {
+TEST_F(Faults, AClosedPipeEndsQuietly) {
     constexpr int closed_pipe = 9; // the shell takes one digit
     int ends[2] = {};
     ASSERT_EQ(pipe(ends), 0);
@@ -169,7 +170,7 @@ TEST_F(Faults, AClosedPipeIsAnError) {
     for (const std::string& command : {std::string("info disc"), "locate disc" + points}) {
         const Result result = run(command, "&9");
         EXPECT_EQ(result.status, 1) << command;
-        EXPECT_EQ(result.err, "standard output: cannot be written: Broken pipe\n") << command;
+        EXPECT_EQ(result.err, "") << command;
     }
     close(closed_pipe);
 }

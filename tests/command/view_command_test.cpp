@@ -52,7 +52,7 @@ TEST_F(ViewCommand, TurnsRoundOnce) {
     const Result result =
         run("view m --angles 0,0 --turntable 4 --size 100x100 --picture turned.png");
     ASSERT_EQ(result.status, 0) << result.err;
-    EXPECT_THAT(result.out, HasSubstr("wrote turned-00.png to turned-03.png in "));
+    EXPECT_THAT(result.out, HasSubstr("wrote turned-00.png to turned-03.png\n"));
     EXPECT_EQ(files(), 5);
     for (int i = 0; i < 4; ++i) {
         const Pixels frame(path("turned-0" + std::to_string(i) + ".png"));
@@ -111,7 +111,7 @@ TEST_F(ViewCommand, PicksTheFacesOfABall) {
 
     const Result beside = run("view m --pick 100,3.5 --picture p.png");
     EXPECT_EQ(beside.status, 0);
-    EXPECT_THAT(beside.out, HasSubstr("\n100,3.5: none\nwrote p.png in"));
+    EXPECT_THAT(beside.out, HasSubstr("\n100,3.5: none\nwrote p.png\n"));
 }
 
 TEST_F(ViewCommand, MarksWhatAPixelShows) {
@@ -209,7 +209,7 @@ TEST_F(ViewCommand, BadInputLeavesWhatThereWas) {
         const char* message;
     };
     for (const Row& row : std::vector<Row>{
-             {"m", 2, "korvel: nothing to do without --picture, --pick or --click"},
+             {"m", 2, "korvel: --picture, --pick or --click is required"},
              {"m --turntable 3", 2, "--turntable requires --picture"},
              {"m --picture p.png --turntable 0", 2, "--turntable: Value 0 not in range"},
              {"m --picture p.png --turntable 2 --pick 0,0", 2, "--turntable excludes --pick"},
