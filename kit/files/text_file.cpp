@@ -234,6 +234,10 @@ void WordReader::fail(const std::string& message) const {
                       {.file = file_.name, .line = line_, .value = std::string(word_)});
 }
 
+bool parse_finite(std::string_view word, double& value) {
+    return parse(word, value) == std::errc() && std::isfinite(value);
+}
+
 std::string quoted(std::string_view word) {
     constexpr std::size_t longest = 40;
     std::string text = "'";

@@ -128,6 +128,9 @@ private:
     int next_line_ = 1;
 };
 
+/// Whether a word is a finite number as fscanf takes it, which may have a leading plus.
+bool parse_finite(std::string_view word, double& value);
+
 /// A word as messages show it: quoted, shortened, control characters masked.
 std::string quoted(std::string_view word);
 

@@ -118,7 +118,8 @@ public:
     int point_count() const { return regions_->pt_list.GetSize(); }
 
     /// The first region that contains a point; its holes do not belong to it. Exact; of two regions
-    /// beside a border one contains the points on it. Linear in the map.
+    /// beside a border one contains the points on it. Linear in the map; for many points see
+    /// `RegionLocator`.
     std::optional<int> region_at(const Point2& point) const;
 
     /// The first region whose outer ring contains a point, be it in one of its holes or not.

@@ -1,36 +1,17 @@
 #include "kit/solids/inside.h"
 
-#include <algorithm>
 #include <cmath>
-#include <map>
 
 #include "kit/solids/exact.h"
 
 namespace korvel::kit {
-namespace {
-
-Point3 direction_of_ray(int ray);
-
-} // namespace
-
 int body_at(const TMOD3D& model, const Point3& point) {
-    constexpr int enough = 3;
-    constexpr int most_rays = 15;
-    std::map<int, int> votes;
-    for (int ray = 0; ray < most_rays; ++ray) {
+    return vote_of_rays([&](int ray) {
         Point3 place = point;
         Point3 direction = direction_of_ray(ray);
-        const int answer = operand(model).detect_a_point_in_body(place.data(), direction.data());
-        if (++votes[answer] == enough) {
-            return answer;
-        }
-    }
-    return std::max_element(votes.begin(), votes.end(),
-                            [](const auto& a, const auto& b) { return a.second < b.second; })
-        ->first;
+        return operand(model).detect_a_point_in_body(place.data(), direction.data());
+    });
 }
-
-namespace {
 
 // Spread over the sphere by multiples of two irrational numbers, so that no two components of a
 // direction are in a ratio that a model has by design.
@@ -44,5 +25,4 @@ Point3 direction_of_ray(int ray) {
     return {level * std::cos(around), level * std::sin(around), up};
 }
 
-} // namespace
 } // namespace korvel::kit

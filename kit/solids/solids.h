@@ -101,7 +101,8 @@ public:
 
     /// The first body that contains a point, by a vote of rays in directions along which no usual
     /// model has anything. A point on a surface belongs to either side; near an open body the
-    /// answer is uncertain. Takes three rays against every face, as a rule.
+    /// answer is uncertain. Takes three rays against every face, as a rule; for many points see
+    /// `BodyLocator`.
     std::optional<int> body_at(const Point3& point) const;
 
     /// How the faces of each body are connected: closed or open, how many pieces. Near-linear.

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -13,6 +14,7 @@
 #include "kit/files/curve_file.h"
 #include "kit/files/file_kind.h"
 #include "kit/files/output_file.h"
+#include "kit/files/point_file.h"
 #include "kit/maps/map.h"
 #include "kit/maps/network.h"
 #include "kit/solids/solids.h"
@@ -43,6 +45,33 @@ TEST(CurveFile, MayContainComments) {
               "c:6: 'x' is not an integer: expected the y of a point");
     EXPECT_EQ(message_of([] { kit::Map::read(TextFile("r", "1\n0.5 # 2\n1.5\n0\n0\n")); }),
               "r:2: '#' is not a number: expected the y of a point");
+}
+
+TEST(PointFile, HasAPointInEachLine) {
+    const TextFile file("p", "# places\n1 2\n\n -1.50,+2e1 # a\r\n\t3 , 4\n\n#\n5\t6");
+    const kit::PointList points = kit::read_points(file, 2);
+    ASSERT_EQ(points.size(), 4U);
+    EXPECT_EQ(points.at(1, 0), -1.5);
+    EXPECT_EQ(points.at(1, 1), 20);
+    EXPECT_EQ(points.text(1), "-1.50,+2e1");
+    EXPECT_EQ(points.text(2), "3,4");
+    EXPECT_EQ(points.text(3), "5,6");
+    EXPECT_EQ(kit::read_points(TextFile("p", "1,2,3"), 3).at(0, 2), 3);
+    EXPECT_EQ(kit::read_points(TextFile("p", "#\n\n"), 3).size(), 0U);
+    const std::vector<std::pair<const char*, const char*>> refused = {
+        {"1 2\n3\n4", "p:2: 1 of 2 coordinates of a point"},
+        {"1 2 3", "p:1: '3' follows the 2 coordinates of a point"},
+        {"1,2,", "p:1: ',' follows the 2 coordinates of a point"},
+        {"1,,2", "p:1: '' is not a finite number: expected the y of a point"},
+        {"1,", "p:1: 1 of 2 coordinates of a point"},
+        {"\nx 2", "p:2: 'x' is not a finite number: expected the x of a point"},
+        {"1 nan", "p:1: 'nan' is not a finite number: expected the y of a point"},
+        {"1 1e999", "p:1: '1e999' is not a finite number: expected the y of a point"},
+        {"+-1 0", "p:1: '+-1' is not a finite number: expected the x of a point"},
+    };
+    for (const auto& [text, message] : refused) {
+        EXPECT_EQ(message_of([&] { kit::read_points(TextFile("p", text), 2); }), message) << text;
+    }
 }
 
 TEST(FileKinds, AreDistinguishedAsFarAsTheFileAllows) {
