@@ -18,9 +18,7 @@ kit::TextFile read_input(const std::string& name) {
         throw kit::input_error("standard input can be read once only");
     }
     is_taken = true;
-    kit::TextFile file("/dev/stdin");
-    file.name = shown(name);
-    return file;
+    return kit::TextFile::standard_input();
 }
 
 kit::Map load_regions(const kit::TextFile& file) {

@@ -18,7 +18,6 @@ namespace {
 
 kit::PictureFormat format_of(const std::string& picture);
 std::string name_of(const std::string& file);
-std::string place_of(const std::string& file);
 
 } // namespace
 
@@ -93,7 +92,8 @@ void Outputs::write(const WriteFile& write_file, const Paint& paint,
         if (!file.empty()) {
             const Task task("writing " + file);
             names.append(names.empty() ? "" : ", ").append(name_of(file));
-            write_it(written.emplace_back(place_of(file)));
+            write_it(file == "-" ? written.emplace_back(kit::standard_output)
+                                 : written.emplace_back(file));
             written.back().close();
             note_output(name_of(file));
         }
@@ -128,10 +128,6 @@ kit::PictureFormat format_of(const std::string& picture) {
 
 std::string name_of(const std::string& file) {
     return file == "-" ? "standard output" : file;
-}
-
-std::string place_of(const std::string& file) {
-    return file == "-" ? "/dev/stdout" : file;
 }
 
 } // namespace

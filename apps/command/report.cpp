@@ -134,7 +134,9 @@ ExitStatus report_error(const kit::Error& error) {
         record.set("line", error.line()).set("value", error.value());
     }
     facts().set("error", record);
-    put_message(error.what());
+    if (!error.is_closed_pipe()) {
+        put_message(error.what());
+    }
     return error.kind() == kit::Error::Kind::input ? bad_input : output_failed;
 }
 
@@ -167,7 +169,9 @@ ExitStatus finish_report(ExitStatus status) {
         put_line(facts().text());
     }
     flush();
-    return state().failure == 0 ? status : failed_output(state().failure);
+    // A run that ended with a failed output has named it.
+    const bool is_news = state().failure != 0 && status != output_failed;
+    return is_news ? failed_output(state().failure) : status;
 }
 
 namespace {

@@ -42,6 +42,7 @@ private:
     std::string origin_ = "0,0";
     FillChoice fill_;
     bool y_down_ = false;
+    bool shows_notices_ = false;
     bool is_strict_ = false;
     Outputs outputs_;
 
@@ -103,13 +104,15 @@ SolidCommand::SolidCommand(Options options) {
                      "Give each body vertices and walls of its own");
     add_threads_option(options, options_.threads);
     options.add_flag("--strict", is_strict_, "Exit status 3 when a region is left out");
+    options.add_flag("--notices", shows_notices_,
+                     "Print the notices of the library's triangulation on standard error");
     outputs_.add_file(options, "Write the model").required();
     options.footer(
         "Each region becomes one closed body in a hue of its own. Bodies of neighbours share\n"
         "vertices, edges and walls. Regions that cannot be raised are left out and counted,\n"
         "with --fill front also those that the library's own triangles do not fit; auto uses\n"
         "constrained Delaunay triangles for these.\n"
-        "--verbose names each region left out and prints the library's notices.\n"
+        "--verbose names each region left out.\n"
         "\n"
         "Examples:\n"
         "  korvel solid states.curves --levels 0,3000 -o states.model\n"
@@ -136,7 +139,7 @@ void SolidCommand::read_arguments() {
                     : axis_ == 2 ? kit::LevelAxis::y
                                  : kit::LevelAxis::x;
     options_.fill = fill_.fill();
-    if (is_verbose()) {
+    if (shows_notices_) {
         options_.on_notice = [](const std::string& text) { std::fputs(text.c_str(), stderr); };
     }
 }

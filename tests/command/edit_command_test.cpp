@@ -255,13 +255,13 @@ TEST_F(EditCommand, BadInputLeavesWhatThereWas) {
     const int files_before = files();
     const std::vector<std::pair<std::string, std::string>> table = {
         {"merge -o out", "MODELS is required"},
-        {"merge t r -o out", "r: is a polygon-region file, not a body model file"},
+        {"merge t r -o out", "r: a polygon-region file, where a body model file is expected"},
         {"merge t nowhere -o out", "nowhere: cannot be read: "},
         {"clean t --delete 1 -o out", "--delete: '1' is not a body of t, they go from 0 to 0"},
         {"clean t --delete -1 -o out", "--delete: '-1' is not a body of t"},
         {"clean n --delete 0 --delete 1 -o out", "n: nothing would be left"},
         {"inside t 1,2", "POINTS: '1,2' is not X,Y,Z in finite numbers"},
-        {"inside r 1,2,3", "r: is a polygon-region file, not a body model file"},
+        {"inside r 1,2,3", "r: a polygon-region file, where a body model file is expected"},
         {"move t --by 1,1 -o out", "exactly 1 option from [--body,--vertex] is"},
         {"move t --body 0 --vertex 0 --by 1,1 -o out", "exactly 1 option from"},
         {"move t --body 0 --depth 1 --by 1,1 -o out", "--depth excludes --body"},

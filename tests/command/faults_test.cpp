@@ -158,7 +158,7 @@ TEST_F(Faults, AClosedPipeEndsQuietly) {
         if (command.ends_with("OUT")) {
             const Result result = run(with_target(command, "/dev/fd/9"));
             EXPECT_EQ(result.status, 1) << command;
-            EXPECT_THAT(result.err, HasSubstr("/dev/fd/9: cannot be written: Broken pipe"));
+            EXPECT_EQ(result.err, "") << command;
             expect_untouched(command);
         }
     }

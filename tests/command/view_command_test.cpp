@@ -227,7 +227,8 @@ TEST_F(ViewCommand, BadInputLeavesWhatThereWas) {
              {"m --picture full.png", 1, "full.png: cannot be written: No space left on device"},
              {"huge --picture p.png", 2, "huge: a picture "},
              {"torn --picture p.png", 2, "torn:7: the vertex of a face is 7, out of range"},
-             {"curves --picture p.png", 2, "curves: is a curve file, not a body model file"},
+             {"curves --picture p.png", 2,
+              "curves: a curve file, where a body model file is expected"},
              {"none --picture p.png", 2, "none: cannot be read"},
          }) {
         const Result result = run(std::string("view ") + row.arguments);

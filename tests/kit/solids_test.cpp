@@ -148,7 +148,7 @@ TEST_F(SolidsFile, KeepsCoordinatesAndColours) {
 
     write("c.curves", "1 3 0 0 5 5 9 0\n");
     EXPECT_THAT(input_error_of([&] { kit::Solids::read(path("c.curves")); }),
-                HasSubstr("is a curve file, not a body model file"));
+                HasSubstr("a curve file, where a body model file is expected"));
     EXPECT_THAT(input_error_of([&] { kit::Solids().write(path("m.model")); }), HasSubstr("faces"));
     EXPECT_EQ(kit::Solids::read(path("m.model")).size(), 2) << "the former file stays";
 }
