@@ -15,6 +15,12 @@ namespace korvel::command {
 
 namespace {
 
+/// Lists a group of options under its title, like the other options.
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_expanded(const CLI::App* group) const override;
+};
+
 void check_argument(std::string& word, std::size_t number);
 std::string suggestion(const std::string& word, const std::vector<std::string>& words);
 bool has_option(const CLI::App& app, const std::string& name);
@@ -28,6 +34,7 @@ Program::Program(const std::string& name, const std::string& version, const std:
     : app_(std::make_unique<CLI::App>(purpose, name)) {
     app_->set_version_flag("--version", name + " " + version);
     app_->require_subcommand(0, 1);
+    app_->formatter(std::make_shared<HelpFormatter>());
     app_->get_formatter()->label("SUBCOMMAND", "COMMAND");
 }
 
@@ -142,6 +149,11 @@ std::vector<CommandDescription> Program::commands() const {
 
 namespace {
 
+std::string HelpFormatter::make_expanded(const CLI::App* group) const {
+    const auto is_shown = [](const CLI::Option* option) { return !option->get_group().empty(); };
+    return make_group(group->get_description(), false, group->get_options(is_shown));
+}
+
 void check_argument(std::string& word, std::size_t number) {
     // An empty word would name the parser's groups of options, in which it loses its way.
     if (word.empty()) {
@@ -247,8 +259,9 @@ void Options::add_flag(const std::string& name, bool& value, const std::string& 
 }
 
 Options Options::one_of(const std::string& title) const {
-    CLI::Option_group* const group = app_->add_option_group(title, "One of:");
+    CLI::Option_group* const group = app_->add_option_group(title, title + " (one of)");
     group->require_option(1);
+    group->set_help_flag(); // that of the command is enough
     return Options(group);
 }
 
