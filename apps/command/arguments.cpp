@@ -107,13 +107,13 @@ void refuse(const std::string& option, const std::string& text, const std::strin
 
 void check_stretch(double factor) {
     if (!(factor >= 1e-6 && factor <= 1e6)) {
-        refuse("--stretch", kit::shortest_digits(factor), "a factor from 0.000001 to 1000000");
+        refuse("--stretch", kit::number_text(factor), "a factor from 0.000001 to 1000000");
     }
 }
 
 void check_tolerance(double tolerance) {
     if (!std::isfinite(tolerance) || tolerance < 0) {
-        refuse("--tolerance", kit::shortest_digits(tolerance), "a distance of 0 or more");
+        refuse("--tolerance", kit::number_text(tolerance), "a distance of 0 or more");
     }
 }
 

@@ -7,6 +7,7 @@
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
 #include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -18,6 +19,8 @@ public:
     void run() const;
 
 private:
+    void remove_from(kit::Solids& solids) const;
+
     std::string input_;
     std::vector<int> deleted_;
     Outputs outputs_;
@@ -41,11 +44,7 @@ void CleanCommand::run() const {
         check_number("--delete", body, solids.size(), "body", input_);
     }
     const Counts before(solids);
-    if (deleted_.empty()) {
-        solids.clean();
-    } else {
-        solids.remove(deleted_);
-    }
+    remove_from(solids);
     const Counts after(solids);
     if (after.faces == 0) {
         throw kit::input_error(shown(input_) +
@@ -86,6 +85,15 @@ CleanCommand::CleanCommand(Options options) {
         "\n"
         "Example:\n"
         "  korvel clean states.model --delete 3 --delete 17 -o fewer.model");
+}
+
+void CleanCommand::remove_from(kit::Solids& solids) const {
+    const Task task("cleaning");
+    if (deleted_.empty()) {
+        solids.clean();
+    } else {
+        solids.remove(deleted_);
+    }
 }
 
 std::string elements_text(int bodies, int faces, int vertices) {

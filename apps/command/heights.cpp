@@ -5,6 +5,8 @@
 #include <map>
 #include <string_view>
 
+#include "apps/command/input.h"
+
 namespace korvel::command {
 namespace {
 
@@ -37,7 +39,7 @@ std::optional<int> find_region(const HeightsLine& line, const kit::Map& map,
 
 std::vector<std::optional<kit::Levels>> read_heights(const std::string& file, const kit::Map& map,
                                                      bool is_selection) {
-    const kit::TextFile text(file);
+    const kit::TextFile text = read_input(file);
     std::map<int, int> index_of;
     for (const kit::Region region : map) {
         index_of[region.number()] = region.index();
@@ -73,7 +75,7 @@ std::optional<int> find_region(const HeightsLine& line, const kit::Map& map,
         const std::optional<int> region = map.region_at(point);
         if (!region && !is_selection) {
             line.fail("no region contains this point",
-                      kit::shortest_digits(point[0]) + "," + kit::shortest_digits(point[1]));
+                      kit::number_text(point[0]) + "," + kit::number_text(point[1]));
         }
         return region;
     }

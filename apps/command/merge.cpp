@@ -8,6 +8,7 @@
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
 #include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -34,7 +35,10 @@ void MergeCommand::run() const {
         print_figures(shown(input), parts.back());
         records.push_back(model_record(parts.back()));
     }
-    const kit::Solids whole = kit::merge(std::move(parts));
+    const kit::Solids whole = [&] {
+        Task task("merging");
+        return kit::merge(std::move(parts), task.context());
+    }();
     print_figures("together", whole);
     facts().set("inputs", inputs_).set("models", records).set("model", model_record(whole));
     outputs_.write([&](kit::OutputFile& out) { whole.write(out); });

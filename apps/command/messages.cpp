@@ -1,7 +1,6 @@
 #include "apps/command/messages.h"
 
 #include <array>
-#include <cstdio>
 #include <vector>
 
 namespace korvel::command {
@@ -12,12 +11,6 @@ std::string counted(int number, const char* thing) {
 
 std::string counted(int number, const char* thing, const char* things) {
     return std::to_string(number) + " " + (number == 1 ? thing : things);
-}
-
-std::string number_text(double area) {
-    char digits[32];
-    std::snprintf(digits, sizeof digits, "%.15g", area);
-    return digits;
 }
 
 std::string bounds_text(const double* pairs, int axes) {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "apps/command/record.h"
+#include "kit/kit.h"
 
 namespace korvel::command {
 
@@ -11,9 +12,7 @@ std::string counted(int number, const char* thing);
 /// "1 body", "2 bodies".
 std::string counted(int number, const char* thing, const char* things);
 
-/// A number in up to 15 digits; exact for areas of polygons on the integer lattice as long as that
-/// is enough.
-std::string number_text(double area);
+using kit::number_text;
 
 /// "x 0 to 10, y -5 to 5, z 1 to 2" from pairs of minimum and maximum for each of the first axes.
 std::string bounds_text(const double* pairs, int axes);

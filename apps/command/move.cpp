@@ -9,6 +9,7 @@
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
 #include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -49,7 +50,10 @@ void MoveCommand::run() {
     kit::SolidsEditor editor(std::move(solids));
     gather(editor);
     editor.move(shift_);
-    check(editor.judge());
+    {
+        Task task("checking the move");
+        check(editor.judge(task.context()));
+    }
     report(editor);
     outputs_.write([&](kit::OutputFile& out) { editor.solids().write(out); });
 }

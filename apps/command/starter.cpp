@@ -6,6 +6,7 @@
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
 #include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -32,9 +33,12 @@ void StarterCommand::run() {
     const kit::Point3 center = parse_point3("--center", center_);
     const std::vector<double> size = parse_size();
     outputs_.check();
-    const kit::Solids solids = kind_ == "cube"
-                                   ? kit::make_cuboid(center, {size[0], size[1], size[2]}, rounds_)
-                                   : kit::make_ball(center, size[0], rounds_);
+    const kit::Solids solids = [&] {
+        Task task("dividing faces");
+        return kind_ == "cube"
+                   ? kit::make_cuboid(center, {size[0], size[1], size[2]}, rounds_, task.context())
+                   : kit::make_ball(center, size[0], rounds_, task.context());
+    }();
     refuse_collapse(solids, "--size",
                     "a larger size or a --center nearer to 0,0,0 keeps them apart");
     print("%s, %s", model_figures(solids).c_str(), kit::state_text(solids[0].surface()).c_str());

@@ -7,6 +7,7 @@
 #include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
 #include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -67,8 +68,9 @@ WeldCommand::WeldCommand(Options options) {
 }
 
 kit::WeldReport WeldCommand::weld(kit::Solids& solids) const {
+    Task task("welding");
     try {
-        return kit::weld(solids, options_);
+        return kit::weld(solids, options_, task.context());
     } catch (const kit::Error& error) {
         throw kit::input_error(shown(input_) + ": " + error.what());
     }

@@ -4,12 +4,12 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <utility>
 #include <vector>
 
 #include "kit/base/box_tree.h"
 #include "kit/base/disjoint_sets.h"
+#include "kit/base/number_text.h"
 #include "kit/maps/delaunay.h"
 #include "kit/maps/outline.h"
 
@@ -287,8 +287,8 @@ std::string rings_text(const Flaw& flaw, const char* itself) {
 } // namespace
 
 std::string text(const Flaw& flaw) {
-    char place[80];
-    std::snprintf(place, sizeof place, " at %.10g,%.10g", flaw.place[0], flaw.place[1]);
+    const std::string place =
+        " at " + number_text(flaw.place[0]) + "," + number_text(flaw.place[1]);
     switch (flaw.reason) {
     case FlawReason::no_area:
         return "it has no area";

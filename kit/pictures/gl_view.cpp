@@ -2,9 +2,8 @@
 
 #include <GL/gl.h>
 
-#include <cstdio>
-
 #include "kit/base/error.h"
+#include "kit/base/number_text.h"
 
 namespace korvel::kit {
 
@@ -40,10 +39,8 @@ std::array<double, 16> view_matrix(const TMOD3D& model) {
 
 void begin_view(const ViewFrame& frame) {
     if (!frame.is_drawable()) {
-        char width[32];
-        std::snprintf(width, sizeof width, "%.15g", frame.right() - frame.left);
-        throw input_error(std::string("a picture ") + width + " wide cannot be drawn",
-                          {.value = width});
+        const std::string width = number_text(frame.right() - frame.left);
+        throw input_error("a picture " + width + " wide cannot be drawn", {.value = width});
     }
     constexpr GLclampf grey = 140 / 255.0F; // white edges and black ones both contrast with it
     glViewport(0, 0, frame.size.width, frame.size.height);

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "kit/files/text_file.h"
+#include "kit/base/number_text.h"
 
 namespace korvel::kit {
 
@@ -42,8 +42,7 @@ std::optional<Collapse> collapse_in_file(const Solids& solids) {
 
 std::string text(const Collapse& collapse) {
     const auto place = [](const Point3& point) {
-        return shortest_digits(point[0]) + "," + shortest_digits(point[1]) + "," +
-               shortest_digits(point[2]);
+        return number_text(point[0]) + "," + number_text(point[1]) + "," + number_text(point[2]);
     };
     return "face " + std::to_string(collapse.face) +
            (collapse.body < 0 ? "" : " of body " + std::to_string(collapse.body)) +

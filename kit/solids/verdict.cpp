@@ -1,6 +1,6 @@
 #include "kit/solids/verdict.h"
 
-#include "kit/files/text_file.h"
+#include "kit/base/number_text.h"
 
 namespace korvel::kit {
 
@@ -24,7 +24,7 @@ std::string text(const Verdict& verdict) {
         break;
     }
     return "vertex " + std::to_string(verdict.vertex) + " would be at " +
-           shortest_digits(verdict.coordinate) + ", which does not fit single precision";
+           number_text(verdict.coordinate) + ", which does not fit single precision";
 }
 
 } // namespace korvel::kit

@@ -94,6 +94,15 @@ TEST_F(Report, GoesToStandardErrorWhenAFileGoesToStandardOutput) {
     EXPECT_EQ(run("regions c -o - --picture -").status, 2);
 }
 
+TEST_F(Report, ShowsProgressOnATerminal) {
+    const std::string on_terminal = "cd " + directory_.string() +
+                                    " && script -qec '" KORVEL_COMMAND
+                                    " solid c --levels 0,1 -o out' log > log2";
+    ASSERT_EQ(std::system(on_terminal.c_str()), 0);
+    EXPECT_THAT(read("log"), HasSubstr("raising regions ...\r"));
+    EXPECT_EQ(run("solid c --levels 0,1 -o out").err, "");
+}
+
 TEST_F(Report, CountsWarningsOfAKindAfterTen) {
     std::string clicks;
     for (int i = 0; i < 30; ++i) {
