@@ -8,6 +8,12 @@
 #include <system_error>
 #include <vector>
 
+#if defined(_WIN32)
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
 namespace korvel::command {
 namespace {
 
@@ -23,6 +29,7 @@ struct State {
     int failure = 0; // of a write to the stream
     bool is_started = false;
     bool is_incomplete = false;
+    bool shows_progress = false;
     Record facts;
     std::vector<std::string> outputs;
     std::map<std::string, double> milliseconds;
@@ -33,6 +40,7 @@ struct State {
 constexpr int most_of_a_kind = 10;
 
 State& state();
+bool is_terminal(FILE* stream);
 bool prints_text();
 void put_line(const std::string& line);
 void flush();
@@ -68,8 +76,19 @@ bool is_verbose() {
     return state().options.is_verbose;
 }
 
-bool shows_progress() {
-    return !state().options.is_quiet;
+void show_progress(const std::string& line) {
+    static const bool on_terminal = is_terminal(stderr);
+    if (on_terminal && !state().options.is_quiet) {
+        std::fprintf(stderr, "\r\033[K%s", line.c_str());
+        state().shows_progress = true;
+    }
+}
+
+void clear_progress() {
+    if (state().shows_progress) {
+        std::fputs("\r\033[K", stderr);
+        state().shows_progress = false;
+    }
 }
 
 void print(const char* format, ...) { // NOLINT(cert-dcl50-cpp)
@@ -181,11 +200,20 @@ State& state() {
     return the_state;
 }
 
+bool is_terminal(FILE* stream) {
+#if defined(_WIN32)
+    return _isatty(_fileno(stream)) != 0;
+#else
+    return isatty(fileno(stream)) != 0;
+#endif
+}
+
 bool prints_text() {
     return !state().options.is_json;
 }
 
 void put_line(const std::string& line) {
+    clear_progress();
     errno = 0;
     FILE* const stream = state().stream;
     if (std::fwrite(line.data(), 1, line.size(), stream) != line.size() ||
@@ -231,6 +259,7 @@ std::string without_numbers(const std::string& text) {
 }
 
 void put_message(const std::string& message) {
+    clear_progress();
     // Keeps the order of lines when standard output and standard error are the same file.
     flush();
     std::fprintf(stderr, "korvel: %s\n", message.c_str());

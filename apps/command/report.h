@@ -29,8 +29,10 @@ void report_to_standard_error();
 
 bool is_verbose();
 
-/// Whether the progress of work is shown on a terminal.
-bool shows_progress();
+/// Shows a line about the progress of work on the terminal until it is cleared, or anything else is
+/// printed. Does nothing with --quiet, or where standard error is no terminal.
+void show_progress(const std::string& line);
+void clear_progress();
 
 #if defined(__GNUC__)
 #define KORVEL_LIKE_PRINTF __attribute__((format(printf, 1, 2)))

@@ -1,53 +1,30 @@
 #include "apps/command/task.h"
 
-#include <cstdio>
 #include <utility>
 
 #include "apps/command/report.h"
 
-#if defined(_WIN32)
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
 namespace korvel::command {
-namespace {
 
-bool is_terminal(FILE* stream) {
-#if defined(_WIN32)
-    return _isatty(_fileno(stream)) != 0;
-#else
-    return isatty(fileno(stream)) != 0;
-#endif
-}
-
-} // namespace
-
-Task::Task(std::string what)
-    : what_(std::move(what)), on_terminal_(shows_progress() && is_terminal(stderr)),
-      start_(Clock::now()), shown_(start_) {
-    if (on_terminal_) {
-        std::fprintf(stderr, "%s ...", what_.c_str());
-    }
+Task::Task(std::string what) : what_(std::move(what)), start_(Clock::now()), shown_(start_) {
+    show_progress(what_ + " ...");
 }
 
 Task::~Task() {
-    if (on_terminal_) {
-        std::fputs("\r\033[K", stderr);
-    }
+    clear_progress();
     note_time(what_, std::chrono::duration<double, std::milli>(Clock::now() - start_).count());
 }
 
 void Task::update(int done, int all) {
     if (is_time_to_show()) {
-        std::fprintf(stderr, "\r\033[K%s ... %d of %d", what_.c_str(), done, all);
+        show_progress(what_ + " ... " + std::to_string(done) + " of " + std::to_string(all));
     }
 }
 
 void Task::update(double fraction) {
     if (is_time_to_show()) {
-        std::fprintf(stderr, "\r\033[K%s ... %.0f %%", what_.c_str(), 100 * fraction);
+        const int percent = static_cast<int>(100 * fraction);
+        show_progress(what_ + " ... " + std::to_string(percent) + " %");
     }
 }
 
@@ -59,7 +36,7 @@ kit::Context Task::context() {
 bool Task::is_time_to_show() {
     constexpr std::chrono::milliseconds pause(100);
     const auto now = Clock::now();
-    if (!on_terminal_ || now - shown_ < pause) {
+    if (now - shown_ < pause) {
         return false;
     }
     shown_ = now;

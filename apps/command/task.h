@@ -31,7 +31,6 @@ private:
     bool is_time_to_show();
 
     std::string what_;
-    bool on_terminal_;
     Clock::time_point start_;
     Clock::time_point shown_;
 };
