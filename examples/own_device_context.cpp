@@ -49,7 +49,7 @@ int main(int argc, char** argv) try {
     const Map map = find_regions(Network::read(argv[1])).take_map();
     OutputFile file(argv[2]);
     SvgContext svg(file.stream(), {1600, 1000});
-    const Rectangle part = {14500, -75000, 31500, -45500};
+    const Rectangle part = {14500, 45500, 31500, 75000};
     draw(map, svg, {.size = {1600, 1000}, .part = part, .stretch = 3.3});
     svg.finish();
     file.replace(); // the name appears once the file is complete

@@ -55,7 +55,7 @@ InsideCommand::InsideCommand(Options options) {
                    "answers for an open body are uncertain; a warning names such bodies.\n"
                    "\n"
                    "Example:\n"
-                   "  korvel inside states.model 20000,-60000,1500 0,0,0");
+                   "  korvel inside states.model 20000,60000,1500 0,0,0");
 }
 
 void warn_of_open_bodies(const std::string& file, const kit::Solids& solids) {

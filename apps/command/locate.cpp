@@ -51,7 +51,7 @@ LocateCommand::LocateCommand(Options options) {
         "its own is found.\n"
         "\n"
         "Example:\n"
-        "  korvel locate states.regions 20000,-60000 0,0");
+        "  korvel locate states.regions 20000,60000 0,0");
 }
 
 } // namespace

@@ -6,6 +6,7 @@ namespace korvel::command {
 
 void MapView::add_options(Options options) {
     options.add("--view", view_, "X,Y,X,Y", "Two opposite corners of what the picture shows");
+    options.add_flag("--y-down", y_down_, "For data whose y grows downward");
     options
         .add("--stretch", stretch_, "F", "Paint a unit of x this many times as long as a unit of y")
         .with_default();
@@ -21,6 +22,7 @@ void MapView::check() const {
 kit::MapPictureOptions MapView::options() const {
     kit::MapPictureOptions options;
     options.stretch = stretch_;
+    options.y_down = y_down_;
     if (!view_.empty()) {
         options.part = parse_box("--view", view_);
     }

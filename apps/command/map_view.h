@@ -7,7 +7,8 @@
 
 namespace korvel::command {
 
-/// Which part of a map a picture shows, and how: `--view X,Y,X,Y` and `--stretch F`.
+/// Which part of a map a picture shows, and how: `--view X,Y,X,Y`, `--y-down` and
+/// `--stretch F`.
 class MapView {
 public:
     void add_options(Options options);
@@ -20,6 +21,7 @@ public:
 
 private:
     std::string view_;
+    bool y_down_ = false;
     double stretch_ = 1;
 };
 

@@ -79,8 +79,8 @@ RegionsCommand::RegionsCommand(Options options) {
         "\n"
         "Examples:\n"
         "  korvel regions states.curves -o states.regions --picture states.png\n"
-        "  korvel regions states.curves --select 20000,-60000 --picture one.svg\n"
-        "  korvel regions states.curves --seed 20000,-60000");
+        "  korvel regions states.curves --select 20000,60000 --picture one.svg\n"
+        "  korvel regions states.curves --seed 20000,60000");
 }
 
 void RegionsCommand::take_selected_regions() {

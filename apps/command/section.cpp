@@ -85,7 +85,7 @@ SectionCommand::SectionCommand(Options options) {
         "it. With --sweep the pictures are numbered: FILE-001.png and so on.\n"
         "\n"
         "Examples:\n"
-        "  korvel section states.model --x -60000 --picture section.png\n"
+        "  korvel section states.model --x 60000 --picture section.png\n"
         "  korvel section states.model --plane 0,0,1,-1500 -o level.section\n"
         "  korvel section states.model --y 0 --sweep 20 --picture slices.png");
 }

@@ -116,8 +116,8 @@ SolidCommand::SolidCommand(Options options) {
         "\n"
         "Examples:\n"
         "  korvel solid states.curves --levels 0,3000 -o states.model\n"
-        "  korvel solid states.regions --select 20000,-60000 --levels 0,5000 --unit 1000 \\\n"
-        "      --origin 20000,-60000 -o one.model");
+        "  korvel solid states.regions --select 20000,60000 --levels 0,5000 --unit 1000 \\\n"
+        "      --origin 20000,60000 -o one.model");
 }
 
 void SolidCommand::read_arguments() {

@@ -90,7 +90,7 @@ TrianglesCommand::TrianglesCommand(Options options) {
         "\n"
         "Examples:\n"
         "  korvel triangles states.curves -o states.triangles --picture mesh.png\n"
-        "  korvel triangles states.regions --select 20000,-60000 --picture one.pdf");
+        "  korvel triangles states.regions --select 20000,60000 --picture one.pdf");
 }
 
 void TrianglesCommand::write_traces() {

@@ -5,8 +5,8 @@
 
 namespace korvel::kit {
 
-/// An upright rectangle of real coordinates. `top` is the least y and `bottom` the greatest, since
-/// y grows downward in pictures. Empty (left > right) until it is enlarged.
+/// An upright rectangle of real coordinates. `top` is the least y and `bottom` the greatest, as
+/// in pixels. Empty (left > right) until it is enlarged.
 struct Rectangle {
     double left = std::numeric_limits<double>::infinity();
     double top = std::numeric_limits<double>::infinity();

@@ -19,7 +19,7 @@ std::vector<int> largest_first(const CCPloy2DRg& map);
 } // namespace
 
 PictureFit MapPictureOptions::fit(const Rectangle& whole_map) const {
-    return {part.value_or(whole_map), size, stretch, units_per_pixel};
+    return {part.value_or(whole_map), size, stretch, units_per_pixel, y_down};
 }
 
 void draw(const Map& map, CDC& dc, const MapPictureOptions& options) {

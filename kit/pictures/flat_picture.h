@@ -9,7 +9,7 @@
 #include "kit/pictures/picture_size.h"
 #include "korvel/module/korvel.h"
 
-// Pictures of maps: the regions or the triangles of one, x to the right and y downward, as large as
+// Pictures of maps: the regions or the triangles of one, x to the right and y upward, as large as
 // the page and a margin allow.
 
 namespace korvel::kit {
@@ -28,6 +28,9 @@ struct MapPictureOptions {
 
     /// How many times as long as a unit of y a unit of x is drawn; above 0.
     double stretch = 1;
+
+    /// For data whose y grows downward.
+    bool y_down = false;
 
     RegionColours colours = RegionColours::distinct;
 

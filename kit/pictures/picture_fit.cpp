@@ -5,13 +5,14 @@
 
 namespace korvel::kit {
 
-PictureFit::PictureFit(const Rectangle& box, PictureSize size, double stretch, int device_units)
-    : sx(1 / stretch), page(size), device_units(device_units) {
+PictureFit::PictureFit(const Rectangle& box, PictureSize size, double stretch, int device_units,
+                       bool y_down)
+    : sx(1 / stretch), sy(y_down ? 1 : -1), page(size), device_units(device_units) {
     if (box.is_empty()) {
         return;
     }
     x0 = box.left;
-    y0 = box.top;
+    y0 = y_down ? box.top : box.bottom;
     const double width = (box.right - box.left) / sx;
     const double height = box.bottom - box.top;
 

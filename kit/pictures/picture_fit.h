@@ -6,8 +6,8 @@
 namespace korvel::kit {
 
 /// Places a part of the plane in a picture: as large as the margins allow, centred, x to the right
-/// and y downward. The members are the arguments of the library's drawing calls: X = trunc((x − x0)
-/// / sx · scale) + ox, Y alike.
+/// and y upward, or downward with `y_down`. The members are the arguments of the library's drawing
+/// calls: X = trunc((x − x0) / sx · scale) + ox, Y alike.
 struct PictureFit {
     /// Device units per pixel of the pictures that are painted with a fit. Fine enough to hide that
     /// device coordinates are integers.
@@ -18,7 +18,7 @@ struct PictureFit {
     double x0 = 0;
     double y0 = 0;
     double sx = 1;
-    double sy = 1;
+    double sy = -1; ///< below 0 where y grows upward
     double scale = 1;
     PictureSize page;
     int device_units = units_per_pixel; ///< to a pixel
@@ -26,7 +26,7 @@ struct PictureFit {
     /// A unit of x is painted `stretch` times as long as a unit of y. An empty box gets scale 1, a
     /// box without width or height the scale that the other allows.
     PictureFit(const Rectangle& box, PictureSize size, double stretch,
-               int device_units = units_per_pixel);
+               int device_units = units_per_pixel, bool y_down = false);
 
     /// Width in device units of a pen for the outlines of `shapes` shapes spread over the picture:
     /// about a pixel for a few large ones, thinner for many small ones.

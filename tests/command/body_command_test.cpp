@@ -75,8 +75,8 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
 
 TEST_F(BodyCommand, RaisesAsTheLibraryDoes) {
     const Result result = run("solid " KORVEL_DATA_DIR
-                              "/us-states.curves --select 20000,-60000 --levels -1,2 --axis 2"
-                              " --unit 10,-10 --level-unit 1 --origin 20000,-60000 --fill front "
+                              "/us-states.curves --select 20000,60000 --levels -1,2 --axis 2"
+                              " --unit 10,-10 --level-unit 1 --origin 20000,60000 --fill front "
                               "--separate --notices --as-traced -o m");
     EXPECT_EQ(result.status, 0);
 
@@ -84,13 +84,13 @@ TEST_F(BodyCommand, RaisesAsTheLibraryDoes) {
     CREGION builder;
     builder.SetTolerance(1);
     builder.SetPtsInfo(curves.pts, curves.counts);
-    builder.AddSelectRegion({20000, -60000});
+    builder.AddSelectRegion({20000, 60000});
     PLYDT region;
     builder.GetSelectRegion(region);
     kit::orient_rings(region);
     PLYDT::set_trace_files(false);
     region.region_tranglate();
-    region.CoordinatesTrans(2, 20000, -60000, 0, 0, 10, -10, -1, 2);
+    region.CoordinatesTrans(2, 20000, 60000, 0, 0, 10, -10, -1, 2);
     std::string notices;
     const message_box_handler former = set_message_box_handler([&](const char* text, unsigned) {
         notices += text;

@@ -100,7 +100,7 @@ TEST_F(States, BecomeClosedBodiesWithTrueSections) {
         const double volume = height * kit::region_area(set_, set_.region_list[body.index()], true);
         EXPECT_NEAR(body.volume(), volume, 1e-9 * volume) << "body " << body.index();
     }
-    for (const double v : {-60000.5, -65843.25, -47000.1, -95000.7}) {
+    for (const double v : {60000.5, 65843.25, 47000.1, 95000.7}) {
         const kit::Section cut = solids.cut(kit::Plane::at_y(v));
         EXPECT_EQ(cut.plane(), kit::Plane::at_y(v));
         EXPECT_TRUE(cut.loose_points().empty());

@@ -54,7 +54,7 @@ TEST(Drawing, MapsComeLargestFirstInTheirColours) {
     kit::draw(map, dc, options); // 11 pixels to a unit
     EXPECT_THAT(of_kind(dc, "brush "),
                 ElementsAre("brush 4-5-6", "brush back", "brush 1-2-3", "brush back"));
-    EXPECT_THAT(of_kind(dc, "polygons").at(1), HasSubstr(" 4,9 114,9 114,119 4,119"));
+    EXPECT_THAT(of_kind(dc, "polygons").at(1), HasSubstr(" 4,229 114,229 114,119 4,119"));
     EXPECT_EQ(dc.calls.back(), "pen back");
 
     RecordingDC distinct;
@@ -63,6 +63,11 @@ TEST(Drawing, MapsComeLargestFirstInTheirColours) {
     EXPECT_THAT(distinct.calls, Not(Contains("brush 1-2-3")));
     EXPECT_EQ(of_kind(distinct, "polygons"), of_kind(dc, "polygons"));
     EXPECT_EQ(map[small].colour(), (kit::Colour{1, 2, 3}));
+
+    RecordingDC y_down;
+    options.y_down = true;
+    kit::draw(map, y_down, options);
+    EXPECT_THAT(of_kind(y_down, "polygons").at(1), HasSubstr(" 4,9 114,9 114,119 4,119"));
 
     RecordingDC triangles;
     const kit::Triangulation mesh = kit::triangulate(map);

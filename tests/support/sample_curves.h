@@ -14,7 +14,8 @@ struct CurveArrays {
     CArray<int> counts;
 };
 
-/// The first `quarters` quarters of the curves of a file in data/.
+/// The first `quarters` quarters of the curves of a file in data/, mirrored: y grows downward.
+/// Which rings and triangles the exact classes find, and how fast, depends on the direction.
 inline CurveArrays sample_curves(const std::string& name, long long quarters = 4) {
     std::ifstream in(KORVEL_DATA_DIR "/" + name + ".curves");
     int curve_count = 0;
@@ -27,6 +28,7 @@ inline CurveArrays sample_curves(const std::string& name, long long quarters = 4
         for (int k = 0; k < count; ++k) {
             tagPOINT pt{};
             in >> pt.x >> pt.y;
+            pt.y = -pt.y;
             curves.pts.Add(pt);
         }
     }
