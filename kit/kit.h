@@ -8,6 +8,7 @@
 #include "kit/base/export.h"
 #include "kit/base/interruption.h"
 #include "kit/base/number_text.h"
+#include "kit/base/parallel.h"
 #include "kit/base/points.h"
 #include "kit/base/rectangle.h"
 #include "kit/files/curve_file.h"

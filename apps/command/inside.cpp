@@ -1,12 +1,9 @@
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "apps/command/arguments.h"
 #include "apps/command/command.h"
 #include "apps/command/input.h"
-#include "apps/command/messages.h"
-#include "apps/command/model_input.h"
+#include "apps/command/point_input.h"
 #include "apps/command/report.h"
 #include "kit/kit.h"
 
@@ -16,27 +13,21 @@ namespace {
 class InsideCommand {
 public:
     explicit InsideCommand(Options options);
-    void run() const;
+    void run();
 
 private:
     std::string input_;
-    std::vector<std::string> points_;
+    PointInput points_{"X,Y,Z"};
 };
 
 void warn_of_open_bodies(const std::string& file, const kit::Solids& solids);
 
-void InsideCommand::run() const {
-    std::vector<kit::Point3> points;
-    for (const std::string& text : points_) {
-        points.push_back(parse_point3("POINTS", text));
-    }
+void InsideCommand::run() {
+    points_.load(input_, "MODEL");
     const kit::Solids solids = load_solids(input_);
-    warn_of_open_bodies(input_, solids);
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        const std::optional<int> body = solids.body_at(points[i]);
-        const std::string answer = body ? std::to_string(*body) : "none";
-        print("%s %s", points_[i].c_str(), answer.c_str());
-    }
+    warn_of_open_bodies(shown(input_), solids);
+    const kit::BodyLocator locator(solids);
+    points_.answer("body", [&](const double* xyz) { return locator.body_at(kit::to_point(xyz)); });
 }
 
 } // namespace
@@ -49,21 +40,22 @@ namespace {
 
 InsideCommand::InsideCommand(Options options) {
     options.add("MODEL", input_, "FILE", "Body model file").required();
-    options.add("POINTS", points_, "X,Y,Z", "Points to look up").required();
+    points_.add_options(options);
     options.footer("One line for each point: the point and the number of the first body that\n"
                    "contains it, or 'none'. A point on a surface may count as either side. The\n"
                    "answers for an open body are uncertain; a warning names such bodies.\n"
                    "\n"
-                   "Example:\n"
-                   "  korvel inside states.model 20000,60000,1500 0,0,0");
+                   "Examples:\n"
+                   "  korvel inside states.model 20000,60000,1500 0,0,0\n"
+                   "  korvel inside states.model --points places.txt");
 }
 
 void warn_of_open_bodies(const std::string& file, const kit::Solids& solids) {
-    for (const kit::Body body : solids) {
-        const kit::Surface surface = body.surface();
-        if (surface.open_edges > 0) {
-            warn(file + ": body " + std::to_string(body.index()) + " is " +
-                 kit::state_text(surface) + ", the answers for it are uncertain");
+    const std::vector<kit::Surface> surfaces = solids.surfaces();
+    for (std::size_t body = 0; body < surfaces.size(); ++body) {
+        if (surfaces[body].open_edges > 0) {
+            warn(file + ": body " + std::to_string(body) + " is " +
+                 kit::state_text(surfaces[body]) + ", the answers for it are uncertain");
         }
     }
 }

@@ -1,11 +1,8 @@
-#include <optional>
 #include <string>
-#include <vector>
 
-#include "apps/command/arguments.h"
 #include "apps/command/command.h"
-#include "apps/command/messages.h"
-#include "apps/command/report.h"
+#include "apps/command/input.h"
+#include "apps/command/point_input.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -14,24 +11,18 @@ namespace {
 class LocateCommand {
 public:
     explicit LocateCommand(Options options);
-    void run() const;
+    void run();
 
 private:
     std::string input_;
-    std::vector<std::string> points_;
+    PointInput points_{"X,Y"};
 };
 
-void LocateCommand::run() const {
-    std::vector<RealPoint> points;
-    for (const std::string& text : points_) {
-        points.push_back(parse_real_point("POINTS", text));
-    }
-    const kit::Map map = kit::Map::read(input_, {.on_warning = warn});
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        const std::optional<int> region = map.region_at({points[i].x, points[i].y});
-        const std::string answer = region ? std::to_string(*region) : "none";
-        print("%s %s", points_[i].c_str(), answer.c_str());
-    }
+void LocateCommand::run() {
+    points_.load(input_, "REGIONS");
+    const kit::Map map = load_regions(read_input(input_));
+    const kit::RegionLocator locator(map);
+    points_.answer("region", [&](const double* xy) { return locator.region_at({xy[0], xy[1]}); });
 }
 
 } // namespace
@@ -44,14 +35,15 @@ namespace {
 
 LocateCommand::LocateCommand(Options options) {
     options.add("REGIONS", input_, "FILE", "Polygon-region file").required();
-    options.add("POINTS", points_, "X,Y", "Points to look up").required();
+    points_.add_options(options);
     options.footer(
         "One line for each point: the point and the index of the first region that\n"
         "contains it, or 'none'. Holes do not belong to a region, but a hole that is a region of\n"
         "its own is found.\n"
         "\n"
-        "Example:\n"
-        "  korvel locate states.regions 20000,60000 0,0");
+        "Examples:\n"
+        "  korvel locate states.regions 20000,60000 0,0\n"
+        "  korvel locate states.regions < places.txt");
 }
 
 } // namespace

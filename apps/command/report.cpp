@@ -76,6 +76,10 @@ bool is_verbose() {
     return state().options.is_verbose;
 }
 
+bool is_json() {
+    return state().options.is_json;
+}
+
 void show_progress(const std::string& line) {
     static const bool on_terminal = is_terminal(stderr);
     if (on_terminal && !state().options.is_quiet) {

@@ -28,6 +28,7 @@ void start_report(const std::string& command, const ReportOptions& options);
 void report_to_standard_error();
 
 bool is_verbose();
+bool is_json();
 
 /// Shows a line about the progress of work on the terminal until it is cleared, or anything else is
 /// printed. Does nothing with --quiet, or where standard error is no terminal.

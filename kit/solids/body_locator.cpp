@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
-#include "kit/base/box_tree.h"
-#include "kit/base/grid_scale.h"
 #include "kit/base/rectangle.h"
 #include "kit/solids/exact.h"
 #include "kit/solids/solids.h"
@@ -20,8 +19,8 @@ int first_odd(std::vector<int>& numbers);
 
 } // namespace
 
-// The faces as seen along a ray, which is a place there. The ray meets no face but those whose box
-// contains the place, and those without a box.
+// The faces as seen along a ray, which is a place there, sorted into a grid of cells. The ray meets
+// no face but those near its cell, and those that nothing bounds.
 class BodyLocator::View {
 public:
     View(const TMOD3D& model, const Point3& direction);
@@ -32,17 +31,31 @@ public:
     void for_each_face_at(const Point3& point, Found found) const;
 
 private:
-    std::optional<Rectangle> box_of(const TMOD3D& model, int face, double size) const;
+    /// A face in the view. Rounding may let a ray meet it up to `margin` beside it.
+    struct Outline {
+        int face = 0;
+        std::array<Point2, 3> corners = {};
+        double margin = 0;
+    };
+
+    std::optional<double> margin_of(const TMOD3D& model, int face, double size) const;
+    void sort_into_cells(const std::vector<Outline>& outlines);
+    template <class Visit>
+    void for_each_cell(const Outline& outline, Visit visit) const;
     Point2 place_of(const Point3& point) const;
+    int column_of(double u) const;
+    int row_of(double v) const;
 
     Point3 direction_;
     Point3 across_;
     Point3 up_;
-    GridScale columns_;
-    GridScale rows_;
-    std::vector<int> faces_; // as numbered in the tree
-    std::vector<int> without_box_;
-    BoxTree boxes_;
+    Rectangle bounds_;
+    double cell_ = 1; // the length of its sides
+    int columns_ = 1;
+    int rows_ = 1;
+    std::vector<int> faces_;        // of the first cell, the second, …
+    std::vector<std::size_t> ends_; // of each cell in `faces_`
+    std::vector<int> unbounded_;
 };
 
 BodyLocator::BodyLocator(const Solids& solids)
@@ -124,36 +137,34 @@ BodyLocator::View::View(const TMOD3D& model, const Point3& direction) : directio
             size = std::max(size, std::abs(at));
         }
     }
-    std::vector<Rectangle> boxes;
-    Rectangle bounds;
+    std::vector<Outline> outlines;
     for (int face = 0; face < model.polys.GetSize(); ++face) {
-        if (const auto box = box_of(model, face, size)) {
-            boxes.push_back(*box);
-            faces_.push_back(face);
-            bounds.take_in(box->left, box->top);
-            bounds.take_in(box->right, box->bottom);
-        } else {
-            without_box_.push_back(face);
+        const auto margin = margin_of(model, face, size);
+        if (!margin) {
+            unbounded_.push_back(face);
+            continue;
+        }
+        Outline& outline = outlines.emplace_back(face);
+        outline.margin = *margin;
+        for (std::size_t k = 0; k < 3; ++k) {
+            const int vertex = model.polys[face].verts[static_cast<int>(k)];
+            outline.corners[k] = place_of(to_point(model.verts[vertex].model_xyz));
+            bounds_.take_in(outline.corners[k][0], outline.corners[k][1]);
         }
     }
-    columns_ = GridScale(bounds.left, bounds.right);
-    rows_ = GridScale(bounds.top, bounds.bottom);
-    boxes_ = BoxTree(boxes.size(), [&](std::size_t i) {
-        return BoxTree::Box{columns_(boxes[i].left), rows_(boxes[i].top), columns_(boxes[i].right),
-                            rows_(boxes[i].bottom)};
-    });
+    sort_into_cells(outlines);
 }
 
-// Around all places where rounding may let a ray meet the face. The library finds where the ray
-// meets the plane of the face, and compares that with the sides, both rounded. So the box exceeds
-// the face by what its vertices are off its plane, by a multiple of the rounding of the largest
-// coordinate, and by a part of its size. For a face next to the ray's direction, and for one so
-// narrow that rounding decides on which side of it a distant point is, there is no such bound.
-std::optional<Rectangle> BodyLocator::View::box_of(const TMOD3D& model, int face,
+// The library finds where the ray meets the plane of the face, and compares that with the sides,
+// both rounded. So the margin is what the vertices are off the plane, and a multiple of the
+// rounding of the largest coordinate; and since the narrower a face, the farther from it rounding
+// can decide on which side of it a point is, a share of its size. For a face along the ray, and for
+// a still narrower one, there is no such bound.
+std::optional<double> BodyLocator::View::margin_of(const TMOD3D& model, int face,
                                                    double size) const {
     constexpr double least_slope = 1e-9;
     constexpr double epsilon = std::numeric_limits<double>::epsilon();
-    constexpr double share_of_size = 0.05;
+    constexpr double largest_share = 0.05;
     const POLY3D& record = model.polys[face];
     const Point3 normal = {record.plane[0], record.plane[1], record.plane[2]};
     if (record.verts.GetSize() != 3 || record.main_axis < 0 || record.main_axis > 2 ||
@@ -181,15 +192,84 @@ std::optional<Rectangle> BodyLocator::View::box_of(const TMOD3D& model, int face
     if (!(narrowest > 1e-8 + 1024 * epsilon * size / shortest) || !(main > 0.5)) {
         return std::nullopt;
     }
-    const double margin = off_plane / main + 1024 * epsilon * size + share_of_size * longest;
-    Rectangle box;
-    for (const Point3& corner : corners) {
-        const Point2 place = place_of(corner);
-        box.take_in(place[0] - margin, place[1] - margin);
-        box.take_in(place[0] + margin, place[1] + margin);
+    const double share = std::min(largest_share, 4096 * epsilon / (narrowest * narrowest));
+    const double margin = off_plane / main + 1024 * epsilon * size + share * longest;
+    return std::isfinite(margin) ? std::optional(margin) : std::nullopt;
+}
+
+// About two cells for each face; fewer where faces meet many of them.
+void BodyLocator::View::sort_into_cells(const std::vector<Outline>& outlines) {
+    constexpr std::size_t most_cells_of_a_face = 32; // on average
+    constexpr double most_along_an_axis = 1 << 14;
+    const double width = bounds_.is_empty() ? 0 : bounds_.right - bounds_.left;
+    const double height = bounds_.is_empty() ? 0 : bounds_.bottom - bounds_.top;
+    const double share = 0.5 / static_cast<double>(std::max<std::size_t>(outlines.size(), 1));
+    cell_ = std::max({std::sqrt(width * height * share), width / most_along_an_axis,
+                      height / most_along_an_axis, std::numeric_limits<double>::min()});
+    for (bool is_done = false; !is_done; cell_ *= is_done ? 1 : 2) {
+        columns_ = static_cast<int>(width / cell_) + 1;
+        rows_ = static_cast<int>(height / cell_) + 1;
+        ends_.assign(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_) + 1, 0);
+        std::size_t all = 0;
+        for (const Outline& outline : outlines) {
+            for_each_cell(outline, [&](std::size_t cell) {
+                ++ends_[cell + 1];
+                ++all;
+            });
+        }
+        is_done = all <= most_cells_of_a_face * outlines.size() || ends_.size() == 2;
     }
-    return std::isfinite(box.left + box.right + box.top + box.bottom) ? std::optional(box)
-                                                                      : std::nullopt;
+    std::partial_sum(ends_.begin(), ends_.end(), ends_.begin());
+    faces_.resize(ends_.back());
+    for (const Outline& outline : outlines) {
+        // What was the start of a cell becomes its end.
+        for_each_cell(outline, [&](std::size_t cell) { faces_[ends_[cell]++] = outline.face; });
+    }
+}
+
+// Row by row those between the outermost places of the triangle there.
+template <class Visit>
+void BodyLocator::View::for_each_cell(const Outline& outline, Visit visit) const {
+    const auto& corners = outline.corners;
+    const auto [lowest, highest] = std::minmax({corners[0][1], corners[1][1], corners[2][1]});
+    const int last_row = row_of(highest + outline.margin);
+    for (int row = row_of(lowest - outline.margin); row <= last_row; ++row) {
+        const double low = bounds_.top + row * cell_ - outline.margin - 1e-6 * cell_;
+        const double high = low + cell_ * (1 + 2e-6) + 2 * outline.margin;
+        double left = std::numeric_limits<double>::infinity();
+        double right = -left;
+        for (std::size_t k = 0; k < 3; ++k) {
+            const Point2& a = corners[k];
+            const Point2& b = corners[(k + 1) % 3];
+            if (std::max(a[1], b[1]) < low || std::min(a[1], b[1]) > high) {
+                continue;
+            }
+            for (const double v : {std::clamp(a[1], low, high), std::clamp(b[1], low, high)}) {
+                const double u =
+                    a[1] == b[1] ? a[0] : std::lerp(a[0], b[0], (v - a[1]) / (b[1] - a[1]));
+                left = std::min(left, u);
+                right = std::max(right, u);
+            }
+            if (a[1] == b[1]) {
+                left = std::min(left, b[0]);
+                right = std::max(right, b[0]);
+            }
+        }
+        const double beside = outline.margin + 1e-6 * cell_;
+        const int last = column_of(right + beside);
+        for (int column = column_of(left - beside); left <= right && column <= last; ++column) {
+            visit(static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
+                  static_cast<std::size_t>(column));
+        }
+    }
+}
+
+int BodyLocator::View::column_of(double u) const {
+    return static_cast<int>(std::clamp((u - bounds_.left) / cell_, 0.0, columns_ - 1.0));
+}
+
+int BodyLocator::View::row_of(double v) const {
+    return static_cast<int>(std::clamp((v - bounds_.top) / cell_, 0.0, rows_ - 1.0));
 }
 
 Point2 BodyLocator::View::place_of(const Point3& point) const {
@@ -198,11 +278,16 @@ Point2 BodyLocator::View::place_of(const Point3& point) const {
 
 template <class Found>
 void BodyLocator::View::for_each_face_at(const Point3& point, Found found) const {
-    const Point2 place = place_of(point);
-    const std::int32_t column = columns_(place[0]);
-    const std::int32_t row = rows_(place[1]);
-    boxes_.for_each_at({column, row, column, row}, [&](std::size_t i) { found(faces_[i]); });
-    std::for_each(without_box_.begin(), without_box_.end(), found);
+    if (!faces_.empty()) {
+        const Point2 place = place_of(point);
+        const std::size_t cell =
+            static_cast<std::size_t>(row_of(place[1])) * static_cast<std::size_t>(columns_) +
+            static_cast<std::size_t>(column_of(place[0]));
+        const auto first = faces_.begin();
+        std::for_each(first + static_cast<std::ptrdiff_t>(cell > 0 ? ends_[cell - 1] : 0),
+                      first + static_cast<std::ptrdiff_t>(ends_[cell]), found);
+    }
+    std::for_each(unbounded_.begin(), unbounded_.end(), found);
 }
 
 namespace {
