@@ -36,6 +36,7 @@
 #include "kit/pictures/picture_size.h"
 #include "kit/pictures/section_picture.h"
 #include "kit/pictures/view_frame.h"
+#include "kit/solids/any_file.h"
 #include "kit/solids/body.h"
 #include "kit/solids/body_locator.h"
 #include "kit/solids/box.h"
