@@ -34,9 +34,9 @@ void print_csv(const std::vector<Row>& rows, const char* header);
 void print_sizes(const std::vector<Row>& rows, const char* measure, const char* thing);
 void print_open_bodies(const std::vector<int>& open, std::size_t bodies);
 void print_list(const std::vector<Row>& rows, const InfoListOptions& options, const char* header);
-std::vector<Record> records_of(std::vector<Row>& rows);
+std::vector<Record> rows_as_records(std::vector<Row>& rows);
 std::string aligned(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths);
-std::string joined(const std::vector<std::string>& cells);
+std::string comma_separated(const std::vector<std::string>& cells);
 std::array<double, 4> pairs_of(const kit::Rectangle& box);
 
 } // namespace
@@ -89,7 +89,7 @@ void describe_regions(const kit::Map& map, const InfoListOptions& options) {
         print_sizes(rows, "area", "region");
         print_list(rows, options, "region  points  holes                area  bounds");
     }
-    facts().set("regions", records_of(rows));
+    facts().set("regions", rows_as_records(rows));
 }
 
 void describe_model(const kit::Solids& solids, const InfoListOptions& options) {
@@ -116,7 +116,7 @@ void describe_model(const kit::Solids& solids, const InfoListOptions& options) {
         print_list(rows, options,
                    "  body   faces   edges  vertices  Euler              volume  colour   state");
     }
-    facts().set("bodies", records_of(rows));
+    facts().set("bodies", rows_as_records(rows));
 }
 
 void print_bounds(const kit::Rectangle& box) {
@@ -142,7 +142,7 @@ Row row_of(const kit::Region& region) {
                                             std::to_string(region.hole_count()), number_text(area)};
     Row row = {.number = region.index(), .measure = area, .text = {}, .csv = {}, .record = {}};
     row.text = aligned(cells, {6, 8, 7, 20}) + "  " + bounds_text(box.data(), 2);
-    row.csv = joined(cells) + "," + number_text(perimeter);
+    row.csv = comma_separated(cells) + "," + number_text(perimeter);
     for (const double bound : box) {
         row.csv.append(",").append(number_text(bound));
     }
@@ -175,7 +175,7 @@ Row row_of(const kit::Body& body, const kit::Surface& surface) {
     row.text = aligned(cells, {6, 8, 8, 10, 7, 20}) + "  " + colour + "  " + state +
                (neighbours.empty() ? "" : ", shares faces with ") + neighbours;
     // A state may contain commas.
-    row.csv = joined(cells) + "," + colour + ",\"" + state + "\"," + neighbours;
+    row.csv = comma_separated(cells) + "," + colour + ",\"" + state + "\"," + neighbours;
     row.record.set("body", row.number)
         .set("faces", surface.faces)
         .set("edges", surface.edges)
@@ -257,7 +257,7 @@ void print_list(const std::vector<Row>& rows, const InfoListOptions& options, co
     }
 }
 
-std::vector<Record> records_of(std::vector<Row>& rows) {
+std::vector<Record> rows_as_records(std::vector<Row>& rows) {
     std::vector<Record> records;
     records.reserve(rows.size());
     for (Row& row : rows) {
@@ -276,7 +276,7 @@ std::string aligned(const std::vector<std::string>& cells, const std::vector<std
     return text;
 }
 
-std::string joined(const std::vector<std::string>& cells) {
+std::string comma_separated(const std::vector<std::string>& cells) {
     std::string text;
     for (const std::string& cell : cells) {
         text.append(text.empty() ? "" : ",").append(cell);

@@ -10,7 +10,7 @@
 namespace korvel::kit {
 namespace {
 
-void check_contents(FileKind kind, const FileContents& contents, Findings& out);
+void add_findings(FileKind kind, const FileContents& contents, Findings& out);
 void sort_by_line(std::vector<Finding>& findings);
 
 } // namespace
@@ -21,7 +21,7 @@ Findings check_file(const TextFile& file, FileKind kind) {
     FileContents contents;
     try {
         read_as(kind, words, contents);
-        check_contents(kind, contents, findings);
+        add_findings(kind, contents, findings);
     } catch (const Error&) {
         // The file cannot be read on; the reason is among the problems.
     }
@@ -30,9 +30,17 @@ Findings check_file(const TextFile& file, FileKind kind) {
     return findings;
 }
 
+Findings check_contents(const FileContents& contents, FileKind kind) {
+    Findings findings;
+    add_findings(kind, contents, findings);
+    sort_by_line(findings.problems);
+    sort_by_line(findings.notes);
+    return findings;
+}
+
 namespace {
 
-void check_contents(FileKind kind, const FileContents& contents, Findings& out) {
+void add_findings(FileKind kind, const FileContents& contents, Findings& out) {
     switch (kind) {
     case FileKind::curves:
         check_curves(contents, out);

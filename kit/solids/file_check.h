@@ -9,4 +9,7 @@ namespace korvel::kit {
 /// ends at a wrong or missing count.
 Findings check_file(const TextFile& file, FileKind kind);
 
+/// Checks the meaning of a file that was read whole.
+Findings check_contents(const FileContents& contents, FileKind kind);
+
 } // namespace korvel::kit

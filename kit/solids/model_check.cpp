@@ -34,7 +34,6 @@ private:
 };
 
 bool is_flat(const TMOD3D& model, const CArray<int>& corners);
-std::array<int, 3> sorted(const CArray<int>& corners);
 
 } // namespace
 
@@ -54,7 +53,7 @@ namespace {
 void ModelCheck::check_faces() {
     for (int face = 0; face < model_.polys.GetSize(); ++face) {
         const CArray<int>& corners = model_.polys[face].verts;
-        const std::array<int, 3> ascending = sorted(corners);
+        const std::array<int, 3> ascending = sorted_corners(model_.polys[face]);
         if (ascending[0] < 0) {
             continue;
         }
@@ -89,8 +88,8 @@ void ModelCheck::check_bodies() {
 void ModelCheck::check_twins(int body) {
     std::vector<std::pair<std::array<int, 3>, int>> faces;
     for (const int face : model_.bodies[body].polys) {
-        if (face >= 0 && sorted(model_.polys[face].verts)[0] >= 0) {
-            faces.emplace_back(sorted(model_.polys[face].verts), face);
+        if (face >= 0 && sorted_corners(model_.polys[face])[0] >= 0) {
+            faces.emplace_back(sorted_corners(model_.polys[face]), face);
         }
     }
     std::sort(faces.begin(), faces.end());
@@ -169,13 +168,6 @@ bool is_flat(const TMOD3D& model, const CArray<int>& corners) {
         return (b[k] - a[k]) * (c[l] - a[l]) - (b[l] - a[l]) * (c[k] - a[k]);
     };
     return part(0, 1) == 0 && part(1, 2) == 0 && part(2, 0) == 0;
-}
-
-// The corners of a triangle in ascending order.
-std::array<int, 3> sorted(const CArray<int>& corners) {
-    std::array<int, 3> ascending = {corners[0], corners[1], corners[2]};
-    std::sort(ascending.begin(), ascending.end());
-    return ascending;
 }
 
 } // namespace

@@ -41,6 +41,12 @@ Surface surface_of(const TMOD3D& model, int body) {
     return surface;
 }
 
+std::array<int, 3> sorted_corners(const POLY3D& face) {
+    std::array<int, 3> ascending = {face.verts[0], face.verts[1], face.verts[2]};
+    std::sort(ascending.begin(), ascending.end());
+    return ascending;
+}
+
 std::string state_text(const Surface& surface) {
     if (surface.faces == 0) {
         return "empty";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "korvel/module/korvel.h"
@@ -27,6 +28,9 @@ std::vector<Surface> surfaces(const TMOD3D& model);
 
 /// The same of one body.
 Surface surface_of(const TMOD3D& model, int body);
+
+/// The first three vertices of a face in ascending order.
+std::array<int, 3> sorted_corners(const POLY3D& face);
 
 /// "closed", "open at 3 edges", "closed, in 2 pieces", "closed, more than two faces at 1 edge", …
 std::string state_text(const Surface& surface);

@@ -1,0 +1,47 @@
+#include "kit/solids/file_repair.h"
+
+#include "kit/base/error.h"
+#include "kit/maps/map_repair.h"
+#include "kit/solids/file_check.h"
+#include "kit/solids/model_repair.h"
+
+namespace korvel::kit {
+
+bool is_repairable(FileKind kind) {
+    return kind == FileKind::curves || kind == FileKind::regions || kind == FileKind::model;
+}
+
+RepairedFile repair_file(const TextFile& file, FileKind kind) {
+    RepairedFile repaired;
+    repaired.kind = kind;
+    WordReader words(file, &repaired.remaining.problems);
+    try {
+        read_as(kind, words, repaired.contents);
+    } catch (const Error&) {
+        // The reason is among the problems.
+    }
+    if (!repaired.is_sound()) {
+        return repaired;
+    }
+    if (kind == FileKind::curves) {
+        repair_curves(repaired.contents, repaired.repairs);
+    } else if (kind == FileKind::regions) {
+        repair_regions(repaired.contents, repaired.repairs);
+    } else if (kind == FileKind::model) {
+        repair_model(repaired.contents, repaired.repairs);
+    }
+    repaired.remaining = check_contents(repaired.contents, kind);
+    return repaired;
+}
+
+void RepairedFile::write(OutputFile& out) const {
+    if (kind == FileKind::curves) {
+        write_curve_file(contents, out.stream());
+    } else if (kind == FileKind::regions) {
+        write_region_file(contents, out.stream());
+    } else if (kind == FileKind::model) {
+        write_model_file(contents, out.stream());
+    }
+}
+
+} // namespace korvel::kit
