@@ -7,8 +7,8 @@
 
 namespace korvel::command {
 
-/// Which part of a map a picture shows, and how: `--view X,Y,X,Y`, `--y-down` and
-/// `--stretch F`.
+/// Which part of a map a picture shows, and how: `--view X,Y,X,Y`, `--all`,
+/// `--y-down` and `--stretch F`.
 class MapView {
 public:
     void add_options(Options options);
@@ -19,8 +19,12 @@ public:
     /// How the map is drawn.
     kit::MapPictureOptions options() const;
 
+    /// Reports the regions that a picture of this size leaves out although nobody chose a part.
+    void report_left_out(const kit::Map& map, kit::PictureSize size) const;
+
 private:
     std::string view_;
+    bool shows_all_ = false;
     bool y_down_ = false;
     double stretch_ = 1;
 };

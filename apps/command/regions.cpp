@@ -143,7 +143,10 @@ void RegionsCommand::print_areas() const {
 
 void RegionsCommand::write() {
     outputs_.write([&](kit::OutputFile& out) { map_.write(out); },
-                   [&](kit::PictureCanvas& canvas) { kit::draw(map_, canvas, view_.options()); },
+                   [&](kit::PictureCanvas& canvas) {
+                       kit::draw(map_, canvas, view_.options());
+                       view_.report_left_out(map_, canvas.size());
+                   },
                    [&](kit::OutputFile& out) { curve_input_.found().leftover().write(out); });
 }
 

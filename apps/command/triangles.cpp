@@ -155,9 +155,11 @@ std::string TrianglesCommand::reason(int region) const {
 }
 
 void TrianglesCommand::write() {
-    outputs_.write(
-        [&](kit::OutputFile& out) { triangulation_.write(out); },
-        [&](kit::PictureCanvas& canvas) { kit::draw(triangulation_, canvas, view_.options()); });
+    outputs_.write([&](kit::OutputFile& out) { triangulation_.write(out); },
+                   [&](kit::PictureCanvas& canvas) {
+                       kit::draw(triangulation_, canvas, view_.options());
+                       view_.report_left_out(map_, canvas.size());
+                   });
 }
 
 } // namespace

@@ -7,13 +7,17 @@
 #include "kit/base/areas.h"
 #include "kit/maps/region_colours.h"
 #include "kit/maps/region_sets.h"
+#include "kit/pictures/sized_outlines.h"
 
 namespace korvel::kit {
 namespace {
 
 constexpr COLORREF outline_colour = RGB(60, 60, 60);
 
-void mark_uncovered(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options);
+template <class Set>
+Rectangle most_of(const Set& set);
+SizedOutlines outlined(CDC& dc, const PictureFit& fit, int shapes);
+void mark_uncovered(const Triangulation& triangles, CDC& dc, const PictureFit& fit);
 std::vector<int> largest_first(const CCPloy2DRg& map);
 
 } // namespace
@@ -22,13 +26,30 @@ PictureFit MapPictureOptions::fit(const Rectangle& whole_map) const {
     return {part.value_or(whole_map), size, stretch, units_per_pixel, y_down};
 }
 
+PictureFit MapPictureOptions::fit(const CCPloy2DRg& map) const {
+    return fit(extent == Extent::all || part ? box_of_regions(map) : most_of(map));
+}
+
+PictureFit MapPictureOptions::fit(const PLYDT& triangles) const {
+    return fit(extent == Extent::all || part ? box_of_regions(triangles) : most_of(triangles));
+}
+
+int regions_left_out(const Map& map, const MapPictureOptions& options) {
+    const Rectangle page = options.fit(map.regions()).page_in_map();
+    return static_cast<int>(std::count_if(map.begin(), map.end(), [&](const Region& region) {
+        const Rectangle box = region.bounds();
+        return !box.is_empty() &&
+               !(page.contains(box.left, box.top) && page.contains(box.right, box.bottom));
+    }));
+}
+
 void draw(const Map& map, CDC& dc, const MapPictureOptions& options) {
     draw(map.regions(), dc, options);
 }
 
 void draw(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options) {
     draw(triangles.triangles(), dc, options);
-    mark_uncovered(triangles, dc, options);
+    mark_uncovered(triangles, dc, options.fit(triangles.triangles()));
 }
 
 void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options) {
@@ -37,20 +58,18 @@ void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options) {
         picture.creat_top_rel();
         colour_regions(picture);
     }
-    const PictureFit fit = options.fit(box_of_regions(map));
-    CPen outline(PS_SOLID, fit.outline_width(map.region_list.GetSize()), outline_colour);
-    CPen* const previous = dc.SelectObject(&outline);
+    const PictureFit fit = options.fit(map);
+    SizedOutlines device = outlined(dc, fit, map.region_list.GetSize());
     dc.SetPolyFillMode(ALTERNATE);
     for (const int region : largest_first(map)) {
         picture.Draw_Poly(fit.ox, fit.oy, fit.x0, fit.y0, fit.sx, fit.sy, fit.scale,
-                          picture.region_list[region], &dc);
+                          picture.region_list[region], &device);
     }
-    dc.SelectObject(previous);
 }
 
 // Triangles are drawn where their points lie, so a copy of the points is brought to the picture.
 void draw(const PLYDT& triangles, CDC& dc, const MapPictureOptions& options) {
-    const PictureFit fit = options.fit(box_of_regions(triangles));
+    const PictureFit fit = options.fit(triangles);
     PLYDT picture;
     picture.pt_list.SetSize(triangles.pt_list.GetSize());
     for (int i = 0; i < triangles.pt_list.GetSize(); ++i) {
@@ -58,22 +77,38 @@ void draw(const PLYDT& triangles, CDC& dc, const MapPictureOptions& options) {
         picture.pt_list[i].y = (triangles.pt_list[i].y - fit.y0) / fit.sy * fit.scale + fit.oy;
     }
     picture.trg_list.Copy(triangles.trg_list);
-    CPen outline(PS_SOLID, fit.outline_width(picture.trg_list.GetSize()), outline_colour);
-    CPen* const previous = dc.SelectObject(&outline);
-    picture.Draw_Trgls(&dc);
-    dc.SelectObject(previous);
+    SizedOutlines device = outlined(dc, fit, triangles.trg_list.GetSize());
+    picture.Draw_Trgls(&device);
 }
 
 namespace {
 
+template <class Set>
+Rectangle most_of(const Set& set) {
+    std::vector<double> xs;
+    std::vector<double> ys;
+    for (const auto& region : set.region_list) {
+        for (const int ring : region.rings) {
+            for (const int point : set.ring_list[ring].pts) {
+                xs.push_back(set.pt_list[point].x);
+                ys.push_back(set.pt_list[point].y);
+            }
+        }
+    }
+    return main_extent(std::move(xs), std::move(ys));
+}
+
+SizedOutlines outlined(CDC& dc, const PictureFit& fit, int shapes) {
+    return {dc, outline_colour, fit.outline_width(shapes), fit.device_units};
+}
+
 // Paints the regions that are not covered over their triangles, with a wide outline.
-void mark_uncovered(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options) {
+void mark_uncovered(const Triangulation& triangles, CDC& dc, const PictureFit& fit) {
     if (triangles.count(Filled::not_at_all) == 0) {
         return;
     }
     CCPloy2DRg marked;
     copy_regions(triangles.triangles(), marked);
-    const PictureFit fit = options.fit(box_of_regions(marked));
     CPen outline(PS_SOLID, 2 * fit.device_units, RGB(120, 0, 120));
     CPen* const previous = dc.SelectObject(&outline);
     dc.SetPolyFillMode(ALTERNATE);

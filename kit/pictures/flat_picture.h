@@ -5,6 +5,7 @@
 #include "kit/base/rectangle.h"
 #include "kit/maps/map.h"
 #include "kit/maps/triangulation.h"
+#include "kit/pictures/main_extent.h"
 #include "kit/pictures/picture_fit.h"
 #include "kit/pictures/picture_size.h"
 #include "korvel/module/korvel.h"
@@ -19,12 +20,21 @@ enum class RegionColours {
     own,      ///< those of the regions themselves; black where none were set
 };
 
+/// How much of a map a picture shows.
+enum class Extent {
+    all,
+    most, ///< what contains 99 % of the corners, where that is much smaller; see `main_extent`
+};
+
 /// How a map is drawn.
 struct MapPictureOptions {
     PictureSize size = {};
 
-    /// What the picture shows, in coordinates of the map; without it the whole map.
+    /// What the picture shows, in coordinates of the map.
     std::optional<Rectangle> part = {};
+
+    /// What it shows without a `part`.
+    Extent extent = Extent::all;
 
     /// How many times as long as a unit of y a unit of x is drawn; above 0.
     double stretch = 1;
@@ -39,11 +49,19 @@ struct MapPictureOptions {
     int units_per_pixel = 1;
 
     PictureFit fit(const Rectangle& whole_map) const;
+
+    /// The same for a map or its triangles, by `extent`; linear, or a sort for `Extent::most`.
+    PictureFit fit(const CCPloy2DRg& map) const;
+    PictureFit fit(const PLYDT& triangles) const;
 };
+
+/// The number of regions that a picture of a map shows in part or not at all.
+int regions_left_out(const Map& map, const MapPictureOptions& options);
 
 /// Draws the regions of a map into the upper left `options.size` pixels of a device context, which
 /// keeps its pen. Larger regions come first, so that what lies inside a region that does not have
-/// it as a hole stays visible. Nothing is drawn of an empty map. Costs a copy of the map and, in
+/// it as a hole stays visible. The smaller a region or triangle is in the picture, the thinner its
+/// outline. Nothing is drawn of an empty map. Costs a copy of the map and, in
 /// distinct colours, the search for its neighbours.
 void draw(const Map& map, CDC& dc, const MapPictureOptions& options = {});
 void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options = {});

@@ -31,6 +31,15 @@ PictureFit::PictureFit(const Rectangle& box, PictureSize size, double stretch, i
     oy = static_cast<int>(rest_y / 2);
 }
 
+Rectangle PictureFit::page_in_map() const {
+    Rectangle shown;
+    for (const int corner : {0, 1}) {
+        shown.take_in((corner * page.width * device_units - ox) / scale * sx + x0,
+                      (corner * page.height * device_units - oy) / scale * sy + y0);
+    }
+    return shown;
+}
+
 int PictureFit::outline_width(int shapes) const {
     const double area = static_cast<double>(page.width) * page.height;
     const double spacing = std::sqrt(area / std::max(shapes, 1));

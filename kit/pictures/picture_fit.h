@@ -28,6 +28,9 @@ struct PictureFit {
     PictureFit(const Rectangle& box, PictureSize size, double stretch,
                int device_units = units_per_pixel, bool y_down = false);
 
+    /// What the whole page shows, in coordinates of the map.
+    Rectangle page_in_map() const;
+
     /// Width in device units of a pen for the outlines of `shapes` shapes spread over the picture:
     /// about a pixel for a few large ones, thinner for many small ones.
     int outline_width(int shapes) const;

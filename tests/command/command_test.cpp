@@ -92,6 +92,21 @@ TEST_F(Command, PaintsEachRegionInItsOwnColour) {
     EXPECT_NE(view.at(1, 1), white);
 }
 
+TEST_F(Command, PicturesShowMostOfAMapOrAllOfIt) {
+    // Far islands lie east and south of the states.
+    const std::string states = data + "us-states.curves";
+    for (const std::string command : {"regions ", "triangles "}) {
+        const std::string most = run(command + states + " --picture p.png --size 300x300").out;
+        EXPECT_THAT(most, HasSubstr("the picture leaves out 3 "));
+        EXPECT_THAT(most, HasSubstr("regions, in part or whole; --all shows everything\n"));
+        for (const char* option : {" --all", " --view 0,0,9,9"}) {
+            const std::string out = run(command + states + " --picture p.png" + option).out;
+            EXPECT_THAT(out, testing::Not(HasSubstr("leaves out"))) << option;
+        }
+    }
+    EXPECT_EQ(run("regions " + states + " --picture p.png --all --view 0,0,9,9").status, 2);
+}
+
 TEST_F(Command, ClicksAndLookupsAgreeOnAMap) {
     ASSERT_EQ(run("regions " + data + "world-110m.curves -o r").status, 0);
     std::string clicks;

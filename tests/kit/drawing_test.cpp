@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "kit/kit.h"
+#include "kit/pictures/sized_outlines.h"
 #include "tests/support/recording_dc.h"
 
 namespace korvel::test {
@@ -55,7 +56,7 @@ TEST(Drawing, MapsComeLargestFirstInTheirColours) {
     EXPECT_THAT(of_kind(dc, "brush "),
                 ElementsAre("brush 4-5-6", "brush back", "brush 1-2-3", "brush back"));
     EXPECT_THAT(of_kind(dc, "polygons").at(1), HasSubstr(" 4,229 114,229 114,119 4,119"));
-    EXPECT_EQ(dc.calls.back(), "pen back");
+    EXPECT_EQ(of_kind(dc, "pen").back(), "pen back");
 
     RecordingDC distinct;
     options.colours = kit::RegionColours::distinct;
@@ -78,6 +79,59 @@ TEST(Drawing, MapsComeLargestFirstInTheirColours) {
     RecordingDC empty;
     kit::draw(kit::Map(), empty, options);
     EXPECT_THAT(of_kind(empty, "polygon"), IsEmpty());
+}
+
+TEST(Drawing, OutlinesAreAsWideAsTheirPolygonsAllow) {
+    const auto pen_of = [](int side) {
+        RecordingDC dc;
+        kit::SizedOutlines device(dc, RGB(0, 0, 0), 16, 16);
+        CBrush brush(RGB(200, 100, 0));
+        device.SelectObject(&brush);
+        const POINT corners[] = {{0, 0}, {side, 0}, {side, side}, {0, side}};
+        device.Polygon(corners, 4);
+        return dc.calls.at(1);
+    };
+    EXPECT_EQ(pen_of(16 * 1000), "pen 0 16 0-0-0");
+    EXPECT_EQ(pen_of(16 * 12), "pen 0 9 0-0-0");
+    EXPECT_EQ(pen_of(16 * 2), "pen 0 4 120-60-0") << "thinner than the device draws";
+    EXPECT_EQ(pen_of(0), "pen 0 4 200-100-0");
+}
+
+TEST(Drawing, TheMainExtentLeavesOutFarPoints) {
+    // A field of 40 x 25 cells and one far away.
+    kit::Network network;
+    const auto add_cell = [&](int x, int y) {
+        network.add_curve(
+            std::vector<kit::GridPoint>{{x, y}, {x + 1, y}, {x + 1, y + 1}, {x, y + 1}, {x, y}});
+    };
+    for (int i = 0; i < 1000; ++i) {
+        add_cell(i % 40, i / 40);
+    }
+    add_cell(100, 3);
+    const kit::Map map = kit::find_regions(network).take_map();
+    kit::MapPictureOptions options = {.size = {400, 400}};
+    EXPECT_EQ(kit::regions_left_out(map, options), 0);
+    const double whole = options.fit(map.regions()).scale;
+    options.extent = kit::Extent::most;
+    EXPECT_EQ(kit::regions_left_out(map, options), 1);
+    EXPECT_NEAR(options.fit(map.regions()).scale, whole * 101 / 40, 1e-9);
+    EXPECT_EQ(options.fit(kit::triangulate(map).triangles()).scale,
+              options.fit(map.regions()).scale);
+    options.part = kit::Rectangle{0, 0, 101, 25};
+    EXPECT_EQ(kit::regions_left_out(map, options), 0);
+
+    std::vector<double> even;
+    for (int i = 0; i < 1000; ++i) {
+        even.push_back(i);
+    }
+    std::vector<double> few(even.begin(), even.begin() + 998);
+    few.push_back(1e6);
+    EXPECT_EQ(kit::main_extent(few, even).right, 1e6) << "small maps are not clipped";
+    even.push_back(1331); // 999, the extent without it, is more than three quarters
+    EXPECT_EQ(kit::main_extent(even, even).right, 1331);
+    even.back() = 1333;
+    EXPECT_EQ(kit::main_extent(even, even).right, 999);
+    EXPECT_TRUE(kit::main_extent({}, {}).is_empty());
 }
 
 TEST(Drawing, SectionsHaveLabelsWhereTheHostWritesThem) {
