@@ -74,10 +74,10 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
 }
 
 TEST_F(BodyCommand, RaisesAsTheLibraryDoes) {
-    const Result result = run("solid " KORVEL_DATA_DIR
-                              "/us-states.curves --select 20000,60000 --levels -1,2 --axis 2"
-                              " --unit 10,-10 --level-unit 1 --origin 20000,60000 --fill front "
-                              "--separate --notices --as-traced -o m");
+    const Result result =
+        run("solid " KORVEL_DATA_DIR "/us-states.curves --select 20000,60000 --levels -1,2 --axis 2"
+            " --unit 10,-10 --level-unit 1 --origin 20000,60000 --fill front "
+            "--separate --notices --as-traced -o m");
     EXPECT_EQ(result.status, 0);
 
     kit::CurveNetwork curves = kit::read_curves(kit::TextFile(KORVEL_DATA_DIR "/us-states.curves"));
