@@ -124,6 +124,7 @@ class StandardStreams : public Scratch {
 protected:
     // Calls `work` while a descriptor is another file.
     static void redirect(int which, int other, const auto& work) {
+        std::fflush(nullptr); // what was printed before goes where it was to go
         const int before = dup(which);
         dup2(other, which);
         close(other);
