@@ -13,9 +13,9 @@ cmake --build --preset release --target korvel_command
 korvel=build/release/apps/command/korvel
 mkdir -p out
 
-# Every state a region, triangulated, and a body; the country cut from coast to coast. One unit of x is a longer way
-# than one of y on this map.
-states=(data/us-states.curves --stretch 3.3)
+# Every state a region, triangulated, and a body; the country cut from coast to coast. The pictures show the mainland
+# in its usual shape: on this map a unit of x is a longer way than one of y, and far islands leave most of it empty.
+states=(data/us-states.curves --view 14500,45500,31500,75000 --stretch 3.3)
 "$korvel" regions "${states[@]}" -o out/us-states.regions --picture out/us-states.png
 "$korvel" triangles "${states[@]}" -o out/us-states.triangles --picture out/us-states-triangles.png
 "$korvel" solid data/us-states.curves --levels 0,3000 -o out/us-states.model
