@@ -11,7 +11,8 @@ for name in "$@"; do
             packages+=(pkg-config libcairo2-dev libcli11-dev nlohmann-json3-dev libegl-dev
                 libgl1-mesa-dri) ;;
         tests) # with the manual page and the Debian packages of the command
-            packages+=(libgtest-dev libgmock-dev libgeos-dev help2man groff-base dpkg-dev file) ;;
+            packages+=(libgtest-dev libgmock-dev libgeos-dev help2man groff-base dpkg-dev file
+                python3-jsonschema) ;;
         bench) packages+=(libbenchmark-dev libgeos-dev) ;;
         fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
         *) packages+=("$name") ;;

@@ -86,7 +86,10 @@ kit::FileKind CheckCommand::kind(const kit::TextFile& file) const {
 }
 
 void CheckCommand::check(const kit::TextFile& file, kit::FileKind kind) const {
-    const kit::Findings findings = kit::check_file(file, kind);
+    const kit::Findings findings = [&] {
+        const Task task("checking " + file.name);
+        return kit::check_file(file, kind);
+    }();
     report_findings(file, findings);
     if (!findings.problems.empty()) {
         fail(file, kind, findings.problems.size(), "");
@@ -99,7 +102,10 @@ void CheckCommand::fix(const kit::TextFile& file, kit::FileKind kind) const {
         throw kit::input_error(file.name + ": a " + kit::kind_name(kind) +
                                ", --fix repairs curves, regions and models");
     }
-    const kit::RepairedFile repaired = kit::repair_file(file, kind);
+    const kit::RepairedFile repaired = [&] {
+        const Task task("repairing " + file.name);
+        return kit::repair_file(file, kind);
+    }();
     std::vector<Record> repairs;
     for (const kit::Repair& repair : repaired.repairs) {
         print("%s: %s: %d", file.name.c_str(), repair.what.c_str(), repair.count);

@@ -76,6 +76,7 @@ void describe_regions(const kit::Map& map, const InfoListOptions& options) {
     }
     put_in_order(rows, options);
     const int rings = map.regions().ring_list.GetSize();
+    facts().set("regions", map.size());
     facts().set("holes", holes).set("rings", rings).set("points", map.point_count());
     facts().set("area", map.area());
     set_bounds(map.bounds());
@@ -89,7 +90,7 @@ void describe_regions(const kit::Map& map, const InfoListOptions& options) {
         print_sizes(rows, "area", "region");
         print_list(rows, options, "region  points  holes                area  bounds");
     }
-    facts().set("regions", rows_as_records(rows));
+    facts().set("listed", rows_as_records(rows));
 }
 
 void describe_model(const kit::Solids& solids, const InfoListOptions& options) {
@@ -116,7 +117,7 @@ void describe_model(const kit::Solids& solids, const InfoListOptions& options) {
         print_list(rows, options,
                    "  body   faces   edges  vertices  Euler              volume  colour   state");
     }
-    facts().set("bodies", rows_as_records(rows));
+    facts().set("listed", rows_as_records(rows));
 }
 
 void print_bounds(const kit::Rectangle& box) {

@@ -59,7 +59,7 @@ void PointInput::answer(const char* thing, const Find& find) const {
                                   .set(thing, answers[i]));
         }
     }
-    facts().set("points", std::move(records));
+    facts().set("answers", std::move(records));
 }
 
 std::vector<std::optional<int>> PointInput::found(const Find& find) const {

@@ -114,7 +114,7 @@ void RegionsCommand::take_region_around_seed() {
                             .set("points", static_cast<int>(region.ring(i).size()))
                             .set("area", region.ring_area(i)));
     }
-    facts().set("rings", rings).set("area", region.area());
+    facts().set("seed_rings", rings).set("area", region.area());
     print("%s, area between them %s", counted(region.ring_count(), "ring").c_str(),
           number_text(region.area()).c_str());
 }

@@ -48,9 +48,9 @@ TEST_F(FilesCommand, LooksUpThePointsOfAFile) {
     EXPECT_EQ(run("inside m --points q").out, "1,.5,.5 0\n5,0.5,9 none\n");
     EXPECT_EQ(run("inside m </dev/null").out, "");
     const json report = json::parse(run("inside m --points q --json").out);
-    EXPECT_EQ(report["points"][0]["point"], json({1, .5, .5}));
-    EXPECT_EQ(report["points"][0]["body"], 0);
-    EXPECT_TRUE(report["points"][1]["body"].is_null());
+    EXPECT_EQ(report["answers"][0]["point"], json({1, .5, .5}));
+    EXPECT_EQ(report["answers"][0]["body"], 0);
+    EXPECT_TRUE(report["answers"][1]["body"].is_null());
 
     write("bad", "1 1\n2 y\n");
     const Result bad = run("locate r --points bad");
@@ -83,10 +83,10 @@ TEST_F(FilesCommand, InfoSumsUpMany) {
                            "0,4,0,2,6,0,2,0,1\n1,4,0,4,8,4,6,0,2\n"));
     const json report = json::parse(run("info m --json --sort volume").out);
     EXPECT_EQ(report["kind"], "model");
-    ASSERT_EQ(report["bodies"].size(), 30U);
-    EXPECT_EQ(report["bodies"][0]["body"], 29);
-    EXPECT_EQ(report["bodies"][29]["volume"], 2);
-    EXPECT_EQ(json::parse(run("info r --json").out)["regions"][1]["perimeter"], 8);
+    ASSERT_EQ(report["listed"].size(), 30U);
+    EXPECT_EQ(report["listed"][0]["body"], 29);
+    EXPECT_EQ(report["listed"][29]["volume"], 2);
+    EXPECT_EQ(json::parse(run("info r --json").out)["listed"][1]["perimeter"], 8);
 
     write("few", squares(2));
     ASSERT_EQ(run("solid few --levels 0,1 -o m2").status, 0);

@@ -33,11 +33,15 @@ TEST_F(Report, IsShortLongOrJson) {
              {"regions c -o out", "", "finding regions: "},
              {"triangles r -o out", "", "triangulating regions: "},
              {"solid r --levels 0,1 -o out", "", "raising regions: "},
+             {"locate r 5,5", "5,5 0\n", "reading regions: "},
              {"starter cube --size 1,1,1 -o out", "", "writing out: "},
              {"merge m m -o out"},
              {"weld m -o out"},
              {"clean m -o out"},
+             {"inside m 5,5,1", "5,5,1 0\n"},
              {"move m --body 0 --by 1,0 -o out"},
+             {"info m", "", "reading "},
+             {"check m", "", "checking "},
          }) {
         const std::string arguments = row.arguments;
         const Result plain = run(arguments);

@@ -49,12 +49,16 @@ TEST_F(SharedOptions, OfUnitsScaleTheLevelsToo) {
 }
 
 TEST_F(SharedOptions, OfPicturesShowTheSamePart) {
-    // Inside the first square.
-    const std::string part = " --picture p.png --size 40x40 --view 10,10,30,30";
-    for (const char* command : {"regions", "triangles"}) {
-        ASSERT_EQ(run(std::string(command) + " c" + part).status, 0);
-        const Pixels pixels(path("p.png"));
-        EXPECT_NE(pixels.at(20, 20), RGB(255, 255, 255)) << command;
+    // The upper part of the first square, and as much above it.
+    const std::string part = " --picture p.png --size 40x40 --view 0,50,100,150";
+    constexpr COLORREF white = RGB(255, 255, 255);
+    for (const char* command : {"regions c", "triangles c"}) {
+        ASSERT_EQ(run(command + part).status, 0);
+        const Pixels upward(path("p.png"));
+        EXPECT_TRUE(upward.at(20, 8) == white && upward.at(20, 30) != white) << command;
+        ASSERT_EQ(run(command + part + " --y-down").status, 0);
+        const Pixels downward(path("p.png"));
+        EXPECT_TRUE(downward.at(20, 8) != white && downward.at(20, 30) == white) << command;
     }
 }
 
