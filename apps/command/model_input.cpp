@@ -37,6 +37,14 @@ std::string bounds_text(const kit::Solids& solids) {
     return bounds_text(solids.model().wrap_cuboid, 3);
 }
 
+void report_bodies(const std::string& name, const kit::Solids& solids) {
+    print("%s: %s, bounds %s", name.c_str(), counted(solids.size(), "body", "bodies").c_str(),
+          bounds_text(solids).c_str());
+    facts().set("model", Record()
+                             .set("bodies", solids.size())
+                             .set("bounds", bounds_record(solids.model().wrap_cuboid, 3)));
+}
+
 void refuse_collapse(const kit::Solids& solids, const std::string& subject,
                      const std::string& advice) {
     if (const auto collapse = kit::collapse_in_file(solids)) {

@@ -23,6 +23,9 @@ Record model_record(const kit::Solids& solids);
 /// "x 0 to 10, y -5 to 5, z 1 to 2".
 std::string bounds_text(const kit::Solids& solids);
 
+/// Prints how many bodies a model has and its bounds, and notes both as `model`.
+void report_bodies(const std::string& name, const kit::Solids& solids);
+
 /// Warns when a model file would put vertices off by more than 10⁻⁵ of the model's extent. `advice`
 /// ends the warning, such as "; --unit brings it closer to 0,0".
 void warn_of_rounding(const kit::Solids& solids, const std::string& advice = {});

@@ -6,6 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "kit/pictures/flat_section.h"
+#include "kit/pictures/label_place.h"
+
 namespace korvel::kit {
 namespace {
 
@@ -26,17 +29,19 @@ struct Scale {
         return start + (value - from) * (end - start) / (to - from);
     }
     std::string label(double value) const;
+    std::string name(const Point3& axis) const;
     std::vector<double> ticks() const;
 };
 
 class SectionPainter {
 public:
-    SectionPainter(CDC& dc, const Rectangle& box, PlaneAxes axes,
+    SectionPainter(CDC& dc, const Rectangle& box, const PlaneAxes& axes,
                    const SectionPictureOptions& options);
 
+    Rectangle shown() const { return {u_.from, v_.from, u_.to, v_.to}; }
     void paint_grid();
-    void paint_polygons(const Section& section);
-    void write_numbers(const Section& section);
+    void paint_polygons(FlatSection& polygons);
+    void write_numbers(const Section& section, const FlatSection& polygons);
     void paint_axes();
 
 private:
@@ -44,7 +49,6 @@ private:
     void fit();
     void set_steps();
     void line(double x0, double y0, double x1, double y1);
-    std::string axis_name(int axis, const Scale& scale) const;
 
     CDC& dc_;
     const Rectangle box_;
@@ -66,15 +70,16 @@ void draw(const Section& section, CDC& dc, const SectionPictureOptions& options)
         return;
     }
     SectionPainter painter(dc, box, section.axes(), options);
+    FlatSection polygons = flatten(section, painter.shown());
     painter.paint_grid();
-    painter.paint_polygons(section);
-    painter.write_numbers(section);
+    painter.paint_polygons(polygons);
+    painter.write_numbers(section, polygons);
     painter.paint_axes();
 }
 
 namespace {
 
-SectionPainter::SectionPainter(CDC& dc, const Rectangle& box, PlaneAxes axes,
+SectionPainter::SectionPainter(CDC& dc, const Rectangle& box, const PlaneAxes& axes,
                                const SectionPictureOptions& options)
     : dc_(dc), box_(box), axes_(axes), options_(options) {
     constexpr double smallest_with_text = 200;
@@ -175,61 +180,47 @@ void SectionPainter::paint_grid() {
     dc_.SelectObject(previous);
 }
 
-// One group for each body, so that its holes stay open.
-void SectionPainter::paint_polygons(const Section& section) {
-    TMOD2D picture = section.model();
-    picture.groups.RemoveAll();
-    for (const SectionBody& body : section.bodies()) {
-        POLY3D_CPLX group;
-        group.rgb = section.model().groups[body.polygons[0]].rgb;
-        for (const int polygon : body.polygons) {
-            group.polys.Add(polygon);
-        }
-        picture.groups.Add(group);
-    }
+void SectionPainter::paint_polygons(FlatSection& polygons) {
     const int units = options_.units_per_pixel;
     CPen outline(PS_SOLID, units * 3 / 4, ink);
     CPen* const previous = dc_.SelectObject(&outline);
     // A negative unit of v lets it grow upward.
-    picture.draw_filled_model(axes_.u, axes_.v, static_cast<int>(u_.start * units),
-                              static_cast<int>(v_.start * units), u_.from, v_.from,
-                              1 / u_.pixels_per_unit(), -1 / v_.pixels_per_unit(), units, &dc_);
+    polygons.model.draw_filled_model(
+        0, 1, static_cast<int>(u_.start * units), static_cast<int>(v_.start * units), u_.from,
+        v_.from, 1 / u_.pixels_per_unit(), -1 / v_.pixels_per_unit(), units, &dc_);
     dc_.SelectObject(previous);
 }
 
-// In the middle of each body's largest polygon, if the number is within the body there.
-void SectionPainter::write_numbers(const Section& section) {
+// Each as large as it fits into its body, if that can be read.
+void SectionPainter::write_numbers(const Section& section, const FlatSection& polygons) {
     if (labels_ == nullptr) {
         return;
     }
+    constexpr double smallest_font = 6.5;
     CPen pen(PS_SOLID, 1, ink);
     CPen* const previous = dc_.SelectObject(&pen);
-    const double font = font_ * 0.8;
-    for (const SectionBody& body : section.bodies()) {
-        const int polygon =
-            *std::max_element(body.polygons.begin(), body.polygons.end(),
-                              [&](int a, int b) { return section[a].area() < section[b].area(); });
-        Rectangle box;
-        for (const Point3& point : section[polygon].points()) {
-            const Point2 at = axes_.seen(point);
-            box.take_in(at[0], at[1]);
+    const double largest_font = font_ * 0.8;
+    TakenPlaces taken(largest_font);
+    for (std::size_t i = 0; i < section.bodies().size(); ++i) {
+        std::vector<std::vector<Point2>> rings = polygons.rings(static_cast<int>(i));
+        for (std::vector<Point2>& ring : rings) {
+            for (Point2& corner : ring) {
+                corner = {u_.place(corner[0]), v_.place(corner[1])};
+            }
         }
-        const double u = (box.left + box.right) / 2;
-        const double v = (box.top + box.bottom) / 2;
-        const std::string number = std::to_string(body.body);
-        const double half_u =
-            (labels_->text_width(number, font) / 2 + font * 0.3) / u_.pixels_per_unit();
-        const double half_v = font * 0.6 / v_.pixels_per_unit();
-        const auto is_inside = [&](double du, double dv) {
-            const auto holding =
-                std::count_if(body.polygons.begin(), body.polygons.end(), [&](int other) {
-                    return section[other].contains({u + du, v + dv});
-                });
-            return holding % 2 != 0;
-        };
-        if (is_inside(half_u, half_v) && is_inside(-half_u, half_v) && is_inside(half_u, -half_v) &&
-            is_inside(-half_u, -half_v)) {
-            labels_->write_text(number, u_.place(u), v_.place(v), font, Anchor::middle);
+        const std::string number = std::to_string(section.bodies()[i].body);
+        const double width = labels_->text_width(number, largest_font) + 0.4 * largest_font;
+        const auto place =
+            find_label_place(rings, width, largest_font, smallest_font / largest_font);
+        if (!place) {
+            continue;
+        }
+        const auto [x, y] = place->middle;
+        const double size = std::min(1.0, place->room);
+        const double half_height = size * largest_font / 2;
+        const double half_width = size * width / 2;
+        if (taken.take({x - half_width, y - half_height, x + half_width, y + half_height})) {
+            labels_->write_text(number, x, y, size * largest_font, Anchor::middle);
         }
     }
     dc_.SelectObject(previous);
@@ -257,10 +248,11 @@ void SectionPainter::paint_axes() {
                             Anchor::end);
     }
     const double name_size = font_ * 1.15;
-    labels_->write_text(axis_name(axes_.u, u_), (u_.start + u_.end) / 2, v_.start + font_ * 2.9,
+    labels_->write_text(u_.name(axes_.u), (u_.start + u_.end) / 2, v_.start + font_ * 2.9,
                         name_size, Anchor::middle);
-    labels_->write_text(axis_name(axes_.v, v_), u_.start, v_.end - font_, name_size,
-                        Anchor::middle);
+    const std::string v_name = v_.name(axes_.v);
+    labels_->write_text(v_name, u_.start, v_.end - font_, name_size,
+                        v_name.size() > 1 ? Anchor::start : Anchor::middle);
     labels_->write_text(options_.title, u_.start, v_.end - font_ * 2.8, name_size, Anchor::start);
     labels_->write_text(options_.remark, u_.end, v_.end - font_ * 2.8, name_size, Anchor::end);
     dc_.SelectObject(previous);
@@ -274,11 +266,11 @@ void SectionPainter::line(double x0, double y0, double x1, double y1) {
     dc_.LineTo(device(x1), device(y1));
 }
 
-std::string SectionPainter::axis_name(int axis, const Scale& scale) const {
-    std::string name(1, "xyz"[axis]);
-    if (scale.exaggeration > 1) {
+std::string Scale::name(const Point3& axis) const {
+    std::string name = axis_name(axis);
+    if (exaggeration > 1) {
         char factor[32];
-        std::snprintf(factor, sizeof factor, " \u00d7 %.12g", scale.exaggeration);
+        std::snprintf(factor, sizeof factor, " \u00d7 %.12g", exaggeration);
         name += factor;
     }
     return name;

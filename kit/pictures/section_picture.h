@@ -14,9 +14,8 @@ namespace korvel::kit {
 struct SectionPictureOptions {
     PictureSize size = {};
 
-    /// What the picture shows: u from left to right, v from top (its least) to bottom (its
-    /// greatest), in coordinates of the model along the `PlaneAxes` of the section. Without it the
-    /// whole section.
+    /// What the picture shows, along the `PlaneAxes` of the section: u from `left` to `right`, v
+    /// from `top` (its least) to `bottom` (its greatest). Without it the whole section.
     std::optional<Rectangle> part = {};
 
     std::string title = {};
@@ -32,11 +31,12 @@ struct SectionPictureOptions {
 };
 
 /// Draws the polygons of a section in the colours of their bodies, holes open, v upward, into the
-/// upper left `options.size` pixels of a device context, with both axes, their scales and the
-/// numbers of the bodies where there is room for them: not in pictures of less than 200 pixels.
-/// Where one axis would be squeezed to a thin strip it is drawn on a larger scale, and its name
-/// gives the factor: "z × 20". Nothing is drawn of an empty section unless a part is given. Linear
-/// in the section.
+/// upper left `options.size` pixels of a device context. In pictures of 200 pixels and more both
+/// axes are drawn with their names and scales, and the number of each body wherever it fits into
+/// the body, in a smaller font where there is less room. Lengths are true; where one axis would be
+/// squeezed to a thin strip it is drawn on a larger scale, and its name gives the factor:
+/// "z × 20". Nothing is drawn of an empty section unless a part is given. Linear in the section but
+/// for the search for the places of the numbers, which visits a polygon up to 2000 times.
 void draw(const Section& section, CDC& dc, const SectionPictureOptions& options = {});
 
 } // namespace korvel::kit

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 #include "kit/base/points.h"
 
@@ -35,19 +36,30 @@ struct Plane {
     friend bool operator==(const Plane&, const Plane&) = default;
 };
 
-/// The axes of the model (0 x, 1 y, 2 z) along which a plane is seen: those other than the axis of
-/// the largest component of the plane's normal, the first of equals.
+/// The axes along which pictures show a plane: two unit vectors in it, perpendicular to each other.
+///
+/// A plane that fixes a coordinate keeps the axes of the model: y and z for x = c, x and z for
+/// y = c, x and y for z = c. Of other planes those whose normal is nearest to z are seen from
+/// above, u towards greater x without a part along y, v towards greater y. In all others u is
+/// horizontal, towards greater x or y, whichever it changes more (x of equals), and v points
+/// upward: along z where the plane is vertical.
 struct PlaneAxes {
-    int u;
-    int v;
-    int away; ///< the third one
+    Point3 u;
+    Point3 v;
 
     explicit PlaneAxes(const Plane& plane);
 
-    /// A point as it is seen.
-    Point2 seen(const Point3& point) const {
-        return {point[static_cast<std::size_t>(u)], point[static_cast<std::size_t>(v)]};
+    /// A point as it is seen: its distances along both axes from the point of the plane that is
+    /// nearest to the model's origin. Where the plane fixes a coordinate these are the other two.
+    Point2 seen(const Point3& point) const { return {along(u, point), along(v, point)}; }
+
+private:
+    static double along(const Point3& axis, const Point3& point) {
+        return axis[0] * point[0] + axis[1] * point[1] + axis[2] * point[2];
     }
 };
+
+/// "x", "y" or "z" for an axis of the model, otherwise a direction: "along 0.6,0.8,0".
+std::string axis_name(const Point3& axis);
 
 } // namespace korvel::kit

@@ -13,8 +13,8 @@ namespace {
 
 Plane beside_vertices(const Plane& plane, const TMOD3D& model);
 std::vector<int> section_vertices(const TMOD3D& model, const Plane& plane);
-double area_seen(const SectionPolygon& polygon, PlaneAxes axes);
-Rectangle bounds_seen(const SectionPolygon& polygon, PlaneAxes axes);
+double area_seen(const SectionPolygon& polygon, const PlaneAxes& axes);
+Rectangle bounds_seen(const SectionPolygon& polygon, const PlaneAxes& axes);
 
 /// Gives each body its number as its hue while the object exists: only its colour relates a polygon
 /// of a section to its body.
@@ -200,11 +200,9 @@ void Section::find_holes() {
 
 void Section::measure() {
     const PlaneAxes axes(plane_);
-    const double stretch = plane_.normal_length() /
-                           std::abs(plane_.coefficients()[static_cast<std::size_t>(axes.away)]);
     for (SectionBody& body : bodies_) {
         for (const int polygon : body.polygons) {
-            const double area = stretch * area_seen((*this)[polygon], axes);
+            const double area = area_seen((*this)[polygon], axes);
             model_.polys[polygon].area = area;
             body.area += (*this)[polygon].is_hole() ? -area : area;
         }
@@ -229,19 +227,23 @@ void Section::find_loose_points() {
 namespace {
 
 // From the first corner on, which keeps the products small far from the origin.
-double area_seen(const SectionPolygon& polygon, PlaneAxes axes) {
+double area_seen(const SectionPolygon& polygon, const PlaneAxes& axes) {
     const auto corners = polygon.points();
-    const Point2 origin = axes.seen(corners[0]);
+    const Point3 first = corners[0];
+    const auto seen_from_first = [&](int k) {
+        const Point3 corner = corners[k];
+        return axes.seen({corner[0] - first[0], corner[1] - first[1], corner[2] - first[2]});
+    };
     double sum = 0;
     for (int k = 1; k + 1 < corners.size(); ++k) {
-        const Point2 a = axes.seen(corners[k]);
-        const Point2 b = axes.seen(corners[k + 1]);
-        sum += (a[0] - origin[0]) * (b[1] - origin[1]) - (a[1] - origin[1]) * (b[0] - origin[0]);
+        const Point2 a = seen_from_first(k);
+        const Point2 b = seen_from_first(k + 1);
+        sum += a[0] * b[1] - a[1] * b[0];
     }
     return std::abs(sum) / 2;
 }
 
-Rectangle bounds_seen(const SectionPolygon& polygon, PlaneAxes axes) {
+Rectangle bounds_seen(const SectionPolygon& polygon, const PlaneAxes& axes) {
     Rectangle box;
     for (const Point3& corner : polygon.points()) {
         const Point2 at = axes.seen(corner);

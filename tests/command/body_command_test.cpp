@@ -39,13 +39,16 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
         const char* figures;
     };
     for (const Section& row : std::vector<Section>{
+             {"--plane y=1", "y = 1\n1 of 2", "1 polygon, area 50\n"},
+             {"--plane y=4", "y = 4\n2 of 2", "4 polygons, area 40\n"},
+             {"--plane x=7.0", "x = 7\n1 of 2", "2 polygons, area 20\n"},
+             {"--plane z=.5", "z = 0.5\n2 of 2", "4 polygons, area 72\n"},
+             {"--plane 0,0,2,-4", "z = 2\n2 of 2", "4 polygons, area 72\n"},
+             {"--plane 0,3,-4,5", "3y - 4z = -5\n2 of 2", "area 55\n"},
+             {"--plane -1,-1,0,9.5", "-x - y = -9.5\n2 of 2", "4 polygons, area 45.96"},
+             {"--plane y=2", "y = 2, cut beside the corners that lie there: y = 2.0", "area 40\n"},
              {"--x 1", "y = 1\n1 of 2", "1 polygon, area 50\n"},
-             {"--x 4", "y = 4\n2 of 2", "4 polygons, area 40\n"},
              {"--y 7", "x = 7\n1 of 2", "2 polygons, area 20\n"},
-             {"--y -3", "x = -3\n0 of 2", "0 polygons, area 0\n"},
-             {"--plane 0,0,2,-4", "2z - 4 = 0\n2 of 2", "4 polygons, area 72\n"},
-             {"--plane 0,3,-4,5", "3y - 4z + 5 = 0\n2 of 2", "area 55\n"},
-             {"--x 2", "y = 2, cut beside the corners that lie there: y = 2.0", "area 40\n"},
          }) {
         const Result cut = run(std::string("section m ") + row.plane);
         EXPECT_EQ(cut.err, "") << row.plane;
@@ -64,13 +67,51 @@ TEST_F(BodyCommand, CutsWhatItRaised) {
     EXPECT_EQ(pixels.at(320, 230), RGB(255, 255, 255)) << "the open hole";
     EXPECT_EQ(pixels.at(5, 5), RGB(255, 255, 255));
 
-    const Result sweep = run("section m --x 99 --sweep 4 --picture p.svg");
+    const Result sweep = run("section m --plane y=99 --sweep 4 --picture p.svg");
     EXPECT_EQ(sweep.status, 0);
     EXPECT_THAT(sweep.out, HasSubstr("    2  y = 3: 2 bodies, 4 polygons, area 40\n"));
     EXPECT_THAT(sweep.out, HasSubstr("spacing of 2: 360, volume of the bodies: 360\n"
                                      "wrote p-001.svg to p-004.svg\n"));
     EXPECT_THAT(read("p-004.svg"), testing::EndsWith("</svg>\n"));
     EXPECT_EQ(files(), 8);
+}
+
+TEST_F(BodyCommand, RefusesPlanesThatAreNone) {
+    write("m", tetrahedron());
+    for (const char* plane : {"w=3", "x", "x=", "=5", "x=3,4", "x=nan", "x=1e999", "X=3", "xy=3",
+                              "'x= 3'", "'x =3'", "1,2,3", "1,2,3,4,5", "'1, 2,3,4'", "1,2,3,x"}) {
+        const Result result = run(std::string("section m --plane ") + plane);
+        EXPECT_EQ(result.status, 2) << plane;
+        EXPECT_THAT(result.err, HasSubstr("is not a plane x=V, y=V, z=V or A,B,C,D in finite"))
+            << plane;
+    }
+    EXPECT_THAT(run("section m --plane 0,0,0,1").err, HasSubstr("A, B and C not all 0"));
+    EXPECT_EQ(run("section m").err, "korvel: --plane is required\n");
+    EXPECT_THAT(run("section m --x 1 --plane x=1").err, HasSubstr("more than one plane"));
+    EXPECT_THAT(run("section m --x 1 --y 1").err, HasSubstr("more than one plane"));
+    EXPECT_THAT(run("section m --plane x=1 --view 0,0,1,1").err, HasSubstr("requires --picture"));
+    EXPECT_THAT(run("section --help").out, testing::Not(testing::ContainsRegex("--[xy]\\b")));
+}
+
+TEST_F(BodyCommand, ReportsWhatAPlaneMisses) {
+    ASSERT_EQ(run("starter cube --size 4,4,4 -o a").status, 0);
+    ASSERT_EQ(run("starter cube --size 4,4,4 --center 20,0,0 -o b").status, 0);
+    ASSERT_EQ(run("merge a b -o m").status, 0);
+    const std::vector<std::pair<std::string, std::string>> table = {
+        {"x=-3.5", "x = -3.5 does not meet the model: x is -2 to 22 there"},
+        {"0,0,2,-8", "z = 4 does not meet the model: z is -2 to 2 there"},
+        {"1,-1,0,90", "x - y = -90 does not meet the model: x - y is -4 to 24 there"},
+        {"x=10", "x = 10 meets no body"},
+    };
+    for (const auto& [plane, message] : table) {
+        const Result result = run("section m -o s --picture p.png --size 300x200 --plane " + plane);
+        EXPECT_EQ(result.status, 0) << plane;
+        EXPECT_EQ(result.err, "korvel: warning: the plane " + message + "\n");
+        EXPECT_THAT(result.out, HasSubstr("\nwrote s, p.png\n")) << plane;
+    }
+    const Result sweep = run("section m --plane x=0 --sweep 6");
+    EXPECT_EQ(sweep.err, "korvel: warning: 4 of 6 cuts meet no body\n");
+    EXPECT_EQ(sweep.status, 0);
 }
 
 TEST_F(BodyCommand, RaisesAsTheLibraryDoes) {
