@@ -44,6 +44,7 @@
 #include "kit/solids/file_check.h"
 #include "kit/solids/file_precision.h"
 #include "kit/solids/file_repair.h"
+#include "kit/solids/outline_edges.h"
 #include "kit/solids/pick.h"
 #include "kit/solids/plane.h"
 #include "kit/solids/raise.h"

@@ -1,4 +1,4 @@
-#include <cstdio>
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,18 +36,21 @@ private:
     std::string input_;
     std::string angles_ = default_angles;
     bool with_edges_ = false;
+    bool with_outlines_ = false;
     bool with_box_ = false;
     std::string part_;
     std::string picture_;
     std::string size_ = default_picture_size;
+    Option size_option_;
     int turntable_ = 0;
     std::string pick_;
     std::string click_;
     kit::Solids solids_;
 };
 
-void print_bounds(const kit::Solids& solids, const kit::ViewFrame& frame);
-void print_pick(const std::string& place, const kit::Solids& solids, const kit::Pick& pick);
+void report_bounds(const kit::Solids& solids, const kit::ViewFrame& frame);
+std::string bounds_in_view(const double* pairs, int axes);
+void report_pick(const std::string& place, const kit::Solids& solids, const kit::Pick& pick);
 std::string point_text(const kit::Point3& point);
 
 void ViewCommand::run() {
@@ -79,11 +82,14 @@ ViewCommand::ViewCommand(Options options) {
         .add("--angles", angles_, "A,B",
              "Degrees by which the model is turned about z, then tilted about x")
         .with_default();
+    options.add_flag("--outlines", with_outlines_,
+                     "Draw the edges where bodies end or bend sharply");
     options.add_flag("--edges", with_edges_, "Draw all edges in white");
     options.add_flag("--box", with_box_, "Draw the box around the model in black");
     const Option picture = options.add("--picture", picture_, "FILE", "Paint a picture: .png");
-    options.add("--size", size_, "WxH", "Size of the picture in pixels, 16 to 20000 each")
-        .with_default();
+    size_option_ =
+        options.add("--size", size_, "WxH", "Size of the picture in pixels, 16 to 20000 each")
+            .with_default();
     const Option part =
         options.add("--view", part_, "U,V,U,V", "Two opposite corners of what the picture shows");
     const Option turntable =
@@ -111,6 +117,7 @@ ViewCommand::ViewCommand(Options options) {
         "With --turntable the pictures are numbered: FILE-00.png and so on.\n"
         "\n"
         "Examples:\n"
+        "  korvel view states.model --outlines --picture states.png\n"
         "  korvel view ball.model --edges --picture ball.png\n"
         "  korvel view ball.model --turntable 24 --size 600x600 --picture ball.png\n"
         "  korvel view ball.model --click 800,500 --picture picked.png");
@@ -133,12 +140,17 @@ void ViewCommand::check() const {
     }
     size();
     if (picture_.empty()) {
+        if (click_.empty() && size_option_.is_given()) {
+            throw kit::input_error("--size is of no use without --picture or --click");
+        }
         if (!is_picking()) {
             throw kit::input_error("--picture, --pick or --click is required");
         }
         return;
     }
-    if (turntable_ > 0) {
+    if (picture_ == "-" && turntable_ == 0) {
+        report_to_standard_error();
+    } else if (turntable_ > 0) {
         kit::check_turntable_files(picture_, turntable_);
     } else {
         kit::check_view_file(picture_);
@@ -147,8 +159,7 @@ void ViewCommand::check() const {
 
 void ViewCommand::load() {
     solids_ = load_solids(input_);
-    print("%s: %s, bounds %s", shown(input_).c_str(),
-          counted(solids_.size(), "body", "bodies").c_str(), bounds_text(solids_).c_str());
+    report_bodies(shown(input_), solids_);
     const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
     solids_.set_view({.turn = angles[0], .tilt = angles[1]});
 }
@@ -160,12 +171,22 @@ void ViewCommand::look(kit::ViewOptions options) {
     if (picture_.empty()) {
         return;
     }
+    const bool to_standard_output = picture_ == "-";
     {
         const Task task("painting");
-        kit::write_picture(solids_, picture_, options);
+        if (to_standard_output) {
+            kit::OutputFile out(kit::standard_output);
+            options.screen->bind();
+            kit::draw_view(solids_, frame, options);
+            options.screen->write_png(out);
+            out.replace();
+        } else {
+            kit::write_picture(solids_, picture_, options);
+        }
     }
-    note_output(picture_);
-    print("wrote %s", picture_.c_str());
+    const std::string name = to_standard_output ? "standard output" : picture_;
+    note_output(name);
+    print("wrote %s", name.c_str());
 }
 
 void ViewCommand::turn_round(const kit::ViewOptions& options) {
@@ -188,6 +209,7 @@ kit::ViewOptions ViewCommand::view_options(kit::OffscreenRenderer* screen) const
         options.part = parse_box("--view", part_);
     }
     options.edges = with_edges_;
+    options.outlines = with_outlines_;
     options.box = with_box_;
     options.screen = screen;
     return options;
@@ -198,8 +220,10 @@ void ViewCommand::check_frame(const kit::ViewFrame& frame) const {
         throw kit::input_error(shown(input_) + ": a picture " +
                                number_text(frame.right() - frame.left) + " wide cannot be drawn");
     }
-    if (is_verbose()) {
-        print_bounds(solids_, frame);
+    report_bounds(solids_, frame);
+    if (!part_.empty() && kit::shows_nothing(frame, solids_.model())) {
+        warn("--view shows no part of the model, which extends over " +
+             bounds_in_view(solids_.model().view_bounds, 2));
     }
 }
 
@@ -220,35 +244,67 @@ std::optional<kit::Pick> ViewCommand::pick_requested_point(const kit::ViewFrame&
     }
     const std::optional<kit::Pick> found = solids_.pick(at.x, at.y);
     if (found) {
-        print_pick(place, solids_, *found);
+        report_pick(place, solids_, *found);
     } else {
-        print("%s: none", place.c_str());
+        print_answer(place + ": none");
+        facts().set("pick",
+                    Record().set("u", at.x).set("v", at.y).set("body", std::optional<int>()));
     }
     return found;
 }
 
-void print_bounds(const kit::Solids& solids, const kit::ViewFrame& frame) {
-    const double shown[] = {frame.left, frame.right(), frame.bottom, frame.top()};
-    const auto print_pairs = [](const char* what, const double* pairs, int axes) {
-        std::string text;
+void report_bounds(const kit::Solids& solids, const kit::ViewFrame& frame) {
+    const double* const model = solids.model().view_bounds;
+    const double picture[] = {frame.left, frame.right(), frame.bottom, frame.top()};
+    print_detail("view: model %s", bounds_in_view(model, 3).c_str());
+    print_detail("view: picture %s", bounds_in_view(picture, 2).c_str());
+    const auto record = [](const double* pairs, int axes) {
+        constexpr std::array<const char*, 3> names = {"u", "v", "w"};
+        Record bounds;
         for (int axis = 0; axis < axes; ++axis) {
-            text.append(axis == 0 ? " " : ", ").append(1, "uvw"[axis]).append(" ");
-            text.append(number_text(pairs[2 * axis])).append(" to ");
-            text.append(number_text(pairs[2 * axis + 1]));
+            bounds.set(names[axis], std::vector<double>{pairs[2 * axis], pairs[2 * axis + 1]});
         }
-        print("%s%s", what, text.c_str());
+        return bounds;
     };
-    print_pairs("view: model", solids.model().view_bounds, 3);
-    print_pairs("view: picture", shown, 2);
+    facts().set("view", Record().set("model", record(model, 3)).set("picture", record(picture, 2)));
 }
 
-void print_pick(const std::string& place, const kit::Solids& solids, const kit::Pick& pick) {
+/// "u -3 to 3, v 0 to 5".
+std::string bounds_in_view(const double* pairs, int axes) {
+    std::string text;
+    for (int axis = 0; axis < axes; ++axis) {
+        text.append(axis == 0 ? "" : ", ").append(1, "uvw"[axis]).append(" ");
+        text.append(number_text(pairs[2 * axis])).append(" to ");
+        text.append(number_text(pairs[2 * axis + 1]));
+    }
+    return text;
+}
+
+void report_pick(const std::string& place, const kit::Solids& solids, const kit::Pick& pick) {
     const auto [start, end] = solids.edge(pick.edge);
-    print("%s: face %d of body %d, point %s, depth %s", place.c_str(), pick.face, pick.body,
-          point_text(pick.point).c_str(), number_text(pick.depth).c_str());
-    print("nearest vertex %d at %s", pick.vertex, point_text(solids.vertex(pick.vertex)).c_str());
-    print("nearest edge %d between vertices %d and %d, point on it %s", pick.edge, start, end,
-          point_text(pick.on_edge).c_str());
+    const auto list = [](const kit::Point3& point) {
+        return std::vector<double>(point.begin(), point.end());
+    };
+    const kit::Point3 vertex = solids.vertex(pick.vertex);
+    print_answer(place + ": face " + std::to_string(pick.face) + " of body " +
+                 std::to_string(pick.body) + ", point " + point_text(pick.point) + ", depth " +
+                 number_text(pick.depth));
+    print_answer("nearest vertex " + std::to_string(pick.vertex) + " at " + point_text(vertex));
+    print_answer("nearest edge " + std::to_string(pick.edge) + " between vertices " +
+                 std::to_string(start) + " and " + std::to_string(end) + ", point on it " +
+                 point_text(pick.on_edge));
+    facts().set("pick", Record()
+                            .set("u", pick.u)
+                            .set("v", pick.v)
+                            .set("body", pick.body)
+                            .set("face", pick.face)
+                            .set("point", list(pick.point))
+                            .set("depth", pick.depth)
+                            .set("vertex", pick.vertex)
+                            .set("vertex_point", list(vertex))
+                            .set("edge", pick.edge)
+                            .set("edge_vertices", std::vector<int>{start, end})
+                            .set("edge_point", list(pick.on_edge)));
 }
 
 std::string point_text(const kit::Point3& point) {

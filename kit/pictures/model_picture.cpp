@@ -2,9 +2,11 @@
 
 #include <GL/gl.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "kit/solids/exact.h"
+#include "kit/solids/outline_edges.h"
 
 namespace korvel::kit {
 namespace {
@@ -16,13 +18,16 @@ struct GlColour {
 };
 
 constexpr GlColour black = {0, 0, 0};
+constexpr GlColour dark = {0.12, 0.12, 0.14};
 constexpr GlColour white = {1, 1, 1};
 constexpr GlColour yellow = {1, 0.9, 0};
 constexpr GlColour red = {0.9, 0, 0};
 constexpr GlColour blue = {0, 0.2, 1};
 
+bool is_hatching(const TMOD3D& model, const LINE3D& edge, double pixel);
 void fill_face(const TMOD3D& model, int face, const GlColour& colour);
 void draw_edge(const TMOD3D& model, const LINE3D& edge, const GlColour& colour);
+void add_edge(const TMOD3D& model, const LINE3D& edge, double lift);
 void draw_dot(double u, double v, double w, double radius, const GlColour& colour);
 
 } // namespace
@@ -44,6 +49,25 @@ void draw_model(const TMOD3D& shown, bool with_edges, bool with_box) {
     }
 }
 
+// In front of the faces by little more than these recede from one pixel to the next, lest what is
+// behind an edge of a face comes through; where all edges are drawn, as far as the library lifts
+// those, which the outlines cover.
+void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges) {
+    const double depth = model.view_bounds[5] - model.view_bounds[4];
+    const double lift = with_edges ? 0.005 * depth : std::max(2.5 * frame.unit, 1e-5 * depth);
+    glDepthFunc(GL_LEQUAL);
+    glLineWidth(frame.line_width());
+    glBegin(GL_LINES);
+    glColor3d(dark.red, dark.green, dark.blue);
+    for (const int edge : outline_edges(model)) {
+        if (!is_hatching(model, model.lines[edge], frame.unit)) {
+            add_edge(model, model.lines[edge], lift);
+        }
+    }
+    glEnd();
+    glDepthFunc(GL_LESS);
+}
+
 void draw_pick(const TMOD3D& model, const Pick& pick, const ViewFrame& frame) {
     // The marks leave a part of the face visible.
     const double pixels = 3 * frame.line_width();
@@ -62,6 +86,26 @@ void draw_pick(const TMOD3D& model, const Pick& pick, const ViewFrame& frame) {
 
 namespace {
 
+// Whether an edge is long beside faces that are a few pixels wide as seen, as the upright edges of
+// the wall along a coast are: together they would paint the wall black.
+bool is_hatching(const TMOD3D& model, const LINE3D& edge, double pixel) {
+    constexpr double narrow = 4; // pixels
+    constexpr double slender = 3;
+    const double* const start = model.verts[edge.start_vert].view_xyz;
+    const double* const end = model.verts[edge.end_vert].view_xyz;
+    const double along[] = {end[0] - start[0], end[1] - start[1]};
+    const double length = std::hypot(along[0], along[1]);
+    const double widest = std::min(narrow * pixel, length / slender);
+    return std::all_of(edge.faces.begin(), edge.faces.end(), [&](int face) {
+        const CArray<int>& corners = model.polys[face].verts;
+        return std::all_of(corners.begin(), corners.end(), [&](int corner) {
+            const double* const at = model.verts[corner].view_xyz;
+            const double across = along[0] * (at[1] - start[1]) - along[1] * (at[0] - start[0]);
+            return std::abs(across) < widest * length;
+        });
+    });
+}
+
 void fill_face(const TMOD3D& model, int face, const GlColour& colour) {
     glBegin(GL_POLYGON);
     glColor3d(colour.red, colour.green, colour.blue);
@@ -72,9 +116,15 @@ void fill_face(const TMOD3D& model, int face, const GlColour& colour) {
 void draw_edge(const TMOD3D& model, const LINE3D& edge, const GlColour& colour) {
     glBegin(GL_LINES);
     glColor3d(colour.red, colour.green, colour.blue);
-    glVertex3dv(model.verts[edge.start_vert].view_xyz);
-    glVertex3dv(model.verts[edge.end_vert].view_xyz);
+    add_edge(model, edge, 0);
     glEnd();
+}
+
+void add_edge(const TMOD3D& model, const LINE3D& edge, double lift) {
+    for (const int end : {edge.start_vert, edge.end_vert}) {
+        const double* const at = model.verts[end].view_xyz;
+        glVertex3d(at[0], at[1], at[2] + lift);
+    }
 }
 
 void draw_dot(double u, double v, double w, double radius, const GlColour& colour) {

@@ -30,6 +30,9 @@ ViewFrame turntable_frame(const TMOD3D& model, const ViewOptions& options) {
 void draw_view(const TMOD3D& model, const ViewFrame& frame, const ViewOptions& options) {
     begin_view(frame);
     draw_model(model, options.edges, options.box);
+    if (options.outlines) {
+        draw_outlines(model, frame, options.edges);
+    }
     if (options.marked) {
         draw_pick(model, *options.marked, frame);
     }

@@ -24,8 +24,9 @@ struct ViewOptions {
     /// What the picture shows, its x being u and its y being v; without it the whole model.
     std::optional<Rectangle> part = {};
 
-    bool edges = false; ///< all edges in white
-    bool box = false;   ///< the box around the model in black
+    bool edges = false;    ///< all edges in white
+    bool outlines = false; ///< those that outline the bodies (`outline_edges`), dark
+    bool box = false;      ///< the box around the model in black
 
     /// What was picked in this view: its face is shown yellow, its nearest edge red, its nearest
     /// vertex as a blue dot and the position as a white one.

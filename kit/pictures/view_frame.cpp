@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+#include <vector>
+
+#include "kit/base/points.h"
 
 namespace korvel::kit {
 namespace {
@@ -21,6 +25,7 @@ struct ViewBox {
 
 ViewBox view_extent(const TMOD3D& model, bool with_box);
 ViewFrame frame_around(const ViewBox& extent, PictureSize size);
+bool meets(const std::vector<Point2>& a, const std::vector<Point2>& b);
 
 } // namespace
 
@@ -45,6 +50,22 @@ ViewFrame part_of_view(const TMOD3D& model, const Rectangle& part, PictureSize s
     extent.least[1] = part.top;
     extent.greatest[1] = part.bottom;
     return frame_around(extent, size);
+}
+
+bool shows_nothing(const ViewFrame& frame, const TMOD3D& model) {
+    const std::vector<Point2> page = {{frame.left, frame.bottom},
+                                      {frame.right(), frame.bottom},
+                                      {frame.right(), frame.top()},
+                                      {frame.left, frame.top()}};
+    std::vector<Point2> corners;
+    return std::none_of(model.polys.begin(), model.polys.end(), [&](const POLY3D& face) {
+        corners.clear();
+        for (const int corner : face.verts) {
+            const double* const at = model.verts[corner].view_xyz;
+            corners.push_back({at[0], at[1]});
+        }
+        return meets(page, corners) && meets(corners, page);
+    });
 }
 
 // A vertex runs round on a circle, which the view shows as an ellipse.
@@ -109,6 +130,29 @@ ViewFrame frame_around(const ViewBox& extent, PictureSize size) {
     frame.nearest = extent.greatest[2] + room;
     frame.farthest = extent.least[2] - room;
     return frame;
+}
+
+// Whether no side of a convex polygon separates it from another one.
+bool meets(const std::vector<Point2>& a, const std::vector<Point2>& b) {
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        const Point2& start = a[i];
+        const Point2& end = a[(i + 1) % a.size()];
+        const auto range_across = [&](const std::vector<Point2>& points) {
+            std::pair<double, double> range = {HUGE_VAL, -HUGE_VAL};
+            for (const Point2& point : points) {
+                const double across = (end[0] - start[0]) * (point[1] - start[1]) -
+                                      (end[1] - start[1]) * (point[0] - start[0]);
+                range = {std::min(range.first, across), std::max(range.second, across)};
+            }
+            return range;
+        };
+        const auto [a_least, a_most] = range_across(a);
+        const auto [b_least, b_most] = range_across(b);
+        if (a_least > b_most || b_least > a_most) {
+            return false;
+        }
+    }
+    return !a.empty();
 }
 
 } // namespace

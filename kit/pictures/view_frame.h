@@ -39,6 +39,9 @@ ViewFrame whole_view(const TMOD3D& model, bool with_box, PictureSize size);
 /// Shows a part, the box's x being u and its y being v.
 ViewFrame part_of_view(const TMOD3D& model, const Rectangle& part, PictureSize size);
 
+/// Whether no part of a face is within a picture, whether or not another face hides it. Linear.
+bool shows_nothing(const ViewFrame& frame, const TMOD3D& model);
+
 /// Shows the model at whatever angle it is turned to about its z axis, in one scale and with the
 /// middle of the wrap cuboid in the middle of the picture.
 ViewFrame turning_view(const TMOD3D& model, bool with_box, PictureSize size);

@@ -218,6 +218,7 @@ TEST_F(ViewCommand, BadInputLeavesWhatThereWas) {
              {"m --picture p.png --click 1600,3", 2, "korvel: --click: '1600,3' is not a pixel of"},
              {"m --picture p.png --click 3,-1", 2, "korvel: --click: '3,-1' is not a pixel of a p"},
              {"m --picture p.png --angles 5", 2, "korvel: --angles: '5' is not A,B in finite num"},
+             {"m --pick 1,1 --size 99x99", 2, "korvel: --size is of no use without --picture or"},
              {"m --picture p.png --size 9x9", 2, "korvel: --size: '9x9' is not a size WxH of 16"},
              {"m --picture p.png --view 0,0,1", 2, "korvel: --view: '1' is not a point X,Y"},
              {"m --picture p.png --view 0,0,1e-40,1e-40", 2, "m: a picture "},
