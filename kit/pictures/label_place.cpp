@@ -86,7 +86,7 @@ PlaceSearch::PlaceSearch(const std::vector<Ring>& rings) : rings_(rings) {}
 // Divides the square with the most room possible until no other can have clearly more than the best
 // position found.
 LabelPlace PlaceSearch::run(double least) {
-    constexpr double plenty = 2;
+    constexpr double plenty = 1.3;
     constexpr int most_tried = 2000;
     least_ = least;
     const Rectangle box = box_of(rings_);
@@ -126,7 +126,7 @@ void PlaceSearch::add_cells(const Rectangle& box) {
 void PlaceSearch::try_cell(const Point2& middle, double half) {
     ++tried_;
     const double room = room_at(middle, needed() - half);
-    if (room > best_.room) {
+    if (room > 1.1 * best_.room) { // those tried first are more in the middle
         best_ = {middle, room};
     }
     if (room + half > needed()) {

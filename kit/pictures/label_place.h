@@ -17,7 +17,7 @@ struct LabelPlace {
 };
 
 /// Where a label of a width and a height has most room within rings, holes among them: the centroid
-/// of the largest ring where a label of twice the size fits there, otherwise a position with at
+/// of the largest ring where a label 1.3 times as large fits there, otherwise a position with at
 /// least nine tenths of the most room there is. Nothing where the room is less than `least`. The
 /// number of positions that are tried is limited, and each costs a pass over the rings at most.
 std::optional<LabelPlace> find_label_place(const std::vector<std::vector<Point2>>& rings,

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
+#include "kit/base/rectangle.h"
 #include "kit/solids/exact.h"
 #include "kit/solids/outline_edges.h"
 
@@ -24,6 +26,7 @@ constexpr GlColour yellow = {1, 0.9, 0};
 constexpr GlColour red = {0.9, 0, 0};
 constexpr GlColour blue = {0, 0.2, 1};
 
+std::vector<double> outline_strengths(const TMOD3D& model, double pixel);
 bool is_hatching(const TMOD3D& model, const LINE3D& edge, double pixel);
 void fill_face(const TMOD3D& model, int face, const GlColour& colour);
 void draw_edge(const TMOD3D& model, const LINE3D& edge, const GlColour& colour);
@@ -55,16 +58,25 @@ void draw_model(const TMOD3D& shown, bool with_edges, bool with_box) {
 void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges) {
     const double depth = model.view_bounds[5] - model.view_bounds[4];
     const double lift = with_edges ? 0.005 * depth : std::max(2.5 * frame.unit, 1e-5 * depth);
+    const std::vector<double> strengths = outline_strengths(model, frame.unit);
     glDepthFunc(GL_LEQUAL);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glLineWidth(frame.line_width());
     glBegin(GL_LINES);
-    glColor3d(dark.red, dark.green, dark.blue);
-    for (const int edge : outline_edges(model)) {
-        if (!is_hatching(model, model.lines[edge], frame.unit)) {
-            add_edge(model, model.lines[edge], lift);
+    for (const int e : outline_edges(model)) {
+        const LINE3D& edge = model.lines[e];
+        if (!is_hatching(model, edge, frame.unit)) {
+            double strength = 0;
+            for (const int body : edge.bodies) {
+                strength = std::max(strength, strengths[static_cast<std::size_t>(body)]);
+            }
+            glColor4d(dark.red, dark.green, dark.blue, strength);
+            add_edge(model, edge, lift);
         }
     }
     glEnd();
+    glDisable(GL_BLEND);
     glDepthFunc(GL_LESS);
 }
 
@@ -85,6 +97,23 @@ void draw_pick(const TMOD3D& model, const Pick& pick, const ViewFrame& frame) {
 }
 
 namespace {
+
+// How opaque the outlines of each body are: less where it is small as seen, since what many small
+// bodies show would disappear behind their outlines.
+std::vector<double> outline_strengths(const TMOD3D& model, double pixel) {
+    constexpr double weakest = 0.25;
+    constexpr double large = 32; // pixels
+    std::vector<double> strengths;
+    for (const BODY3D& body : model.bodies) {
+        Rectangle box;
+        for (const int vertex : body.verts) {
+            box.take_in(model.verts[vertex].view_xyz[0], model.verts[vertex].view_xyz[1]);
+        }
+        const double size = std::sqrt((box.right - box.left) * (box.bottom - box.top)) / pixel;
+        strengths.push_back(box.is_empty() ? 0 : std::clamp(size / large, weakest, 1.0));
+    }
+    return strengths;
+}
 
 // Whether an edge is long beside faces that are a few pixels wide as seen, as the upright edges of
 // the wall along a coast are: together they would paint the wall black.

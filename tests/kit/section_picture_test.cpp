@@ -171,7 +171,7 @@ TEST(LabelPlace, IsWithinTheBody) {
         const auto place = kit::find_label_place(row.rings, 20, 10, 0.3);
         ASSERT_TRUE(place) << row.what;
         EXPECT_LE(place->room, row.most + 1e-9) << row.what;
-        EXPECT_GE(place->room, std::min(2.0, row.most / 1.1)) << row.what;
+        EXPECT_GE(place->room, std::min(1.3, row.most / 1.1)) << row.what;
         const double size = 0.999 * place->room;
         EXPECT_TRUE(fits(*place, 20 * size, 10 * size, row.rings)) << row.what;
         EXPECT_FALSE(kit::find_label_place(row.rings, 20, 10, row.most + 0.01)) << row.what;
