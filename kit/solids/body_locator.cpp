@@ -144,7 +144,8 @@ BodyLocator::View::View(const TMOD3D& model, const Point3& direction) : directio
             unbounded_.push_back(face);
             continue;
         }
-        Outline& outline = outlines.emplace_back(face);
+        Outline& outline = outlines.emplace_back();
+        outline.face = face;
         outline.margin = *margin;
         for (std::size_t k = 0; k < 3; ++k) {
             const int vertex = model.polys[face].verts[static_cast<int>(k)];

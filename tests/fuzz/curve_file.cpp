@@ -1,4 +1,4 @@
-// The kit's readers: a file of any kind is checked, read through the library, or refused.
+// The kit's readers: a file of any kind is checked, repaired, read through the library, or refused.
 
 #include <cstdlib>
 #include <cstring>
@@ -6,7 +6,9 @@
 #include "kit/base/error.h"
 #include "kit/files/file_kind.h"
 #include "kit/files/model_file.h"
+#include "kit/files/point_file.h"
 #include "kit/solids/file_check.h"
+#include "kit/solids/file_repair.h"
 #include "kit/solids/section.h"
 #include "kit/solids/surface.h"
 #include "tests/fuzz/exercise.h"
@@ -19,12 +21,25 @@ void read_all(const TextFile& file) {
     kind_of(file);
     for (const FileKind kind : file_kinds()) {
         check_file(file, kind);
+        if (is_repairable(kind)) {
+            repair_file(file, kind);
+        }
         try {
             FileContents contents;
             WordReader words(file);
             read_as(kind, words, contents);
         } catch (const Error&) {
             // The file is of another kind, or damaged.
+        }
+    }
+}
+
+void read_points_of(const TextFile& file) {
+    for (const int dimensions : {2, 3}) {
+        try {
+            read_points(file, dimensions);
+        } catch (const Error&) {
+            // A line does not fit.
         }
     }
 }
@@ -50,6 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     TextFile file("/dev/null");
     file.text.assign(reinterpret_cast<const char*>(data), size);
     read_all(file);
+    read_points_of(file);
     read_through_library(file);
     return 0;
 }

@@ -69,8 +69,9 @@ TEST(PointFile, HasAPointInEachLine) {
         {"1 1e999", "p:1: '1e999' is not a finite number: expected the y of a point"},
         {"+-1 0", "p:1: '+-1' is not a finite number: expected the x of a point"},
     };
-    for (const auto& [text, message] : refused) {
-        EXPECT_EQ(message_of([&] { kit::read_points(TextFile("p", text), 2); }), message) << text;
+    for (const auto& row : refused) {
+        EXPECT_EQ(message_of([&] { kit::read_points(TextFile("p", row.first), 2); }), row.second)
+            << row.first;
     }
 }
 
