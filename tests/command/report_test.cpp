@@ -40,6 +40,8 @@ TEST_F(Report, IsShortLongOrJson) {
              {"clean m -o out"},
              {"inside m 5,5,1", "5,5,1 0\n"},
              {"move m --body 0 --by 1,0 -o out"},
+             {"section m --plane y=5 -o out", "", "cutting: "},
+             {"view m --pick 0,0", "0,0: face "},
              {"info m", "", "reading "},
              {"check m", "", "checking "},
          }) {

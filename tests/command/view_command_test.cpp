@@ -169,7 +169,21 @@ TEST_F(ViewCommand, ShowsWhatItsOptionsSelect) {
     ASSERT_EQ(run("view m --picture all.png --size 200x150").status, 0);
     ASSERT_EQ(run("view m --picture part.png --size 200x150 --view -3,4,-1,-4").status, 0);
     ASSERT_EQ(run("view m --picture drawn.PNG --size 200x150 --edges --box").status, 0);
+    ASSERT_EQ(run("view m --picture outlined.png --size 200x150 --outlines").status, 0);
     const Pixels all(path("all.png"));
+    const Pixels outlined(path("outlined.png"));
+    int dark = 0;
+    for (int y = 0; y < 150; ++y) {
+        for (int x = 0; x < 200; ++x) {
+            const bool is_dark =
+                GetRValue(outlined.at(x, y)) < 60 && GetGValue(outlined.at(x, y)) < 60;
+            dark += is_dark && outlined.at(x, y) != all.at(x, y) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(dark, 100);
+    const Result beside = run("view m --picture b.png --size 20x20 --view 900,900,910,910");
+    EXPECT_EQ(beside.status, 0);
+    EXPECT_THAT(beside.err, HasSubstr("warning: --view shows no part of the model, which extends"));
     const Pixels part(path("part.png"));
     const Pixels drawn(path("drawn.PNG"));
     EXPECT_EQ(all.width(), 200);
