@@ -21,7 +21,7 @@ states=(data/us-states.curves --view 14500,45500,31500,75000 --stretch 3.3)
 "$korvel" solid data/us-states.curves --levels 0,3000 -o out/us-states.model
 "$korvel" info out/us-states.model > out/us-states.info
 head -n 8 out/us-states.info
-"$korvel" section out/us-states.model --x 60000 -o out/us-states.section \
+"$korvel" section out/us-states.model --plane y=60000 -o out/us-states.section \
     --picture out/us-states-section.png --size 1600x600
 "$korvel" check out/us-states.model
 

@@ -29,7 +29,10 @@ mkdir -p "$out"
 while read -r picture; do
     if [[ -f $picture ]]; then
         cp "$picture" "$out/"
+    elif grep -q "images/$picture" "$root/docs/command.md"; then
+        echo "docs/command.md: no command makes $picture" >&2
+        exit 1
     elif [[ ! ${2:-} ]]; then
-        echo "not made here: $picture"
+        echo "not made, its program is not built: $picture"
     fi
 done < <(cat "$root/README.md" "$root"/docs/*.md | grep -oE 'images/[a-z0-9-]+\.png' | sed 's,.*/,,' | sort -u)
