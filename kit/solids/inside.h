@@ -30,7 +30,7 @@ template <class AnswerOf>
 int vote_of_rays(AnswerOf answer_of) {
     constexpr int enough = 3;
     std::array<std::pair<int, int>, most_rays> votes; // bodies, each with its votes
-    auto end = votes.begin();
+    auto* end = votes.begin();
     for (int ray = 0; ray < most_rays; ++ray) {
         const int answer = answer_of(ray);
         const auto vote = std::find_if(votes.begin(), end,

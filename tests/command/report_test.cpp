@@ -35,6 +35,8 @@ TEST_F(Report, IsShortLongOrJson) {
              {"solid r --levels 0,1 -o out", "", "raising regions: "},
              {"locate r 5,5", "5,5 0\n", "reading regions: "},
              {"starter cube --size 1,1,1 -o out", "", "writing out: "},
+             {"section m --plane x=4 -o out", "", "cutting: "},
+             {"view m --pick 0,0", "0,0: face "},
              {"merge m m -o out"},
              {"weld m -o out"},
              {"clean m -o out"},
@@ -93,7 +95,7 @@ TEST_F(Report, GoesToStandardErrorWhenAFileGoesToStandardOutput) {
     EXPECT_THAT(piped.err, testing::StartsWith("standard input: 1 curve, 5 points\n"));
     EXPECT_EQ(run("regions c --picture - --size 40x30 -q").out.substr(1, 3), "PNG");
     const Result chain =
-        run("section - --x 5", {}, KORVEL_COMMAND " solid c --levels 0,1 -q -o - | ");
+        run("section - --plane y=5", {}, KORVEL_COMMAND " solid c --levels 0,1 -q -o - | ");
     EXPECT_THAT(chain.out, HasSubstr("1 of 1 body cut, 1 polygon, area 10\n"));
     EXPECT_EQ(run("merge - - -o out < " + path("m").string()).err,
               "korvel: standard input can be read once only\n");
