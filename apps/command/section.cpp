@@ -55,6 +55,9 @@ void SectionCommand::run() {
     if (!part_.empty()) {
         parse_box("--view", part_);
     }
+    if (sweep_ > 0 && outputs_.picture() == "-") {
+        throw kit::input_error("--sweep numbers its pictures, which standard output does not take");
+    }
     outputs_.check();
     solids_ = load_solids(input_);
     report_bodies(shown(input_), solids_);
@@ -231,14 +234,12 @@ kit::Section SectionCommand::cut_of_sweep(int number, const kit::Plane& plane) c
 
 void SectionCommand::paint(const kit::Section& cut, const kit::Plane& plane,
                            const kit::Rectangle& box, kit::PictureCanvas& canvas) const {
-    char area[40];
-    std::snprintf(area, sizeof area, ", area %.9g", cut.area());
     const int bodies = static_cast<int>(cut.bodies().size());
     kit::draw(cut, canvas,
               {.part = part_.empty() ? box : parse_box("--view", part_),
                .title = std::filesystem::path(shown(input_)).filename().string() + "   " +
                         plane_text(plane),
-               .remark = counted(bodies, "body", "bodies") + area});
+               .remark = counted(bodies, "body", "bodies") + ", area " + number_text(cut.area())});
 }
 
 // As it is seen along the plane's axes.

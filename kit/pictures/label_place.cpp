@@ -214,8 +214,8 @@ bool TakenPlaces::take(const Rectangle& place) {
                place.top < other.bottom;
     };
     const int row = static_cast<int>(std::floor(place.top / row_height_));
-    for (const int near : {row - 1, row, row + 1}) {
-        const auto found = rows_.find(near);
+    for (const int beside : {row - 1, row, row + 1}) {
+        const auto found = rows_.find(beside);
         if (found != rows_.end() &&
             std::any_of(found->second.begin(), found->second.end(), overlaps)) {
             return false;

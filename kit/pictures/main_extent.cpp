@@ -51,8 +51,8 @@ std::pair<double, double> shortest_interval(const std::vector<double>& sorted) {
 
 std::pair<double, double> with_what_is_near(const std::vector<double>& sorted,
                                             std::pair<double, double> interval) {
-    constexpr double near = 0.25;
-    const double margin = near * (interval.second - interval.first);
+    constexpr double share = 0.25;
+    const double margin = share * (interval.second - interval.first);
     const auto first = std::lower_bound(sorted.begin(), sorted.end(), interval.first - margin);
     const auto last = std::upper_bound(sorted.begin(), sorted.end(), interval.second + margin);
     return {*first, *(last - 1)};

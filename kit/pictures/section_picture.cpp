@@ -269,9 +269,7 @@ void SectionPainter::line(double x0, double y0, double x1, double y1) {
 std::string Scale::name(const Point3& axis) const {
     std::string name = axis_name(axis);
     if (exaggeration > 1) {
-        char factor[32];
-        std::snprintf(factor, sizeof factor, " \u00d7 %.12g", exaggeration);
-        name += factor;
+        name += " \u00d7 " + number_text(exaggeration);
     }
     return name;
 }

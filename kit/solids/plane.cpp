@@ -4,10 +4,11 @@
 #include <cmath>
 #include <cstdio>
 
+#include "kit/solids/vectors.h"
+
 namespace korvel::kit {
 namespace {
 
-Point3 cross(const Point3& a, const Point3& b);
 Point3 unit(const Point3& vector, bool is_forward = true);
 
 } // namespace
@@ -59,10 +60,6 @@ std::string axis_name(const Point3& axis) {
 }
 
 namespace {
-
-Point3 cross(const Point3& a, const Point3& b) {
-    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
 
 // Of length 1, turned round unless it is forward. No part becomes a negative 0.
 Point3 unit(const Point3& vector, bool is_forward) {
