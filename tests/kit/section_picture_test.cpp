@@ -13,7 +13,7 @@
 namespace korvel::test {
 namespace {
 
-using Ring = std::vector<kit::Point2>;
+using PaintedRing = std::vector<kit::Point2>;
 
 TEST(PlaneAxes, KeepTheModelsAxesOrLieInThePlane) {
     struct Row {
@@ -49,8 +49,8 @@ TEST(PlaneAxes, KeepTheModelsAxesOrLieInThePlane) {
 }
 
 /// The corners of the polygons that were painted, in pixels.
-std::vector<Ring> painted(const RecordingDC& dc, double units) {
-    std::vector<Ring> rings;
+std::vector<PaintedRing> painted(const RecordingDC& dc, double units) {
+    std::vector<PaintedRing> rings;
     for (const std::string& call : dc.calls) {
         if (call.rfind("polygons ", 0) == 0) {
             std::istringstream words(call.substr(9));
@@ -86,7 +86,7 @@ TEST(SectionPicture, ABallIsACircleHoweverItIsCut) {
         RecordingDC dc;
         constexpr int units = 16;
         kit::draw(cut, dc, {.size = {400, 300}, .units_per_pixel = units});
-        const std::vector<Ring> rings = painted(dc, units);
+        const std::vector<PaintedRing> rings = painted(dc, units);
         ASSERT_EQ(rings.size(), 1U);
         kit::Rectangle box;
         for (const auto& [x, y] : rings[0]) {
@@ -109,7 +109,7 @@ TEST(SectionPicture, APartEndsAtTheFrame) {
     RecordingDC dc;
     kit::draw(cut, dc, {.size = {150, 100}, .part = part});
     kit::Rectangle box;
-    for (const Ring& ring : painted(dc, 1)) {
+    for (const PaintedRing& ring : painted(dc, 1)) {
         for (const auto& [x, y] : ring) {
             box.take_in(x, y);
         }
@@ -123,13 +123,13 @@ TEST(SectionPicture, APartEndsAtTheFrame) {
 
 /// Whether a rectangle around a place is inside of rings, by trying many of its points.
 bool fits(const kit::LabelPlace& place, double width, double height,
-          const std::vector<Ring>& rings) {
+          const std::vector<PaintedRing>& rings) {
     constexpr int steps = 20;
     for (int i = 0; i <= steps * steps; ++i) {
         const kit::Point2 at = {place.middle[0] + width * (i % steps / double(steps) - 0.5),
                                 place.middle[1] + height * (i / steps / double(steps) - 0.5)};
         bool is_inside = false;
-        for (const Ring& ring : rings) {
+        for (const PaintedRing& ring : rings) {
             for (std::size_t k = 0; k < ring.size(); ++k) {
                 const auto& [ax, ay] = ring[k];
                 const auto& [bx, by] = ring[(k + 1) % ring.size()];
@@ -147,10 +147,10 @@ bool fits(const kit::LabelPlace& place, double width, double height,
 }
 
 TEST(LabelPlace, IsWithinTheBody) {
-    const Ring square = {{0, 0}, {100, 0}, {100, 100}, {0, 100}};
+    const PaintedRing square = {{0, 0}, {100, 0}, {100, 100}, {0, 100}};
     struct Row {
         const char* what;
-        std::vector<Ring> rings;
+        std::vector<PaintedRing> rings;
         double most; ///< times a label of 20 x 10 fits
     };
     const Row table[] = {
@@ -214,7 +214,7 @@ TEST(SectionPicture, NumbersAreInTheirBodies) {
     PlacedLabels labels;
     RecordingDC dc;
     kit::draw(cut, dc, {.size = {600, 600}, .title = "", .labels = &labels});
-    const std::vector<Ring> rings = painted(dc, 1);
+    const std::vector<PaintedRing> rings = painted(dc, 1);
     ASSERT_EQ(rings.size(), 2U);
     for (std::size_t i = 0; i < 2; ++i) {
         const std::string number = std::to_string(cut.bodies()[i].body);
