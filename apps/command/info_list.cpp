@@ -214,6 +214,7 @@ void print_sizes(const std::vector<Row>& rows, const char* measure, const char* 
         return;
     }
     std::vector<const Row*> ascending;
+    ascending.reserve(rows.size());
     for (const Row& row : rows) {
         ascending.push_back(&row);
     }

@@ -1,5 +1,4 @@
 #include "apps/command/outputs.h"
-#include "apps/command/report.h"
 
 #include <algorithm>
 #include <filesystem>

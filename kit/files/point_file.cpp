@@ -89,9 +89,9 @@ void PointReader::read_coordinate(std::string_view word) {
 }
 
 std::string_view PointReader::next_word() {
-    const auto end = std::find_if(rest_.begin(), rest_.end(),
-                                  [](char c) { return c == ',' || is_white_space(c); });
-    const std::string_view word(rest_.begin(), end);
+    const auto ends_word = [](char c) { return c == ',' || is_white_space(c); };
+    const auto size = std::find_if(rest_.begin(), rest_.end(), ends_word) - rest_.begin();
+    const std::string_view word = rest_.substr(0, static_cast<std::size_t>(size));
     rest_.remove_prefix(word.size());
     return word;
 }
@@ -106,9 +106,10 @@ void PointReader::skip_separator() {
 }
 
 void PointReader::skip_white_space() {
-    const auto start =
-        std::find_if_not(rest_.begin(), rest_.end(), [](char c) { return is_white_space(c); });
-    rest_.remove_prefix(static_cast<std::size_t>(start - rest_.begin()));
+    const auto size =
+        std::find_if_not(rest_.begin(), rest_.end(), [](char c) { return is_white_space(c); }) -
+        rest_.begin();
+    rest_.remove_prefix(static_cast<std::size_t>(size));
 }
 
 void PointReader::fail(std::string_view word, const std::string& message) const {

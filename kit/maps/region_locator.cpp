@@ -100,7 +100,7 @@ RegionLocator::Ring::Ring(const std::vector<PlanePoint>& corners) {
 
 std::size_t RegionLocator::Ring::band_of(double y) const {
     const double band = (y - bottom_) * bands_per_unit_;
-    const double last = static_cast<double>(ends_.size() - 2);
+    const auto last = static_cast<double>(ends_.size() - 2);
     return band > 0 ? static_cast<std::size_t>(std::min(band, last)) : 0;
 }
 

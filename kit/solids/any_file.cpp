@@ -42,8 +42,8 @@ AnyFile read_kind(FileKind kind, const TextFile& file, const Context& context) {
     case FileKind::regions:
         return {kind, Map(contents.regions)};
     case FileKind::triangles:
-        return {kind, TriangleSet{std::move(contents.triangles),
-                                  static_cast<int>(contents.lines.wholes.size())}};
+        return {kind,
+                TriangleSet{contents.triangles, static_cast<int>(contents.lines.wholes.size())}};
     default:
         return {kind, std::move(contents.section)};
     }

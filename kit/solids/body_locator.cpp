@@ -119,9 +119,9 @@ const BodyLocator::View& BodyLocator::view(int ray) const {
 
 BodyLocator::View::View(const TMOD3D& model, const Point3& direction) : direction_(direction) {
     // Along the axis that is the farthest from the ray.
-    const auto least = std::min_element(direction.begin(), direction.end(), [](double a, double b) {
-        return std::abs(a) < std::abs(b);
-    });
+    const auto* const least =
+        std::min_element(direction.begin(), direction.end(),
+                         [](double a, double b) { return std::abs(a) < std::abs(b); });
     Point3 axis = {};
     axis[static_cast<std::size_t>(least - direction.begin())] = 1;
     across_ = cross(direction, axis);
