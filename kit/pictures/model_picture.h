@@ -13,8 +13,8 @@ void draw_model(const TMOD3D& shown, bool with_edges, bool with_box);
 
 /// Over a drawn model its outlines (`outline_edges`), thin and dark, where no face hides them;
 /// those of bodies that are small as seen are paler. Blending is off afterwards. Of the upright
-/// edges of a finely divided wall those are left out that would be too close together to be told
-/// apart. Covers the edges if `draw_model` drew them. The relations must be current.
+/// edges of a finely divided wall those that would be a few pixels apart are left out. Covers the
+/// edges if `draw_model` drew them. The relations must be current.
 void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges);
 
 /// Marks over a drawn model what was picked: the face yellow where it is seen, and in front of
