@@ -1,11 +1,11 @@
 #include "apps/command/curve_input.h"
-#include "apps/command/report.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "apps/command/arguments.h"
 #include "apps/command/messages.h"
+#include "apps/command/report.h"
 #include "apps/command/task.h"
 
 namespace korvel::command {

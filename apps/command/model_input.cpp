@@ -1,10 +1,10 @@
 #include "apps/command/model_input.h"
-#include "apps/command/report.h"
 
 #include <algorithm>
 
 #include "apps/command/arguments.h"
 #include "apps/command/messages.h"
+#include "apps/command/report.h"
 
 namespace korvel::command {
 

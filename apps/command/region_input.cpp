@@ -1,8 +1,8 @@
 #include "apps/command/region_input.h"
-#include "apps/command/report.h"
 
 #include "apps/command/input.h"
 #include "apps/command/messages.h"
+#include "apps/command/report.h"
 
 namespace korvel::command {
 
@@ -13,7 +13,9 @@ void RegionInput::add_options(Options options) {
 
 kit::Map RegionInput::load() {
     const kit::TextFile file = read_input(file_);
-    return kit::holds_regions(file) ? load_region_set(file) : load_curves(file);
+    return kit::read_expecting({kit::FileKind::curves, kit::FileKind::regions}, file, [&] {
+        return kit::holds_regions(file) ? load_region_set(file) : load_curves(file);
+    });
 }
 
 kit::Map RegionInput::load_curves(const kit::TextFile& file) {

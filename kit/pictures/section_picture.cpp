@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "kit/base/number_text.h"
 #include "kit/pictures/flat_section.h"
 #include "kit/pictures/label_place.h"
 
