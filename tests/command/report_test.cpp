@@ -103,6 +103,9 @@ TEST_F(Report, GoesToStandardErrorWhenAFileGoesToStandardOutput) {
 }
 
 TEST_F(Report, ShowsProgressOnATerminal) {
+    if (std::system("script -qec true /dev/null > /dev/null 2>&1") != 0) {
+        GTEST_SKIP() << "there are no terminals here";
+    }
     const std::string on_terminal = "cd " + directory_.string() +
                                     " && script -qec '" KORVEL_COMMAND
                                     " solid c --levels 0,1 -o out' log > log2";
