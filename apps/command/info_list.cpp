@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
 #include <utility>
 #include <vector>
 
@@ -158,9 +157,7 @@ Row row_of(const kit::Region& region) {
 
 Row row_of(const kit::Body& body, const kit::Surface& surface) {
     const double volume = body.volume();
-    const kit::Colour rgb = body.colour().rgb();
-    char colour[8];
-    std::snprintf(colour, sizeof colour, "#%02x%02x%02x", rgb.red, rgb.green, rgb.blue);
+    const std::string colour = colour_text(body.colour().rgb());
     const std::string state = kit::state_text(surface);
     std::string neighbours;
     for (const int neighbour : body.neighbours()) {

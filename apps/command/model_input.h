@@ -34,6 +34,9 @@ void warn_of_rounding(const kit::Solids& solids, const std::string& advice = {})
 void refuse_collapse(const kit::Solids& solids, const std::string& subject,
                      const std::string& advice);
 
+/// "#d19060".
+std::string colour_text(const kit::Colour& colour);
+
 /// "welded: 16588 vertices joined, 13012 faces shared, 0 walls split, 120 walls turned".
 std::string weld_text(const kit::WeldReport& report);
 Record weld_record(const kit::WeldReport& report);

@@ -25,7 +25,7 @@ public:
 
     using Find = std::function<std::optional<int>(const double* coordinates)>;
 
-    /// Prints for each point what `find` returns for it, and sets the facts "points", each with
+    /// Prints for each point what `find` returns for it, and sets the facts "answers", each with
     /// what is found under the name of `thing`. `find` is called from several threads.
     void answer(const char* thing, const Find& find) const;
 

@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -48,7 +47,6 @@ private:
 };
 
 Record plane_record(const kit::Plane& plane);
-std::string colour_text(const kit::Colour& colour);
 
 void SectionCommand::run() {
     plane_ = requested_plane();
@@ -257,12 +255,6 @@ Record plane_record(const kit::Plane& plane) {
     return Record()
         .set("text", plane_text(plane))
         .set("coefficients", std::vector<double>{plane.a, plane.b, plane.c, plane.d});
-}
-
-std::string colour_text(const kit::Colour& colour) {
-    char text[8];
-    std::snprintf(text, sizeof text, "#%02x%02x%02x", colour.red, colour.green, colour.blue);
-    return text;
 }
 
 std::string SectionCommand::picture_of(int cut) const {
