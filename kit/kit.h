@@ -62,6 +62,9 @@
 #include "kit/pictures/picture_canvas.h"
 #include "kit/pictures/picture_files.h"
 #endif
+#if defined(KORVEL_HAS_GDI)
+#include "kit/pictures/gdi_canvas.h"
+#endif
 #if defined(KORVEL_HAS_EGL)
 #include "kit/pictures/offscreen_renderer.h"
 #include "kit/pictures/view_files.h"
