@@ -58,14 +58,14 @@
 #include "korvel/module/korvel.h"
 
 // Parts that the kit can be built without.
-#if defined(KORVEL_HAS_CAIRO)
+#if defined(KORVEL_HAS_CAIRO) || defined(KORVEL_HAS_GDI)
 #include "kit/pictures/picture_canvas.h"
 #include "kit/pictures/picture_files.h"
 #endif
 #if defined(KORVEL_HAS_GDI)
 #include "kit/pictures/gdi_canvas.h"
 #endif
-#if defined(KORVEL_HAS_EGL)
+#if defined(KORVEL_HAS_EGL) || defined(KORVEL_HAS_WGL)
 #include "kit/pictures/offscreen_renderer.h"
 #include "kit/pictures/view_files.h"
 #endif

@@ -1,42 +1,26 @@
 #include "kit/pictures/offscreen_renderer.h"
 
-#include <EGL/egl.h>
-#include <EGL/eglext.h>
 #include <GL/gl.h>
 #include <GL/glext.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 #include <string>
+#include <type_traits>
 
 #include "kit/base/error.h"
+#include "kit/pictures/gl_context.h"
 #include "kit/pictures/gl_view.h"
 #include "kit/pictures/png_file.h"
 
 namespace korvel::kit {
 namespace {
 
-EGLDisplay open_display();
-std::string egl_error();
 void check_size(PictureSize size);
 void forget_errors();
 
-[[noreturn]] void fail(const std::string& reason) {
-    throw output_error("there is no OpenGL to draw with: " + reason);
-}
-
 } // namespace
-
-/// The connection to EGL. A member left empty has not been made.
-struct OffscreenRenderer::Context {
-    EGLDisplay display = EGL_NO_DISPLAY;
-    EGLSurface surface = EGL_NO_SURFACE;
-    EGLContext context = EGL_NO_CONTEXT;
-
-    ~Context();
-    void open();
-};
 
 /// What the context draws on: a frame with several samples for each pixel and one that takes their
 /// means. Inside of a face the samples agree, so its colour comes through as it is.
@@ -64,10 +48,9 @@ struct OffscreenRenderer::Page {
 };
 
 OffscreenRenderer::OffscreenRenderer(PictureSize size)
-    : size_(size), context_(std::make_unique<Context>()) {
+    : size_(size), context_(std::make_unique<GlContext>()) {
     // Larger pages need no smoothing, and several samples of each pixel would take gigabytes.
     constexpr long long most_sampled_pixels = 1LL << 24;
-    context_->open();
     check_size(size);
     page_ = std::make_unique<Page>();
     GLint samples = 0;
@@ -111,56 +94,18 @@ void OffscreenRenderer::write_png(OutputFile& out) {
     page.write();
 }
 
-void OffscreenRenderer::Context::open() {
-    display = open_display();
-    if (eglBindAPI(EGL_OPENGL_API) == EGL_FALSE) {
-        fail(egl_error());
-    }
-    const EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT,
-                             EGL_NONE};
-    EGLConfig config = nullptr;
-    EGLint found = 0;
-    if (eglChooseConfig(display, wanted, &config, 1, &found) == EGL_FALSE || found == 0) {
-        fail("no configuration draws without a window");
-    }
-    // A context needs a surface to be current. The drawing goes to a framebuffer, which may be
-    // larger than any surface.
-    const EGLint one_pixel[] = {EGL_WIDTH, 1, EGL_HEIGHT, 1, EGL_NONE};
-    surface = eglCreatePbufferSurface(display, config, one_pixel);
-    context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
-    if (surface == EGL_NO_SURFACE || context == EGL_NO_CONTEXT ||
-        eglMakeCurrent(display, surface, surface, context) == EGL_FALSE) {
-        fail(egl_error());
-    }
-}
-
-// The display stays open: it belongs to the process, and others may be using it.
-OffscreenRenderer::Context::~Context() {
-    if (display == EGL_NO_DISPLAY) {
-        return;
-    }
-    eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-    if (context != EGL_NO_CONTEXT) {
-        eglDestroyContext(display, context);
-    }
-    if (surface != EGL_NO_SURFACE) {
-        eglDestroySurface(display, surface);
-    }
-    eglReleaseThread();
-}
-
 OffscreenRenderer::Page::Page() {
     const auto find = [](const char* name, auto& function) {
-        function =
-            reinterpret_cast<std::remove_reference_t<decltype(function)>>(eglGetProcAddress(name));
+        function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(
+            GlContext::function(name));
         if (function == nullptr) {
-            fail(std::string(name) + " is missing");
+            GlContext::fail(std::string(name) + " is missing");
         }
     };
     const char* const version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
     if (version == nullptr || std::atoi(version) < 3) {
-        fail(std::string("version 3 is needed, this is ") +
-             (version != nullptr ? version : "none"));
+        GlContext::fail(std::string("version 3 is needed, this is ") +
+                        (version != nullptr ? version : "none"));
     }
     find("glGenFramebuffers", generate_frames);
     find("glDeleteFramebuffers", delete_frames);
@@ -210,38 +155,6 @@ void OffscreenRenderer::Page::take_means(PictureSize size) const {
 }
 
 namespace {
-
-// Mesa's display without a window system where there is one, since the other needs a running
-// window system on some machines.
-EGLDisplay open_display() {
-    const char* const extensions = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
-    if (extensions != nullptr &&
-        std::strstr(extensions, "EGL_MESA_platform_surfaceless") != nullptr) {
-        const auto platform_display = reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(
-            eglGetProcAddress("eglGetPlatformDisplayEXT"));
-        EGLDisplay display =
-            platform_display == nullptr
-                ? EGL_NO_DISPLAY
-                : platform_display(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-        if (display != EGL_NO_DISPLAY && eglInitialize(display, nullptr, nullptr) == EGL_TRUE) {
-            return display;
-        }
-    }
-    EGLDisplay display = eglGetDisplay(EGL_DEFAULT_DISPLAY);
-    if (display == EGL_NO_DISPLAY) {
-        fail("no display");
-    }
-    if (eglInitialize(display, nullptr, nullptr) == EGL_FALSE) {
-        fail(egl_error());
-    }
-    return display;
-}
-
-std::string egl_error() {
-    char code[24];
-    std::snprintf(code, sizeof code, "EGL error 0x%04x", eglGetError());
-    return code;
-}
 
 void check_size(PictureSize size) {
     GLint largest[2] = {};

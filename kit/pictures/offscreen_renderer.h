@@ -8,6 +8,8 @@
 
 namespace korvel::kit {
 
+class GlContext;
+
 /// A page that OpenGL draws on, without a window: on the graphics hardware where there is any, else
 /// in software. Its context is the thread's current one as long as it lives; only one at a time.
 class OffscreenRenderer {
@@ -31,11 +33,10 @@ public:
     void write_png(OutputFile& out);
 
 private:
-    struct Context;
     struct Page;
 
     PictureSize size_;
-    std::unique_ptr<Context> context_;
+    std::unique_ptr<GlContext> context_;
     std::unique_ptr<Page> page_;
 };
 

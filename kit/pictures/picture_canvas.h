@@ -13,12 +13,15 @@ namespace korvel::kit {
 
 enum class PictureFormat { png, svg, pdf };
 
+/// Whether this kit paints a format: all with Cairo, PNG alone with GDI.
+bool is_painted(PictureFormat format);
+
 /// The format that a file's extension selects, in upper or lower case. Throws an input error for
-/// any other.
+/// any other, and for one that is not painted.
 PictureFormat picture_format(const std::filesystem::path& file);
 
-/// A device context that paints a picture with Cairo. The page is white at the start; a black pen
-/// of width 1 and a white brush are selected.
+/// A device context that paints a picture, with Cairo, or with GDI on Windows, which paints PNG
+/// only. The page is white at the start; a black pen of width 1 and a white brush are selected.
 ///
 /// With more than one device unit to a pixel the library's integer coordinates place lines between
 /// pixels. Pen widths count in device units too, but no line gets thinner than a quarter of a
@@ -26,7 +29,8 @@ PictureFormat picture_format(const std::filesystem::path& file);
 class PictureCanvas final : public CDC, public LabelWriter {
 public:
     /// The picture goes to `out`, which must outlive the canvas and which the caller closes. Throws
-    /// an output error when there is not enough memory for the page.
+    /// an input error for a format that is not painted here, and an output error when there is not
+    /// enough memory for the page.
     PictureCanvas(OutputFile& out, PictureFormat format, PictureSize size, int units_per_pixel = 1);
     ~PictureCanvas() override;
     PictureCanvas(const PictureCanvas&) = delete;
@@ -54,11 +58,7 @@ public:
     BOOL PolyPolygon(const POINT* points, const int* counts, int polygons) override;
 
 private:
-    struct Page; // Cairo's part: hosts need no header of Cairo's
-
-    double on_page(int device) const;
-    void set_source(COLORREF colour);
-    void stroke();
+    struct Page; // what Cairo or GDI paints on: hosts need no header of theirs
 
     PictureFormat format_;
     PictureSize size_;
