@@ -11,6 +11,7 @@
 #include "kit/base/parallel.h"
 #include "kit/base/points.h"
 #include "kit/base/rectangle.h"
+#include "kit/base/system_files.h"
 #include "kit/files/curve_file.h"
 #include "kit/files/file_kind.h"
 #include "kit/files/findings.h"

@@ -11,7 +11,7 @@ std::string shown(const std::string& input) {
 
 kit::TextFile read_input(const std::string& name) {
     if (name != "-") {
-        return kit::TextFile(name);
+        return kit::TextFile(kit::path_of(name));
     }
     static bool is_taken = false;
     if (is_taken) {

@@ -50,7 +50,7 @@ void Outputs::check() const {
         if (file == "-") {
             report_to_standard_error();
         } else {
-            kit::OutputFile::check(file);
+            kit::OutputFile::check(kit::path_of(file));
         }
     }
 }
@@ -58,7 +58,8 @@ void Outputs::check() const {
 void Outputs::check_names() const {
     const auto place = [](const std::string& file) {
         std::error_code error;
-        return std::filesystem::weakly_canonical(std::filesystem::absolute(file), error);
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(kit::path_of(file)),
+                                                 error);
     };
     const auto files = named();
     for (auto one = files.begin(); one != files.end(); ++one) {
@@ -92,7 +93,7 @@ void Outputs::write(const WriteFile& write_file, const Paint& paint,
             const Task task("writing " + file);
             names.append(names.empty() ? "" : ", ").append(name_of(file));
             write_it(file == "-" ? written.emplace_back(kit::standard_output)
-                                 : written.emplace_back(file));
+                                 : written.emplace_back(kit::path_of(file)));
             written.back().close();
             note_output(name_of(file));
         }
@@ -106,7 +107,7 @@ void Outputs::write(const WriteFile& write_file, const Paint& paint,
 }
 
 void Outputs::write_picture(const std::string& file, const Paint& paint) const {
-    kit::OutputFile picture(file);
+    kit::OutputFile picture(kit::path_of(file));
     paint_into(picture, file, paint);
     picture.close();
     picture.replace();
@@ -122,7 +123,7 @@ void Outputs::paint_into(kit::OutputFile& out, const std::string& file, const Pa
 namespace {
 
 kit::PictureFormat format_of(const std::string& picture) {
-    return picture == "-" ? kit::PictureFormat::png : kit::picture_format(picture);
+    return picture == "-" ? kit::PictureFormat::png : kit::picture_format(kit::path_of(picture));
 }
 
 std::string name_of(const std::string& file) {

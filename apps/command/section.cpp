@@ -233,11 +233,11 @@ kit::Section SectionCommand::cut_of_sweep(int number, const kit::Plane& plane) c
 void SectionCommand::paint(const kit::Section& cut, const kit::Plane& plane,
                            const kit::Rectangle& box, kit::PictureCanvas& canvas) const {
     const int bodies = static_cast<int>(cut.bodies().size());
-    kit::draw(cut, canvas,
-              {.part = part_.empty() ? box : parse_box("--view", part_),
-               .title = std::filesystem::path(shown(input_)).filename().string() + "   " +
-                        plane_text(plane),
-               .remark = counted(bodies, "body", "bodies") + ", area " + number_text(cut.area())});
+    kit::draw(
+        cut, canvas,
+        {.part = part_.empty() ? box : parse_box("--view", part_),
+         .title = kit::text_of(kit::path_of(shown(input_)).filename()) + "   " + plane_text(plane),
+         .remark = counted(bodies, "body", "bodies") + ", area " + number_text(cut.area())});
 }
 
 // As it is seen along the plane's axes.
@@ -259,7 +259,7 @@ Record plane_record(const kit::Plane& plane) {
 
 std::string SectionCommand::picture_of(int cut) const {
     constexpr int digits = 3;
-    return kit::numbered_file(outputs_.picture(), cut, digits).string();
+    return kit::text_of(kit::numbered_file(kit::path_of(outputs_.picture()), cut, digits));
 }
 
 } // namespace

@@ -41,21 +41,21 @@ void make(const fs::path& directory, const std::string& name) {
     try {
         fs::create_directories(directory);
     } catch (const fs::filesystem_error& error) {
-        fail(name, error.code().message());
+        fail(name, error.code().default_error_condition().message());
     }
 }
 
 const std::string& made(const std::string& directory) {
-    make(directory, directory);
+    make(kit::path_of(directory), directory);
     return directory;
 }
 
 } // namespace
 
 TraceFiles::TraceFiles(const std::string& directory)
-    : name_(made(directory)), summary_(fs::path(directory) / summary_name),
-      steps_(fs::path(directory) / steps_name),
-      scratch_(fs::absolute(directory) / kit::temporary_name()),
+    : name_(made(directory)), summary_(kit::path_of(directory) / summary_name),
+      steps_(kit::path_of(directory) / steps_name),
+      scratch_(fs::absolute(kit::path_of(directory)) / kit::temporary_name()),
       held_summary_(scratch_ / summary_name), held_steps_(scratch_ / steps_name),
       held_scratch_(scratch_) {
     make(scratch_, name_);

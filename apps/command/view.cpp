@@ -151,9 +151,9 @@ void ViewCommand::check() const {
     if (picture_ == "-" && turntable_ == 0) {
         report_to_standard_error();
     } else if (turntable_ > 0) {
-        kit::check_turntable_files(picture_, turntable_);
+        kit::check_turntable_files(kit::path_of(picture_), turntable_);
     } else {
-        kit::check_view_file(picture_);
+        kit::check_view_file(kit::path_of(picture_));
     }
 }
 
@@ -181,7 +181,7 @@ void ViewCommand::look(kit::ViewOptions options) {
             options.screen->write_png(out);
             out.replace();
         } else {
-            kit::write_picture(solids_, picture_, options);
+            kit::write_picture(solids_, kit::path_of(picture_), options);
         }
     }
     const std::string name = to_standard_output ? "standard output" : picture_;
@@ -193,13 +193,14 @@ void ViewCommand::turn_round(const kit::ViewOptions& options) {
     check_frame(kit::turntable_frame(solids_, options));
     {
         Task task("painting");
-        kit::write_turntable(solids_, picture_, turntable_, options, task.context());
+        kit::write_turntable(solids_, kit::path_of(picture_), turntable_, options, task.context());
     }
-    const auto files = kit::turntable_files(picture_, turntable_);
+    const auto files = kit::turntable_files(kit::path_of(picture_), turntable_);
     for (const auto& file : files) {
-        note_output(file.string());
+        note_output(kit::text_of(file));
     }
-    print("wrote %s to %s", files.front().c_str(), files.back().c_str());
+    print("wrote %s to %s", kit::text_of(files.front()).c_str(),
+          kit::text_of(files.back()).c_str());
 }
 
 kit::ViewOptions ViewCommand::view_options(kit::OffscreenRenderer* screen) const {

@@ -5,7 +5,9 @@
 #include <limits>
 #include <string>
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include "kit/base/win32.h"
+#else
 #include <sys/resource.h>
 #include <unistd.h>
 #endif
@@ -28,12 +30,23 @@ namespace {
 
 #if defined(_WIN32)
 
-std::uint64_t memory_of_system() {
-    return unlimited;
+MEMORYSTATUSEX memory_status() {
+    MEMORYSTATUSEX status = {};
+    status.dwLength = sizeof status;
+    if (GlobalMemoryStatusEx(&status) == 0) {
+        status.ullAvailPhys = status.ullAvailPageFile = status.ullAvailVirtual = unlimited;
+    }
+    return status;
 }
 
+std::uint64_t memory_of_system() {
+    return memory_status().ullAvailPhys;
+}
+
+// The system promises no more to all processes than main memory and paging files hold.
 std::uint64_t rest_of_address_space() {
-    return unlimited;
+    const MEMORYSTATUSEX status = memory_status();
+    return std::min<std::uint64_t>(status.ullAvailVirtual, status.ullAvailPageFile);
 }
 
 #else

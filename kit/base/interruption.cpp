@@ -4,11 +4,12 @@
 #include <atomic>
 #include <csignal>
 #include <cstddef>
-#include <string>
 #include <system_error>
 
-#if !defined(_WIN32)
-#include <unistd.h>
+#include "kit/base/system_files.h"
+
+#if defined(_WIN32)
+#include "kit/base/win32.h"
 #endif
 
 namespace korvel::kit {
@@ -21,25 +22,34 @@ static_assert(std::atomic<State>::is_always_lock_free, "handlers of signals take
 
 struct Slot {
     std::atomic<State> state = State::free;
-    std::array<char, 4096> name = {};
+    std::array<std::filesystem::path::value_type, 4096> name = {};
 };
 
 std::array<Slot, 8> slots;
 
-#if !defined(_WIN32)
-
-void remove_files(int signal) {
+void remove_files() {
     // Directories go once they are empty.
-    for (const Slot& slot : slots) {
-        if (slot.state == State::held) {
-            unlink(slot.name.data());
+    for (int round = 0; round < 2; ++round) {
+        for (const Slot& slot : slots) {
+            if (slot.state == State::held) {
+                remove_quickly(slot.name.data());
+            }
         }
     }
-    for (const Slot& slot : slots) {
-        if (slot.state == State::held) {
-            rmdir(slot.name.data());
-        }
-    }
+}
+
+#if defined(_WIN32)
+
+// Called in a thread of its own. The program is ended the default way after it.
+BOOL WINAPI remove_files_at_end(DWORD /*event*/) {
+    remove_files();
+    return FALSE;
+}
+
+#else
+
+void remove_files_at_signal(int signal) {
+    remove_files();
     // Held back until this handler returns, then taken the default way.
     std::raise(signal);
 }
@@ -54,9 +64,11 @@ bool is_ignored(int signal) {
 } // namespace
 
 void set_up_signals() {
-#if !defined(_WIN32)
+#if defined(_WIN32)
+    SetConsoleCtrlHandler(remove_files_at_end, TRUE);
+#else
     struct sigaction removal = {};
-    removal.sa_handler = remove_files;
+    removal.sa_handler = remove_files_at_signal;
     removal.sa_flags = static_cast<int>(SA_RESETHAND);
     sigemptyset(&removal.sa_mask);
     constexpr std::array<int, 3> endings = {SIGINT, SIGTERM, SIGHUP};
@@ -77,13 +89,13 @@ void set_up_signals() {
 RemoveOnSignal::RemoveOnSignal(const std::filesystem::path& file) {
     std::error_code error;
     // The current directory may be another one by the time of the signal.
-    const std::string name = std::filesystem::absolute(file, error).string();
+    const auto name = std::filesystem::absolute(file, error).native();
     for (std::size_t i = 0; i < slots.size() && slot_ < 0; ++i) {
         Slot& slot = slots[i];
         State expected = State::free;
         if (name.size() < slot.name.size() &&
             slot.state.compare_exchange_strong(expected, State::being_named)) {
-            slot.name[name.copy(slot.name.data(), name.size())] = '\0';
+            slot.name[name.copy(slot.name.data(), name.size())] = 0;
             slot.state = State::held;
             slot_ = static_cast<int>(i);
         }

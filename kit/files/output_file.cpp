@@ -1,41 +1,18 @@
 #include "kit/files/output_file.h"
 
 #include <cerrno>
-#include <random>
 #include <string>
 #include <system_error>
 
-#if !defined(_WIN32)
-#include <poll.h>
-#endif
-
 #include "kit/base/error.h"
+#include "kit/base/system_files.h"
 
 namespace korvel::kit {
 namespace fs = std::filesystem;
-namespace {
-
-// Devices and pipes cannot be replaced. A name in /dev may lead to a regular file, which is
-// then somebody's open standard output.
-bool is_written_directly(const fs::path& target) {
-    std::error_code error;
-    const fs::file_status status = fs::status(target, error);
-    return target.native().starts_with(fs::path("/dev/").native()) ||
-           (fs::exists(status) && !fs::is_regular_file(status));
-}
-
-int reason_of_failure(FILE* stream);
-
-} // namespace
-
-std::string temporary_name() {
-    std::random_device random;
-    return ".korvel-" + std::to_string(random()) + std::to_string(random()) + ".tmp";
-}
 
 OutputFile::OutputFile(const fs::path& target) : name_(target), target_(target) {
-    if (is_written_directly(target_)) {
-        stream_ = std::fopen(target_.string().c_str(), "wb");
+    if (is_device(target_)) {
+        stream_ = open_file(target_, "wb");
         if (stream_ == nullptr) {
             fail(errno);
         }
@@ -45,7 +22,7 @@ OutputFile::OutputFile(const fs::path& target) : name_(target), target_(target) 
     if (fs::exists(target_, error)) {
         // A link stays a link: the file that it leads to is replaced.
         target_ = fs::canonical(target_, error);
-        FILE* const former = std::fopen(target_.string().c_str(), "r+b");
+        FILE* const former = open_file(target_, "r+b");
         if (former == nullptr) {
             fail(errno);
         }
@@ -62,7 +39,7 @@ void OutputFile::check(const fs::path& target) {
         OutputFile opened(target); // throws with the reason
     }
     // Opening a pipe would disturb its reader.
-    if (!is_written_directly(target)) {
+    if (!is_device(target)) {
         const OutputFile dropped(target);
     }
 }
@@ -70,7 +47,7 @@ void OutputFile::check(const fs::path& target) {
 void OutputFile::open_beside_target() {
     const fs::path beside = target_.parent_path() / temporary_name();
     held_.emplace(beside);
-    stream_ = std::fopen(beside.string().c_str(), "wbx");
+    stream_ = create_file(beside);
     if (stream_ == nullptr) {
         fail(errno);
     }
@@ -84,7 +61,7 @@ void OutputFile::close() {
     errno = 0;
     const bool failed_before = std::ferror(stream_) != 0;
     const bool flushed = std::fflush(stream_) == 0;
-    const int error = errno != 0 ? errno : reason_of_failure(stream_);
+    const int error = reason_of_failed_write(stream_, errno);
     const bool closed = is_standard_output() || std::fclose(stream_) == 0;
     stream_ = nullptr;
     if (failed_before || !flushed || !closed) {
@@ -117,7 +94,7 @@ void OutputFile::put_in_place(const fs::path& written) const {
     }
     fs::rename(written, target_, error);
     if (error) {
-        fail(error.value());
+        fail(error.default_error_condition().value());
     }
 }
 
@@ -130,8 +107,9 @@ void OutputFile::fail(const std::string& reason) const {
 }
 
 void OutputFile::fail(const std::string& reason, bool is_closed_pipe) const {
-    throw output_error(name_.string() + ": cannot be written: " + reason,
-                       {.file = name_.string(), .is_closed_pipe = is_closed_pipe});
+    const std::string name = text_of(name_);
+    throw output_error(name + ": cannot be written: " + reason,
+                       {.file = name, .is_closed_pipe = is_closed_pipe});
 }
 
 OutputFile::~OutputFile() {
@@ -143,22 +121,5 @@ OutputFile::~OutputFile() {
         fs::remove(temporary_, error);
     }
 }
-
-namespace {
-
-// Why an earlier write failed, as far as that can still be found out: the stream keeps no reason,
-// but a pipe that nobody reads stays in error.
-int reason_of_failure(FILE* stream) {
-#if !defined(_WIN32)
-    pollfd descriptor = {.fd = fileno(stream), .events = POLLOUT, .revents = 0};
-    if (std::ferror(stream) != 0 && poll(&descriptor, 1, 0) == 1 &&
-        (descriptor.revents & POLLERR) != 0) {
-        return EPIPE;
-    }
-#endif
-    return EIO;
-}
-
-} // namespace
 
 } // namespace korvel::kit

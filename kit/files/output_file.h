@@ -9,9 +9,6 @@
 
 namespace korvel::kit {
 
-/// A random name for a temporary file beside its target.
-std::string temporary_name();
-
 /// Selects standard output: `OutputFile out(standard_output)`.
 struct StandardOutput {};
 inline constexpr StandardOutput standard_output;

@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "kit/base/error.h"
+#include "kit/base/system_files.h"
 
 namespace korvel::kit {
 namespace {
@@ -60,8 +61,8 @@ void read_all(FILE* stream, TextFile& out) {
 
 } // namespace
 
-TextFile::TextFile(const std::filesystem::path& file) : name(file.string()) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::fopen(name.c_str(), "rb"), std::fclose);
+TextFile::TextFile(const std::filesystem::path& file) : name(text_of(file)) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> stream(open_file(file, "rb"), std::fclose);
     if (!stream) {
         fail_to_read(name, errno);
     }
@@ -249,7 +250,7 @@ std::string quoted(std::string_view word) {
 }
 
 std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file) {
-    std::unique_ptr<FILE, int (*)(FILE*)> scratch(std::tmpfile(), std::fclose);
+    std::unique_ptr<FILE, int (*)(FILE*)> scratch(create_temporary_file(), std::fclose);
     const std::size_t size = file.text.size();
     if (!scratch || std::fwrite(file.text.data(), 1, size, scratch.get()) != size ||
         std::fseek(scratch.get(), 0, SEEK_SET) != 0) {

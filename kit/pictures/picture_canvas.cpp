@@ -6,6 +6,7 @@
 #include <string>
 
 #include "kit/base/error.h"
+#include "kit/base/system_files.h"
 
 // What does not depend on the system that paints.
 
@@ -18,12 +19,12 @@ std::optional<PictureFormat> format_by_extension(std::string extension);
 } // namespace
 
 PictureFormat picture_format(const std::filesystem::path& file) {
-    const auto format = format_by_extension(file.extension().string());
+    const auto format = format_by_extension(text_of(file.extension()));
     if (!format) {
-        throw input_error(file.string() + ": the name of a picture ends in .png, .svg or .pdf");
+        throw input_error(text_of(file) + ": the name of a picture ends in .png, .svg or .pdf");
     }
     if (!is_painted(*format)) {
-        throw input_error(file.string() + ": this korvel paints pictures as PNG only");
+        throw input_error(text_of(file) + ": this korvel paints pictures as PNG only");
     }
     return *format;
 }

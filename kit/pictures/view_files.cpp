@@ -7,6 +7,7 @@
 #include <string>
 
 #include "kit/base/error.h"
+#include "kit/base/system_files.h"
 #include "kit/files/output_file.h"
 
 namespace korvel::kit {
@@ -97,8 +98,14 @@ void write_turntable(TMOD3D& model, const fs::path& file, int count, const ViewO
 fs::path numbered_file(const fs::path& file, int number, int digits) {
     const std::string text = std::to_string(number);
     const int zeros = std::max(0, digits - static_cast<int>(text.size()));
-    return (file.parent_path() / file.stem()).string() + "-" +
-           std::string(static_cast<std::size_t>(zeros), '0') + text + file.extension().string();
+    fs::path numbered = file.parent_path();
+    if (numbered.has_filename()) {
+        numbered += '/'; // on every system, as users write it
+    }
+    numbered += file.stem();
+    numbered += '-';
+    numbered += std::string(static_cast<std::size_t>(zeros), '0') + text;
+    return numbered += file.extension();
 }
 
 std::vector<fs::path> turntable_files(const fs::path& file, int count) {
@@ -114,12 +121,12 @@ std::vector<fs::path> turntable_files(const fs::path& file, int count) {
 namespace {
 
 void require_png(const fs::path& file) {
-    std::string ending = file.extension().string();
+    std::string ending = text_of(file.extension());
     std::transform(ending.begin(), ending.end(), ending.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     if (ending != ".png") {
-        throw input_error(file.string() + ": the name of a picture of a model ends in .png",
-                          {.file = file.string()});
+        throw input_error(text_of(file) + ": the name of a picture of a model ends in .png",
+                          {.file = text_of(file)});
     }
 }
 

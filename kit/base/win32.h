@@ -1,0 +1,11 @@
+#pragma once
+
+// Windows' own header, without what hides names of ours.
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
