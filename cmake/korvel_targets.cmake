@@ -7,7 +7,7 @@ function(korvel_own_target target)
             CXX_STANDARD_REQUIRED ON
             CXX_EXTENSIONS OFF
             CXX_VISIBILITY_PRESET hidden
-            VISIBILITY_INLINES_HIDDEN ON
+            VISIBILITY_INLINES_HIDDEN "$<NOT:$<BOOL:${MINGW}>>" # else they are in no DLL
             POSITION_INDEPENDENT_CODE ON
             COMPILE_WARNING_AS_ERROR ${KORVEL_WERROR}
     )
@@ -40,6 +40,7 @@ function(korvel_library target)
     target_compile_options(
         ${target}
         PUBLIC "$<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-ffp-contract=off>"
+        PRIVATE "$<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-Wconversion;-Wno-sign-conversion>"
     )
     get_target_property(type ${target} TYPE)
     if(type STREQUAL "STATIC_LIBRARY")

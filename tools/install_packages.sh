@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # install_packages.sh [GROUP|PACKAGE]…: installs the Debian packages that a build of the exact classes
-# needs, those of the groups named (command, tests, bench, fuzz) and the further packages named,
+# needs, those of the groups named (command, tests, bench, windows, fuzz) and the further packages named,
 # unless they are there. Needs root, or sudo, only when something is missing.
 set -euo pipefail
 
@@ -14,6 +14,8 @@ for name in "$@"; do
             packages+=(libgtest-dev libgmock-dev libgeos-dev help2man groff-base dpkg-dev file
                 python3-jsonschema) ;;
         bench) packages+=(libbenchmark-dev libgeos-dev) ;;
+        windows) # cross-compiling, and running the result
+            packages+=(g++-mingw-w64-x86-64-posix googletest wine64 wine xvfb xauth) ;;
         fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
         *) packages+=("$name") ;;
     esac

@@ -60,16 +60,16 @@ bool passes(const GridSegment& segment, const GridPoint& point) {
     // Twice the distances, from the start of the segment, to both sides of the square.
     const auto clip = [&](std::int64_t from, std::int64_t to, std::int64_t middle) {
         const std::int64_t along = 2 * (to - from);
-        const std::int64_t near = 2 * (middle - from) - 1;
-        const std::int64_t far = near + 2;
+        const std::int64_t lower_edge = 2 * (middle - from) - 1;
+        const std::int64_t upper_edge = lower_edge + 2;
         if (along > 0) {
-            lower[bounds] = {near, along, false};
-            upper[bounds++] = {far, along, true};
+            lower[bounds] = {lower_edge, along, false};
+            upper[bounds++] = {upper_edge, along, true};
         } else if (along < 0) {
-            lower[bounds] = {-far, -along, true};
-            upper[bounds++] = {-near, -along, false};
+            lower[bounds] = {-upper_edge, -along, true};
+            upper[bounds++] = {-lower_edge, -along, false};
         }
-        return along != 0 || (near <= 0 && 0 < far);
+        return along != 0 || (lower_edge <= 0 && 0 < upper_edge);
     };
     if (!clip(segment.from.x, segment.to.x, point.x) ||
         !clip(segment.from.y, segment.to.y, point.y)) {

@@ -66,7 +66,9 @@ FaceOrder::FaceOrder(const TMOD3D& model, int body) : sides_(sides_of(model, bod
     for_each_edge(sides_, [&](std::span<const FaceSide> edge) {
         for (const FaceSide& side : edge) {
             edges_of_[side.position].push_back(static_cast<int>(edges_.size()));
-            is_at_crowded_edge_[side.position] |= edge.size() > 2 ? 1 : 0;
+            if (edge.size() > 2) {
+                is_at_crowded_edge_[side.position] = 1;
+            }
         }
         is_needed_ |= edge.size() > 2;
         edges_.push_back(edge);

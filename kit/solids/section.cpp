@@ -70,18 +70,18 @@ Plane beside_vertices(const Plane& plane, const TMOD3D& model) {
     const double clearance = 1e-11 * size;
     const double reach = (2 * most_steps + 2) * clearance;
     const double scaled_reach = reach * length * (1 + 1e-9); // saves the division for most
-    std::vector<double> near;
+    std::vector<double> distances;
     for (const VERT3D& vertex : model.verts) {
         const double scaled = scaled_distance(vertex.model_xyz);
         if (std::abs(scaled) <= scaled_reach && std::abs(scaled / length) <= reach) {
-            near.push_back(scaled / length);
+            distances.push_back(scaled / length);
         }
     }
     const double towards_middle = scaled_distance(middle) < 0 ? -1 : 1;
     for (int step = 0; step < most_steps; ++step) {
         for (const double side : {towards_middle, -towards_middle}) {
             const double offset = side * step * 2 * clearance;
-            if (std::none_of(near.begin(), near.end(),
+            if (std::none_of(distances.begin(), distances.end(),
                              [&](double apart) { return std::abs(apart - offset) <= clearance; })) {
                 return step == 0 ? plane : plane.moved(offset);
             }

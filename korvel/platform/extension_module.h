@@ -3,6 +3,12 @@
 #include "korvel/platform/export.h"
 #include "korvel/platform/types.h"
 
+namespace korvel {
+
+class ExtensionChain;
+
+} // namespace korvel
+
 /// One loaded extension module.
 struct AFX_EXTENSION_MODULE {
     BOOL bInitialized = 0;
@@ -32,7 +38,7 @@ public:
     CDynLinkLibrary* next() const noexcept { return next_; }
 
 private:
-    friend void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record);
+    friend class korvel::ExtensionChain;
 
     HINSTANCE module_;
     CDynLinkLibrary* next_ = nullptr;

@@ -5,10 +5,47 @@
 #include <utility>
 
 namespace korvel {
+
+/// The libraries that are loaded, the last one registered first.
+class ExtensionChain {
+public:
+    CDynLinkLibrary* first() {
+        const std::lock_guard lock(mutex_);
+        return first_;
+    }
+    void add(CDynLinkLibrary& library) {
+        const std::lock_guard lock(mutex_);
+        library.next_ = std::exchange(first_, &library);
+    }
+    void remove(const CDynLinkLibrary& library) {
+        remove_if([&](const CDynLinkLibrary& listed) { return &listed == &library; });
+    }
+    void remove_all_of(HINSTANCE module) {
+        remove_if([&](const CDynLinkLibrary& listed) { return listed.module_ == module; });
+    }
+
+private:
+    template <class Predicate>
+    void remove_if(Predicate is_removed) {
+        const std::lock_guard lock(mutex_);
+        CDynLinkLibrary** link = &first_;
+        while (CDynLinkLibrary* const library = *link) {
+            if (is_removed(*library)) {
+                *link = std::exchange(library->next_, nullptr);
+            } else {
+                link = &library->next_;
+            }
+        }
+    }
+
+    std::mutex mutex_; // never locked while host code runs
+    CDynLinkLibrary* first_ = nullptr;
+};
+
 namespace {
 
-CDynLinkLibrary* chain = nullptr;
-std::mutex chain_mutex; // never locked while host code runs
+// Without a destructor that does anything: modules leave it when the process ends, in any order.
+ExtensionChain chain;
 
 /// The handler of all threads that have none of their own.
 class ProcessHandler {
@@ -47,8 +84,7 @@ MessageBoxOverride::MessageBoxOverride(message_box_handler handler)
 MessageBoxOverride::~MessageBoxOverride() = default;
 
 CDynLinkLibrary* first_extension_library() noexcept {
-    const std::lock_guard lock(chain_mutex);
-    return chain;
+    return chain.first();
 }
 
 } // namespace korvel
@@ -78,31 +114,14 @@ void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record) {
     if (record.bInitialized == 0) {
         return;
     }
-    const std::lock_guard lock(korvel::chain_mutex);
-    CDynLinkLibrary** link = &korvel::chain;
-    while (*link != nullptr) {
-        CDynLinkLibrary* library = *link;
-        if (library->module_ == record.hModule) {
-            *link = std::exchange(library->next_, nullptr);
-        } else {
-            link = &library->next_;
-        }
-    }
+    korvel::chain.remove_all_of(record.hModule);
     record = {};
 }
 
 CDynLinkLibrary::CDynLinkLibrary(const AFX_EXTENSION_MODULE& record) : module_(record.hModule) {
-    const std::lock_guard lock(korvel::chain_mutex);
-    next_ = std::exchange(korvel::chain, this);
+    korvel::chain.add(*this);
 }
 
 CDynLinkLibrary::~CDynLinkLibrary() {
-    const std::lock_guard lock(korvel::chain_mutex);
-    CDynLinkLibrary** link = &korvel::chain;
-    while (*link != nullptr && *link != this) {
-        link = &(*link)->next_;
-    }
-    if (*link == this) {
-        *link = next_;
-    }
+    korvel::chain.remove(*this);
 }

@@ -27,9 +27,9 @@ public:
             }
             return false;
         }
-        const int near = first_near(pt);
-        if (near >= 0) {
-            const tagPOINT from = std::exchange(pt, nodes_[near]);
+        const int found = first_near(pt);
+        if (found >= 0) {
+            const tagPOINT from = std::exchange(pt, nodes_[found]);
             return !same_point(pt, from);
         }
         nodes_.push_back(pt);

@@ -11,6 +11,9 @@
 
 using korvel::CurveSpans;
 
+// A DLL does not export the constant of an exported class unless it is defined outside of it.
+constexpr int CREGION::no_crossing_limit;
+
 namespace {
 
 std::atomic<int> process_limit = CREGION::no_crossing_limit;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <map>
 #include <memory>
+#include <numbers>
 #include <utility>
 #include <vector>
 
@@ -173,7 +174,7 @@ TEST(Delaunay, TilesLargeRegions) {
         Rings star(1);
         Rings comb(1);
         for (int k = 0; k < corners; ++k) {
-            const double angle = 2 * M_PI * k / corners;
+            const double angle = 2 * std::numbers::pi * k / corners;
             const double radius = dice.one_in(20) ? 1e9 : 4e8 + dice(0, 1000);
             star[0].push_back({std::round(radius * std::cos(angle)), radius * std::sin(angle)});
             comb[0].push_back({double(k), k % 2 == 0 ? 0.0 : k % 4 == 1 ? 1e6 : 7.0});

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <string>
 #include <vector>
 
@@ -46,7 +47,7 @@ template <class Radius>
 Ring around(int corners, Radius radius) {
     Ring ring;
     for (int k = 0; k < corners; ++k) {
-        const double angle = 2 * M_PI * k / corners;
+        const double angle = 2 * std::numbers::pi * k / corners;
         const double distance = radius(k);
         ring.push_back(
             {std::round(distance * std::cos(angle)), std::round(distance * std::sin(angle))});

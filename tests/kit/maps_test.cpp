@@ -31,9 +31,10 @@ struct Row {
 std::vector<Row> coverage_table() {
     const std::vector<std::pair<double, double>> square = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
     // Twice the size of what 53 bits can distinguish in products of coordinates.
-    constexpr double far = 2147483647;
-    const std::vector<std::pair<double, double>> cut_corner = {
-        {-far, -far}, {1 - far, -far}, {far, -far}, {far, far}, {-far, far}, {-far, 1 - far}};
+    constexpr double most = 2147483647;
+    const std::vector<std::pair<double, double>> cut_corner = {{-most, -most}, {1 - most, -most},
+                                                               {most, -most},  {most, most},
+                                                               {-most, most},  {-most, 1 - most}};
     return {
         {"halves", square, {{0, 1, 2}, {0, 2, 3}}, 0, true},
         {"one half", square, {{0, 1, 2}}, 8, false},

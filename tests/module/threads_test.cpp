@@ -82,7 +82,7 @@ TEST(Threads, WorkOnObjectsOfTheirOwn) {
             auto handler = set_message_box_handler([](const char*, unsigned) { return IDOK; });
             AfxMessageBox("");
             AFX_EXTENSION_MODULE record;
-            AfxInitExtensionModule(record, &module);
+            AfxInitExtensionModule(record, reinterpret_cast<HINSTANCE>(&module));
             { const CDynLinkLibrary library(record); }
             CREGION::set_crossing_limit(limit);
             set_message_box_handler(std::move(handler));

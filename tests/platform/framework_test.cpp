@@ -71,32 +71,33 @@ TEST(ExtensionModule, JoinsAndLeavesTheChain) {
         front.insert(front.end(), start.begin(), start.end());
         return front;
     };
-    int a = 0;
-    int b = 0;
+    int objects[2] = {};
+    const auto a = reinterpret_cast<HINSTANCE>(&objects[0]);
+    const auto b = reinterpret_cast<HINSTANCE>(&objects[1]);
     AFX_EXTENSION_MODULE first;
     AFX_EXTENSION_MODULE second;
-    EXPECT_NE(AfxInitExtensionModule(first, &a), 0);
-    EXPECT_NE(AfxInitExtensionModule(second, &b), 0);
-    EXPECT_NE(AfxInitExtensionModule(first, &b), 0);
-    EXPECT_EQ(first.hModule, &a);
+    EXPECT_NE(AfxInitExtensionModule(first, a), 0);
+    EXPECT_NE(AfxInitExtensionModule(second, b), 0);
+    EXPECT_NE(AfxInitExtensionModule(first, b), 0);
+    EXPECT_EQ(first.hModule, a);
 
     CDynLinkLibrary library_a(first);
     {
         CDynLinkLibrary library_b(second);
         CDynLinkLibrary library_a2(first);
-        EXPECT_EQ(chain(), with({&a, &b, &a}));
+        EXPECT_EQ(chain(), with({a, b, a}));
         AfxTermExtensionModule(first);
-        EXPECT_EQ(chain(), with({&b}));
+        EXPECT_EQ(chain(), with({b}));
         EXPECT_EQ(first.bInitialized, 0);
         EXPECT_EQ(first.hModule, nullptr);
         AfxTermExtensionModule(first);
-        EXPECT_EQ(chain(), with({&b}));
+        EXPECT_EQ(chain(), with({b}));
     }
     EXPECT_EQ(chain(), start);
 
     CDynLinkLibrary outer(second);
     { CDynLinkLibrary inner(second); }
-    EXPECT_EQ(chain(), with({&b}));
+    EXPECT_EQ(chain(), with({b}));
     AfxTermExtensionModule(second);
     EXPECT_EQ(chain(), start);
 }

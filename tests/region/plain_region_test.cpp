@@ -102,7 +102,7 @@ Curves redrawn(Dice& dice, const Curves& curves) {
 }
 
 Curves random_network(Dice& dice) {
-    constexpr int far = 1 << 30;
+    constexpr int widest = 1 << 30;
     const int count = dice(0, 40) == 0 ? 24 : dice(1, 12);
     if (dice(0, 49) == 0) {
         return flower(dice);
@@ -116,13 +116,13 @@ Curves random_network(Dice& dice) {
         if (dice(0, 2) == 0) {
             return slivers(dice, 3 * count);
         }
-        return scribbles(dice, count, 2, dice(0, 1) == 0 ? far : 40'000'000);
+        return scribbles(dice, count, 2, dice(0, 1) == 0 ? widest : 40'000'000);
     case 3:
         return scribbles(dice, count, 9, 5);
     case 4:
         return scribbles(dice, count, 7, 500'000);
     case 5:
-        return scribbles(dice, count, 5, 1 + count / 6, dice(0, 1) == 0 ? 50 : far / 4);
+        return scribbles(dice, count, 5, 1 + count / 6, dice(0, 1) == 0 ? 50 : widest / 4);
     case 6:
     case 7:
         return loops(dice, count, dice(4, 60));

@@ -183,11 +183,11 @@ TEST(Nesting, KeepsTheTagsOfRegionsThatRemain) {
 }
 
 TEST(Region, IgnoresIndicesOutOfRange) {
-    constexpr int far = std::numeric_limits<int>::max();
+    constexpr int largest = std::numeric_limits<int>::max();
     Analysed a("0,0 9,0 9,9 0,9 0,0; 20,0 29,0 29,9 20,9 20,0; 2,2 4,2 4,4 2,4 2,2");
     ASSERT_EQ(a.regions(), (Lists{{0}, {1}, {2}}));
     a.region.regions[0].rings.RemoveAll();
-    a.region.regions[1].rings[0] = far;
+    a.region.regions[1].rings[0] = largest;
     a.region.regions[2].rings.Add(-1);
     a.region.AddSelectRegion({25, 5});
     EXPECT_EQ(a.selected(), (Ints{0, 0, 0}));
@@ -198,7 +198,7 @@ TEST(Region, IgnoresIndicesOutOfRange) {
     ASSERT_EQ(out.region_list.GetSize(), 1);
     EXPECT_EQ(ints(out.region_list[0].rings), Ints{0});
 
-    a.region.ring_pts[2].pts[1] = far; // now it contains no point
+    a.region.ring_pts[2].pts[1] = largest; // now it contains no point
     a.region.SetSelectRegion({3, 3});
     EXPECT_EQ(a.selected(), (Ints{0, 0, 0}));
     const Ints former = ints(a.region.ring_pts[2].pts);

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <string>
 
@@ -21,8 +21,11 @@ inline std::string contents(const std::filesystem::path& file) {
 class Scratch : public testing::Test {
 protected:
     Scratch() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "korvel-XXXXXX").string();
-        directory_ = mkdtemp(pattern.data());
+        std::random_device number;
+        do {
+            directory_ =
+                std::filesystem::temp_directory_path() / ("korvel-" + std::to_string(number()));
+        } while (!std::filesystem::create_directory(directory_));
     }
     ~Scratch() override { std::filesystem::remove_all(directory_); }
 

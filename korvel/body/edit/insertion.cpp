@@ -92,11 +92,11 @@ bool names_vertices(const TMOD3D& model, int face) {
 /// Whether a point lies on a face's plane, to the precision that turning it into the view and back
 /// leaves.
 bool lies_on_plane(const TMOD3D& model, int face, const double* point) {
-    constexpr double near = 1e-6; // of the radius of the model's bounds
+    constexpr double tolerance = 1e-6; // of the radius of the model's bounds
     const double* const plane = model.polys[face].plane;
     const double distance =
         plane[0] * point[0] + plane[1] * point[1] + plane[2] * point[2] + plane[3];
-    return std::fabs(distance) <= near * model.wrap_radius;
+    return std::fabs(distance) <= tolerance * model.wrap_radius;
 }
 
 Fan whole_fan(const TMOD3D& model, int face) {

@@ -57,20 +57,20 @@ void ConstrainedDelaunay::insert_in_rounds() {
             std::max(rounds - std::countr_zero(mix_bits(static_cast<std::uint64_t>(p))), 0)));
     }
     for (int round = 0; round <= rounds; ++round) {
-        int near = count; // the last vertex inserted, or a corner of the wide triangle
+        int start = count; // the last vertex inserted, or a corner of the wide triangle
         for (int p = 0; p < count && is_usable_; ++p) {
             if (rounds_[p] == round) {
-                insert(p, near);
+                insert(p, start);
             }
-            near = rounds_[p] <= round ? p : near;
+            start = rounds_[p] <= round ? p : start;
         }
     }
 }
 
 /// Locates a new vertex from the triangles around one that has been inserted, and inserts it.
-void ConstrainedDelaunay::insert(int p, int near) {
+void ConstrainedDelaunay::insert(int p, int start) {
     int on_edge = none;
-    const int h = edge_or_triangle_at(p, near, on_edge);
+    const int h = edge_or_triangle_at(p, start, on_edge);
     if (h == none) {
         is_usable_ = false;
     } else if (on_edge == none) {
@@ -85,8 +85,8 @@ void ConstrainedDelaunay::insert(int p, int near) {
 
 /// A half-edge of the triangle that holds the point, and the edge of it on which the point lies, if
 /// any; or `none` for a point where a vertex is.
-int ConstrainedDelaunay::edge_or_triangle_at(int p, int near, int& on_edge) const {
-    int h = first_[near];
+int ConstrainedDelaunay::edge_or_triangle_at(int p, int start, int& on_edge) const {
+    int h = first_[start];
     for (std::size_t steps = 0; steps <= from_.size(); ++steps) {
         int beyond = none;
         int on = 0;

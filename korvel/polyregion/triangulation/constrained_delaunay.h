@@ -96,8 +96,8 @@ private:
     void link(int h, int other);
     int add_triangle(int a, int b, int c);
     void insert_in_rounds();
-    void insert(int p, int near);
-    int edge_or_triangle_at(int p, int near, int& on_edge) const;
+    void insert(int p, int start);
+    int edge_or_triangle_at(int p, int start, int& on_edge) const;
     void divide_triangle(int h, int p);
     void divide_edge(int h, int p);
     void make_delaunay_around(int p);

@@ -120,9 +120,9 @@ private:
         return std::fabs(product) <= tolerance::near_end_power * quarter_;
     }
     bool is_near_end(const OrientedBox& box) const {
-        const double near = tolerance::near_end * length;
-        return squared_distance(box.nearest_to(from_), from_) <= near * near ||
-               squared_distance(box.nearest_to(to_), to_) <= near * near;
+        const double reach = tolerance::near_end * length;
+        return squared_distance(box.nearest_to(from_), from_) <= reach * reach ||
+               squared_distance(box.nearest_to(to_), to_) <= reach * reach;
     }
 
     PlanePoint from_;

@@ -67,7 +67,7 @@ private:
             for (const int ring : region.rings) {
                 entries += static_cast<std::size_t>(set.ring_list[ring].pts.GetSize());
             }
-            const int bits = std::bit_width(32 * entries + 1);
+            const auto bits = static_cast<int>(std::bit_width(32 * entries + 1));
             has_.assign(std::size_t{1} << static_cast<unsigned>(bits), 0);
             shift_ = 64U - static_cast<unsigned>(bits);
             for (const int ring : region.rings) {
