@@ -133,7 +133,7 @@ bool TextReader::read(int& target) {
 }
 
 /// The rest of an integer of more digits than surely fit, from digit `c` on. The library converts
-/// such a text to a `long` and keeps its low half.
+/// such a text to 64 bits and keeps the low half.
 int TextReader::take_long(int c, bool is_negative, int first_digits) {
     is_plain_ = false;
     text_.assign(is_negative ? 1 : 0, '-');
@@ -142,7 +142,7 @@ int TextReader::take_long(int c, bool is_negative, int first_digits) {
         text_.push_back(static_cast<char>(c));
     }
     lookahead_ = c;
-    return static_cast<int>(std::strtol(text_.c_str(), nullptr, 10));
+    return static_cast<int>(std::strtoll(text_.c_str(), nullptr, 10));
 }
 
 bool TextReader::read(float& target) {

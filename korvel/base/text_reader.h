@@ -15,9 +15,9 @@ namespace korvel {
 /// as long as it exists, and its destructor leaves the stream at the position where `fscanf` leaves
 /// it: behind the last number, or behind the longest start of one.
 ///
-/// With the GNU C library numbers are converted character by character, many times faster than by
-/// `fscanf`. What starts like neither an integer nor a decimal real, and everything with other
-/// libraries, whose results for malformed numbers differ, is left to `fscanf`.
+/// With the GNU C library, and with the one of mingw-w64, numbers are converted character by
+/// character as GNU's `fscanf` does, many times faster. What starts like neither an integer nor a
+/// decimal real, and everything with other libraries, is left to `fscanf`.
 ///
 /// Its destructor reports to `PlainReading` when a number was not a plain word of its own.
 class TextReader {

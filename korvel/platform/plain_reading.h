@@ -20,7 +20,8 @@ public:
     ~PlainReading();
 
     /// False once a number was anything else, or may have been: integers of over nine digits and
-    /// reals of over fifteen count as such, and with other C libraries than GNU's every number.
+    /// reals of over fifteen count as such, and with other C libraries than GNU's and mingw-w64's
+    /// every number.
     bool is_plain() const { return override_.value; }
 
 private:

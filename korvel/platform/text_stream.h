@@ -7,13 +7,15 @@
 
 namespace korvel {
 
-/// Whether `fscanf` takes exactly the characters that the GNU C library's takes from malformed
-/// numbers ("1e+", "0x", "-"), and whether the stream can be read by characters: it is not
-/// wide-oriented. The C standard leaves the former open, so with other libraries everything is left
-/// to `fscanf`.
+/// Whether numbers are read from the stream by characters: it is not wide-oriented. Of malformed
+/// numbers ("1e+", "0x", "-") the GNU C library's `fscanf` takes the same characters. That of
+/// mingw-w64 takes others, but text is to give the same numbers on every system. With other
+/// libraries everything is left to `fscanf`.
 inline bool is_read_by_characters([[maybe_unused]] FILE* stream) {
-#ifdef __GLIBC__
+#if defined(__GLIBC__)
     return std::fwide(stream, -1) < 0;
+#elif defined(__MINGW32__)
+    return true;
 #else
     return false;
 #endif
@@ -21,21 +23,27 @@ inline bool is_read_by_characters([[maybe_unused]] FILE* stream) {
 
 /// Locks a stream against other threads, so that each character can be read without locking.
 inline void lock_stream([[maybe_unused]] FILE* stream) {
-#ifdef __GLIBC__
+#if defined(__GLIBC__)
     flockfile(stream);
+#elif defined(__MINGW32__)
+    _lock_file(stream);
 #endif
 }
 
 inline void unlock_stream([[maybe_unused]] FILE* stream) {
-#ifdef __GLIBC__
+#if defined(__GLIBC__)
     funlockfile(stream);
+#elif defined(__MINGW32__)
+    _unlock_file(stream);
 #endif
 }
 
 /// The next character of a locked stream, or EOF.
 inline int next_character(FILE* stream) {
-#ifdef __GLIBC__
+#if defined(__GLIBC__)
     return getc_unlocked(stream);
+#elif defined(__MINGW32__)
+    return _getc_nolock(stream);
 #else
     return std::getc(stream);
 #endif

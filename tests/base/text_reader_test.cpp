@@ -18,6 +18,8 @@ namespace {
 
 using namespace korvel::test;
 
+#ifdef __GLIBC__ // other libraries' results for malformed numbers differ
+
 bool scan(FILE* stream, int& value) {
     return std::fscanf(stream, "%d", &value) == 1;
 }
@@ -115,6 +117,8 @@ TEST(TextReader, RoundsOnce) {
     }
 }
 
+#endif
+
 TEST(TextReader, AcceptsCountsThatTheStreamCanHold) {
     const std::string zeros = [] {
         std::string text;
@@ -147,6 +151,9 @@ TEST(TextReader, AcceptsCountsThatTheStreamCanHold) {
 }
 
 TEST(TextReader, ReadsLongListsFromPipes) {
+#ifdef _WIN32
+    GTEST_SKIP() << "the commands are those of a POSIX shell";
+#endif
     struct Case {
         const char* command;
         int believed;
@@ -167,7 +174,7 @@ TEST(TextReader, ReadsLongListsFromPipes) {
     }
 }
 
-#ifdef __GLIBC__ // elsewhere no number counts as plain
+#if defined(__GLIBC__) || defined(__MINGW32__) // elsewhere no number counts as plain
 TEST(TextReader, ShowsWhetherNumbersArePlainWords) {
     struct Case {
         const char* text; ///< an integer, then a real
@@ -207,6 +214,7 @@ TEST(TextReader, ShowsWhetherNumbersArePlainWords) {
 }
 #endif
 
+#ifdef __GLIBC__
 TEST(TextReader, LeavesWideStreamsToTheLibrary) {
     const auto wide = [] {
         Stream stream = stream_of("12 13");
@@ -225,7 +233,12 @@ TEST(TextReader, LeavesWideStreamsToTheLibrary) {
     }
 }
 
+#endif
+
 TEST(TextReader, LeavesAPipeBehindTheNumber) {
+#ifdef _WIN32
+    GTEST_SKIP() << "the command is one of a POSIX shell";
+#endif
     const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen("printf ' 12-3.5e1x\\n'", "r"), pclose);
     {
         korvel::TextReader reader(pipe.get());
