@@ -14,24 +14,24 @@ namespace {
 
 int samples_for(PictureSize size);
 
-/// A bitmap in memory that GDI paints on, white at the start.
-struct Bitmap {
-    HDC device = CreateCompatibleDC(nullptr);
-    HBITMAP bitmap = nullptr; // null where there is not enough memory
-    HGDIOBJ first = nullptr;
-    const std::uint32_t* pixels = nullptr;
-
-    Bitmap(int width, int height);
-    ~Bitmap();
-    Bitmap(const Bitmap&) = delete;
-    Bitmap& operator=(const Bitmap&) = delete;
-};
-
 } // namespace
 
 /// GDI draws hard edges. It paints on a page with `samples` times the width and the height, and the
 /// picture takes the means.
 struct PictureCanvas::Page {
+    /// A bitmap in memory that GDI paints on, white at the start.
+    struct Bitmap {
+        HDC device = CreateCompatibleDC(nullptr);
+        HBITMAP bitmap = nullptr; // null where there is not enough memory
+        HGDIOBJ first = nullptr;
+        const std::uint32_t* pixels = nullptr;
+
+        Bitmap(int width, int height);
+        ~Bitmap();
+        Bitmap(const Bitmap&) = delete;
+        Bitmap& operator=(const Bitmap&) = delete;
+    };
+
     OutputFile& out;
     PictureSize size;
     int units_per_pixel;
@@ -153,19 +153,7 @@ void PictureCanvas::Page::take_means(int y, unsigned char* row) const {
     }
 }
 
-namespace {
-
-// As many as fit into half a gigabyte.
-int samples_for(PictureSize size) {
-    constexpr long long most = 1LL << 27;
-    int samples = 4;
-    while (samples > 1 && 1LL * size.width * size.height * samples * samples > most) {
-        samples /= 2;
-    }
-    return samples;
-}
-
-Bitmap::Bitmap(int width, int height) {
+PictureCanvas::Page::Bitmap::Bitmap(int width, int height) {
     BITMAPINFO format = {};
     format.bmiHeader.biSize = sizeof format.bmiHeader;
     format.bmiHeader.biWidth = width;
@@ -177,17 +165,29 @@ Bitmap::Bitmap(int width, int height) {
     bitmap = CreateDIBSection(device, &format, DIB_RGB_COLORS, &bits, nullptr, 0);
     if (bitmap != nullptr) {
         pixels = static_cast<const std::uint32_t*>(bits);
-        first = SelectObject(device, bitmap);
+        first = ::SelectObject(device, bitmap);
         PatBlt(device, 0, 0, width, height, WHITENESS);
     }
 }
 
-Bitmap::~Bitmap() {
+PictureCanvas::Page::Bitmap::~Bitmap() {
     if (bitmap != nullptr) {
-        SelectObject(device, first);
+        ::SelectObject(device, first);
         DeleteObject(bitmap);
     }
     DeleteDC(device);
+}
+
+namespace {
+
+// As many as fit into half a gigabyte.
+int samples_for(PictureSize size) {
+    constexpr long long most = 1LL << 27;
+    int samples = 4;
+    while (samples > 1 && 1LL * size.width * size.height * samples * samples > most) {
+        samples /= 2;
+    }
+    return samples;
 }
 
 } // namespace

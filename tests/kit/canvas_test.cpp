@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 
 #include "kit/base/error.h"
+#include "kit/maps/find_regions.h"
+#include "kit/pictures/picture_files.h"
 #include "kit/pictures/picture_fit.h"
 #include "tests/support/pixels.h"
 #include "tests/support/scratch.h"
@@ -73,6 +75,11 @@ TEST_F(Canvas, TheEndingChoosesTheFormat) {
         const char* end;
     };
     for (const Row& row : {Row{"p.svg", "<?xml", "</svg>\n"}, Row{"p.pdf", "%PDF-", "%%EOF\n"}}) {
+        if (!kit::is_painted(PictureFormat::svg)) {
+            EXPECT_THAT([&] { kit::picture_format(row.file); },
+                        testing::ThrowsMessage<kit::Error>(testing::HasSubstr("as PNG only")));
+            continue;
+        }
         OutputFile out(path(row.file));
         PictureCanvas canvas(out, kit::picture_format(row.file), {50, 50}, 16);
         const POINT triangle[] = {{160, 160}, {480, 160}, {160, 480}};
@@ -82,7 +89,26 @@ TEST_F(Canvas, TheEndingChoosesTheFormat) {
         EXPECT_THAT(read(row.file), testing::StartsWith(row.start));
         EXPECT_THAT(read(row.file), testing::EndsWith(row.end));
     }
-    EXPECT_THAT(read("p.svg"), testing::HasSubstr("M 10.03125 10.03125 L 30.03125 10.03125"));
+    if (kit::is_painted(PictureFormat::svg)) {
+        EXPECT_THAT(read("p.svg"), testing::HasSubstr("M 10.03125 10.03125 L 30.03125 10.03125"));
+    }
+}
+
+// The picture was made with Cairo: `korvel regions data/us-states.curves --picture states.png
+// --view 14500,45500,31500,75000 --stretch 3.3 --size 320x180`.
+TEST_F(Canvas, PaintsMapsAlikeOnAllSystems) {
+    const kit::Network network = kit::Network::read(KORVEL_DATA_DIR "/us-states.curves");
+    const kit::Map map = kit::find_regions(network).take_map();
+    const kit::Rectangle part = {14500, 45500, 31500, 75000};
+    kit::write_picture(map, path("p.png"), {.size = {320, 180}, .part = part, .stretch = 3.3});
+    const Pixels expected(KORVEL_DATA_DIR "/../tests/kit/states.png");
+    const Pixels painted(path("p.png"));
+    ASSERT_EQ(painted.width(), 320);
+    const PictureDifference differs =
+        difference(expected, [&](int x, int y) { return painted.at(x, y); });
+    EXPECT_GT(differs.area_pixels, 30'000);
+    EXPECT_EQ(differs.wrong_area_pixels, 0);
+    EXPECT_LT(differs.mean_at_edges, 8);
 }
 
 TEST_F(Canvas, OutputFilesReplaceOnlyWhenComplete) {
