@@ -40,8 +40,10 @@ function(korvel_library target)
     target_compile_options(
         ${target}
         PUBLIC "$<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-ffp-contract=off>"
-        PRIVATE "$<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-Wconversion;-Wno-sign-conversion>"
     )
+    if(NOT MSVC AND NOT KORVEL_FRAMEWORK_HEADER) # whose arrays may count in longer integers
+        target_compile_options(${target} PRIVATE -Wconversion -Wno-sign-conversion)
+    endif()
     get_target_property(type ${target} TYPE)
     if(type STREQUAL "STATIC_LIBRARY")
         target_compile_definitions(${target} PUBLIC KORVEL_STATIC)

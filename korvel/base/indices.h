@@ -18,7 +18,7 @@ bool has_element(const List& list, int index) {
 /// Whether all of `indices` name elements of `list`.
 template <class List>
 bool has_elements(const List& list, const CArray<int>& indices) {
-    return std::all_of(indices.begin(), indices.end(),
+    return std::all_of(begin(indices), end(indices),
                        [&](int index) { return has_element(list, index); });
 }
 
@@ -46,7 +46,7 @@ void set_length(Target& target, int count) {
 template <class Target, class Element>
 void assign_range(Target& target, const Element* from, int count) {
     set_length(target, count);
-    std::copy_n(from, count, target.begin());
+    std::copy_n(from, count, begin(target));
 }
 
 /// The same with the elements of a vector.

@@ -135,7 +135,7 @@ enum class Progress { nothing, part, all };
 template <class List, class ReadOne>
 bool read_records(int declared, List& list, ReadOne read_one) {
     constexpr int first_size = 64;
-    list.SetSize(std::min(list.GetSize(), declared));
+    list.SetSize(std::clamp(declared, 0, size_of(list)));
     for (int i = 0; i < declared; ++i) {
         if (i == list.GetSize()) {
             const long long doubled = std::max(first_size, 2 * std::min(i, 1 << 29));

@@ -79,7 +79,7 @@ void TMOD3D::gl_draw_sel_vert() {
     glPointSize(5.0);
     glBegin(GL_POINTS);
     glColor3d(1.0, 1.0, 0.0);
-    for (int i = 0; i < std::min(count, relat_list_2.GetSize()); ++i) {
+    for (int i = 0; i < std::min(count, korvel::size_of(relat_list_2)); ++i) {
         if (has_element(verts, relat_list_2[i])) {
             glVertex3dv(verts[relat_list_2[i]].view_xyz);
         }

@@ -99,17 +99,17 @@ void TMOD3D::write_mode(FILE* stream) {
     if (stream == nullptr) {
         return;
     }
-    std::fprintf(stream, "%d\n", verts.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(verts));
     if (verts.IsEmpty()) {
         return;
     }
     write_vertices(*this, stream);
-    std::fprintf(stream, "%d\n", polys.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(polys));
     if (polys.IsEmpty()) {
         return;
     }
     write_faces(*this, stream);
-    std::fprintf(stream, "%d\n", bodies.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(bodies));
     for (const BODY3D& body : bodies) {
         write_body(body, stream);
     }
@@ -142,7 +142,7 @@ void store_faces(const std::vector<int>& corners, TMOD3D& model) {
         const int old_size = verts.GetSize();
         const int* const last = next + std::min<std::ptrdiff_t>(corners_read, end - next);
         verts.SetSize(old_size + static_cast<int>(last - next));
-        std::copy(next, last, verts.begin() + old_size);
+        std::copy(next, last, begin(verts) + old_size);
         next = last;
     }
 }
@@ -159,7 +159,7 @@ Progress read_body(TextReader& reader, BODY3D& body) {
     const bool complete = reader.read(faces, listed, "reading a body");
     const int old_size = body.polys.GetSize();
     body.polys.SetSize(old_size + static_cast<int>(listed.size()));
-    std::copy(listed.begin(), listed.end(), body.polys.begin() + old_size);
+    std::copy(listed.begin(), listed.end(), begin(body.polys) + old_size);
     return complete ? Progress::all : Progress::part;
 }
 
@@ -170,10 +170,10 @@ bool make_at_once(const Numbers& numbers, TMOD3D& model) {
     const int faces = begun_triples(numbers.corners);
     const auto is_face = [=](int f) { return f >= 0 && f < faces; };
     const auto lists_faces = [=](const BODY3D& body) {
-        return std::all_of(body.polys.begin(), body.polys.end(), is_face);
+        return std::all_of(begin(body.polys), end(body.polys), is_face);
     };
     if (!model.verts.IsEmpty() || !model.lines.IsEmpty() || !model.polys.IsEmpty() ||
-        !std::all_of(model.bodies.begin(), model.bodies.end(), lists_faces)) {
+        !std::all_of(begin(model.bodies), end(model.bodies), lists_faces)) {
         return false;
     }
     auto chains = korvel::chain_triangles(numbers.corners, vertices);
@@ -198,9 +198,9 @@ bool make_at_once(const Numbers& numbers, TMOD3D& model) {
 /// Whether every index that faces and bodies list names something.
 bool is_sound(const TMOD3D& model) {
     return std::all_of(
-               model.polys.begin(), model.polys.end(),
+               begin(model.polys), end(model.polys),
                [&](const POLY3D& face) { return korvel::has_elements(model.verts, face.verts); }) &&
-           std::all_of(model.bodies.begin(), model.bodies.end(), [&](const BODY3D& body) {
+           std::all_of(begin(model.bodies), end(model.bodies), [&](const BODY3D& body) {
                return korvel::has_elements(model.polys, body.polys);
            });
 }
@@ -225,7 +225,7 @@ void write_faces(const TMOD3D& model, FILE* stream) {
 
 void write_body(const BODY3D& body, FILE* stream) {
     constexpr int indices_per_line = 20;
-    std::fprintf(stream, "%d\n", body.polys.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(body.polys));
     std::fprintf(stream, "%f %f %f\n", body.param_1, body.param_2, body.param_3);
     for (int i = 0; i < body.polys.GetSize(); ++i) {
         std::fprintf(stream, "%d ", body.polys[i]);

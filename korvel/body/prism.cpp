@@ -121,7 +121,7 @@ void append_body(TMOD3D& model, int first_face, int faces) {
     model.bodies.SetSize(model.bodies.GetSize() + 1);
     CArray<int>& listed = model.bodies[model.bodies.GetUpperBound()].polys;
     listed.SetSize(faces);
-    std::iota(listed.begin(), listed.end(), first_face);
+    std::iota(begin(listed), end(listed), first_face);
 }
 
 } // namespace

@@ -40,7 +40,8 @@ void refine_body(TMOD3D& model, int body, bool on_unit_sphere) {
     const std::vector<int> edges = edges_of(model, refined);
     const int cut = static_cast<int>(edges.size());
     const int old_faces = refined.polys.GetSize();
-    NextRecords next = {model.verts.GetSize(), model.lines.GetSize(), model.polys.GetSize()};
+    NextRecords next = {korvel::size_of(model.verts), korvel::size_of(model.lines),
+                        korvel::size_of(model.polys)};
     model.verts.SetSize(next.vertex + cut);
     model.lines.SetSize(next.edge + cut + 3 * old_faces);
     model.polys.SetSize(next.face + 3 * old_faces);
@@ -50,7 +51,7 @@ void refine_body(TMOD3D& model, int body, bool on_unit_sphere) {
     for (int i = 0; i < old_faces; ++i) {
         int parts[3];
         divide_face(model, refined.polys[i], halves, parts, next);
-        std::copy_n(parts, 3, refined.polys.begin() + old_faces + 3 * i);
+        std::copy_n(parts, 3, begin(refined.polys) + old_faces + 3 * i);
     }
 }
 
@@ -59,7 +60,7 @@ namespace {
 /// A triangle with three edges whose ends exist.
 bool is_whole_triangle(const TMOD3D& model, const POLY3D& face) {
     return face.verts.GetSize() == 3 && face.lines.GetSize() == 3 &&
-           std::all_of(face.lines.begin(), face.lines.end(), [&](int e) {
+           std::all_of(begin(face.lines), end(face.lines), [&](int e) {
                return has_element(model.lines, e) &&
                       has_element(model.verts, model.lines[e].start_vert) &&
                       has_element(model.verts, model.lines[e].end_vert);
@@ -70,7 +71,7 @@ bool can_be_refined(const TMOD3D& model, const BODY3D& body) {
     constexpr int most_faces = 1 << 27; // all new indices still fit into an int
     std::vector<char> seen(static_cast<std::size_t>(model.polys.GetSize()), 0);
     return body.polys.GetSize() <= most_faces && model.polys.GetSize() <= most_faces &&
-           std::all_of(body.polys.begin(), body.polys.end(), [&](int f) {
+           std::all_of(begin(body.polys), end(body.polys), [&](int f) {
                return has_element(model.polys, f) && is_whole_triangle(model, model.polys[f]) &&
                       std::exchange(seen[f], 1) == 0;
            });

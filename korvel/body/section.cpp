@@ -232,11 +232,11 @@ int exit_of(const TMOD3D& model, const POLY3D& face, int entry) {
     if ((face.state_flags & face_mark::in_cut_body) == 0) {
         return -1;
     }
-    const auto* const found = std::find_if(face.lines.begin(), face.lines.end(), [&](int e) {
+    const auto* const found = std::find_if(begin(face.lines), end(face.lines), [&](int e) {
         return has_element(model.lines, e) && (model.lines[e].state_flags & edge_mark::cut) != 0 &&
                e != entry;
     });
-    return found == face.lines.end() ? -1 : *found;
+    return found == end(face.lines) ? -1 : *found;
 }
 
 /// Walks from face to face across cut edges until it is back at the first edge, which it takes

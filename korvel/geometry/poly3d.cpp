@@ -47,7 +47,7 @@ void POLY3D::add_a_line(int e) {
 
 void POLY3D::find_side(CArray<LINE3D, LINE3D&>& lines) {
     korvel::for_each_side(verts, verts.GetSize(), [&](int, int a, int b) {
-        if (std::none_of(lines.begin(), lines.end(),
+        if (std::none_of(begin(lines), end(lines),
                          [&](const LINE3D& line) { return joins(line, a, b); })) {
             LINE3D side;
             side.set_line_point(a, b);
@@ -72,7 +72,7 @@ void POLY3D::vert_to_line(CArray<LINE3D, LINE3D&>& lines) {
 void POLY3D::line_to_vert(CArray<LINE3D, LINE3D&>& lines) {
     const CArray<int>& chain = this->lines;
     const int m = chain.GetSize();
-    if (m < 1 || !std::all_of(chain.begin(), chain.end(),
+    if (m < 1 || !std::all_of(begin(chain), end(chain),
                               [&](int line) { return has_element(lines, line); })) {
         return;
     }
@@ -112,16 +112,16 @@ int POLY3D::det_poly_include_line(int* p) {
 }
 
 int POLY3D::point_range_in_poly(int v) {
-    const int* const found = std::find(verts.begin(), verts.end(), v);
-    return found == verts.end() ? -1 : static_cast<int>(found - verts.begin());
+    const int* const found = std::find(begin(verts), end(verts), v);
+    return found == end(verts) ? -1 : static_cast<int>(found - begin(verts));
 }
 
 void POLY3D::invert_poly_range() {
-    std::reverse(verts.begin(), verts.end());
+    std::reverse(begin(verts), end(verts));
 }
 
 bool POLY3D::detect_line_in(int e) {
-    return std::find(lines.begin(), lines.end(), e) != lines.end();
+    return std::find(begin(lines), end(lines), e) != end(lines);
 }
 
 bool POLY3D::is_composed_vert(int v) {

@@ -12,21 +12,32 @@ namespace {
 
 // At the end of a process destructors of static objects run before `unloaded`: neither has one.
 AFX_EXTENSION_MODULE extension_module;
-CDynLinkLibrary* registration = nullptr;
+CDynLinkLibrary* registration = nullptr; // null when the framework has refused
 
-/// Adds the library to the framework's chain of loaded extension libraries, or removes it. False
-/// when the framework does not accept it.
-bool attach_or_detach(bool attaches, HINSTANCE module) {
-    if (!attaches) {
-        AfxTermExtensionModule(extension_module);
-        delete std::exchange(registration, nullptr);
-        return true;
-    }
+/// Adds the library to the framework's chain of loaded extension libraries. False, with nothing
+/// registered, when the framework does not accept it.
+bool attach(HINSTANCE module) noexcept {
     if (AfxInitExtensionModule(extension_module, module) == 0) {
         return false;
     }
-    registration = new CDynLinkLibrary(extension_module);
-    return true;
+    try {
+        registration = new CDynLinkLibrary(extension_module);
+    } catch (...) { // no exception may pass the system's loader
+        AfxTermExtensionModule(extension_module);
+    }
+    return registration != nullptr;
+}
+
+/// Removes it from the chain. Also called after `attach` has failed.
+void detach() noexcept {
+    if (CDynLinkLibrary* const registered = std::exchange(registration, nullptr)) {
+        AfxTermExtensionModule(extension_module);
+#if defined(KORVEL_USE_HOST_FRAMEWORK)
+        static_cast<void>(registered); // a host's framework deletes what is registered for a module
+#else
+        delete registered;
+#endif
+    }
 }
 
 } // namespace
@@ -36,9 +47,9 @@ bool attach_or_detach(bool attaches, HINSTANCE module) {
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
     switch (reason) {
     case DLL_PROCESS_ATTACH:
-        return attach_or_detach(true, module) ? TRUE : FALSE;
+        return attach(module) ? TRUE : FALSE;
     case DLL_PROCESS_DETACH:
-        attach_or_detach(false, module);
+        detach();
         return TRUE;
     default: // starting and ending threads change nothing
         return TRUE;
@@ -50,11 +61,11 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
 namespace {
 
 [[gnu::constructor]] void loaded() {
-    attach_or_detach(true, &extension_module);
+    attach(&extension_module);
 }
 
 [[gnu::destructor]] void unloaded() {
-    attach_or_detach(false, &extension_module);
+    detach();
 }
 
 } // namespace

@@ -16,14 +16,9 @@ inline COLORREF ramp_colour(int index) {
 /// A solid brush that is selected into a device context for the length of a scope.
 class SelectedBrush {
 public:
-    SelectedBrush(CDC& dc, COLORREF colour) : dc_(dc) {
-        brush_.CreateSolidBrush(colour);
-        previous_ = dc_.SelectObject(&brush_);
-    }
-    ~SelectedBrush() {
-        dc_.SelectObject(previous_);
-        brush_.DeleteObject();
-    }
+    SelectedBrush(CDC& dc, COLORREF colour)
+        : dc_(dc), brush_(colour), previous_(dc.SelectObject(&brush_)) {}
+    ~SelectedBrush() { dc_.SelectObject(previous_); }
     SelectedBrush(const SelectedBrush&) = delete;
     SelectedBrush& operator=(const SelectedBrush&) = delete;
     SelectedBrush(SelectedBrush&&) = delete;
@@ -32,7 +27,7 @@ public:
 private:
     CDC& dc_;
     CBrush brush_;
-    CBrush* previous_ = nullptr;
+    CBrush* previous_;
 };
 
 /// Rings for one `PolyPolygon` call.

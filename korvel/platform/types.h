@@ -1,12 +1,18 @@
 #pragma once
 
-// The system's plain types and constants: Win32's own on Windows, the same names elsewhere.
+// The system's plain types and constants: Win32's own on Windows, the same names elsewhere. A
+// host's own framework has them, and may have to be included before anything of the system.
 
-#if defined(_WIN32)
-
-#ifndef NOMINMAX
+#if defined(_WIN32) && !defined(NOMINMAX)
 #define NOMINMAX
 #endif
+
+#if defined(KORVEL_USE_HOST_FRAMEWORK)
+
+#include KORVEL_FRAMEWORK_HEADER
+
+#elif defined(_WIN32)
+
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif

@@ -23,7 +23,7 @@ int CCPloy2DRg::ptInPlyRegen(double* p, PyToRg& rg) {
     if (rg.rings.IsEmpty() || !contains_point(rg.rings[0])) {
         return 0;
     }
-    return std::any_of(rg.rings.begin() + 1, rg.rings.end(), contains_point) ? 0 : 1;
+    return std::any_of(begin(rg.rings) + 1, end(rg.rings), contains_point) ? 0 : 1;
 }
 
 int CCPloy2DRg::PtInRing(double* p, RING& ring) {

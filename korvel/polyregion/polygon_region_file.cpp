@@ -46,24 +46,24 @@ void CCPloy2DRg::writepolyrg(FILE* stream) {
         return;
     }
     const auto write_list = [&](const CArray<int>& list) {
-        std::fprintf(stream, "%d\n", list.GetSize());
+        std::fprintf(stream, "%d\n", korvel::size_of(list));
         for (const int index : list) {
             std::fprintf(stream, "%d ", index); // a blank after the last one too
         }
         std::fprintf(stream, "\n");
     };
-    std::fprintf(stream, "%d\n", pt_list.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(pt_list));
     if (pt_list.IsEmpty()) {
         return;
     }
     for (const VERT2D& pt : pt_list) {
         std::fprintf(stream, "%f %f\n", pt.x, pt.y);
     }
-    std::fprintf(stream, "%d\n", ring_list.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(ring_list));
     for (const RING& ring : ring_list) {
         write_list(ring.pts);
     }
-    std::fprintf(stream, "%d\n", region_list.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(region_list));
     for (const PyToRg& region : region_list) {
         write_list(region.rings);
     }

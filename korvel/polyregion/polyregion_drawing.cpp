@@ -26,7 +26,6 @@ void CCPloy2DRg::Draw_Poly_Line(int ox, int oy, double x0, double y0, double sx,
         }
     }
     dc->SelectObject(previous);
-    pen.DeleteObject();
 }
 
 void CCPloy2DRg::Draw_Poly(int ox, int oy, double x0, double y0, double sx, double sy, double s,

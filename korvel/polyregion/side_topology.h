@@ -20,7 +20,7 @@ inline PlanePoint plane_point(const VERT2D& vertex) {
 
 /// Whether every point index of the ring names a point.
 inline bool has_all_points(const RING& ring, const CArray<VERT2D>& points) {
-    return std::all_of(ring.pts.begin(), ring.pts.end(),
+    return std::all_of(begin(ring.pts), end(ring.pts),
                        [&](int pt) { return has_element(points, pt); });
 }
 
@@ -31,7 +31,7 @@ template <class RegionSet, class MakeSide>
 void derive_sides(RegionSet& set, MakeSide make_side) {
     const auto is_sound = [&](const RING& ring) { return has_all_points(ring, set.pt_list); };
     if (set.ring_list.IsEmpty() ||
-        !std::all_of(set.ring_list.begin(), set.ring_list.end(), is_sound)) {
+        !std::all_of(begin(set.ring_list), end(set.ring_list), is_sound)) {
         return;
     }
 

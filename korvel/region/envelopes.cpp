@@ -101,7 +101,7 @@ void EnvelopeFinder::mark_at(int point) {
 
 /// Of rings with equal areas the first one.
 int EnvelopeFinder::largest_of(const CArray<int>& rings) const {
-    return *std::max_element(rings.begin(), rings.end(), [&](int a, int b) {
+    return *std::max_element(begin(rings), end(rings), [&](int a, int b) {
         return rings_[a].ring_area < rings_[b].ring_area;
     });
 }
@@ -127,10 +127,10 @@ bool EnvelopeFinder::lies_on(int point, int ring) const {
     constexpr int few = 64; // are searched faster than another record is fetched
     const CArray<int>& pts = rings_[ring].pts;
     if (pts.GetSize() <= few) {
-        return std::find(pts.begin(), pts.end(), point) != pts.end();
+        return std::find(begin(pts), end(pts), point) != end(pts);
     }
     const CArray<int>& through = links_[point].rings;
-    return std::binary_search(through.begin(), through.end(), ring);
+    return std::binary_search(begin(through), end(through), ring);
 }
 
 /// The box around a ring, which spares most points the winding test.

@@ -139,7 +139,7 @@ void CREGION::ClockwiseRing(RToPt& ring, CArray<tagPOINT>& pts) {
         a = b;
     }
     if (sum < 0) {
-        std::reverse(ring.pts.begin(), ring.pts.end());
+        std::reverse(begin(ring.pts), end(ring.pts));
     }
 }
 

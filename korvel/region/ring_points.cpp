@@ -25,7 +25,7 @@ void CREGION::GetAllRingInex() {
         RToPt& ring = ring_pts[r];
         ring.ring_area = rings[r].ring_area;
         ring.pts.SetSize(static_cast<int>(points.size()));
-        std::transform(points.begin(), points.end(), ring.pts.begin(),
+        std::transform(points.begin(), points.end(), begin(ring.pts),
                        [&](int point) { return pt_index[point]; });
     }
 }
@@ -44,7 +44,7 @@ void mark_first_self_touching(CArray<CREGION::RToPt>& rings, int points) {
     korvel::FirstTimes first_times(points);
     for (int r = 0; r < rings.GetSize(); ++r) {
         const auto is_repeated = [&](int pt) { return !first_times.is_first(pt, r); };
-        if (std::any_of(rings[r].pts.begin(), rings[r].pts.end(), is_repeated)) {
+        if (std::any_of(begin(rings[r].pts), end(rings[r].pts), is_repeated)) {
             rings[r].is_removed = 1;
             return;
         }
@@ -69,10 +69,10 @@ std::vector<CREGION::RING_SIDE> distinct_sides(const CArray<CREGION::RToPt>& rin
 } // namespace
 
 int CREGION::PointAtRing(int pt_index, RToPt& ring) {
-    return std::find(ring.pts.begin(), ring.pts.end(), pt_index) != ring.pts.end() ? 1 : 0;
+    return std::find(begin(ring.pts), end(ring.pts), pt_index) != end(ring.pts) ? 1 : 0;
 }
 
 int CREGION::IsComPointRing(RToPt& a, RToPt& b) {
     const auto on_b = [&](int pt) { return PointAtRing(pt, b) == 1; };
-    return std::any_of(a.pts.begin(), a.pts.end(), on_b) ? 1 : 0;
+    return std::any_of(begin(a.pts), end(a.pts), on_b) ? 1 : 0;
 }

@@ -129,7 +129,7 @@ std::vector<char> mark_curves_of(const Rings& rings, const CurveSpans& curves) {
 
 bool has_marked_curve(const CREGION::tagRToC& ring, const CurveSpans& curves,
                       const std::vector<char>& marks) {
-    return std::any_of(ring.curve_ids.begin(), ring.curve_ids.end(), [&](int id) {
+    return std::any_of(begin(ring.curve_ids), end(ring.curve_ids), [&](int id) {
         return curves.has_points(curve_of(id)) && marks[curve_of(id)] != 0;
     });
 }
@@ -159,8 +159,8 @@ int CREGION::GetRegionPts(CArray<int>& pts, CArray<int>& counts) {
         }
         all_counts.push_back(static_cast<int>(points.size()));
     };
-    std::for_each(in_rings.begin(), in_rings.end(), add_ring);
-    std::for_each(ex_rings.begin(), ex_rings.end(), add_ring);
+    std::for_each(begin(in_rings), end(in_rings), add_ring);
+    std::for_each(begin(ex_rings), end(ex_rings), add_ring);
     korvel::assign_list(pts, all_points);
     korvel::assign_list(counts, all_counts);
     return counts.GetSize();

@@ -52,9 +52,9 @@ void CREGION::SplitPureCurve() {
     const auto splits = static_cast<int>(crossings->size());
     curve_pts.SetSize(curves.end(curves.size() - 1) + 2 * splits);
     curve_counts.SetSize(curves.size() + splits);
-    tagPOINT* next = curve_pts.begin();
+    tagPOINT* next = begin(curve_pts);
     const tagPOINT* piece = next;
-    int* next_count = curve_counts.begin();
+    int* next_count = begin(curve_counts);
     const auto close_piece = [&] {
         *next_count++ = static_cast<int>(next - piece);
         piece = next;

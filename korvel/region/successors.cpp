@@ -34,7 +34,7 @@ void Successors::prefetch_ends(const CArray<int>& ids) const {
 }
 
 void Successors::list_live_ends(const CREGION& region, const CurveSpans& curves) {
-    const int known = std::min(region.curve_to_node.GetSize(), curves.size());
+    const int known = std::min(size_of(region.curve_to_node), curves.size());
     for (int curve = 0; curve < known; ++curve) {
         const CREGION::CURVE_NODE& nodes = region.curve_to_node[curve];
         if (nodes.oc_flag != 0 && curves.count(curve) >= 2) {

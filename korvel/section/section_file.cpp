@@ -76,18 +76,18 @@ void TMOD2D::writedate(FILE* stream) {
         }
         std::fprintf(stream, "0\n");
     };
-    std::fprintf(stream, "%d\n", verts.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(verts));
     for (const VERT3D& vert : verts) {
         const double* p = vert.model_xyz;
         std::fprintf(stream, "%f %f %f\n", p[0], p[1], p[2]);
     }
-    std::fprintf(stream, "%d\n", polys.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(polys));
     for (const POLY3D& face : polys) {
         write_list(face.verts, face.verts.GetSize());
     }
     // Each group is written with the size of the last face, not with its own.
     const int count = polys.IsEmpty() ? 0 : polys[polys.GetUpperBound()].verts.GetSize();
-    std::fprintf(stream, "%d\n", groups.GetSize());
+    std::fprintf(stream, "%d\n", korvel::size_of(groups));
     for (const POLY3D_CPLX& group : groups) {
         write_list(group.polys, count);
     }

@@ -63,7 +63,7 @@ void TMOD2D::set_poly_at_grow() {
     if (dump == nullptr) {
         return;
     }
-    for (int face = 0; face < std::min(polys.GetSize(), 2); ++face) {
+    for (int face = 0; face < std::min(korvel::size_of(polys), 2); ++face) {
         const CArray<int>& chain = polys[face].verts;
         const CArray<int>& sides = polys[face].lines;
         for (int j = 0; j < chain.GetSize(); ++j) {

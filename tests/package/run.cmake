@@ -5,34 +5,8 @@
 # and runs programs of another project against it, by CMake and by pkg-config; and tries what is
 # installed with the command.
 
-function(run)
-    execute_process(COMMAND ${ARGV} COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
-endfunction()
-
-function(output_of result)
-    execute_process(
-        COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output COMMAND_ECHO STDOUT
-        COMMAND_ERROR_IS_FATAL ANY
-    )
-    set(${result} "${output}" PARENT_SCOPE)
-endfunction()
-
-function(expect text pattern)
-    if(NOT text MATCHES "${pattern}")
-        message(FATAL_ERROR "does not match '${pattern}': ${text}")
-    endif()
-endfunction()
-
-# A temporary directory, which stays when a step fails.
-set(temporary /tmp)
-foreach(variable IN ITEMS TMPDIR TEMP)
-    if(DEFINED ENV{${variable}})
-        set(temporary $ENV{${variable}})
-        break()
-    endif()
-endforeach()
-string(RANDOM LENGTH 12 suffix)
-set(work_dir ${temporary}/korvel-package-${suffix})
+include(${CMAKE_CURRENT_LIST_DIR}/../support/steps.cmake)
+temporary_directory(work_dir package)
 set(prefix ${work_dir}/moved) # nothing may depend on where it was installed first
 
 if(AS_DEBIAN_PACKAGES)

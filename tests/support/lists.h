@@ -4,7 +4,7 @@
 #include <initializer_list>
 #include <vector>
 
-#include "korvel/platform/array.h"
+#include "korvel/platform/framework.h"
 
 namespace korvel::test {
 
@@ -12,7 +12,7 @@ using Ints = std::vector<int>;
 using Point = std::array<double, 3>;
 
 inline Ints ints(const CArray<int>& list) {
-    return Ints(list.begin(), list.end());
+    return Ints(begin(list), end(list));
 }
 
 inline Point point(const double* p) {

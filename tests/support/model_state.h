@@ -94,7 +94,7 @@ inline void expect_closed(const TMOD3D& model, int euler_number) {
         for (int k = 0; k < 3; ++k) {
             ++sides[{face.verts[k], face.verts[(k + 1) % 3]}];
             LINE3D line = model.lines[face.lines[k]];
-            EXPECT_EQ(std::count_if(face.verts.begin(), face.verts.end(),
+            EXPECT_EQ(std::count_if(begin(face.verts), end(face.verts),
                                     [&](int v) { return line.det_vert_at(v) >= 0; }),
                       2);
         }

@@ -21,7 +21,7 @@ public:
     int size() const { return model_.polys.GetSize(); }
     std::span<const int> verts(int f) const {
         const CArray<int>& verts = model_.polys[f].verts;
-        return {verts.begin(), verts.end()};
+        return {begin(verts), end(verts)};
     }
     void turn(int f) { model_.polys[f].invert_poly_range(); }
     void mark(int f, bool is_oriented) {

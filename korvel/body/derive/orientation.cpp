@@ -88,7 +88,7 @@ namespace {
 std::vector<int> listed_faces(const BODY3D& body, int faces) {
     std::vector<int> listed;
     listed.reserve(static_cast<std::size_t>(body.polys.GetSize()));
-    std::copy_if(body.polys.begin(), body.polys.end(), std::back_inserter(listed),
+    std::copy_if(begin(body.polys), end(body.polys), std::back_inserter(listed),
                  [=](int f) { return f >= 0 && f < faces; });
     return listed;
 }

@@ -79,7 +79,7 @@ VertexRelations::VertexRelations(const FlatModel& flat, const UsedByBodies& used
 void VertexRelations::store(int v, VERT3D& vertex) const {
     assign_list(vertex.lines, lines_[v]);
     set_length(vertex.neighbours, vertex.lines.GetSize());
-    int* neighbour = vertex.neighbours.begin();
+    int* neighbour = begin(vertex.neighbours);
     for (const int e : lines_[v]) {
         const auto [start, end] = edges_[e];
         *neighbour++ = start == v ? end : start;

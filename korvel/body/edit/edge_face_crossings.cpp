@@ -73,7 +73,7 @@ namespace {
 
 std::vector<int> gathered_edges(const TMOD3D& model) {
     std::vector<int> edges;
-    std::copy_if(model.relat_list_3.begin(), model.relat_list_3.end(), std::back_inserter(edges),
+    std::copy_if(begin(model.relat_list_3), end(model.relat_list_3), std::back_inserter(edges),
                  [&](int e) { return has_element(model.lines, e); });
     return edges;
 }

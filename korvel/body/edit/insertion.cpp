@@ -84,7 +84,7 @@ bool takes_point(const TMOD3D& model, int face, const double* point) {
 
 bool names_vertices(const TMOD3D& model, int face) {
     const CArray<int>& corners = model.polys[face].verts;
-    return corners.GetSize() >= 3 && std::all_of(corners.begin(), corners.end(), [&](int v) {
+    return corners.GetSize() >= 3 && std::all_of(begin(corners), end(corners), [&](int v) {
                return has_element(model.verts, v);
            });
 }
@@ -176,7 +176,7 @@ void replace_face(TMOD3D& model, const Fan& fan, int vertex) {
         set_triangle(model.polys[first_added + i], fan.sides[i + 1], vertex);
     }
     for (BODY3D& body : model.bodies) {
-        if (std::find(body.polys.begin(), body.polys.end(), fan.face) != body.polys.end()) {
+        if (std::find(begin(body.polys), end(body.polys), fan.face) != end(body.polys)) {
             for (int i = 0; i < added; ++i) {
                 body.polys.Add(first_added + i);
             }

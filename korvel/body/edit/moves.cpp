@@ -75,7 +75,7 @@ void TMOD3D::set_body_as_relat(int i) {
     relat_list_1.Copy(body.polys);
     // One weight for each face, until `mut_weight` makes them one for each vertex.
     mut_weights.SetSize(body.polys.GetSize());
-    std::fill(mut_weights.begin(), mut_weights.end(), 1.0);
+    std::fill(begin(mut_weights), end(mut_weights), 1.0);
     relat_list_2.Copy(body.verts);
     relat_list_3.Copy(body.lines);
 }

@@ -361,13 +361,13 @@ double PLYDT::circum_radius(double* a, double* b, double* c) {
 }
 
 bool PLYDT::atsidelist(CArray<SIDE>& list, SIDE& s) {
-    return std::any_of(list.begin(), list.end(),
+    return std::any_of(begin(list), end(list),
                        [&](const SIDE& side) { return joins(side, s.p0, s.p1); });
 }
 
 bool PLYDT::attrglist(CArray<TRG>& list, TRG& t) {
     const auto is_corner = [&](int v) { return v == t.va || v == t.vb || v == t.vc; };
-    return std::any_of(list.begin(), list.end(), [&](const TRG& listed) {
+    return std::any_of(begin(list), end(list), [&](const TRG& listed) {
         return is_corner(listed.va) && is_corner(listed.vb) && is_corner(listed.vc);
     });
 }

@@ -122,7 +122,7 @@ void PLYDT::write_summary(FILE* summary) {
         }
         std::fprintf(summary, "\n");
     };
-    std::fprintf(summary, "points=%d\n", pt_list.GetSize());
+    std::fprintf(summary, "points=%d\n", korvel::size_of(pt_list));
     for (const VERT2D& pt : pt_list) {
         std::fprintf(summary, "%f %f\n", pt.x, pt.y);
     }
@@ -130,15 +130,15 @@ void PLYDT::write_summary(FILE* summary) {
         std::fprintf(summary, "side=%d p=%d %d\n", side, side_list[side].p0, side_list[side].p1);
     }
     for (int ring = 0; ring < ring_list.GetSize(); ++ring) {
-        std::fprintf(summary, "ring = %d pts = %d\n", ring, ring_list[ring].pts.GetSize());
+        std::fprintf(summary, "ring = %d pts = %d\n", ring, korvel::size_of(ring_list[ring].pts));
         write_list(ring_list[ring].pts);
     }
     for (int region = 0; region < region_list.GetSize(); ++region) {
         std::fprintf(summary, "reg = %d rings = %d \n", region,
-                     region_list[region].rings.GetSize());
+                     korvel::size_of(region_list[region].rings));
         write_list(region_list[region].rings);
     }
-    std::fprintf(summary, "trgs = %d\n", trg_list.GetSize());
+    std::fprintf(summary, "trgs = %d\n", korvel::size_of(trg_list));
     for (const TRG& triangle : trg_list) {
         std::fprintf(summary, "%d %d %d\n", triangle.va, triangle.vb, triangle.vc);
     }
@@ -182,10 +182,10 @@ bool is_sound(const PLYDT& set, const PLYDT::PyToRg& region) {
                korvel::has_element(set.pt_list, set.side_list[side].p0) &&
                korvel::has_element(set.pt_list, set.side_list[side].p1);
     };
-    return std::all_of(region.rings.begin(), region.rings.end(), [&](int ring) {
+    return std::all_of(begin(region.rings), end(region.rings), [&](int ring) {
         return korvel::has_element(set.ring_list, ring) &&
                korvel::has_all_points(set.ring_list[ring], set.pt_list) &&
-               std::all_of(set.ring_list[ring].sides.begin(), set.ring_list[ring].sides.end(),
+               std::all_of(begin(set.ring_list[ring].sides), end(set.ring_list[ring].sides),
                            is_sound_side);
     });
 }

@@ -1,0 +1,82 @@
+#pragma once
+
+// Pens, brushes and device contexts as owners of the handles of GDI.
+
+class CPen {
+public:
+    CPen(int style, int width, COLORREF colour)
+        : handle_(CreatePen(style, width, colour)), is_owned_(true) {}
+    explicit CPen(HPEN borrowed) : handle_(borrowed) {}
+    CPen(const CPen&) = delete;
+    CPen& operator=(const CPen&) = delete;
+    ~CPen() {
+        if (is_owned_) {
+            DeleteObject(handle_);
+        }
+    }
+    HPEN handle() const { return handle_; }
+
+private:
+    HPEN handle_;
+    bool is_owned_ = false;
+};
+
+class CBrush {
+public:
+    explicit CBrush(COLORREF colour) : handle_(CreateSolidBrush(colour)), is_owned_(true) {}
+    explicit CBrush(HBRUSH borrowed) : handle_(borrowed) {}
+    CBrush(const CBrush&) = delete;
+    CBrush& operator=(const CBrush&) = delete;
+    ~CBrush() {
+        if (is_owned_) {
+            DeleteObject(handle_);
+        }
+    }
+    HBRUSH handle() const { return handle_; }
+
+private:
+    HBRUSH handle_;
+    bool is_owned_ = false;
+};
+
+class CDC {
+public:
+    explicit CDC(HDC handle)
+        : handle_(handle), first_pen_(static_cast<HPEN>(GetCurrentObject(handle, OBJ_PEN))),
+          first_brush_(static_cast<HBRUSH>(GetCurrentObject(handle, OBJ_BRUSH))) {}
+    CDC(const CDC&) = delete;
+    CDC& operator=(const CDC&) = delete;
+
+    CPen* SelectObject(CPen* pen) {
+        CPen* const former = pen_;
+        ::SelectObject(handle_, pen->handle());
+        pen_ = pen;
+        return former;
+    }
+    CBrush* SelectObject(CBrush* brush) {
+        CBrush* const former = brush_;
+        ::SelectObject(handle_, brush->handle());
+        brush_ = brush;
+        return former;
+    }
+    int SetPolyFillMode(int mode) { return ::SetPolyFillMode(handle_, mode); }
+    COLORREF GetBkColor() const { return ::GetBkColor(handle_); }
+    COLORREF SetBkColor(COLORREF colour) { return ::SetBkColor(handle_, colour); }
+    POINT MoveTo(int x, int y) {
+        POINT former{};
+        MoveToEx(handle_, x, y, &former);
+        return former;
+    }
+    BOOL LineTo(int x, int y) { return ::LineTo(handle_, x, y); }
+    BOOL Polygon(const POINT* points, int count) { return ::Polygon(handle_, points, count); }
+    BOOL PolyPolygon(const POINT* points, const int* counts, int polygons) {
+        return ::PolyPolygon(handle_, points, counts, polygons);
+    }
+
+private:
+    HDC handle_;
+    CPen first_pen_;
+    CBrush first_brush_;
+    CPen* pen_ = &first_pen_;
+    CBrush* brush_ = &first_brush_;
+};
