@@ -17,6 +17,18 @@ function(korvel_own_target target)
     )
 endfunction()
 
+# The version of a DLL, which Windows shows. Compiler options do not suit the compiler of resources: it has
+# a target of its own.
+if(MINGW)
+    enable_language(RC)
+endif()
+function(korvel_version_resource target)
+    set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${resource} @ONLY)
+    add_library(${target}_version OBJECT ${resource})
+    target_sources(${target} PRIVATE $<TARGET_OBJECTS:${target}_version>)
+endfunction()
+
 # korvel_library(target HEADERS header…): what our libraries, and hosts that compile the inline parts
 # of their headers, have in common. The headers are those that are installed.
 function(korvel_library target)
@@ -52,5 +64,8 @@ function(korvel_library target)
         target_compile_definitions(${target} PRIVATE ${building})
         # Symbols that g++ makes unique to the process would keep the library from being unloaded.
         target_compile_options(${target} PRIVATE "$<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>")
+        if(MINGW)
+            korvel_version_resource(${target})
+        endif()
     endif()
 endfunction()

@@ -38,7 +38,7 @@ int main(int argc, char** argv) try {
     }
     map.set_colour(*chosen, {200, 40, 60});
 
-    Rectangle part = map[*chosen].bounds();
+    auto part = map[*chosen].bounds();
     const double width = part.right - part.left;
     const double height = part.bottom - part.top;
     part = {part.left - width, part.top - height, part.right + width, part.bottom + height};

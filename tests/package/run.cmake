@@ -1,17 +1,24 @@
 # cmake -D BUILD_DIR=… -D CONFIG=… -D PROGRAM_DIR=… -D CXX_COMPILER=… -D CXX_FLAGS=…
-#       -D GENERATOR=… -D WITH_KIT=… -D AS_DEBIAN_PACKAGES=… -P run.cmake
+#       -D GENERATOR=… -D WITH_KIT=… -D AS_PACKAGE=… -D TOOLCHAIN=… -D EMULATOR=… -P run.cmake
 #
-# Installs the build into a temporary directory, by way of its Debian packages where wanted; builds
-# and runs programs of another project against it, by CMake and by pkg-config; and tries what is
-# installed with the command.
+# Installs the build into a temporary directory, by way of its packages where wanted (DEB, or ZIP for
+# Windows); builds and runs programs of another project against it, by CMake and by pkg-config; and
+# tries what is installed with the command.
 
 include(${CMAKE_CURRENT_LIST_DIR}/../support/steps.cmake)
 temporary_directory(work_dir package)
 set(prefix ${work_dir}/moved) # nothing may depend on where it was installed first
 
-if(AS_DEBIAN_PACKAGES)
-    run(${CMAKE_CPACK_COMMAND} -G DEB -C ${CONFIG} -B ${work_dir}/packages --config
+if(AS_PACKAGE)
+    run(${CMAKE_CPACK_COMMAND} -G ${AS_PACKAGE} -C ${CONFIG} -B ${work_dir}/packages --config
         ${BUILD_DIR}/CPackConfig.cmake)
+endif()
+if(AS_PACKAGE STREQUAL "ZIP")
+    file(GLOB package ${work_dir}/packages/*.zip)
+    file(ARCHIVE_EXTRACT INPUT ${package} DESTINATION ${work_dir}/root)
+    cmake_path(GET package STEM LAST_ONLY name)
+    file(RENAME ${work_dir}/root/${name} ${prefix})
+elseif(AS_PACKAGE)
     file(GLOB packages ${work_dir}/packages/*.deb)
     foreach(package IN LISTS packages)
         run(dpkg-deb --extract ${package} ${work_dir}/root)
@@ -28,8 +35,12 @@ else()
     file(RENAME ${work_dir}/first ${prefix})
 endif()
 
+set(where "")
+if(TOOLCHAIN) # which searches packages in the folders of the other system alone
+    set(where -Dkorvel_DIR=${prefix}/lib/cmake/korvel)
+endif()
 set(projects ${PROGRAM_DIR})
-if(WITH_KIT)
+if(WITH_KIT AND NOT TOOLCHAIN)
     list(APPEND projects ${PROGRAM_DIR}/../../examples)
 endif()
 foreach(project IN LISTS projects)
@@ -39,6 +50,7 @@ foreach(project IN LISTS projects)
         ${CMAKE_COMMAND} -S ${project} -B ${build_dir} -G ${GENERATOR}
         -DCMAKE_BUILD_TYPE=${CONFIG} -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
         -DCMAKE_CXX_FLAGS=${CXX_FLAGS} -DCMAKE_PREFIX_PATH=${prefix} -DWITH_KIT=${WITH_KIT}
+        -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} ${where}
     )
     run(${CMAKE_COMMAND} --build ${build_dir} --config ${CONFIG})
     run(${CMAKE_CTEST_COMMAND} --test-dir ${build_dir} -C ${CONFIG} --output-on-failure)
@@ -56,7 +68,9 @@ function(build_with_pkgconfig program module)
     run(${built} ${work_dir}/picture.png)
 endfunction()
 
-find_program(PKG_CONFIG pkg-config)
+if(NOT TOOLCHAIN)
+    find_program(PKG_CONFIG pkg-config)
+endif()
 file(GLOB_RECURSE module_file ${prefix}/korvel.pc)
 cmake_path(GET module_file PARENT_PATH module_dir)
 cmake_path(GET module_dir PARENT_PATH lib_dir)
@@ -68,6 +82,9 @@ if(PKG_CONFIG)
     endif()
 endif()
 
+if(EXISTS ${prefix}/bin/korvel.exe)
+    run(${EMULATOR} ${prefix}/bin/korvel.exe --version)
+endif()
 if(EXISTS ${prefix}/bin/korvel)
     run(${prefix}/bin/korvel --version)
     foreach(file IN ITEMS bash-completion/completions/korvel zsh/site-functions/_korvel
