@@ -113,18 +113,31 @@ TEST_F(Canvas, PaintsMapsAlikeOnAllSystems) {
 
 TEST_F(Canvas, OutputFilesReplaceOnlyWhenComplete) {
     write("target", "former");
-    std::filesystem::create_symlink("target", path("link"));
+    {
+        const OutputFile dropped(path("target"));
+        std::fputs("half", dropped.stream());
+        EXPECT_EQ(files(), 2);
+    }
+    EXPECT_EQ(files(), 1);
+    EXPECT_EQ(read("target"), "former");
+    OutputFile complete(path("target"));
+    std::fputs("new", complete.stream());
+    complete.replace();
+    EXPECT_EQ(read("target"), "new");
+    EXPECT_EQ(files(), 1);
+}
+
+TEST_F(Canvas, OutputFilesKeepLinksAndPermissions) {
+    write("target", "former");
+    std::error_code error;
+    std::filesystem::create_symlink("target", path("link"), error);
+    if (error) {
+        GTEST_SKIP() << "no symbolic links here: " << error.message();
+    }
     constexpr auto readable = std::filesystem::perms::owner_read |
                               std::filesystem::perms::owner_write |
                               std::filesystem::perms::group_read;
     std::filesystem::permissions(path("target"), readable);
-    {
-        const OutputFile dropped(path("link"));
-        std::fputs("half", dropped.stream());
-        EXPECT_EQ(files(), 3);
-    }
-    EXPECT_EQ(files(), 2);
-    EXPECT_EQ(read("target"), "former");
     OutputFile complete(path("link"));
     std::fputs("new", complete.stream());
     complete.replace();

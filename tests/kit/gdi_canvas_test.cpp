@@ -18,8 +18,8 @@ namespace {
 using kit::GdiCanvas;
 using testing::ElementsAre;
 
-constexpr COLORREF red = RGB(200, 0, 0);
-constexpr COLORREF blue = RGB(10, 20, 250);
+constexpr COLORREF pen_ink = RGB(200, 0, 0);
+constexpr COLORREF brush_fill = RGB(10, 20, 250);
 
 /// A bitmap to draw on, white at the start.
 class Bitmap {
@@ -87,7 +87,7 @@ private:
 };
 
 void draw_squares(CDC& dc, COLORREF colour) {
-    CPen pen(PS_SOLID, 3, red);
+    CPen pen(PS_SOLID, 3, pen_ink);
     CBrush brush(colour);
     CPen* const former_pen = dc.SelectObject(&pen);
     CBrush* const former_brush = dc.SelectObject(&brush);
@@ -107,17 +107,17 @@ TEST(GdiCanvas, DeletesEachObjectThatItCreates) {
     {
         GdiCanvas canvas(page.device, 1, &objects);
         for (int i = 0; i < drawings; ++i) {
-            draw_squares(canvas, i % 2 == 0 ? blue : white);
+            draw_squares(canvas, i % 2 == 0 ? brush_fill : white);
             canvas.LineTo(12, 12);
             if (i == 0) {
                 canvas.write_text("1", 4, 4, 6, kit::Anchor::start);
                 PatBlt(page.device, 0, 0, 24, 24, WHITENESS);
-                draw_squares(canvas, blue);
+                draw_squares(canvas, brush_fill);
                 first = page.all();
             }
             ASSERT_LE(objects.existing.size(), 3U);
         }
-        draw_squares(canvas, blue);
+        draw_squares(canvas, brush_fill);
     }
     EXPECT_GE(objects.created, drawings);
     EXPECT_EQ(objects.existing.size(), 0U);
@@ -126,26 +126,26 @@ TEST(GdiCanvas, DeletesEachObjectThatItCreates) {
 
 TEST(GdiCanvas, LeavesTheDeviceContextAsItWas) {
     Bitmap page(24, 24);
-    const HPEN pen = CreatePen(PS_SOLID, 2, blue);
+    const HPEN pen = CreatePen(PS_SOLID, 2, brush_fill);
     const HGDIOBJ former = SelectObject(page.device, pen);
-    SetBkColor(page.device, red);
+    SetBkColor(page.device, pen_ink);
     MoveToEx(page.device, 5, 6, nullptr);
     {
         GdiCanvas canvas(page.device);
-        EXPECT_EQ(canvas.GetBkColor(), red);
-        EXPECT_EQ(canvas.SetBkColor(blue), red);
-        EXPECT_EQ(GetBkColor(page.device), blue);
+        EXPECT_EQ(canvas.GetBkColor(), pen_ink);
+        EXPECT_EQ(canvas.SetBkColor(brush_fill), pen_ink);
+        EXPECT_EQ(GetBkColor(page.device), brush_fill);
         EXPECT_EQ(canvas.SetPolyFillMode(WINDING), ALTERNATE);
         EXPECT_EQ(canvas.MoveTo(1, 1).y, 6);
-        draw_squares(canvas, red);
+        draw_squares(canvas, pen_ink);
         EXPECT_EQ(canvas.SelectObject(static_cast<CPen*>(nullptr)), nullptr);
         canvas.MoveTo(12, 0);
         canvas.LineTo(12, 20);
-        EXPECT_EQ(page.at(12, 12), blue) << "its own pen draws until another is selected";
+        EXPECT_EQ(page.at(12, 12), brush_fill) << "its own pen draws until another is selected";
         EXPECT_EQ(canvas.MoveTo(0, 0).y, 20);
     }
     EXPECT_EQ(GetCurrentObject(page.device, OBJ_PEN), pen);
-    EXPECT_EQ(GetBkColor(page.device), red);
+    EXPECT_EQ(GetBkColor(page.device), pen_ink);
     EXPECT_EQ(GetPolyFillMode(page.device), ALTERNATE);
     POINT position = {};
     GetCurrentPositionEx(page.device, &position);
@@ -157,38 +157,59 @@ TEST(GdiCanvas, LeavesTheDeviceContextAsItWas) {
 TEST(GdiCanvas, TakesWhatIsSelectedWhenItDraws) {
     Bitmap page(24, 24);
     GdiCanvas canvas(page.device, 4);
-    CPen pen(PS_SOLID, 4, red);
-    CBrush brush(blue);
+    CPen pen(PS_SOLID, 4, pen_ink);
+    CBrush brush(brush_fill);
     canvas.SelectObject(&pen);
     canvas.SelectObject(&brush);
     const POINT square[] = {{8, 8}, {80, 8}, {80, 80}, {8, 80}};
     canvas.Polygon(square, 4);
-    EXPECT_EQ(page.at(2, 10), red);
+    EXPECT_EQ(page.at(2, 10), pen_ink);
     EXPECT_EQ(page.at(1, 10), white);
-    EXPECT_EQ(page.at(3, 10), blue);
-    pen.colour = blue;
-    brush.colour = red;
+    EXPECT_EQ(page.at(3, 10), brush_fill);
+    pen.colour = brush_fill;
+    brush.colour = pen_ink;
     canvas.Polygon(square, 4);
-    EXPECT_EQ(page.at(2, 10), blue);
-    EXPECT_EQ(page.at(3, 10), red);
+    EXPECT_EQ(page.at(2, 10), brush_fill);
+    EXPECT_EQ(page.at(3, 10), pen_ink);
 }
 
 TEST(GdiCanvas, TakesAnyCoordinate) {
     Bitmap page(24, 24);
     GdiCanvas canvas(page.device);
-    CBrush brush(blue);
+    CBrush brush(brush_fill);
     canvas.SelectObject(&brush);
     const POINT all[] = {{INT32_MIN, INT32_MIN},
                          {INT32_MAX, INT32_MIN},
                          {INT32_MAX, INT32_MAX},
                          {INT32_MIN, INT32_MAX}};
     EXPECT_NE(canvas.Polygon(all, 4), 0);
-    EXPECT_EQ(page.at(0, 0), blue);
-    EXPECT_EQ(page.at(23, 23), blue);
+    EXPECT_EQ(page.at(0, 0), brush_fill);
+    EXPECT_EQ(page.at(23, 23), brush_fill);
     const int short_ones[] = {1, 0, 3};
     EXPECT_NE(canvas.PolyPolygon(all, short_ones, 3), 0);
     EXPECT_NE(canvas.PolyPolygon(all, short_ones, 2), 0) << "nothing to draw is no failure";
     EXPECT_EQ(GdiCanvas(nullptr).Polygon(all, 4), 0);
+}
+
+// The picture that is compared with is that of canvas_test.cpp.
+TEST(GdiCanvas, PaintsMapsLikeCairo) {
+    const kit::Network network = kit::Network::read(KORVEL_DATA_DIR "/us-states.curves");
+    const kit::Map map = kit::find_regions(network).take_map();
+    const Pixels expected(KORVEL_DATA_DIR "/../tests/kit/states.png");
+    ASSERT_EQ(expected.width(), 320);
+    kit::MapPictureOptions options = {
+        .size = {320, 180}, .part = kit::Rectangle{14500, 45500, 31500, 75000}, .stretch = 3.3};
+    for (const int units_per_pixel : {1, 16}) {
+        const Bitmap page(320, 180);
+        GdiCanvas canvas(page.device, units_per_pixel);
+        options.units_per_pixel = units_per_pixel;
+        kit::draw(map, canvas, options);
+        const PictureDifference differs =
+            difference(expected, [&](int x, int y) { return page.at(x, y); });
+        EXPECT_GT(differs.area_pixels, 30'000);
+        EXPECT_EQ(differs.wrong_area_pixels, 0) << units_per_pixel;
+        EXPECT_LT(differs.mean_at_edges, 30) << units_per_pixel; // hard edges
+    }
 }
 
 int CALLBACK note_record(HDC /*device*/, HANDLETABLE* /*handles*/, const ENHMETARECORD* record,
@@ -212,6 +233,9 @@ int CALLBACK note_record(HDC /*device*/, HANDLETABLE* /*handles*/, const ENHMETA
         break;
     case EMR_SETPOLYFILLMODE:
         calls.push_back("fill mode" + number(data[0]));
+        break;
+    case EMR_SETBKCOLOR:
+        calls.push_back("background" + number(data[0]));
         break;
     case EMR_MOVETOEX:
         calls.push_back("move" + number(data[0]) + number(data[1]));
@@ -263,7 +287,10 @@ TEST(GdiCanvas, CallsWindowsForWhatIsDrawnAlone) {
     std::vector<std::string> calls;
     EnumEnhMetaFile(nullptr, recorded, note_record, &calls, nullptr);
     DeleteEnhMetaFile(recorded);
-    EXPECT_THAT(calls, ElementsAre("save"));
+    EXPECT_THAT(calls, ElementsAre("save", "fill mode 1", "pen 1 3947580", "select 1", "brush 0",
+                                   "select 2", "polygon 2 27 38 27 38 3 2 3", "background 16777215",
+                                   "move 1 2", "select stock", "line 3 4", "restore", "delete 1",
+                                   "delete 2"));
 }
 
 } // namespace
