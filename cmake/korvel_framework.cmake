@@ -32,6 +32,14 @@ function(korvel_use_framework target)
         ${target}
         PUBLIC KORVEL_USE_HOST_FRAMEWORK "KORVEL_FRAMEWORK_HEADER=${header}"
     )
+    set(korvel_framework_flags # for pkg-config
+        -DKORVEL_USE_HOST_FRAMEWORK "-DKORVEL_FRAMEWORK_HEADER='${header}'"
+        PARENT_SCOPE
+    )
+    # Records move only where arrays do.
+    target_compile_options(
+        ${target} PUBLIC "$<$<CXX_COMPILER_ID:Clang>:-Wno-defaulted-function-deleted>"
+    )
     foreach(folder IN LISTS KORVEL_FRAMEWORK_INCLUDE_DIRS)
         target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${folder}>")
     endforeach()

@@ -61,7 +61,7 @@ korvel_install_pkgconfig(
     korvel_platform
     TARGET korvel_platform
     DESCRIPTION "The portable application framework that korvel uses"
-    CFLAGS -ffp-contract=off
+    CFLAGS -ffp-contract=off ${korvel_framework_flags}
 )
 korvel_install_pkgconfig(
     korvel

@@ -12,6 +12,7 @@ set(configure
     ${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -G ${GENERATOR} -DKORVEL_DIR=${KORVEL_DIR}
     -DGTEST_INCLUDE_DIR=${gtest_include_dir} -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
     -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0
+    -DCMAKE_INSTALL_LIBDIR=lib
 )
 execute_process(
     COMMAND ${configure} -B ${WORK_DIR}/refused -DKORVEL_BUILD_KIT=ON RESULT_VARIABLE result
@@ -22,6 +23,12 @@ expect("${result} ${message}" "^1 .*KORVEL_BUILD_KIT needs korvel's own")
 run(${configure} -B ${WORK_DIR}/build)
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
 run(${CMAKE_CTEST_COMMAND} --test-dir ${WORK_DIR}/build --output-on-failure)
+run(${CMAKE_COMMAND} --install ${WORK_DIR}/build --prefix ${WORK_DIR}/installed)
+foreach(file IN ITEMS cmake/korvel/korvelTargets.cmake pkgconfig/korvel_platform.pc)
+    file(READ ${WORK_DIR}/installed/lib/${file} text)
+    expect("${text}" "KORVEL_USE_HOST_FRAMEWORK")
+endforeach()
+
 set(suffix "")
 if(TOOLCHAIN)
     set(suffix .exe)

@@ -2,41 +2,35 @@
 
 // Pens, brushes and device contexts as owners of the handles of GDI.
 
-class CPen {
+template <class Handle>
+class GdiObject {
 public:
-    CPen(int style, int width, COLORREF colour)
-        : handle_(CreatePen(style, width, colour)), is_owned_(true) {}
-    explicit CPen(HPEN borrowed) : handle_(borrowed) {}
-    CPen(const CPen&) = delete;
-    CPen& operator=(const CPen&) = delete;
-    ~CPen() {
+    GdiObject(Handle handle, bool is_owned) : handle_(handle), is_owned_(is_owned) {}
+    GdiObject(const GdiObject&) = delete;
+    GdiObject& operator=(const GdiObject&) = delete;
+    ~GdiObject() {
         if (is_owned_) {
             DeleteObject(handle_);
         }
     }
-    HPEN handle() const { return handle_; }
+    Handle handle() const { return handle_; }
 
 private:
-    HPEN handle_;
-    bool is_owned_ = false;
+    Handle handle_;
+    bool is_owned_;
 };
 
-class CBrush {
+class CPen : public GdiObject<HPEN> {
 public:
-    explicit CBrush(COLORREF colour) : handle_(CreateSolidBrush(colour)), is_owned_(true) {}
-    explicit CBrush(HBRUSH borrowed) : handle_(borrowed) {}
-    CBrush(const CBrush&) = delete;
-    CBrush& operator=(const CBrush&) = delete;
-    ~CBrush() {
-        if (is_owned_) {
-            DeleteObject(handle_);
-        }
-    }
-    HBRUSH handle() const { return handle_; }
+    CPen(int style, int width, COLORREF colour)
+        : GdiObject(CreatePen(style, width, colour), true) {}
+    explicit CPen(HPEN borrowed) : GdiObject(borrowed, false) {}
+};
 
-private:
-    HBRUSH handle_;
-    bool is_owned_ = false;
+class CBrush : public GdiObject<HBRUSH> {
+public:
+    explicit CBrush(COLORREF colour) : GdiObject(CreateSolidBrush(colour), true) {}
+    explicit CBrush(HBRUSH borrowed) : GdiObject(borrowed, false) {}
 };
 
 class CDC {
