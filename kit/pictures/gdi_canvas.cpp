@@ -24,8 +24,7 @@ GdiCanvas::GdiCanvas(HDC device, int units_per_pixel, GdiObjects* objects)
 // Objects cannot be deleted while they are selected.
 GdiCanvas::~GdiCanvas() {
     RestoreDC(device_, saved_state_);
-    for (const HGDIOBJ object :
-         {HGDIOBJ(made_pen_.handle), HGDIOBJ(made_brush_.handle), HGDIOBJ(made_font_.handle)}) {
+    for (const HGDIOBJ object : {kept_pen_, kept_brush_, kept_font_}) {
         if (object != nullptr) {
             objects_.remove(object);
         }
@@ -84,23 +83,17 @@ bool GdiCanvas::select_pen() {
     if (pen_ == nullptr) {
         return ::SelectObject(device_, first_pen_) != nullptr;
     }
-    const CPen wanted(
-        pen_->style,
-        pen_->width == 0 ? 0 : std::max(1, (pen_->width + units_per_pixel_ / 2) / units_per_pixel_),
-        pen_->colour);
-    const CPen& made = made_pen_.made_for;
-    if (made_pen_.handle != nullptr && made.style == wanted.style && made.width == wanted.width &&
-        made.colour == wanted.colour) {
-        return ::SelectObject(device_, made_pen_.handle) != nullptr;
+    const int width = (pen_->width + units_per_pixel_ / 2) / units_per_pixel_;
+    const CPen wanted(pen_->style, pen_->width == 0 ? 0 : std::max(1, width), pen_->colour);
+    const CPen& kept = pen_of_kept_;
+    if (kept_pen_ != nullptr && kept.style == wanted.style && kept.width == wanted.width &&
+        kept.colour == wanted.colour) {
+        return ::SelectObject(device_, kept_pen_) != nullptr;
     }
-    const HPEN handle = objects_.create_pen(wanted.style, wanted.width, wanted.colour);
-    if (handle == nullptr || ::SelectObject(device_, handle) == nullptr) {
+    if (!select_made(objects_.create_pen(wanted.style, wanted.width, wanted.colour), kept_pen_)) {
         return false;
     }
-    if (made_pen_.handle != nullptr) {
-        objects_.remove(made_pen_.handle);
-    }
-    made_pen_ = {handle, wanted};
+    pen_of_kept_ = wanted;
     return true;
 }
 
@@ -108,18 +101,43 @@ bool GdiCanvas::select_brush() {
     if (brush_ == nullptr) {
         return ::SelectObject(device_, first_brush_) != nullptr;
     }
-    if (made_brush_.handle != nullptr && made_brush_.made_for.colour == brush_->colour) {
-        return ::SelectObject(device_, made_brush_.handle) != nullptr;
+    if (kept_brush_ != nullptr && brush_of_kept_.colour == brush_->colour) {
+        return ::SelectObject(device_, kept_brush_) != nullptr;
     }
-    const HBRUSH handle = objects_.create_brush(brush_->colour);
-    if (handle == nullptr || ::SelectObject(device_, handle) == nullptr) {
+    if (!select_made(objects_.create_brush(brush_->colour), kept_brush_)) {
         return false;
     }
-    if (made_brush_.handle != nullptr) {
-        objects_.remove(made_brush_.handle);
-    }
-    made_brush_ = {handle, *brush_};
+    brush_of_kept_ = *brush_;
     return true;
+}
+
+// The font is never selected between two calls of the host.
+bool GdiCanvas::select_font(double size) {
+    const LONG height = std::lround(size);
+    if (kept_font_ != nullptr && height_of_kept_ == height) {
+        return ::SelectObject(device_, kept_font_) != nullptr;
+    }
+    LOGFONTW font = {};
+    font.lfHeight = -height; // below 0: of the letters, without the space between two lines
+    font.lfWeight = FW_NORMAL;
+    font.lfCharSet = DEFAULT_CHARSET;
+    font.lfQuality = ANTIALIASED_QUALITY;
+    font.lfPitchAndFamily = VARIABLE_PITCH | FF_SWISS;
+    if (!select_made(objects_.create_font(font), kept_font_)) {
+        return false;
+    }
+    height_of_kept_ = height;
+    return true;
+}
+
+// What was kept can be deleted once another object is selected.
+bool GdiCanvas::select_made(HGDIOBJ made, HGDIOBJ& kept) {
+    const bool is_selected = made != nullptr && ::SelectObject(device_, made) != nullptr;
+    const HGDIOBJ left_over = is_selected ? std::exchange(kept, made) : made;
+    if (left_over != nullptr) {
+        objects_.remove(left_over);
+    }
+    return is_selected;
 }
 
 int GdiCanvas::pixel(int unit) const {
@@ -171,28 +189,6 @@ double GdiCanvas::text_width(const std::string& text, double size) {
     const double width = select_font(size) ? width_of(device_, wide_text(text)) : 0;
     RestoreDC(device_, before);
     return width;
-}
-
-// The font is never selected between two calls.
-bool GdiCanvas::select_font(double size) {
-    const LONG height = std::lround(size);
-    if (made_font_.handle == nullptr || made_font_.height != height) {
-        LOGFONTW font = {};
-        font.lfHeight = -height; // below 0: of the letters, without the space between two lines
-        font.lfWeight = FW_NORMAL;
-        font.lfCharSet = DEFAULT_CHARSET;
-        font.lfQuality = ANTIALIASED_QUALITY;
-        font.lfPitchAndFamily = VARIABLE_PITCH | FF_SWISS;
-        const HFONT handle = objects_.create_font(font);
-        if (handle == nullptr) {
-            return false;
-        }
-        if (made_font_.handle != nullptr) {
-            objects_.remove(made_font_.handle);
-        }
-        made_font_ = {handle, height};
-    }
-    return ::SelectObject(device_, made_font_.handle) != nullptr;
 }
 
 HPEN GdiObjects::create_pen(int style, int width, COLORREF colour) {

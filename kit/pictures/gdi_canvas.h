@@ -52,22 +52,10 @@ public:
     BOOL PolyPolygon(const POINT* points, const int* counts, int polygons) override;
 
 private:
-    struct Pen {
-        HPEN handle = nullptr;
-        CPen made_for;
-    };
-    struct Brush {
-        HBRUSH handle = nullptr;
-        CBrush made_for;
-    };
-    struct Font {
-        HFONT handle = nullptr;
-        LONG height = 0;
-    };
-
     bool select_pen();
     bool select_brush();
     bool select_font(double size);
+    bool select_made(HGDIOBJ made, HGDIOBJ& kept);
     int pixel(int unit) const;
     void take_points(const POINT* points, const int* counts, int polygons);
 
@@ -81,9 +69,12 @@ private:
 
     CPen* pen_ = nullptr;
     CBrush* brush_ = nullptr;
-    Pen made_pen_;
-    Brush made_brush_;
-    Font made_font_;
+    HGDIOBJ kept_pen_ = nullptr;
+    HGDIOBJ kept_brush_ = nullptr;
+    HGDIOBJ kept_font_ = nullptr;
+    CPen pen_of_kept_; // what they were created for
+    CBrush brush_of_kept_;
+    LONG height_of_kept_ = 0;
     POINT position_ = {};
     std::vector<POINT> points_; // of the polygons that are drawn, in pixels
     std::vector<int> counts_;

@@ -8,7 +8,7 @@ const char* const window_class = "korvel_kit_off_screen";
 
 HMODULE own_module();
 void register_window_class();
-std::string wgl_error(const char* call);
+std::string wgl_error(const char* what);
 
 } // namespace
 
@@ -40,7 +40,7 @@ void GlContext::System::open() {
     window = CreateWindowExA(0, window_class, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
                              own_module(), nullptr);
     if (window == nullptr) {
-        fail(wgl_error("CreateWindow"));
+        fail(wgl_error("no window without a display"));
     }
     device = GetDC(window);
     PIXELFORMATDESCRIPTOR wanted = {};
@@ -55,7 +55,7 @@ void GlContext::System::open() {
     }
     context = wglCreateContext(device);
     if (context == nullptr || wglMakeCurrent(device, context) == FALSE) {
-        fail(wgl_error("wglCreateContext"));
+        fail(wgl_error("no context"));
     }
 }
 
@@ -91,12 +91,12 @@ void register_window_class() {
     kind.hInstance = own_module();
     kind.lpszClassName = window_class;
     if (RegisterClassA(&kind) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
-        GlContext::fail(wgl_error("RegisterClass"));
+        GlContext::fail(wgl_error("no class of windows"));
     }
 }
 
-std::string wgl_error(const char* call) {
-    return std::string(call) + ", Windows error " + std::to_string(GetLastError());
+std::string wgl_error(const char* what) {
+    return std::string(what) + ", Windows error " + std::to_string(GetLastError());
 }
 
 } // namespace

@@ -124,6 +124,27 @@ TEST(GdiCanvas, DeletesEachObjectThatItCreates) {
     EXPECT_EQ(page.all(), first);
 }
 
+TEST(GdiCanvas, DrawsAgainAfterAnObjectWasRefused) {
+    struct : CountedObjects {
+        HPEN create_pen(int style, int width, COLORREF colour) override {
+            return refuses ? nullptr : CountedObjects::create_pen(style, width, colour);
+        }
+        bool refuses = false;
+    } objects;
+    Bitmap page(24, 24);
+    GdiCanvas canvas(page.device, 1, &objects);
+    CPen pen(PS_SOLID, 1, brush_fill);
+    canvas.SelectObject(&pen);
+    EXPECT_NE(canvas.LineTo(20, 0), 0);
+    objects.refuses = true;
+    pen.colour = pen_ink;
+    EXPECT_EQ(canvas.LineTo(0, 0), 0);
+    objects.refuses = false;
+    canvas.MoveTo(20, 0);
+    EXPECT_NE(canvas.LineTo(0, 0), 0);
+    EXPECT_EQ(page.at(10, 0), pen_ink);
+}
+
 TEST(GdiCanvas, LeavesTheDeviceContextAsItWas) {
     Bitmap page(24, 24);
     const HPEN pen = CreatePen(PS_SOLID, 2, brush_fill);
