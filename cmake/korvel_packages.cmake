@@ -30,6 +30,22 @@ macro(korvel_find_modules name)
     korvel_require(korvel_${name}_FOUND ${name} PACKAGE ${find_PACKAGE} OPTION ${find_OPTION})
 endmacro()
 
+# korvel_find_headers(NAME TARGET target FOLDER folder PACKAGE package OPTION option): the same for a
+# package of headers alone. A cross-compiler gets a copy, because it may not search the build machine's
+# folder of headers.
+macro(korvel_find_headers name)
+    cmake_parse_arguments(headers "" "TARGET;FOLDER;PACKAGE;OPTION" "" ${ARGN})
+    if(NOT CMAKE_CROSSCOMPILING)
+        korvel_find_package(${name} PACKAGE ${headers_PACKAGE} OPTION ${headers_OPTION})
+    elseif(NOT TARGET ${headers_TARGET})
+        find_path(korvel_${name} ${headers_FOLDER} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH)
+        korvel_require(korvel_${name} ${name} PACKAGE ${headers_PACKAGE} OPTION ${headers_OPTION})
+        file(COPY ${korvel_${name}}/${headers_FOLDER} DESTINATION ${PROJECT_BINARY_DIR}/headers)
+        add_library(${headers_TARGET} INTERFACE IMPORTED)
+        target_include_directories(${headers_TARGET} INTERFACE ${PROJECT_BINARY_DIR}/headers)
+    endif()
+endmacro()
+
 function(korvel_require found what)
     if(${found})
         return()

@@ -1,12 +1,10 @@
-#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <sstream>
-#include <string>
-#include <vector>
 
+#include "apps/command/console.h"
 #include "apps/command/program.h"
 #include "apps/command/report.h"
 #include "kit/kit.h"
@@ -17,9 +15,8 @@ using namespace korvel::command;
 
 ExitStatus run(int argc, char** argv) {
     try {
-        const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
         std::ostringstream help;
-        const bool fits = korvel_program()->parse(arguments, help, std::cerr);
+        const bool fits = korvel_program()->parse(program_arguments(argc, argv), help, std::cerr);
         std::fputs(help.str().c_str(), stdout);
         return fits ? success : bad_input;
     } catch (const korvel::kit::Error& error) {
@@ -35,5 +32,6 @@ ExitStatus run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     korvel::kit::set_up_signals();
+    const Console console;
     return finish_report(run(argc, argv));
 }

@@ -8,11 +8,7 @@
 #include <system_error>
 #include <vector>
 
-#if defined(_WIN32)
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include "apps/command/console.h"
 
 namespace korvel::command {
 namespace {
@@ -40,11 +36,10 @@ struct State {
 constexpr int most_of_a_kind = 10;
 
 State& state();
-bool is_terminal(FILE* stream);
 bool prints_text();
 void put_line(const std::string& line);
 void flush();
-void note_failure();
+void note_failure(FILE* stream);
 std::string formatted(const char* format, std::va_list values);
 std::string without_numbers(const std::string& text);
 void put_message(const std::string& message);
@@ -204,14 +199,6 @@ State& state() {
     return the_state;
 }
 
-bool is_terminal(FILE* stream) {
-#if defined(_WIN32)
-    return _isatty(_fileno(stream)) != 0;
-#else
-    return isatty(fileno(stream)) != 0;
-#endif
-}
-
 bool prints_text() {
     return !state().options.is_json;
 }
@@ -222,21 +209,21 @@ void put_line(const std::string& line) {
     FILE* const stream = state().stream;
     if (std::fwrite(line.data(), 1, line.size(), stream) != line.size() ||
         std::putc('\n', stream) == EOF) {
-        note_failure();
+        note_failure(stream);
     }
 }
 
 void flush() {
     errno = 0;
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        note_failure();
+        note_failure(stdout);
     }
 }
 
 // Later errors can be consequences of the first.
-void note_failure() {
+void note_failure(FILE* stream) {
     if (state().failure == 0) {
-        state().failure = errno != 0 ? errno : EIO;
+        state().failure = kit::reason_of_failed_write(stream, errno);
     }
 }
 
@@ -266,7 +253,9 @@ void put_message(const std::string& message) {
     clear_progress();
     // Keeps the order of lines when standard output and standard error are the same file.
     flush();
-    std::fprintf(stderr, "korvel: %s\n", message.c_str());
+    // In one piece, on every system.
+    const std::string line = "korvel: " + message + "\n";
+    std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
 // A reader that closes its pipe, as `head` does, has what it wanted.

@@ -35,7 +35,9 @@ bool is_json();
 void show_progress(const std::string& line);
 void clear_progress();
 
-#if defined(__GNUC__)
+#if defined(__MINGW32__) // where "printf" is that of msvcrt.dll, which is not used
+#define KORVEL_LIKE_PRINTF __attribute__((format(gnu_printf, 1, 2)))
+#elif defined(__GNUC__)
 #define KORVEL_LIKE_PRINTF __attribute__((format(printf, 1, 2)))
 #else
 #define KORVEL_LIKE_PRINTF

@@ -34,17 +34,19 @@ std::string temporary_name() {
 
 #if defined(_WIN32)
 
-FILE* open_file(const fs::path& file, const char* mode) {
-    const std::string narrow = mode;
-    FILE* const stream = _wfopen(file.c_str(), std::wstring(narrow.begin(), narrow.end()).c_str());
-    if (stream == nullptr && errno == EACCES) {
-        std::error_code unknown;
-        errno = fs::is_directory(file, unknown) ? EISDIR : EACCES;
-    }
-    return stream;
-}
-
 namespace {
+
+// As other systems report it.
+int reason_of_failed_open(const fs::path& file, int error) {
+    std::error_code unknown;
+    if (error == EACCES && fs::is_directory(file, unknown)) {
+        return EISDIR;
+    }
+    if (error == ENOENT && fs::is_regular_file(file.parent_path(), unknown)) {
+        return ENOTDIR;
+    }
+    return error;
+}
 
 // The C library's own ways to open a file keep it from being removed before it is closed.
 FILE* create(const fs::path& file, DWORD flags, const wchar_t* mode) {
@@ -53,7 +55,7 @@ FILE* create(const fs::path& file, DWORD flags, const wchar_t* mode) {
                     FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW, flags, nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
         const std::error_code error(static_cast<int>(GetLastError()), std::system_category());
-        errno = error.default_error_condition().value();
+        errno = reason_of_failed_open(file, error.default_error_condition().value());
         return nullptr;
     }
     const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY);
@@ -61,6 +63,15 @@ FILE* create(const fs::path& file, DWORD flags, const wchar_t* mode) {
 }
 
 } // namespace
+
+FILE* open_file(const fs::path& file, const char* mode) {
+    const std::string narrow = mode;
+    FILE* const stream = _wfopen(file.c_str(), std::wstring(narrow.begin(), narrow.end()).c_str());
+    if (stream == nullptr) {
+        errno = reason_of_failed_open(file, errno);
+    }
+    return stream;
+}
 
 FILE* create_file(const fs::path& file) {
     return create(file, FILE_ATTRIBUTE_NORMAL, L"wb");

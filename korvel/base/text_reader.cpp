@@ -69,16 +69,9 @@ int TextReader::believable_records(long long declared, int least_bytes) {
     return static_cast<int>(fits ? declared : always_believed);
 }
 
-/// From the present position to the end of the stream; 0 where the stream cannot be positioned.
 long long TextReader::bytes_left() {
     return_lookahead();
-    const long here = std::ftell(stream_);
-    if (here < 0 || std::fseek(stream_, 0, SEEK_END) != 0) {
-        return 0;
-    }
-    const long end = std::ftell(stream_);
-    std::fseek(stream_, here, SEEK_SET);
-    return end - here;
+    return bytes_from_here(stream_);
 }
 
 bool TextReader::read(long long declared, std::vector<int>& numbers, const char* stage) {

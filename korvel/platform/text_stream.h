@@ -5,6 +5,10 @@
 #include <cstdio>
 #include <cwchar>
 
+#if defined(__MINGW32__)
+#include <io.h>
+#endif
+
 namespace korvel {
 
 /// Whether numbers are read from the stream by characters: it is not wide-oriented. Of malformed
@@ -35,6 +39,24 @@ inline void unlock_stream([[maybe_unused]] FILE* stream) {
     funlockfile(stream);
 #elif defined(__MINGW32__)
     _unlock_file(stream);
+#endif
+}
+
+/// From the present position to the end of the stream; 0 where the stream cannot be positioned.
+inline long long bytes_from_here(FILE* stream) {
+#if defined(__MINGW32__)
+    // Positions of `ftell` have 32 bits, and in text mode they are not where the stream is.
+    const long long here = _ftelli64(stream);
+    const long long end = _filelengthi64(_fileno(stream));
+    return here < 0 || end < here ? 0 : end - here;
+#else
+    const long here = std::ftell(stream);
+    if (here < 0 || std::fseek(stream, 0, SEEK_END) != 0) {
+        return 0;
+    }
+    const long end = std::ftell(stream);
+    std::fseek(stream, here, SEEK_SET);
+    return end - here;
 #endif
 }
 
