@@ -12,8 +12,9 @@ static Colour mixed(Colour a, Colour b) {
 }
 
 int main(int argc, char** argv) try {
-    GridPoint click = {};
-    if (argc != 4 || std::sscanf(argv[3], "%d,%d", &click.x, &click.y) != 2) {
+    double x = 0;
+    double y = 0;
+    if (argc != 4 || std::sscanf(argv[3], "%lf,%lf", &x, &y) != 2) {
         throw input_error("usage: curves_to_picture CURVES PICTURE X,Y");
     }
     FoundRegions found = find_regions(Network::read(argv[1]));
@@ -21,7 +22,7 @@ int main(int argc, char** argv) try {
         std::printf("left out: %s\n", text(dropped).c_str());
     }
     Map map = found.take_map();
-    const std::optional<int> chosen = map.region_at(to_point(click));
+    const std::optional<int> chosen = map.region_at({x, y});
     if (!chosen) {
         throw input_error(std::string(argv[3]) + ": no region contains this point");
     }

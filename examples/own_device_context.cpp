@@ -28,7 +28,7 @@ public:
                      GetRValue(fill), GetGValue(fill), GetBValue(fill));
         for (int i = 0; i < polygons; ++i, std::fputs("Z", out_)) {
             for (int k = 0; k < counts[i]; ++k, ++points) {
-                std::fprintf(out_, "%c%d %d", k == 0 ? 'M' : 'L', points->x, points->y);
+                std::fprintf(out_, "%c%d %d", k == 0 ? 'M' : 'L', int(points->x), int(points->y));
             }
         }
         return std::fputs("'/>\n", out_) >= 0;
@@ -49,7 +49,7 @@ int main(int argc, char** argv) try {
     const Map map = find_regions(Network::read(argv[1])).take_map();
     OutputFile file(argv[2]);
     SvgContext svg(file.stream(), {1600, 1000});
-    const Rectangle part = {14500, 45500, 31500, 75000};
+    const korvel::kit::Rectangle part = {14500, 45500, 31500, 75000};
     draw(map, svg, {.size = {1600, 1000}, .part = part, .stretch = 3.3});
     svg.finish();
     file.replace(); // the name appears once the file is complete
