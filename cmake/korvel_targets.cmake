@@ -53,6 +53,9 @@ function(korvel_library target)
         ${target}
         PUBLIC "$<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-ffp-contract=off>"
     )
+    if(MINGW) # calls its own square root, which rounds twice, where nothing is optimised
+        target_compile_options(${target} PRIVATE "$<$<CONFIG:Debug>:-Og;-fno-math-errno>")
+    endif()
     if(NOT MSVC AND NOT KORVEL_FRAMEWORK_HEADER) # whose arrays may count in longer integers
         target_compile_options(${target} PRIVATE -Wconversion -Wno-sign-conversion)
     endif()

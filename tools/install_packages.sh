@@ -14,8 +14,10 @@ for name in "$@"; do
             packages+=(libgtest-dev libgmock-dev libgeos-dev help2man groff-base dpkg-dev file
                 python3-jsonschema) ;;
         bench) packages+=(libbenchmark-dev libgeos-dev) ;;
-        windows) # cross-compiling, and running the result
-            packages+=(g++-mingw-w64-x86-64-posix googletest wine64 wine xvfb xauth) ;;
+        windows) # cross-compiling, and running the result with its windows and OpenGL
+            packages+=(g++-mingw-w64-x86-64-posix googletest wine64 wine xvfb xauth libgl1
+                libgl1-mesa-dri libxcomposite1 libxrender1 libxi6 libxrandr2 fonts-dejavu-core
+                python3) ;;
         fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
         *) packages+=("$name") ;;
     esac

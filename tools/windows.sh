@@ -18,8 +18,9 @@ cmake --build "$native" --target korvel_command
 export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=d" WINEPREFIX=$PWD/build/wine
 xvfb-run -a sh -c '
     wineserver -k || true
+    wineserver -p # until the end: programs that start while it ends by itself would fail
     wineboot --init
-    ctest --preset windows -j "$(nproc)"
+    ctest --preset windows -j "$(nproc)" --timeout 300
     status=$?
     python3 tests/windows/compare_commands.py "$1/apps/command/korvel" build/windows/bin/korvel.exe ||
         status=1

@@ -83,6 +83,22 @@ Sum sum_of(double a, double b) {
     return {rounded, (a - (rounded - b_part)) + (b - b_part)};
 }
 
+// A number as the sum of two with at most 26 bits (Veltkamp's splitting).
+Sum split(double value) {
+    const double scaled = 134217729 * value; // by 2^27 + 1
+    const double high = scaled - (scaled - value);
+    return {high, value - high};
+}
+
+// A product and its rounding error (Dekker). Not by `fma`, which mingw-w64 rounds twice.
+Sum product_of(double a, double b) {
+    const double rounded = a * b;
+    const auto [a_high, a_low] = split(a);
+    const auto [b_high, b_low] = split(b);
+    const double rest = ((a_high * b_high - rounded) + a_high * b_low) + a_low * b_high;
+    return {rounded, rest + a_low * b_low};
+}
+
 // A number as the sum of doubles of growing magnitude that do not overlap.
 class Expansion {
 public:
@@ -116,9 +132,9 @@ public:
         Expansion product;
         for (const double p : a.parts_) {
             for (const double q : b.parts_) {
-                const double rounded = p * q;
-                product.add(std::fma(p, q, -rounded));
-                product.add(rounded);
+                const Sum exact = product_of(p, q);
+                product.add(exact.error);
+                product.add(exact.rounded);
             }
         }
         return product;

@@ -43,7 +43,7 @@ TEST_F(Triangulation, ClosesEdgesAndThenTheFront) {
         c.shape.add_to(set);
         set.region_tranglate();
         EXPECT_EQ(triangles(set), c.expected) << c.name;
-        EXPECT_NE(contents("trg.dat").find(c.traced), std::string::npos) << c.name;
+        EXPECT_NE(lines_of("trg.dat").find(c.traced), std::string::npos) << c.name;
     }
 }
 
@@ -59,7 +59,7 @@ TEST_F(Triangulation, AddsToTheTrianglesListedBefore) {
     set.poly_tranglate(set.region_list[0]);
     EXPECT_EQ(triangles(set).back(), Corners(4, 5, 6));
     EXPECT_EQ(set.trg_list.GetSize(), 6);
-    EXPECT_EQ(contents("trg.dat"), "");
+    EXPECT_EQ(lines_of("trg.dat"), "");
     PLYDT::PyToRg no_rings;
     set.poly_tranglate(no_rings);
     set.region_tranglate();

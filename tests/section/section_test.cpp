@@ -168,11 +168,11 @@ TEST_F(SectionModel, DefaultContentAndCopies) {
     const TMOD2D copy(model);
     model.polys[1].lines.SetSize(3); // a missing edge is left out of the dump
     model.set_poly_at_grow();
-    EXPECT_EQ(contents("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
+    EXPECT_EQ(lines_of("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
     model.intlmode();
     EXPECT_EQ(model.polys[3].verts[3], 7); // counts from 0 on a filled model, too
     model.set_poly_at_grow();              // of four faces the first two
-    EXPECT_EQ(contents("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
+    EXPECT_EQ(lines_of("ttty"), "0 0\n1 1\n2 2\n3 3\n4 4\n5 5\n6 6\n7\n");
     EXPECT_EQ(copy.verts.GetSize() + copy.lines.GetSize(), 16);
     EXPECT_EQ(copy.polys[1].lines.GetSize(), 4);
     EXPECT_EQ(copy.groups[1].rgb, 6737066);

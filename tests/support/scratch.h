@@ -17,6 +17,13 @@ inline std::string contents(const std::filesystem::path& file) {
     return text.str();
 }
 
+/// A text file that the library wrote by itself, with the line ends of the system as "\n".
+inline std::string lines_of(const std::filesystem::path& file) {
+    std::ostringstream text;
+    text << std::ifstream(file).rdbuf();
+    return text.str();
+}
+
 /// A temporary directory for each test, removed afterwards.
 class Scratch : public testing::Test {
 protected:
