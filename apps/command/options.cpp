@@ -32,6 +32,7 @@ Description described(const CLI::Option& option);
 
 Program::Program(const std::string& name, const std::string& version, const std::string& purpose)
     : app_(std::make_unique<CLI::App>(purpose, name)) {
+    app_->allow_windows_style_options(false); // "/c/data" is a file on every system
     app_->set_version_flag("--version", name + " " + version);
     app_->require_subcommand(0, 1);
     app_->formatter(std::make_shared<HelpFormatter>());
