@@ -17,7 +17,7 @@ public:
     Console& operator=(const Console&) = delete;
 
 private:
-    unsigned former_code_page_ = 0; // 0 without a console
+    [[maybe_unused]] unsigned former_code_page_ = 0; // of Windows; 0 without a console
 };
 
 /// The arguments of the program, without its name; in UTF-8 on Windows.
