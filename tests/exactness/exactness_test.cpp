@@ -183,7 +183,9 @@ Digest edited() {
     Dice dice(7);
     TMOD3D model = starter(0, 1);
     for (int done = 0; done < 40;) {
-        model = turned(model, dice.between(-180, 180), dice.between(-180, 180));
+        const double tilt = dice.between(-180, 180); // in this order with every compiler
+        const double turn = dice.between(-180, 180);
+        model = turned(model, turn, tilt);
         double p[3] = {dice.between(model.view_bounds[0], model.view_bounds[1]),
                        dice.between(model.view_bounds[2], model.view_bounds[3]), 0};
         if (model.get_point_xyz(p) == 0) {
