@@ -12,7 +12,7 @@ namespace korvel::command {
 class Console {
 public:
     Console();
-    ~Console();
+    ~Console(); // NOLINT(performance-trivially-destructible)
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 

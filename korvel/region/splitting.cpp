@@ -12,7 +12,7 @@
 using korvel::CurveSpans;
 
 // A DLL does not export the constant of an exported class unless it is defined outside of it.
-constexpr int CREGION::no_crossing_limit;
+constexpr int CREGION::no_crossing_limit; // NOLINT(readability-redundant-declaration)
 
 namespace {
 
