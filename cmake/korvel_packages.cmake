@@ -7,20 +7,6 @@ macro(korvel_find_package name)
     korvel_require(${name}_FOUND ${name} ${ARGN})
 endmacro()
 
-# Packages that are headers alone serve every system. A build for another system finds copies of them,
-# because their folder also contains the headers of this system's C library.
-function(korvel_copy_header_packages)
-    set(copies ${PROJECT_BINARY_DIR}/header_packages)
-    foreach(package IN ITEMS include/CLI share/cmake/CLI11 include/nlohmann share/cmake/nlohmann_json)
-        if(EXISTS /usr/${package})
-            get_filename_component(folder ${copies}/${package} DIRECTORY)
-            file(COPY /usr/${package} DESTINATION ${folder})
-        endif()
-    endforeach()
-    set(CMAKE_FIND_ROOT_PATH ${CMAKE_FIND_ROOT_PATH} ${copies} PARENT_SCOPE)
-    set(CMAKE_PREFIX_PATH ${CMAKE_PREFIX_PATH} ${copies} PARENT_SCOPE)
-endfunction()
-
 # korvel_find_modules(NAME PACKAGE package OPTION option MODULES module…): the same with the
 # modules of pkg-config, as the target PkgConfig::korvel_NAME.
 macro(korvel_find_modules name)
