@@ -1,4 +1,5 @@
-# `cpack` makes two Debian packages: korvel, with the command and the shared libraries, and
+# `cpack` makes up to three Debian packages: korvel, with the command and the shared libraries;
+# korvel-formats, with the kit's modules, so that korvel itself does not need GDAL and PROJ; and
 # korvel-dev, with what programs are built with. Configure with -DCMAKE_INSTALL_PREFIX=/usr.
 
 set(CPACK_GENERATOR DEB)
@@ -18,6 +19,15 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION math)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
     "Finds the closed regions of networks of curves, triangulates them, raises them to solids and cuts, draws and checks those: the command, and the shared libraries that it and other programs use."
 )
+get_property(modules GLOBAL PROPERTY korvel_modules)
+if(modules)
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS korvel-formats)
+endif()
+set(CPACK_DEBIAN_FORMATS_PACKAGE_NAME korvel-formats)
+set(CPACK_DEBIAN_FORMATS_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_FORMATS_DESCRIPTION
+    "Lets korvel read and write shapefiles, GeoPackages and the other formats of GDAL, and transform coordinates between reference systems with PROJ."
+)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME korvel-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
@@ -26,6 +36,9 @@ set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
 set(CPACK_COMPONENTS_ALL development)
 if(KORVEL_BUILD_APPS OR NOT korvel_is_static)
     list(APPEND CPACK_COMPONENTS_ALL runtime)
+endif()
+if(modules)
+    list(APPEND CPACK_COMPONENTS_ALL formats)
 endif()
 if(korvel_is_static)
     set(needed libgl-dev)
@@ -38,6 +51,7 @@ if(korvel_is_static)
     list(JOIN needed ", " CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS)
 else()
     set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS runtime)
+    set(CPACK_COMPONENT_FORMATS_DEPENDS runtime)
     set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 endif()
 include(CPack)

@@ -27,6 +27,13 @@ FILES = {
     "bow_tie": "4 0.0 0.0 9.0 9.0 9.0 0.0 0.0 9.0 1 4 0 1 2 3 1 1 0",
     "broken": "5 0 0 0 6 0 0 0 6 0 0 0 6 1 1 1 5 0 1 2 0 1 3 0 2 3 1 2 9 1 1 2 1 5 80 .5 .5 0 1 2 3 4",
     "turned": "4 0 0 0 6 0 0 0 6 0 0 0 6 5 0 1 2 0 1 3 0 2 3 1 2 3 1 2 3 1 5 80 .5 .5 0 1 2 3 4",
+    "lands": '{"type": "LineString", "coordinates": [[0, 1, 2], [1, 0, 3]]}',
+    # A ring with a hole, and a polygon that overlaps it.
+    "polygons": '{"type": "GeometryCollection", "geometries": [{"type": "Polygon", "coordinates": '
+    "[[[0, 0], [3, 0], [3, 3.25], [0, 0]], [[2, 1], [2.5, 1], [2.5, 2], [2, 1]]]}, "
+    '{"type": "Polygon", "coordinates": [[[1, -1], [2, -1], [2, 1], [1, -1]]]}]}',
+    "place": '{"type": "Point", "coordinates": [0.5, 0.25]}',
+    "down": "4 0.0 0.0 9.0 0.0 9.0 9.0 0.0 9.0 1 4 0 1 2 3 1 1 0\ngrid 0.1 origin 0 0 down",
     "open": "4 0 0 0 6 0 0 0 6 0 0 0 6 3 0 1 2 0 1 3 0 2 3 1 3 80 .5 .5 0 1 2",
 }
 
@@ -69,6 +76,14 @@ RUNS = [
     ("check model", 0),
     ("check broken", 2),
     ("check turned --fix -o fixed", 0),
+    ("convert lands converted.geojson", 0),
+    ("regions polygons --labels place", 0),
+    ("regions lands", 0),
+    ("solid polygons --levels 0,5 -o placed", 0),
+    ("info down", 0),
+    ("info polygons", 0),
+    ("check polygons", 0),
+    ("formats", 0),
 ]
 
 

@@ -17,7 +17,9 @@ printf '%s\n' 5 '0 0 0' '6 0 0' '0 6 0' '0 0 6' '1 1 1' 5 '0 1 2' '0 1 3' '0 2 3
     1 '5 80 .5 .5' '0 1 2 3 4' > broken.model
 printf '%s\n' 12 '0 0 0' '6 0 0' '0 6 0' '0 0 0' '6 0 0' '0 0 6' '0 0 0' '0 6 0' '0 0 6' '6 0 0' '0 6 0' \
     '0 0 6' 4 '0 1 2' '3 4 5' '6 7 8' '9 10 11' 1 '4 80 .5 .5' '0 1 2 3' > scan.model
-printf '%s\n' 1 3 '0 0' '10 1.5' '5 5' > broken.curves
+printf '%s\n' 1 3 '0 0' '10 1;5' '5 5' > broken.curves
+printf '%s\n' '{"type": "Feature", "properties": {"name": "Lea"}, "geometry": {"type": "Polygon",' \
+    '"coordinates": [[[7.5, 46], [7.5, 47], [8.25, 46, 612], [7.5, 46]]]}}' > lands.geojson
 strokes=1200
 {
     echo $((2 * strokes))

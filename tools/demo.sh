@@ -30,6 +30,11 @@ head -n 8 out/us-states.info
 "$korvel" view out/us-states-view.model --angles 10,-45 --view -109000,-6500,-57400,18700 \
     --picture out/us-states-view.png
 
+# The states from a GeoJSON in longitude and latitude: raised in metres, and cut from coast to coast.
+"$korvel" solid data/us-states.geojson --levels 0,200000 -o out/us-states-metres.model
+"$korvel" section out/us-states-metres.model --plane y=0 -o out/us-states-metres.geojson \
+    --picture out/us-states-metres-section.png
+
 # The pictures of the documents.
 tools/gallery.sh "$korvel" out
 

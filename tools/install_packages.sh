@@ -7,12 +7,12 @@ set -euo pipefail
 packages=(g++ cmake ninja-build libgl-dev)
 for name in "$@"; do
     case $name in
-        command) # with the kit and what draws without a window
+        command) # with the kit, its modules and what draws without a window
             packages+=(pkg-config libcairo2-dev libcli11-dev nlohmann-json3-dev libegl-dev
-                libgl1-mesa-dri) ;;
+                libgl1-mesa-dri libgdal-dev libproj-dev) ;;
         tests) # with the manual page and the Debian packages of the command
             packages+=(libgtest-dev libgmock-dev libgeos-dev help2man groff-base dpkg-dev file
-                python3-jsonschema) ;;
+                python3-jsonschema gdal-bin) ;;
         bench) packages+=(libbenchmark-dev libgeos-dev) ;;
         windows) # cross-compiling, and running the result with its windows and OpenGL
             packages+=(g++-mingw-w64-x86-64-posix googletest wine64 wine xvfb xauth libgl1

@@ -21,6 +21,7 @@ private:
     kit::FileKind kind(const kit::TextFile& file) const;
     void check(const kit::TextFile& file, kit::FileKind kind) const;
     void fix(const kit::TextFile& file, kit::FileKind kind) const;
+    void check_features() const;
 
     std::string input_;
     std::string kind_;
@@ -38,6 +39,10 @@ void CheckCommand::run() const {
         throw kit::input_error(is_fixed_ ? "--fix needs --output" : "--output needs --fix");
     }
     outputs_.check();
+    if (kind_.empty() && holds_features(input_)) {
+        check_features();
+        return;
+    }
     const kit::TextFile file = read_input(input_);
     const kit::FileKind kind = this->kind(file);
     facts().set("input", file.name).set("kind", kit::kind_word(kind));
@@ -119,6 +124,19 @@ void CheckCommand::fix(const kit::TextFile& file, kit::FileKind kind) const {
     print("%s: %s, %s", file.name.c_str(), kit::kind_name(kind),
           repaired.repairs.empty() ? "nothing to repair" : "repaired");
     outputs_.write([&](kit::OutputFile& out) { repaired.write(out); });
+}
+
+// What is wrong is the error of reading them.
+void CheckCommand::check_features() const {
+    if (is_fixed_) {
+        throw kit::input_error(shown(input_) +
+                               ": features, --fix repairs curves, regions and models");
+    }
+    facts().set("input", shown(input_)).set("kind", "features");
+    Task task("checking " + shown(input_));
+    read_features(input_, {}, task.context());
+    print("%s: features, nothing wrong", shown(input_).c_str());
+    facts().set("problems", std::vector<Record>()).set("notes", std::vector<Record>());
 }
 
 void report_findings(const kit::TextFile& file, const kit::Findings& findings) {

@@ -35,5 +35,7 @@ void add_inside_command(Program& program);
 void add_move_command(Program& program);
 void add_info_command(Program& program);
 void add_check_command(Program& program);
+void add_convert_command(Program& program);
+void add_formats_command(Program& program);
 
 } // namespace korvel::command

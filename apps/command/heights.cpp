@@ -5,6 +5,7 @@
 #include <map>
 #include <string_view>
 
+#include "apps/command/arguments.h"
 #include "apps/command/input.h"
 
 namespace korvel::command {
@@ -61,6 +62,33 @@ std::vector<std::optional<kit::Levels>> read_heights(const std::string& file, co
                           "");
             }
             levels[*region] = stated;
+        }
+    }
+    return levels;
+}
+
+std::vector<std::optional<kit::Levels>> levels_by_field(const kit::Map& map,
+                                                        const std::string& field, double low) {
+    std::size_t index = 0;
+    std::string names;
+    while (index < map.fields().size() && map.fields()[index].name != field) {
+        names.append(names.empty() ? "" : ", ").append(map.fields()[index++].name);
+    }
+    if (index == map.fields().size()) {
+        refuse("--height-field", field,
+               names.empty() ? "an attribute: the regions have none" : "one of " + names);
+    }
+    std::vector<std::optional<kit::Levels>> levels;
+    for (const kit::Region region : map) {
+        std::optional<kit::Levels>& of_region = levels.emplace_back();
+        const std::string text = kit::text_of_value(region.value(index));
+        double height = 0;
+        if (!text.empty() && (!kit::parse_finite(text, height) || height < 0)) {
+            throw kit::input_error("region " + std::to_string(region.number()) + ": its " + field +
+                                   " " + kit::quoted(text) + " is no height");
+        }
+        if (height > 0) {
+            of_region = kit::Levels{low, low + height};
         }
     }
     return levels;

@@ -17,4 +17,10 @@ namespace korvel::command {
 std::vector<std::optional<kit::Levels>> read_heights(const std::string& file, const kit::Map& map,
                                                      bool is_selection);
 
+/// The levels of each region from `low` up by its value of an attribute, which may be a number or
+/// the text of one; none for a region without a value, or with the value 0. Throws an input error
+/// for an attribute that the map does not have, and for a value that is negative or no number.
+std::vector<std::optional<kit::Levels>> levels_by_field(const kit::Map& map,
+                                                        const std::string& field, double low);
+
 } // namespace korvel::command

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -7,6 +8,9 @@
 #include "apps/command/info_list.h"
 #include "apps/command/input.h"
 #include "apps/command/messages.h"
+#include "apps/command/placement_report.h"
+#include "apps/command/report.h"
+#include "apps/command/source_options.h"
 #include "apps/command/task.h"
 #include "kit/kit.h"
 
@@ -20,6 +24,7 @@ public:
 
 private:
     kit::AnyFile read() const;
+    void describe_features() const;
 
     std::string input_;
     InfoListOptions list_;
@@ -30,19 +35,30 @@ void describe_triangles(const kit::TriangleSet& set);
 void describe_section(const TMOD2D& section);
 
 void InfoCommand::run() const {
+    if (holds_features(input_)) {
+        describe_features();
+        return;
+    }
     const kit::AnyFile file = read();
     list_.check(file.kind);
     facts().set("input", shown(input_)).set("kind", kit::kind_word(file.kind));
     if (!list_.is_csv) {
         print("%s: %s", shown(input_).c_str(), kit::kind_name(file.kind));
+        if (!file.placement.is_plain()) {
+            print("%s", placement_text(file.placement).c_str());
+        }
     }
+    set_placement(file.placement);
     switch (file.kind) {
     case kit::FileKind::curves:
         describe_curves(std::get<kit::Network>(file.contents));
         break;
-    case kit::FileKind::regions:
-        describe_regions(std::get<kit::Map>(file.contents), list_);
+    case kit::FileKind::regions: {
+        const auto& map = std::get<kit::Map>(file.contents);
+        const std::optional<kit::Map> measured = SourceOptions().measured(map, !list_.is_csv);
+        describe_regions(map, measured ? *measured : map, list_);
         break;
+    }
     case kit::FileKind::model:
         describe_model(std::get<kit::Solids>(file.contents), list_);
         break;
@@ -82,6 +98,43 @@ kit::AnyFile InfoCommand::read() const {
     const kit::TextFile file = read_input(input_);
     Task task("reading " + file.name);
     return kit::read_any(file, task.context());
+}
+
+void InfoCommand::describe_features() const {
+    if (list_.is_csv || !list_.sort.empty()) {
+        throw kit::input_error(std::string(list_.is_csv ? "--csv" : "--sort") +
+                               ": a file of features contains no bodies or regions");
+    }
+    const kit::Features features = [&] {
+        Task task("reading " + shown(input_));
+        return read_features(input_, {}, task.context());
+    }();
+    kit::Rectangle box;
+    for (const auto& [x, y] : features.points) {
+        box.take_in(x, y);
+    }
+    std::string fields;
+    for (const kit::Field& field : features.fields) {
+        fields.append(fields.empty() ? "" : ", ").append(field.name);
+    }
+    const auto count = [](std::size_t number) { return static_cast<int>(number); };
+    print("%s: features", shown(input_).c_str());
+    print("%s, %s, %s", counted(count(features.features.size()), "feature").c_str(),
+          counted(count(features.paths.size()), "path").c_str(),
+          counted(count(features.points.size()), "point").c_str());
+    print("reference system: %s", features.reference.empty()
+                                      ? "not known"
+                                      : kit::reference_name(features.reference).c_str());
+    print("attributes: %s", fields.empty() ? "none" : fields.c_str());
+    facts()
+        .set("input", shown(input_))
+        .set("kind", "features")
+        .set("features", count(features.features.size()))
+        .set("points", count(features.points.size()))
+        .set("heights", count(features.heights))
+        .set("reference", features.reference);
+    print_bounds(box);
+    set_bounds(box);
 }
 
 void describe_curves(const kit::Network& network) {

@@ -25,7 +25,7 @@ struct Row {
 
 constexpr std::size_t most_listed = 20;
 
-Row row_of(const kit::Region& region);
+Row row_of(const kit::Region& region, const kit::Region& measured);
 Row row_of(const kit::Body& body, const kit::Surface& surface);
 void put_in_order(std::vector<Row>& rows, const InfoListOptions& options);
 bool is_larger(const Row& a, const Row& b);
@@ -66,25 +66,26 @@ void InfoListOptions::check(kit::FileKind kind) const {
     }
 }
 
-void describe_regions(const kit::Map& map, const InfoListOptions& options) {
+void describe_regions(const kit::Map& map, const kit::Map& measured,
+                      const InfoListOptions& options) {
     int holes = 0;
     std::vector<Row> rows;
     for (const kit::Region region : map) {
         holes += region.hole_count();
-        rows.push_back(row_of(region));
+        rows.push_back(row_of(region, measured[region.index()]));
     }
     put_in_order(rows, options);
     const int rings = map.regions().ring_list.GetSize();
     facts().set("regions", map.size());
     facts().set("holes", holes).set("rings", rings).set("points", map.point_count());
-    facts().set("area", map.area());
+    facts().set("area", measured.area());
     set_bounds(map.bounds());
     if (options.is_csv) {
         print_csv(rows, "region,points,holes,area,perimeter,x_min,x_max,y_min,y_max");
     } else {
         print("%s with %s, %s, %s, area %s", counted(map.size(), "region").c_str(),
               counted(holes, "hole").c_str(), counted(rings, "ring").c_str(),
-              counted(map.point_count(), "point").c_str(), number_text(map.area()).c_str());
+              counted(map.point_count(), "point").c_str(), number_text(measured.area()).c_str());
         print_bounds(map.bounds());
         print_sizes(rows, "area", "region");
         print_list(rows, options, "region  points  holes                area  bounds");
@@ -133,9 +134,9 @@ void set_bounds(const kit::Rectangle& box) {
 
 namespace {
 
-Row row_of(const kit::Region& region) {
-    const double area = region.area();
-    const double perimeter = region.perimeter();
+Row row_of(const kit::Region& region, const kit::Region& measured) {
+    const double area = measured.area();
+    const double perimeter = measured.perimeter();
     const int points = region.point_count();
     const std::array<double, 4> box = pairs_of(region.bounds());
     const std::vector<std::string> cells = {std::to_string(region.index()), std::to_string(points),

@@ -20,8 +20,9 @@ struct InfoListOptions {
 };
 
 /// Prints what a map or a model contains, and sets the facts. With `--csv` the list is all that is
-/// printed.
-void describe_regions(const kit::Map& map, const InfoListOptions& options);
+/// printed. Areas and perimeters are those of `measured`, the same map in a projection or itself.
+void describe_regions(const kit::Map& map, const kit::Map& measured,
+                      const InfoListOptions& options);
 void describe_model(const kit::Solids& solids, const InfoListOptions& options);
 
 /// Prints bounds, and sets the facts "bounds", unless they are empty.

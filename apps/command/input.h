@@ -13,6 +13,14 @@ std::string shown(const std::string& input);
 /// error when it cannot be read.
 kit::TextFile read_input(const std::string& name);
 
+/// Whether an input is a file of features (`kit::holds_features`). For the name `-` standard input
+/// is read up to its first character.
+bool holds_features(const std::string& name);
+
+/// Reads a file of features, or GeoJSON from standard input for the name `-`.
+kit::Features read_features(const std::string& name, const kit::ReadFeaturesOptions& options,
+                            const kit::Context& context = {});
+
 /// Reads a polygon-region file, whose name is noted.
 kit::Map load_regions(const kit::TextFile& file);
 

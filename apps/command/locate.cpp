@@ -3,6 +3,8 @@
 #include "apps/command/command.h"
 #include "apps/command/input.h"
 #include "apps/command/point_input.h"
+#include "apps/command/report.h"
+#include "apps/command/task.h"
 #include "kit/kit.h"
 
 namespace korvel::command {
@@ -14,15 +16,26 @@ public:
     void run();
 
 private:
+    kit::Map load_map() const;
+
     std::string input_;
     PointInput points_{"X,Y"};
 };
 
 void LocateCommand::run() {
     points_.load(input_, "REGIONS");
-    const kit::Map map = load_regions(read_input(input_));
+    const kit::Map map = load_map();
     const kit::RegionLocator locator(map);
     points_.answer("region", [&](const double* xy) { return locator.region_at({xy[0], xy[1]}); });
+}
+
+kit::Map LocateCommand::load_map() const {
+    if (!holds_features(input_)) {
+        return load_regions(read_input(input_));
+    }
+    facts().set("input", shown(input_));
+    Task task("finding regions");
+    return kit::regions_of(read_features(input_, {}, task.context()), task.context());
 }
 
 } // namespace
@@ -34,7 +47,8 @@ void add_locate_command(Program& program) {
 namespace {
 
 LocateCommand::LocateCommand(Options options) {
-    options.add("REGIONS", input_, "FILE", "Polygon-region file").required();
+    options.add("REGIONS", input_, "FILE", "Polygon-region file, or polygons or lines of features")
+        .required();
     points_.add_options(options);
     options.footer(
         "One line for each point: the point and the index of the first region that\n"

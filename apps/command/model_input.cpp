@@ -1,8 +1,6 @@
 #include "apps/command/model_input.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include "apps/command/arguments.h"
 #include "apps/command/messages.h"
@@ -66,12 +64,6 @@ void warn_of_rounding(const kit::Solids& solids, const std::string& advice) {
              "up to " +
              number_text(change) + advice);
     }
-}
-
-std::string colour_text(const kit::Colour& colour) {
-    std::array<char, 8> text = {};
-    std::snprintf(text.data(), text.size(), "#%02x%02x%02x", colour.red, colour.green, colour.blue);
-    return text.data();
 }
 
 std::string weld_text(const kit::WeldReport& report) {

@@ -34,8 +34,7 @@ void warn_of_rounding(const kit::Solids& solids, const std::string& advice = {})
 void refuse_collapse(const kit::Solids& solids, const std::string& subject,
                      const std::string& advice);
 
-/// "#d19060".
-std::string colour_text(const kit::Colour& colour);
+using kit::colour_text;
 
 /// "welded: 16588 vertices joined, 13012 faces shared, 0 walls split, 120 walls turned".
 std::string weld_text(const kit::WeldReport& report);

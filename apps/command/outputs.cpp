@@ -20,7 +20,8 @@ std::string name_of(const std::string& file);
 
 } // namespace
 
-Option Outputs::add_file(Options options, const std::string& contents) {
+Option Outputs::add_file(Options options, const std::string& contents, bool takes_features) {
+    takes_features_ = takes_features;
     return options.add("-o,--output", file_, "FILE", contents);
 }
 
@@ -34,7 +35,7 @@ void Outputs::add_picture(Options options) {
 
 void Outputs::add_leftover(Options options) {
     options.add("--leftover", leftover_, "FILE",
-                "Write the lines that are on no border as a curve file");
+                "Write the lines that are on no border: a curve file, .geojson, …");
 }
 
 void Outputs::check() const {
@@ -46,11 +47,13 @@ void Outputs::check() const {
         format_of(picture_);
     }
     check_names();
-    for (const auto& [file, purpose] : named()) {
-        if (file == "-") {
+    for (const Name& name : named()) {
+        if (name.file == "-") {
             report_to_standard_error();
+        } else if (name.takes_features && !kit::feature_format(kit::path_of(name.file)).empty()) {
+            kit::FeatureOutput::check(kit::path_of(name.file));
         } else {
-            kit::OutputFile::check(kit::path_of(file));
+            kit::OutputFile::check(kit::path_of(name.file));
         }
     }
 }
@@ -61,47 +64,56 @@ void Outputs::check_names() const {
         return std::filesystem::weakly_canonical(std::filesystem::absolute(kit::path_of(file)),
                                                  error);
     };
-    const auto files = named();
+    const std::vector<Name> files = named();
     for (auto one = files.begin(); one != files.end(); ++one) {
         for (auto other = files.begin(); other != one; ++other) {
-            if (place(one->first) == place(other->first)) {
-                throw kit::input_error(other->first + ": named both " + one->second + " and " +
-                                       other->second);
+            if (place(one->file) == place(other->file)) {
+                throw kit::input_error(other->file + ": named both " + one->purpose + " and " +
+                                       other->purpose);
             }
         }
     }
 }
 
 // The requested files, and by what.
-std::vector<std::pair<std::string, std::string>> Outputs::named() const {
-    std::vector<std::pair<std::string, std::string>> files = {
-        {file_, "by --output"}, {leftover_, "by --leftover"}, {picture_, "for the picture"}};
-    std::erase_if(files, [](const auto& file) { return file.first.empty(); });
+std::vector<Outputs::Name> Outputs::named() const {
+    std::vector<Name> files = {{file_, "by --output", takes_features_},
+                               {leftover_, "by --leftover", true},
+                               {picture_, "for the picture", false}};
+    std::erase_if(files, [](const Name& name) { return name.file.empty(); });
     return files;
 }
 
-void Outputs::write(const WriteFile& write_file, const Paint& paint,
-                    const WriteFile& write_leftover) const {
-    const std::vector<std::pair<std::string, WriteFile>> jobs = {
-        {file_, write_file}, {leftover_, write_leftover}, {picture_, [&](kit::OutputFile& out) {
-                                                               paint_into(out, picture_, paint);
-                                                           }}};
+void Outputs::write(const Content& file, const Paint& paint, const Content& leftover) const {
+    const std::vector<std::pair<std::string, Content>> jobs = {
+        {file_, file}, {leftover_, leftover}, {picture_, [&](kit::OutputFile& out) {
+                                                   paint_into(out, picture_, paint);
+                                               }}};
     std::list<kit::OutputFile> written;
+    std::list<kit::FeatureOutput> features;
     std::string names;
-    for (const auto& [file, write_it] : jobs) {
-        if (!file.empty()) {
-            const Task task("writing " + file);
-            names.append(names.empty() ? "" : ", ").append(name_of(file));
-            write_it(file == "-" ? written.emplace_back(kit::standard_output)
-                                 : written.emplace_back(kit::path_of(file)));
-            written.back().close();
-            note_output(name_of(file));
+    for (const auto& [name, content] : jobs) {
+        if (name.empty()) {
+            continue;
         }
+        const Task task("writing " + name);
+        names.append(names.empty() ? "" : ", ").append(name_of(name));
+        if (content.features && !kit::feature_format(kit::path_of(name)).empty()) {
+            features.emplace_back(content.features(), kit::path_of(name));
+        } else {
+            content.write(name == "-" ? written.emplace_back(kit::standard_output)
+                                      : written.emplace_back(kit::path_of(name)));
+            written.back().close();
+        }
+        note_output(name_of(name));
     }
-    for (kit::OutputFile& file : written) {
-        file.replace();
+    for (kit::OutputFile& output : written) {
+        output.replace();
     }
-    if (!written.empty()) {
+    for (kit::FeatureOutput& output : features) {
+        output.replace();
+    }
+    if (!names.empty()) {
         print("wrote %s", names.c_str());
     }
 }

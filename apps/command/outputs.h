@@ -17,8 +17,9 @@ namespace korvel::command {
 /// to standard error; a picture there is a PNG.
 class Outputs {
 public:
-    /// Adds `-o` to a command; `contents` describes it in the help.
-    Option add_file(Options options, const std::string& contents);
+    /// Adds `-o` to a command; `contents` describes it in the help. `takes_features`: the suffix
+    /// can select a format of features.
+    Option add_file(Options options, const std::string& contents, bool takes_features = false);
 
     /// Adds `--picture` and `--size`.
     void add_picture(Options options);
@@ -35,20 +36,38 @@ public:
 
     using WriteFile = std::function<void(kit::OutputFile& out)>;
     using Paint = std::function<void(kit::PictureCanvas& canvas)>;
+    using MakeFeatures = std::function<kit::Features()>;
+
+    /// What writes a file, and what makes the features of one whose suffix selects such a format.
+    struct Content {
+        Content() = default;
+        template <class Write>
+        Content(Write write_file, MakeFeatures make_features = {})
+            : write(std::move(write_file)), features(std::move(make_features)) {}
+
+        WriteFile write;
+        MakeFeatures features;
+    };
 
     /// Writes the requested files. They replace their targets once all are complete.
-    void write(const WriteFile& write_file, const Paint& paint = {},
-               const WriteFile& write_leftover = {}) const;
+    void write(const Content& file, const Paint& paint = {}, const Content& leftover = {}) const;
 
     /// Writes a picture of the requested size into a file of another name.
     void write_picture(const std::string& file, const Paint& paint) const;
 
 private:
-    std::vector<std::pair<std::string, std::string>> named() const;
+    struct Name {
+        std::string file;
+        std::string purpose; ///< "by --output"
+        bool takes_features = false;
+    };
+
+    std::vector<Name> named() const;
     void check_names() const;
     void paint_into(kit::OutputFile& out, const std::string& file, const Paint& paint) const;
 
     std::string file_;
+    bool takes_features_ = false; ///< of `file_`
     std::string leftover_;
     std::string picture_;
     std::string size_ = default_picture_size;

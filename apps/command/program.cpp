@@ -38,6 +38,8 @@ std::unique_ptr<Program> korvel_program() {
     add_move_command(*program);
     add_info_command(*program);
     add_check_command(*program);
+    add_convert_command(*program);
+    add_formats_command(*program);
     program->add_hidden_option("--completion", {"bash", "zsh", "fish"},
                                [&program = *program](const std::string& shell) {
                                    std::fputs(completion_script(program, shell).c_str(), stdout);

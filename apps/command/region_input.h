@@ -9,11 +9,13 @@
 
 namespace korvel::command {
 
-/// The regions of a curve file or of a polygon-region file, all or those under `--select`.
+/// The regions of a curve file, a polygon-region file or a file of features, all or those under
+/// `--select`.
 class RegionInput {
 public:
     /// Adds the file and the options of `CurveInput` to a command.
-    void add_options(Options options);
+    void add_options(Options options,
+                     SourceOptions::Default projection = SourceOptions::Default::none);
 
     /// Throws an input error when an option does not fit.
     void check() { curve_input_.check(); }
@@ -25,10 +27,11 @@ public:
     static std::string name(const kit::Region& region);
 
     const std::string& file() const { return file_; }
+    const SourceOptions& source() const { return curve_input_.source(); }
     bool has_selection() const { return !curve_input_.selection().empty(); }
 
 private:
-    kit::Map load_curves(const kit::TextFile& file);
+    kit::Map selected_of_curves();
     kit::Map load_region_set(const kit::TextFile& file);
 
     std::string file_;

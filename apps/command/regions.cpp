@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,9 @@ private:
     void take_region_around_seed();
     void print_areas() const;
     void write();
+    double area_of(const kit::Region& region) const {
+        return measured_ ? (*measured_)[region.index()].area() : region.area();
+    }
 
     std::string input_;
     std::string seed_;
@@ -32,6 +36,7 @@ private:
     Outputs outputs_;
     MapView view_;
     kit::Map map_;
+    std::optional<kit::Map> measured_; // where areas are not those of the map's own coordinates
 };
 
 void RegionsCommand::run() {
@@ -39,15 +44,20 @@ void RegionsCommand::run() {
     view_.check();
     outputs_.check();
     if (!seed_.empty()) {
-        parse_lattice_point("--seed", seed_);
+        parse_real_point("--seed", seed_);
     }
-    curve_input_.load(read_input(input_));
+    if (holds_features(input_)) {
+        curve_input_.load_features(input_);
+    } else {
+        curve_input_.load(read_input(input_));
+    }
     if (!seed_.empty()) {
         take_region_around_seed();
     } else if (!curve_input_.selection().empty()) {
         take_selected_regions();
     } else {
-        map_ = curve_input_.found().take_map();
+        map_ = curve_input_.take_map();
+        measured_ = curve_input_.source().measured(map_);
         print_areas();
     }
     write();
@@ -63,13 +73,14 @@ void add_regions_command(Program& program) {
 namespace {
 
 RegionsCommand::RegionsCommand(Options options) {
-    options.add("CURVES", input_, "FILE", "Curve file").required();
+    options.add("CURVES", input_, "FILE", "Curve file, GeoJSON or another file of features")
+        .required();
     curve_input_.add_options(options);
     options
         .add("--seed", seed_, "X,Y",
              "Only the region around this point, with the rings directly inside it as holes")
         .excludes(options.option("--select"));
-    outputs_.add_file(options, "Write a polygon-region file");
+    outputs_.add_file(options, "Write a polygon-region file, .geojson, .gpkg, .shp, …", true);
     outputs_.add_leftover(options);
     outputs_.add_picture(options);
     view_.add_options(options);
@@ -84,27 +95,30 @@ RegionsCommand::RegionsCommand(Options options) {
 }
 
 void RegionsCommand::take_selected_regions() {
-    map_ = curve_input_.found().map().kept(curve_input_.select());
+    map_ = curve_input_.map().kept(curve_input_.select());
+    measured_ = curve_input_.source().measured(map_);
     std::vector<Record> records;
     for (const kit::Region region : map_) {
         print("region %d: %s, %s, area %s", region.number(),
               counted(region.point_count(), "point").c_str(),
-              counted(region.hole_count(), "hole").c_str(), number_text(region.area()).c_str());
+              counted(region.hole_count(), "hole").c_str(), number_text(area_of(region)).c_str());
         records.push_back(Record()
                               .set("region", region.number())
                               .set("points", region.point_count())
                               .set("holes", region.hole_count())
-                              .set("area", region.area()));
+                              .set("area", area_of(region)));
     }
     facts().set("kept", records);
 }
 
 void RegionsCommand::take_region_around_seed() {
-    map_ = curve_input_.found().around(parse_lattice_point("--seed", seed_));
+    const RealPoint seed = parse_real_point("--seed", seed_);
+    map_ = curve_input_.around({seed.x, seed.y});
+    measured_ = curve_input_.source().measured(map_);
     if (map_.empty()) {
         throw kit::input_error(shown(input_) + ": no ring surrounds the seed " + seed_);
     }
-    const kit::Region region = map_[0];
+    const kit::Region region = (measured_ ? *measured_ : map_)[0];
     std::vector<Record> rings;
     for (int i = 0; i < region.ring_count(); ++i) {
         print("%s: %s, area %s", i == 0 ? "ring around the seed" : "ring inside it",
@@ -122,32 +136,37 @@ void RegionsCommand::take_region_around_seed() {
 void RegionsCommand::print_areas() const {
     std::vector<double> areas;
     for (const kit::Region region : map_) {
-        areas.push_back(region.area());
+        areas.push_back(area_of(region));
     }
     if (areas.empty()) {
         return;
     }
+    const double total = (measured_ ? *measured_ : map_).area();
     const auto [smallest, largest] = std::minmax_element(areas.begin(), areas.end());
     print("area %s in all, smallest region %d with %s, largest region %d with %s",
-          number_text(map_.area()).c_str(), static_cast<int>(smallest - areas.begin()),
+          number_text(total).c_str(), static_cast<int>(smallest - areas.begin()),
           number_text(*smallest).c_str(), static_cast<int>(largest - areas.begin()),
           number_text(*largest).c_str());
     const auto record = [&](auto area) {
         return Record().set("region", static_cast<int>(area - areas.begin())).set("area", *area);
     };
-    facts()
-        .set("area", map_.area())
-        .set("smallest", record(smallest))
-        .set("largest", record(largest));
+    facts().set("area", total).set("smallest", record(smallest)).set("largest", record(largest));
 }
 
 void RegionsCommand::write() {
-    outputs_.write([&](kit::OutputFile& out) { map_.write(out); },
+    const SourceOptions& source = curve_input_.source();
+    const auto leftover = [&] { return curve_input_.found().leftover(); };
+    outputs_.write({[&](kit::OutputFile& out) { map_.write(out); },
+                    [&] {
+                        return source.in_input_system(
+                            kit::features_of(map_, measured_ ? &*measured_ : nullptr));
+                    }},
                    [&](kit::PictureCanvas& canvas) {
                        kit::draw(map_, canvas, view_.options());
                        view_.report_left_out(map_, canvas.size());
                    },
-                   [&](kit::OutputFile& out) { curve_input_.found().leftover().write(out); });
+                   {[&](kit::OutputFile& out) { leftover().write(out); },
+                    [&] { return source.in_input_system(kit::features_of(leftover())); }});
 }
 
 } // namespace

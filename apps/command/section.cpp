@@ -82,7 +82,7 @@ SectionCommand::SectionCommand(Options options) {
     // Named for the axis that runs along the cut, not for the one that the plane fixes.
     options.add("--x", x_, "V", "y=V").hidden();
     options.add("--y", y_, "V", "x=V").hidden();
-    outputs_.add_file(options, "Write a section file");
+    outputs_.add_file(options, "Write a section file, or its polygons: .geojson, .gpkg, …", true);
     outputs_.add_picture(options);
     options.add("--view", part_, "U,V,U,V", "Two opposite corners of what the picture shows")
         .needs(options.option("--picture"));
@@ -101,6 +101,7 @@ SectionCommand::SectionCommand(Options options) {
         "Examples:\n"
         "  korvel section states.model --plane y=60000 --picture section.png\n"
         "  korvel section states.model --plane z=1500 -o level.section\n"
+        "  korvel section states.model --plane z=1500 -o level.geojson\n"
         "  korvel section states.model --plane 1,1,0,-80000 --picture aslant.png\n"
         "  korvel section states.model --plane x=0 --sweep 20 --picture slices.png");
 }
@@ -135,8 +136,9 @@ void SectionCommand::cut_once() {
           number_text(cut.area()).c_str());
     report(cut);
     const kit::Rectangle box = cut.empty() ? model_box() : cut.bounds();
-    outputs_.write([&](kit::OutputFile& out) { cut.write(out); },
-                   [&](kit::PictureCanvas& canvas) { paint(cut, plane_, box, canvas); });
+    outputs_.write(
+        {[&](kit::OutputFile& out) { cut.write(out); }, [&] { return kit::features_of(cut); }},
+        [&](kit::PictureCanvas& canvas) { paint(cut, plane_, box, canvas); });
 }
 
 void SectionCommand::report(const kit::Section& cut) const {

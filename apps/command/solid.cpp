@@ -36,6 +36,7 @@ private:
     RegionInput input_;
     std::string levels_;
     std::string heights_;
+    std::string height_field_;
     int axis_ = 1;
     std::string unit_ = "1";
     std::string level_unit_;
@@ -80,12 +81,17 @@ void add_solid_command(Program& program) {
 namespace {
 
 SolidCommand::SolidCommand(Options options) {
-    input_.add_options(options);
+    input_.add_options(options, SourceOptions::Default::automatic);
     options.add("--levels", levels_, "LO,HI",
                 "The lower and the upper level of the bodies without other ones");
     options.add("--heights", heights_, "FILE",
                 "Levels of single regions: lines of a region's number, or a point x,y inside it, "
                 "and LO HI");
+    options
+        .add("--height-field", height_field_, "FIELD",
+             "Raise each region by its value of this attribute, from the level LO of\n"
+             "--levels LO or from 0")
+        .excludes(options.option("--heights"));
     options
         .add("--axis", axis_, "1|2|3",
              "Map x,y and level become: 1 x,y,level  2 x,level,y  3 level,x,y")
@@ -116,15 +122,21 @@ SolidCommand::SolidCommand(Options options) {
         "\n"
         "Examples:\n"
         "  korvel solid states.curves --levels 0,3000 -o states.model\n"
+        "  korvel solid lands.gpkg --height-field thickness -o ground.model\n"
         "  korvel solid states.regions --select 20000,60000 --levels 0,5000 --unit 1000 \\\n"
         "      --origin 20000,60000 -o one.model");
 }
 
 void SolidCommand::read_arguments() {
-    if (levels_.empty() && heights_.empty()) {
-        throw kit::input_error("--levels or --heights is required");
+    if (levels_.empty() && heights_.empty() && height_field_.empty()) {
+        throw kit::input_error("--levels, --heights or --height-field is required");
     }
-    if (!levels_.empty()) {
+    if (!height_field_.empty()) {
+        if (!levels_.empty()) {
+            options_.low = parse_reals("--levels", levels_, "LO")[0];
+        }
+        options_.high = options_.low + 1; // of no region
+    } else if (!levels_.empty()) {
         const std::vector<double> levels = parse_reals("--levels", levels_, "LO,HI");
         if (!(levels[0] < levels[1])) {
             refuse("--levels", levels_, "LO,HI with LO below HI");
@@ -132,9 +144,10 @@ void SolidCommand::read_arguments() {
         options_.low = levels[0];
         options_.high = levels[1];
     }
-    options_.only_listed = levels_.empty();
+    options_.only_listed = levels_.empty() || !height_field_.empty();
     read_units();
-    options_.origin = parse_lattice_point("--origin", origin_);
+    const RealPoint origin = parse_real_point("--origin", origin_);
+    options_.origin = {origin.x, origin.y};
     options_.axis = axis_ == 1   ? kit::LevelAxis::z
                     : axis_ == 2 ? kit::LevelAxis::y
                                  : kit::LevelAxis::x;
@@ -166,12 +179,15 @@ void SolidCommand::read_units() {
 }
 
 void SolidCommand::read_heights(const kit::Map& map) {
-    if (!heights_.empty()) {
+    if (!height_field_.empty()) {
+        const double low = options_.low * level_scale_;
+        options_.levels_of_region = levels_by_field(map, height_field_, low);
+    } else if (!heights_.empty()) {
         options_.levels_of_region = command::read_heights(heights_, map, input_.has_selection());
-        for (std::optional<kit::Levels>& levels : options_.levels_of_region) {
-            if (levels) {
-                levels = {levels->low / level_scale_, levels->high / level_scale_};
-            }
+    }
+    for (std::optional<kit::Levels>& levels : options_.levels_of_region) {
+        if (levels) {
+            levels = {levels->low / level_scale_, levels->high / level_scale_};
         }
     }
 }

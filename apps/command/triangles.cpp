@@ -74,7 +74,7 @@ TrianglesCommand::TrianglesCommand(Options options) {
     input_.add_options(options);
     options.add("--trace", trace_directory_, "DIR",
                 "Write every step into trg.dat and wwwtrg.dat in this directory; slow and large");
-    outputs_.add_file(options, "Write the points and triangles");
+    outputs_.add_file(options, "Write the points and triangles: a triangle file, .gpkg, …", true);
     outputs_.add_picture(options);
     view_.add_options(options);
     fill_.add_option(options, "How regions are triangulated");
@@ -110,10 +110,13 @@ void TrianglesCommand::report() const {
     print("%s", counted(triangulation_.triangle_count(), "triangle").c_str());
     double region_area = 0;
     double triangle_area = 0;
+    const std::optional<kit::Map> measured = input_.source().measured(map_);
     for (const kit::Region region : map_) {
-        const double area = region.area();
+        const double area = (measured ? *measured : map_)[region.index()].area();
         region_area += area;
-        triangle_area += is_covered(region.index()) ? area : coverage(region.index()).triangle_area;
+        const double share = measured ? area / region.area() : 1;
+        triangle_area +=
+            is_covered(region.index()) ? area : coverage(region.index()).triangle_area * share;
     }
     const int by_front = triangulation_.count(kit::Filled::by_front);
     const int by_delaunay = triangulation_.count(kit::Filled::by_delaunay);
@@ -155,11 +158,13 @@ std::string TrianglesCommand::reason(int region) const {
 }
 
 void TrianglesCommand::write() {
-    outputs_.write([&](kit::OutputFile& out) { triangulation_.write(out); },
-                   [&](kit::PictureCanvas& canvas) {
-                       kit::draw(triangulation_, canvas, view_.options());
-                       view_.report_left_out(map_, canvas.size());
-                   });
+    outputs_.write(
+        {[&](kit::OutputFile& out) { triangulation_.write(out); },
+         [&] { return input_.source().in_input_system(kit::features_of(triangulation_)); }},
+        [&](kit::PictureCanvas& canvas) {
+            kit::draw(triangulation_, canvas, view_.options());
+            view_.report_left_out(map_, canvas.size());
+        });
 }
 
 } // namespace

@@ -20,6 +20,7 @@ constexpr struct {
     {"map-triangles", compare_map_triangles},
     {"models", compare_models},
     {"merging", compare_merging},
+    {"convert", compare_convert},
 };
 
 /// All groups if none is named.
@@ -41,6 +42,10 @@ bool is_group(const std::string& name) {
 int run(std::vector<std::string> words) {
     if (words.size() == 2 && words[0] == peak_memory_option) {
         std::printf("%ld\n", peak_memory_of_reading(words[1].c_str()));
+        return 0;
+    }
+    if (words.size() == 3 && words[0] == convert_option) {
+        std::printf("%ld\n", peak_memory_of_converting(words[1].c_str(), words[2].c_str()));
         return 0;
     }
     const bool is_quick = std::erase(words, "--quick") > 0;

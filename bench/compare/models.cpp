@@ -70,6 +70,21 @@ void compare_models(Table& table, bool is_quick) {
 long peak_memory_of_reading(const char* file) {
     TMOD3D model;
     read_model(file, model);
+    return peak_memory();
+}
+
+double number_from_new_process(const std::string& arguments) {
+    const std::string command =
+        std::filesystem::read_symlink("/proc/self/exe").string() + " " + arguments;
+    const std::unique_ptr<FILE, int (*)(FILE*)> answer(popen(command.c_str(), "r"), pclose);
+    long number = 0;
+    if (!answer || std::fscanf(answer.get(), "%ld", &number) != 1) {
+        throw std::runtime_error("no answer from " + command);
+    }
+    return static_cast<double>(number);
+}
+
+long peak_memory() {
     std::ifstream status("/proc/self/status");
     std::string word;
     long kibibytes = 0;
@@ -130,14 +145,7 @@ double length(const TMOD2D& section) {
 
 /// In KiB, from a new process of this program.
 double peak_memory_of(const ModelFile& file) {
-    const std::string command = std::filesystem::read_symlink("/proc/self/exe").string() + " " +
-                                peak_memory_option + " " + file.path().string();
-    const std::unique_ptr<FILE, int (*)(FILE*)> answer(popen(command.c_str(), "r"), pclose);
-    long kibibytes = 0;
-    if (!answer || std::fscanf(answer.get(), "%ld", &kibibytes) != 1) {
-        throw std::runtime_error("no answer from " + command);
-    }
-    return static_cast<double>(kibibytes);
+    return number_from_new_process(std::string(peak_memory_option) + " " + file.path().string());
 }
 
 } // namespace

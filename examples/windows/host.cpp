@@ -95,9 +95,8 @@ struct Host {
         const Map chosen = map.kept(std::vector<int>(selected.begin(), selected.end()));
         const auto box = chosen.bounds();
         const double unit = (box.right - box.left) / 100;
-        const RaiseOptions options = {.high = 10,
-                                      .unit = {unit, unit * map_look.stretch},
-                                      .origin = {int(box.left), int(box.top)}};
+        const RaiseOptions options = {
+            .high = 10, .unit = {unit, unit * map_look.stretch}, .origin = {box.left, box.top}};
         editor.emplace(raise(chosen, options).solids);
         turn_model();
         refresh(section_pane);

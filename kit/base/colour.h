@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace korvel::kit {
 
 /// A colour on the screen, channels from 0 to 255.
@@ -10,5 +12,8 @@ struct Colour {
 
     friend bool operator==(const Colour&, const Colour&) = default;
 };
+
+/// "#d19060".
+std::string colour_text(const Colour& colour);
 
 } // namespace korvel::kit

@@ -15,6 +15,10 @@ using Point2 = std::array<double, 2>;
 /// x, y and z in a model, or u, v and w in a view.
 using Point3 = std::array<double, 3>;
 
+/// The point whose coordinates are 0.
+constexpr Point2 plane_origin = {0, 0};
+constexpr Point3 space_origin = {0, 0, 0};
+
 inline bool is_same(const GridPoint& a, const GridPoint& b) {
     return a.x == b.x && a.y == b.y;
 }

@@ -47,12 +47,24 @@ const std::vector<FileKind>& file_kinds() {
     return kinds;
 }
 
+std::vector<FileKind> kinds_to_try(const TextFile& file) {
+    std::vector<FileKind> kinds = file_kinds();
+    if (file.text.find('.') != std::string::npos) {
+        std::rotate(kinds.begin(), kinds.begin() + 1, kinds.end());
+    }
+    return kinds;
+}
+
 const char* kind_name(FileKind kind) {
     return names_of(kind).name;
 }
 
 const char* kind_word(FileKind kind) {
     return names_of(kind).word;
+}
+
+bool stores_placement(FileKind kind) {
+    return kind != FileKind::curves && kind != FileKind::triangles;
 }
 
 void read_as(FileKind kind, WordReader& words, FileContents& out) {
@@ -82,7 +94,7 @@ FileKind kind_of(const TextFile& file) {
     FileKind farthest = FileKind::curves;
     std::size_t most = 0;
     const bool has_reals = file.text.find('.') != std::string::npos;
-    for (const FileKind kind : file_kinds()) {
+    for (const FileKind kind : kinds_to_try(file)) {
         const std::size_t read = reach(file, kind);
         if (read > file.text.size()) {
             return kind;

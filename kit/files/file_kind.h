@@ -14,14 +14,21 @@ namespace korvel::kit {
 /// The files that the command and the library read and write.
 enum class FileKind { curves, regions, model, section, written_section, triangles };
 
-/// Every kind, in the order in which a file that could be several is taken for one.
+/// Every kind.
 const std::vector<FileKind>& file_kinds();
+
+/// Every kind, in the order in which a file that could be several is taken for one: curves come
+/// first, or last if the file has a decimal point, because all others have decimals more often.
+std::vector<FileKind> kinds_to_try(const TextFile& file);
 
 /// "curve file", …
 const char* kind_name(FileKind kind);
 
 /// "curves", "regions", "model", …: a kind as an argument names it.
 const char* kind_word(FileKind kind);
+
+/// Whether files of a kind may end with the line of a placement: regions, models and sections.
+bool stores_placement(FileKind kind);
 
 /// The contents of a file of some kind; the other members stay empty. Nothing is derived.
 struct FileContents {

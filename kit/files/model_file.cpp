@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "kit/base/error.h"
+#include "kit/files/placement_line.h"
 
 namespace korvel::kit {
 namespace {
@@ -39,6 +40,7 @@ std::optional<std::string> read_model(const TextFile& file, TMOD3D& out) {
 
 RecordLines read_model(WordReader& words, TMOD3D& out) {
     RecordLines lines;
+    words.end_before_placement();
     read_vertices(words, out, lines);
     read_faces(words, out, lines);
     read_bodies(words, out, lines);
@@ -80,8 +82,10 @@ void colours_from_parameters(TMOD3D& model) {
 
 namespace {
 
-// Whether the library has read a model, each number from a word of its own, and has left no word.
+// Whether the library has read a model, each number from a word of its own, and has left no word
+// but those of a placement.
 bool reads_without_doubt(const TextFile& file, TMOD3D& out) {
+    const std::size_t end = without_placement(file.text).size();
     const auto stream = stream_of(file);
     const PlainReading reading;
     out.read_mode(stream.get());
@@ -92,7 +96,7 @@ bool reads_without_doubt(const TextFile& file, TMOD3D& out) {
     while (is_white_space(last)) {
         last = std::getc(stream.get());
     }
-    return last == EOF;
+    return last == EOF || std::ftell(stream.get()) - 1 == static_cast<long>(end);
 }
 
 // Whether single precision holds every whole number of the size of the coordinates.

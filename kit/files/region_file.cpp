@@ -12,6 +12,7 @@ std::optional<std::string> read_regions(const TextFile& file, CCPloy2DRg& out) {
 
 RecordLines read_regions(WordReader& words, CCPloy2DRg& out) {
     RecordLines lines;
+    words.end_before_placement();
     lines.points = read_plane_points(words, out.pt_list);
     const int points = out.pt_list.GetSize();
     // A set without points ends here.

@@ -24,6 +24,7 @@ namespace {
 
 RecordLines read(WordReader& words, Layout layout, TMOD2D& out) {
     RecordLines lines;
+    words.end_before_placement();
     read_vertices(words, layout, out, lines);
     const int faces = words.next_count("the number of faces");
     for (int i = 0; i < faces; ++i) {

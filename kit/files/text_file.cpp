@@ -11,6 +11,7 @@
 
 #include "kit/base/error.h"
 #include "kit/base/system_files.h"
+#include "kit/files/placement_line.h"
 
 namespace korvel::kit {
 namespace {
@@ -86,6 +87,10 @@ void WordReader::skip_comments() {
     breaks_word_ = &comment_breaks;
 }
 
+void WordReader::end_before_placement() {
+    rest_ = without_placement(rest_);
+}
+
 bool WordReader::at_end() {
     const char* next = rest_.data();
     const char* const end = next + rest_.size();
@@ -158,11 +163,23 @@ int WordReader::next_index(const char* what, int size) {
 
 double WordReader::next_real(const char* what) {
     double value = 0;
-    const std::string mismatch = parse_as_real(what, value);
+    const std::string mismatch = parse_as_real(what, value, std::numeric_limits<float>::max());
     if (!mismatch.empty()) {
         report(mismatch);
         return 0;
     }
+    return value;
+}
+
+double WordReader::next_coordinate(const char* what, bool& is_integer) {
+    double value = 0;
+    const std::string mismatch = parse_as_real(what, value, std::numeric_limits<double>::max());
+    if (!mismatch.empty()) {
+        report(mismatch);
+        return 0;
+    }
+    int integer = 0;
+    is_integer = is_integer && parse(word_, integer) == std::errc();
     return value;
 }
 
@@ -202,12 +219,12 @@ std::string WordReader::parse_as_integer(const char* what, int& value) {
     return quoted(word) + " is not an integer: expected " + what;
 }
 
-std::string WordReader::parse_as_real(const char* what, double& value) {
+std::string WordReader::parse_as_real(const char* what, double& value, double most) {
     at_end();
     const std::size_t start = position();
     const std::string_view word = word_for(what);
     const std::errc error = parse(word, value);
-    if (error == std::errc() && std::abs(value) <= std::numeric_limits<float>::max()) {
+    if (error == std::errc() && std::abs(value) <= most) {
         return {};
     }
     first_mismatch_ = std::min(first_mismatch_, start);
@@ -217,7 +234,9 @@ std::string WordReader::parse_as_real(const char* what, double& value) {
     if (error == std::errc() && !std::isfinite(value)) {
         return quoted(word) + " is not a finite number: expected " + what;
     }
-    return quoted(word) + " does not fit " + what + ", which is held in single precision";
+    const bool is_double = most == std::numeric_limits<double>::max();
+    return quoted(word) + " does not fit " + what + ", which is held in " +
+           (is_double ? "double" : "single") + " precision";
 }
 
 void WordReader::report(const std::string& message) {
@@ -263,6 +282,17 @@ std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file) {
 std::string shortest_digits(double value) {
     std::array<char, 32> digits; // NOLINT(cppcoreguidelines-pro-type-member-init)
     const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+    return {digits.data(), end};
+}
+
+std::string plain_digits(double value) {
+    constexpr double longest = 1e15;
+    std::array<char, 512> digits; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    if (!(std::abs(value) < longest)) {
+        return shortest_digits(value);
+    }
+    const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                            value + 0.0, std::chars_format::fixed);
     return {digits.data(), end};
 }
 

@@ -52,6 +52,10 @@ public:
     /// From here on `#` begins a comment, which ends with the line and is skipped like white space.
     void skip_comments();
 
+    /// The line of a placement, if the text ends with one, is not read (see placement_line.h). To
+    /// be called before the first word.
+    void end_before_placement();
+
     /// From here on an index outside its list is no problem.
     void allow_any_index() { allows_any_index_ = true; }
 
@@ -69,6 +73,10 @@ public:
 
     /// An index into a list of `size` entries; -1 in place of any other.
     int next_index(const char* what, int size);
+
+    /// A finite number in double precision; 0 in place of any other. `is_integer` becomes false
+    /// unless it is written as an integer that fits 32 bits.
+    double next_coordinate(const char* what, bool& is_integer);
 
     /// A finite number in the range of single precision; 0 in place of any other.
     double next_real(const char* what);
@@ -110,10 +118,12 @@ private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
     bool breaks_word(char c) const { return (*breaks_word_)[static_cast<unsigned char>(c)]; }
-    std::size_t position() const { return file_.text.size() - rest_.size(); }
+    std::size_t position() const {
+        return static_cast<std::size_t>(rest_.data() - file_.text.data());
+    }
     std::string_view word_for(const char* what);
     std::string parse_as_integer(const char* what, int& value);
-    std::string parse_as_real(const char* what, double& value);
+    std::string parse_as_real(const char* what, double& value, double most);
 
     const TextFile& file_;
     std::string_view rest_;
@@ -140,5 +150,8 @@ std::unique_ptr<FILE, int (*)(FILE*)> stream_of(const TextFile& file);
 
 /// The shortest digits that read back as the same number.
 std::string shortest_digits(double value);
+
+/// The same without an exponent, for numbers below 10^15.
+std::string plain_digits(double value);
 
 } // namespace korvel::kit

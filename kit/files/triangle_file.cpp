@@ -2,11 +2,12 @@
 
 namespace korvel::kit {
 
-void write_triangles(const PLYDT& set, const std::vector<int>& ends, FILE* out) {
+void write_triangles(const PLYDT& set, const std::vector<int>& ends, FILE* out, const Grid& grid) {
     std::fprintf(out, "%d\n", set.pt_list.GetSize());
     for (const VERT2D& point : set.pt_list) {
-        std::fprintf(out, "%s %s\n", shortest_digits(point.x).c_str(),
-                     shortest_digits(point.y).c_str());
+        const Point2 user = grid.to_user(Point2{point.x, point.y});
+        std::fprintf(out, "%s %s\n", shortest_digits(user[0]).c_str(),
+                     shortest_digits(user[1]).c_str());
     }
     std::fprintf(out, "%zu\n", ends.size());
     int next = 0;

@@ -40,16 +40,19 @@ private:
 } // namespace
 
 FoundRegions find_regions(Network network, const FindOptions& options, const Context& context) {
+    const Placement& placement = network.placement();
+    const double step = placement.grid.step();
+    const double tolerance = options.tolerance ? *options.tolerance / step : 1;
     const auto state = std::make_shared<FoundRegions::State>();
     state->is_traced = options.as_traced;
     const std::size_t most_crossings = crossings_in(options.memory);
     FoundRegions found;
     if (options.as_traced) {
-        state->traced.trace(network, options.tolerance, most_crossings, context);
+        state->traced.trace(network, tolerance, most_crossings, context);
         state->report.points = state->traced.builder.unique_pts.GetSize();
-        found.map_ = Map(state->traced.regions());
+        found.map_ = Map(state->traced.regions(), placement);
     } else {
-        const std::optional<JoinedEnds> joined = join_ends(network, options.tolerance);
+        const std::optional<JoinedEnds> joined = join_ends(network, tolerance);
         state->report.joined_ends = joined ? joined->moved : 0;
         state->noded = node(joined ? joined->network : network, context, most_crossings);
         Faces faces = faces_of(state->noded, context);
@@ -58,11 +61,12 @@ FoundRegions find_regions(Network network, const FindOptions& options, const Con
         state->report.points = static_cast<int>(state->noded.points.size());
         count_kinds(faces.kinds, state->report);
         if (options.min_area > 0) {
-            state->report.merged = merge_small_faces(state->noded, faces, options.min_area);
+            const double min_area = options.min_area / (step * step);
+            state->report.merged = merge_small_faces(state->noded, faces, min_area);
             faces = faces_of(state->noded, context);
         }
         state->kinds = std::move(faces.kinds);
-        found.map_ = Map(std::move(faces.regions));
+        found.map_ = Map(std::move(faces.regions), placement);
     }
     state->network = std::move(network);
     found.state_ = state;
@@ -86,6 +90,7 @@ std::vector<Dropped> FoundRegions::dropped() const {
 
 Network FoundRegions::leftover() const {
     Network network;
+    network.set_placement(state_->network.placement());
     for (const Dropped& dropped : dropped()) {
         if (dropped.line.size() > 1) {
             network.add_curve(dropped.line);
@@ -107,16 +112,18 @@ std::vector<std::vector<int>> FoundRegions::curves_of_rings() const {
     });
 }
 
-Map FoundRegions::around(const GridPoint& seed) const {
+Map FoundRegions::around(const Point2& seed) const {
     if (state_->is_traced) {
-        return Map(state_->traced.around(seed));
+        const Placement& placement = state_->network.placement();
+        return Map(state_->traced.around(placement.grid.nearest(seed)), placement);
     }
-    const std::optional<int> region = map_.region_at(to_point(seed));
+    const std::optional<int> region = map_.region_at(seed);
     return region ? map_.kept(std::vector<int>{*region}) : Map();
 }
 
 Network FoundRegions::noded() const {
     Network network;
+    network.set_placement(state_->network.placement());
     std::vector<GridPoint> line;
     const NodedSegment* last = nullptr;
     const NodedNetwork& noded = state_->noded;

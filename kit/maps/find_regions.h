@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,13 +20,16 @@ namespace korvel::kit {
 
 /// How `find_regions` works.
 struct FindOptions {
-    double tolerance = 1; ///< curve ends closer than half of this are joined; 0 joins within 3
+    /// Curve ends closer than half of this, in units of the map, are joined; one step of its grid
+    /// if nothing is given; 0 joins within 3 steps.
+    std::optional<double> tolerance = {};
 
     /// The answer of `CREGION` alone: curves that overlap along a stretch are not split there,
     /// holes depend on the order of the curves, and a ring that touches itself is left out.
     bool as_traced = false;
 
-    /// Smaller regions go into the neighbour with the longest common border; not with `as_traced`.
+    /// Smaller regions, in square units of the map, go into the neighbour with the longest common
+    /// border; not with `as_traced`.
     double min_area = 0;
 
     /// In bytes. What is needed grows with the crossings of the network; one with more crossings
@@ -60,7 +64,7 @@ struct Dropped {
     int curve = -1;              ///< of the network; −1 for a ring
     std::vector<GridPoint> line; ///< the piece; of a ring the point where it touches itself
 
-    /// In units of the map.
+    /// In steps of the grid, as the line.
     double length() const;
 };
 
@@ -95,9 +99,9 @@ public:
     std::vector<std::vector<int>> curves_of_rings() const;
 
     /// The region around a point as a map of its own; an empty map where there is none. With
-    /// `FindOptions::as_traced` the smallest ring around the point and the rings directly inside
-    /// it.
-    Map around(const GridPoint& seed) const;
+    /// `FindOptions::as_traced` the smallest ring around the nearest point of the grid and the
+    /// rings directly inside it.
+    Map around(const Point2& seed) const;
 
     /// The network as it was split, without what is on no border.
     Network noded() const;

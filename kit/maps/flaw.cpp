@@ -18,7 +18,8 @@ namespace {
 
 using FlawReason = Flaw::Reason;
 
-std::optional<Flaw> flaw_without_area(const Map& map, int region);
+std::optional<Flaw> flaw_in_steps(const CCPloy2DRg& set, int region);
+std::optional<Flaw> flaw_without_area(const CCPloy2DRg& set, int region);
 bool is_in_line(const Outline& outline, const std::vector<int>& ring);
 std::optional<Flaw> meeting_of_sides(const Outline& outline);
 Flaw misplaced_ring(const Outline& outline, const DelaunayTriangles& triangles);
@@ -28,10 +29,19 @@ std::optional<Flaw> cut(const Outline& outline, const DelaunayTriangles& triangl
 } // namespace
 
 std::optional<Flaw> flaw_of(const Map& map, int region) {
-    const CCPloy2DRg& set = map.regions();
+    std::optional<Flaw> flaw = flaw_in_steps(map.regions(), region);
+    if (flaw) {
+        flaw->place = map.placement().grid.to_user(flaw->place);
+    }
+    return flaw;
+}
+
+namespace {
+
+std::optional<Flaw> flaw_in_steps(const CCPloy2DRg& set, int region) {
     const Outline outline = outline_of(set, set.region_list[region]);
     if (outline.rings.empty() || is_in_line(outline, outline.rings.front())) {
-        return flaw_without_area(map, region);
+        return flaw_without_area(set, region);
     }
     const DelaunayTriangles triangles = delaunay_triangles(outline);
     if (!triangles.corners.empty()) {
@@ -40,19 +50,22 @@ std::optional<Flaw> flaw_of(const Map& map, int region) {
     return triangles.misplaced ? misplaced_ring(outline, triangles) : meeting_of_sides(outline);
 }
 
-namespace {
-
-std::optional<Flaw> flaw_without_area(const Map& map, int region) {
+std::optional<Flaw> flaw_without_area(const CCPloy2DRg& set, int region) {
     Flaw flaw;
-    for (int ring = 0; ring < map[region].ring_count(); ++ring) {
-        for (const Point2 corner : map[region].ring(ring)) {
+    const CArray<int>& rings = set.region_list[region].rings;
+    const auto corner_at = [&](int point) {
+        return Point2{set.pt_list[point].x, set.pt_list[point].y};
+    };
+    for (int ring = 0; ring < rings.GetSize(); ++ring) {
+        for (const int point : set.ring_list[rings[ring]].pts) {
+            const Point2 corner = corner_at(point);
             if (!is_usable_coordinate(corner[0]) || !is_usable_coordinate(corner[1])) {
                 return Flaw{FlawReason::out_of_range, corner, ring, ring};
             }
         }
     }
-    if (map[region].ring_count() > 0 && !map[region].ring(0).empty()) {
-        flaw.place = map[region].ring(0)[0];
+    if (!rings.IsEmpty() && !set.ring_list[rings[0]].pts.IsEmpty()) {
+        flaw.place = corner_at(set.ring_list[rings[0]].pts[0]);
     }
     return flaw;
 }

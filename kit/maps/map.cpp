@@ -7,6 +7,7 @@
 #include "kit/base/areas.h"
 #include "kit/base/error.h"
 #include "kit/files/file_kind.h"
+#include "kit/files/placement_line.h"
 #include "kit/files/region_file.h"
 #include "kit/maps/region_colours.h"
 #include "kit/maps/region_sets.h"
@@ -25,12 +26,14 @@ CCPloy2DRg& queried(const CCPloy2DRg& set) {
 
 } // namespace
 
-Map::Map(std::unique_ptr<CCPloy2DRg> regions) : regions_(std::move(regions)) {
+Map::Map(std::unique_ptr<CCPloy2DRg> regions, Placement placement)
+    : regions_(std::move(regions)), placement_(std::move(placement)) {
     check_indices(*regions_);
     is_on_grid_ = are_lattice_points(regions_->pt_list);
 }
 
-Map::Map(const CCPloy2DRg& regions) : Map(std::make_unique<CCPloy2DRg>(regions)) {}
+Map::Map(const CCPloy2DRg& regions, Placement placement)
+    : Map(std::make_unique<CCPloy2DRg>(regions), std::move(placement)) {}
 
 Map Map::kept(std::span<const int> regions) const {
     std::vector<int> numbers(regions.begin(), regions.end());
@@ -43,11 +46,15 @@ Map Map::kept(std::span<const int> regions) const {
     auto set = std::make_unique<CCPloy2DRg>();
     copy_regions(*regions_, *set);
     keep_regions(*set, numbers);
-    Map map(std::move(set));
+    Map map(std::move(set), placement_);
+    map.fields_ = fields_;
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         const Region region = (*this)[numbers[i]];
         map.set_name(static_cast<int>(i), region.name());
         map.set_colour(static_cast<int>(i), region.colour());
+        if (const auto slot = static_cast<std::size_t>(numbers[i]); slot < values_.size()) {
+            map.set_values(static_cast<int>(i), values_[slot]);
+        }
         map.numbers_.push_back(region.number());
     }
     return map;
@@ -64,7 +71,7 @@ Map Map::read(const TextFile& file, const Context& context) {
     if (note) {
         context.warn(*note);
     }
-    return Map(std::move(set));
+    return Map(std::move(set), read_placement(file));
 }
 
 void Map::write(const std::filesystem::path& file) const {
@@ -73,6 +80,7 @@ void Map::write(const std::filesystem::path& file) const {
 
 void Map::write(OutputFile& out) const {
     queried(*regions_).writepolyrg(out.stream());
+    std::fputs(placement_line(placement_).c_str(), out.stream());
 }
 
 std::optional<int> Map::region_at(const Point2& point) const {
@@ -102,7 +110,8 @@ std::optional<int> Map::first_region(Fits fits) const {
 bool Map::encloses(int ring, const Point2& point) const {
     const auto corner = [&](int k) {
         const VERT2D& at = regions_->pt_list[k];
-        return PlanePoint{at.x, at.y};
+        const Point2 user = placement_.grid.to_user(Point2{at.x, at.y});
+        return PlanePoint{user[0], user[1]};
     };
     const CArray<int>& corners = regions_->ring_list[ring].pts;
     bool is_inside = false;
@@ -124,7 +133,7 @@ std::vector<int> Map::neighbours(int region) const {
 std::vector<int> Map::slivers(double share) const {
     std::vector<int> slivers;
     for (const Region region : *this) {
-        if (region.area() < share * region.perimeter()) {
+        if (region.area() < share * region.perimeter() * placement_.grid.step()) {
             slivers.push_back(region.index());
         }
     }
@@ -132,7 +141,7 @@ std::vector<int> Map::slivers(double share) const {
 }
 
 Rectangle Map::bounds() const {
-    return box_of_regions(*regions_);
+    return in_user_units(box_of_regions(*regions_), placement_.grid);
 }
 
 double Map::area() const {
@@ -155,6 +164,17 @@ void Map::set_colour(int region, Colour colour) {
     record.blue = colour.blue;
 }
 
+void Map::set_fields(std::vector<Field> fields) {
+    fields_ = std::move(fields);
+    values_.clear();
+}
+
+void Map::set_values(int region, std::vector<FieldValue> values) {
+    const auto slot = static_cast<std::size_t>(region);
+    values_.resize(std::max(values_.size(), slot + 1));
+    values_[slot] = std::move(values);
+}
+
 void Map::colour_distinctly() {
     CCPloy2DRg coloured = with_sides(*regions_);
     colour_regions(coloured);
@@ -166,6 +186,27 @@ void Map::colour_distinctly() {
 
 std::vector<double> Map::distinct_hues() const {
     return hues_of_regions(with_sides(*regions_));
+}
+
+std::vector<Point2> Map::points() const {
+    std::vector<Point2> points;
+    points.reserve(static_cast<std::size_t>(point_count()));
+    for (const VERT2D& point : regions_->pt_list) {
+        points.push_back(placement_.grid.to_user(Point2{point.x, point.y}));
+    }
+    return points;
+}
+
+void Map::move_points(std::span<const Point2> points, Placement placement) {
+    placement_ = std::move(placement);
+    for (int i = 0; i < point_count(); ++i) {
+        const Point2& to = points[static_cast<std::size_t>(i)];
+        const Point2 at =
+            placement_.grid.is_identity() ? to : to_point(placement_.grid.nearest(to));
+        regions_->pt_list[i].x = at[0];
+        regions_->pt_list[i].y = at[1];
+    }
+    is_on_grid_ = are_lattice_points(regions_->pt_list);
 }
 
 std::unique_ptr<CCPloy2DRg> Map::take_regions() {
@@ -181,7 +222,7 @@ int Region::number() const {
 IndexedRange<Region::Corner> Region::ring(int which) const {
     const CCPloy2DRg& set = *map_->regions_;
     const CArray<int>& corners = set.ring_list[record().rings[which]].pts;
-    return {corners.GetSize(), {&set, &corners}};
+    return {corners.GetSize(), {&set, &map_->placement_.grid, &corners}};
 }
 
 int Region::point_count() const {
@@ -193,7 +234,7 @@ int Region::point_count() const {
 }
 
 double Region::area() const {
-    return region_area(*map_->regions_, record(), map_->is_on_grid_);
+    return map_->placement_.grid.area(region_area(*map_->regions_, record(), map_->is_on_grid_));
 }
 
 double Region::perimeter() const {
@@ -215,13 +256,13 @@ double Region::ring_area(int which) const {
     const double doubled = map_->is_on_grid_
                                ? static_cast<double>(twice_area<WideInteger>(set.pt_list, ring))
                                : twice_area<double>(set.pt_list, ring);
-    return std::abs(doubled) / 2;
+    return map_->placement_.grid.area(std::abs(doubled) / 2);
 }
 
 Rectangle Region::bounds() const {
     Rectangle box;
     take_in_region(box, *map_->regions_, record());
-    return box;
+    return in_user_units(box, map_->placement_.grid);
 }
 
 Colour Region::colour() const {
@@ -232,6 +273,15 @@ const std::string& Region::name() const {
     static const std::string none;
     const auto slot = static_cast<std::size_t>(index_);
     return slot < map_->names_.size() ? map_->names_[slot] : none;
+}
+
+const FieldValue& Region::value(std::size_t field) const {
+    static const FieldValue none;
+    const auto slot = static_cast<std::size_t>(index_);
+    if (slot >= map_->values_.size() || field >= map_->values_[slot].size()) {
+        return none;
+    }
+    return map_->values_[slot][field];
 }
 
 const CCPloy2DRg::PyToRg& Region::record() const {

@@ -6,14 +6,17 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "kit/base/colour.h"
 #include "kit/base/context.h"
 #include "kit/base/indexed_range.h"
 #include "kit/base/owned.h"
+#include "kit/base/placement.h"
 #include "kit/base/points.h"
 #include "kit/base/rectangle.h"
+#include "kit/files/features.h"
 #include "kit/files/output_file.h"
 #include "kit/files/text_file.h"
 #include "korvel/module/korvel.h"
@@ -40,10 +43,11 @@ public:
     /// The corner of a ring, as a function of its index.
     struct Corner {
         const CCPloy2DRg* set = nullptr;
+        const Grid* grid = nullptr;
         const CArray<int>* corners = nullptr;
         Point2 operator()(int k) const {
             const VERT2D& corner = set->pt_list[(*corners)[k]];
-            return {corner.x, corner.y};
+            return grid->to_user(Point2{corner.x, corner.y});
         }
     };
 
@@ -54,7 +58,7 @@ public:
     int point_count() const;
 
     /// The area without the holes, in square units of the map; exact up to one rounding where
-    /// coordinates are integers. Linear in the corners.
+    /// coordinates are integers, and up to two more on another grid. Linear in the corners.
     double area() const;
 
     /// The length of all rings.
@@ -65,7 +69,10 @@ public:
 
     Rectangle bounds() const;
     Colour colour() const;
-    const std::string& name() const; ///< empty unless the host has set one
+    const std::string& name() const; ///< empty unless one was set
+
+    /// The value of an attribute of the map.
+    const FieldValue& value(std::size_t field) const;
 
 private:
     const CCPloy2DRg::PyToRg& record() const;
@@ -74,7 +81,11 @@ private:
     int index_;
 };
 
-/// Regions with holes, with a name and a colour for each. Regions are numbered from 0.
+/// Regions with holes, with a name, a colour and values of attributes for each. Regions are
+/// numbered from 0.
+///
+/// The exact class holds the points in steps of a grid; points, lengths and areas go in and out in
+/// the user's coordinates. Without a placement both are the same.
 class Map {
     struct At {
         const Map* map = nullptr;
@@ -87,22 +98,23 @@ public:
     Map() = default;
 
     /// Takes over regions, or copies them. Throws an `Error` when an index is outside its list.
-    explicit Map(std::unique_ptr<CCPloy2DRg> regions);
-    explicit Map(const CCPloy2DRg& regions);
+    explicit Map(std::unique_ptr<CCPloy2DRg> regions, Placement placement = {});
+    explicit Map(const CCPloy2DRg& regions, Placement placement = {});
 
-    /// The given regions in ascending order, each once, with their names and colours, and the
-    /// rings and points that they use.
+    /// The given regions in ascending order, each once, with their names, colours and values, and
+    /// the rings and points that they use.
     Map kept(std::span<const int> regions) const;
 
     // Read and write.
 
-    /// Reads a polygon-region file. Coordinates pass through single precision: a warning names the
-    /// first whole number that this changes. Throws an `Error` that names the line of the first
-    /// thing that does not fit.
+    /// Reads a polygon-region file and its placement. Coordinates pass through single precision: a
+    /// warning names the first whole number that this changes. Throws an `Error` that names the
+    /// line of the first thing that does not fit.
     static Map read(const std::filesystem::path& file, const Context& context = {});
     static Map read(const TextFile& file, const Context& context = {});
 
-    /// Writes a polygon-region file, completely or not at all. Names and colours are not stored.
+    /// Writes a polygon-region file, completely or not at all, with the placement in a line of its
+    /// own. Names, colours and attributes are not stored.
     void write(const std::filesystem::path& file) const;
     void write(OutputFile& out) const;
 
@@ -132,7 +144,7 @@ public:
     std::vector<int> neighbours(int region) const;
 
     /// Regions that are next to nothing, such as a border leaves that was drawn twice with
-    /// different points: with less area than `share` × the perimeter × a unit, ascending. Linear.
+    /// different points: with less area than `share` × the perimeter × a step, ascending. Linear.
     std::vector<int> slivers(double share = 1) const;
 
     // Measure.
@@ -143,8 +155,18 @@ public:
     /// The sum of the regions' areas.
     double area() const;
 
-    /// Whether every coordinate is an integer of 32 bits, so that areas are exact.
+    /// Whether every coordinate in steps is an integer of 32 bits, so that areas are exact.
     bool is_on_grid() const { return is_on_grid_; }
+
+    // Attributes.
+
+    const std::vector<Field>& fields() const { return fields_; }
+
+    /// Replaces the attributes that regions have; none has a value of them yet.
+    void set_fields(std::vector<Field> fields);
+
+    /// The values of a region, in the order of the fields.
+    void set_values(int region, std::vector<FieldValue> values);
 
     // Change.
 
@@ -158,8 +180,21 @@ public:
     /// side have clearly different hues.
     std::vector<double> distinct_hues() const;
 
+    // Placement.
+
+    const Placement& placement() const { return placement_; }
+    void set_placement(Placement placement) { placement_ = std::move(placement); }
+
+    /// The points of all regions in the user's coordinates.
+    std::vector<Point2> points() const;
+
+    /// Moves the points to others, as many as `points()`, in whole steps of a grid; with the
+    /// identity grid they keep their decimals. Borders that were apart can meet afterwards.
+    void move_points(std::span<const Point2> points, Placement placement);
+
     // The exact class.
 
+    /// Points are in steps of the grid.
     const CCPloy2DRg& regions() const { return *regions_; }
 
     /// Hands the regions over; this map is empty afterwards.
@@ -175,6 +210,9 @@ private:
     Owned<CCPloy2DRg> regions_;
     std::vector<std::string> names_; // of the first regions; those behind have none
     std::vector<int> numbers_;       // empty unless the map was kept from another
+    std::vector<Field> fields_;
+    std::vector<std::vector<FieldValue>> values_; // of the first regions; those behind have none
+    Placement placement_;
     bool is_on_grid_ = true;
 };
 

@@ -1,11 +1,16 @@
 #include "kit/maps/map_repair.h"
 
+#include <functional>
+
 #include "kit/base/areas.h"
 #include "kit/base/points.h"
 
 namespace korvel::kit {
 namespace {
 
+template <class Points, class IsSame>
+int drop_repeated_points(Points& points, IsSame is_same_point, CArray<int>& counts,
+                         std::vector<bool>& is_kept, int& repeated);
 int drop_repeated_points(const CCPloy2DRg& set, CArray<int>& ring);
 bool encloses_area(const CCPloy2DRg& set, int ring);
 void drop_rings_without_area(FileContents& contents, std::vector<Repair>& out);
@@ -16,17 +21,38 @@ void write_indices(const CArray<int>& indices, FILE* out);
 
 void repair_curves(FileContents& contents, std::vector<Repair>& out) {
     CurveNetwork& network = contents.curves;
+    std::vector<Point2>& decimals = network.decimals;
     std::vector<bool> is_kept;
+    int repeated = 0;
+    if (decimals.empty()) {
+        network.pts.SetSize(
+            drop_repeated_points(network.pts, is_same, network.counts, is_kept, repeated));
+    } else {
+        decimals.resize(
+            drop_repeated_points(decimals, std::equal_to<>(), network.counts, is_kept, repeated));
+    }
+    const int curves = network.counts.GetSize();
+    keep_records(is_kept, network.counts, contents.lines.wholes);
+    note_repair("repeated points of curves removed", repeated, out);
+    note_repair("curves of fewer than two points removed", curves - network.counts.GetSize(), out);
+}
+
+namespace {
+
+// Keeps of equal points that follow one another the first, and no curve of one point. Returns how
+// many are kept.
+template <class Points, class IsSame>
+int drop_repeated_points(Points& points, IsSame is_same_point, CArray<int>& counts,
+                         std::vector<bool>& is_kept, int& repeated) {
     int first = 0;
     int kept = 0; // points of the curves so far
-    int repeated = 0;
-    for (int& count : network.counts) {
+    for (int& count : counts) {
         const int begin = kept;
         for (int i = first; i < first + count; ++i) {
-            if (kept > begin && is_same(network.pts[i], network.pts[kept - 1])) {
+            if (kept > begin && is_same_point(points[i], points[kept - 1])) {
                 ++repeated;
             } else {
-                network.pts[kept++] = network.pts[i];
+                points[kept++] = points[i];
             }
         }
         first += count;
@@ -34,12 +60,10 @@ void repair_curves(FileContents& contents, std::vector<Repair>& out) {
         is_kept.push_back(count > 1);
         kept -= count > 1 ? 0 : count;
     }
-    network.pts.SetSize(kept);
-    const int curves = network.counts.GetSize();
-    keep_records(is_kept, network.counts, contents.lines.wholes);
-    note_repair("repeated points of curves removed", repeated, out);
-    note_repair("curves of fewer than two points removed", curves - network.counts.GetSize(), out);
+    return kept;
 }
+
+} // namespace
 
 void repair_regions(FileContents& contents, std::vector<Repair>& out) {
     CCPloy2DRg& set = contents.regions;
@@ -59,8 +83,10 @@ void write_curve_file(const FileContents& contents, FILE* out) {
     for (const int count : network.counts) {
         std::fprintf(out, "%d\n", count);
         for (const int end = next + count; next < end; ++next) {
-            std::fprintf(out, "%d %d\n", static_cast<int>(network.pts[next].x),
-                         static_cast<int>(network.pts[next].y));
+            const Point2 point =
+                network.decimals.empty() ? to_point(network.pts[next]) : network.decimals[next];
+            std::fprintf(out, "%s %s\n", plain_digits(point[0]).c_str(),
+                         plain_digits(point[1]).c_str());
         }
     }
 }

@@ -19,19 +19,23 @@ Network::Network(const CArray<GridPoint>& points, const CArray<int>& counts)
     points_.resize(static_cast<std::size_t>(end));
 }
 
+Network::Network(const CurveNetwork& curves) : Network(curves.pts, curves.counts) {
+    placement_.grid = curves.grid;
+    largest_shift_ = curves.largest_shift;
+}
+
 void Network::add_curve(std::span<const GridPoint> points) {
     points_.insert(points_.end(), points.begin(), points.end());
     ends_.push_back(point_count());
 }
 
-Network Network::read(const std::filesystem::path& file) {
-    return read(TextFile(file));
+Network Network::read(const std::filesystem::path& file, const GridChoice& choice) {
+    return read(TextFile(file), choice);
 }
 
-Network Network::read(const TextFile& file) {
-    const CurveNetwork curves =
-        read_expecting({FileKind::curves}, file, [&] { return read_curves(file); });
-    Network network(curves.pts, curves.counts);
+Network Network::read(const TextFile& file, const GridChoice& choice) {
+    Network network(
+        read_expecting({FileKind::curves}, file, [&] { return read_curves(file, choice); }));
     network.name_ = file.name;
     return network;
 }
@@ -45,8 +49,9 @@ void Network::write(OutputFile& out) const {
     for (int i = 0; i < curve_count(); ++i) {
         std::fprintf(out.stream(), "%zu\n", curve(i).size());
         for (const GridPoint& point : curve(i)) {
-            std::fprintf(out.stream(), "%d %d\n", static_cast<int>(point.x),
-                         static_cast<int>(point.y));
+            const Point2 user = placement_.grid.to_user(point);
+            std::fprintf(out.stream(), "%s %s\n", plain_digits(user[0]).c_str(),
+                         plain_digits(user[1]).c_str());
         }
     }
 }
@@ -65,7 +70,8 @@ bool Network::is_closed(int index) const {
 Rectangle Network::bounds() const {
     Rectangle box;
     for (const GridPoint& point : points_) {
-        box.take_in(point.x, point.y);
+        const Point2 user = placement_.grid.to_user(point);
+        box.take_in(user[0], user[1]);
     }
     return box;
 }

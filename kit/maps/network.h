@@ -4,16 +4,20 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "kit/base/placement.h"
 #include "kit/base/points.h"
 #include "kit/base/rectangle.h"
+#include "kit/files/curve_file.h"
 #include "kit/files/output_file.h"
 #include "kit/files/text_file.h"
 
 namespace korvel::kit {
 
-/// A network of curves with integer coordinates, in which `find_regions` finds regions. Curves are
+/// A network of curves, in which `find_regions` finds regions. Points are on a grid and are handed
+/// in and out in steps of it; without a placement these are the user's coordinates. Curves are
 /// numbered from 0 in the order in which they were added.
 class Network {
 public:
@@ -26,18 +30,21 @@ public:
     /// there.
     Network(const CArray<GridPoint>& points, const CArray<int>& counts);
 
+    /// What a file contains, with its grid.
+    explicit Network(const CurveNetwork& curves);
+
     /// Appends a curve, closed if its first point is its last. Curves of any length are taken,
     /// also none. Costs the curve's length.
     void add_curve(std::span<const GridPoint> points);
 
     // Read and write.
 
-    /// Reads a curve file. Throws an `Error` that names the line of the first thing that does not
-    /// fit.
-    static Network read(const std::filesystem::path& file);
-    static Network read(const TextFile& file);
+    /// Reads a curve file. Points of one with decimals take the nearest place on a grid. Throws an
+    /// `Error` that names the line of the first thing that does not fit.
+    static Network read(const std::filesystem::path& file, const GridChoice& choice = {});
+    static Network read(const TextFile& file, const GridChoice& choice = {});
 
-    /// Writes a curve file, completely or not at all.
+    /// Writes a curve file in the user's coordinates, completely or not at all.
     void write(const std::filesystem::path& file) const;
     void write(OutputFile& out) const;
 
@@ -55,7 +62,16 @@ public:
     /// Whether a curve of at least three points ends where it starts.
     bool is_closed(int index) const;
 
+    /// In the user's coordinates.
     Rectangle bounds() const;
+
+    /// The grid of the points.
+    const Placement& placement() const { return placement_; }
+    void set_placement(Placement placement) { placement_ = std::move(placement); }
+
+    /// The farthest that a coordinate was moved to the grid when the network was read.
+    double largest_shift() const { return largest_shift_; }
+    void set_largest_shift(double shift) { largest_shift_ = shift; }
 
     /// The name of the file that was read, for messages; "network" for any other.
     const std::string& name() const { return name_; }
@@ -64,6 +80,8 @@ public:
 private:
     std::vector<GridPoint> points_; // of all curves, one after another
     std::vector<int> ends_;         // of each curve among the points
+    Placement placement_;
+    double largest_shift_ = 0;
     std::string name_ = "network";
 };
 

@@ -38,16 +38,32 @@ RegionLocator::RegionLocator(const Map& map) {
 }
 
 std::optional<int> RegionLocator::region_at(const Point2& point) const {
-    const std::int32_t column = columns_(point[0]);
-    const std::int32_t row = rows_(point[1]);
     std::optional<int> first;
-    outlines_.for_each_at({column, row, column, row}, [&](std::size_t i) {
-        const int region = regions_[i];
+    for_each_at(point, [&](int region) {
         if ((!first || region < *first) && contains(region, point)) {
             first = region;
         }
     });
     return first;
+}
+
+std::vector<int> RegionLocator::regions_at(const Point2& point) const {
+    std::vector<int> regions;
+    for_each_at(point, [&](int region) {
+        if (contains(region, point)) {
+            regions.push_back(region);
+        }
+    });
+    std::sort(regions.begin(), regions.end());
+    return regions;
+}
+
+// Those whose boxes contain the point.
+template <class Visit>
+void RegionLocator::for_each_at(const Point2& point, Visit visit) const {
+    const std::int32_t column = columns_(point[0]);
+    const std::int32_t row = rows_(point[1]);
+    outlines_.for_each_at({column, row, column, row}, [&](std::size_t i) { visit(regions_[i]); });
 }
 
 bool RegionLocator::contains(int region, const Point2& point) const {

@@ -23,6 +23,9 @@ public:
     /// What `Map::region_at` returns. Usually takes as long as a search of a tree.
     std::optional<int> region_at(const Point2& point) const;
 
+    /// All regions that contain a point, ascending.
+    std::vector<int> regions_at(const Point2& point) const;
+
 private:
     struct Side {
         PlanePoint from;
@@ -45,6 +48,8 @@ private:
         std::vector<std::size_t> ends_; // of each band in `sides_`
     };
 
+    template <class Visit>
+    void for_each_at(const Point2& point, Visit visit) const;
     bool contains(int region, const Point2& point) const;
 
     std::vector<Ring> rings_;       // of all regions, in their order

@@ -51,6 +51,7 @@ Triangulation triangulate(const Map& map, const TriangulateOptions& options,
     const auto state = std::make_shared<Triangulation::State>();
     copy_oriented(map, state->set);
     state->is_on_grid = map.is_on_grid();
+    state->placement = map.placement();
     Triangulation triangulation;
     triangulation.state_ = state;
     if (options.fill == Fill::front) {
@@ -171,7 +172,7 @@ void copy_oriented(const Map& map, PLYDT& set) {
 Triangulation::Triangle Triangulation::At::operator()(int k) const {
     const PLYDT::TRG& triangle = set->trg_list[first + k];
     const auto corner = [&](int point) {
-        return Point2{set->pt_list[point].x, set->pt_list[point].y};
+        return grid->to_user(Point2{set->pt_list[point].x, set->pt_list[point].y});
     };
     return {corner(triangle.va), corner(triangle.vb), corner(triangle.vc)};
 }
@@ -179,7 +180,7 @@ Triangulation::Triangle Triangulation::At::operator()(int k) const {
 IndexedRange<Triangulation::At> Triangulation::of_region(int region) const {
     const auto slot = static_cast<std::size_t>(region);
     const int first = region == 0 ? 0 : state_->ends[slot - 1];
-    return {state_->ends[slot] - first, {&state_->set, first}};
+    return {state_->ends[slot] - first, {&state_->set, &state_->placement.grid, first}};
 }
 
 int Triangulation::count(Filled filled) const {
@@ -188,9 +189,12 @@ int Triangulation::count(Filled filled) const {
 
 Coverage Triangulation::coverage(int region) const {
     const auto slot = static_cast<std::size_t>(region);
-    return measure_coverage(state_->set, state_->set.region_list[region],
-                            region == 0 ? 0 : state_->ends[slot - 1], state_->ends[slot],
-                            state_->is_on_grid);
+    Coverage coverage = measure_coverage(state_->set, state_->set.region_list[region],
+                                         region == 0 ? 0 : state_->ends[slot - 1],
+                                         state_->ends[slot], state_->is_on_grid);
+    coverage.region_area = state_->placement.grid.area(coverage.region_area);
+    coverage.triangle_area = state_->placement.grid.area(coverage.triangle_area);
+    return coverage;
 }
 
 void Triangulation::write(const std::filesystem::path& file) const {
@@ -198,7 +202,7 @@ void Triangulation::write(const std::filesystem::path& file) const {
 }
 
 void Triangulation::write(OutputFile& out) const {
-    write_triangles(state_->set, state_->ends, out.stream());
+    write_triangles(state_->set, state_->ends, out.stream(), state_->placement.grid);
 }
 
 } // namespace korvel::kit

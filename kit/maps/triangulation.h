@@ -37,6 +37,7 @@ public:
     /// A triangle, as a function of its index among those of a region.
     struct At {
         const PLYDT* set = nullptr;
+        const Grid* grid = nullptr;
         int first = 0;
         Triangle operator()(int k) const;
     };
@@ -60,13 +61,17 @@ public:
 
     // Write.
 
-    /// Writes a triangle file, completely or not at all.
+    /// Writes a triangle file in the user's coordinates, completely or not at all.
     void write(const std::filesystem::path& file) const;
     void write(OutputFile& out) const;
 
     // The exact class.
 
-    /// Points, rings, regions and triangles, those of region k before those of region k + 1.
+    /// Where the map is.
+    const Placement& placement() const { return state_->placement; }
+
+    /// Points in steps of the grid, rings, regions and triangles, those of region k before those of
+    /// region k + 1.
     const PLYDT& triangles() const { return state_->set; }
 
     /// The index in `trg_list` after the last triangle of each region.
@@ -81,6 +86,7 @@ private:
         std::vector<int> ends;
         std::vector<Filled> filled;
         bool is_on_grid = true;
+        Placement placement;
     };
 
     std::shared_ptr<const State> state_ = std::make_shared<State>();

@@ -14,6 +14,7 @@ namespace {
 
 constexpr COLORREF outline_colour = RGB(60, 60, 60);
 
+MapPictureOptions on_grid(MapPictureOptions options, const Grid& grid);
 template <class Set>
 Rectangle most_of(const Set& set);
 SizedOutlines outlined(CDC& dc, const PictureFit& fit, int shapes);
@@ -35,7 +36,9 @@ PictureFit MapPictureOptions::fit(const PLYDT& triangles) const {
 }
 
 int regions_left_out(const Map& map, const MapPictureOptions& options) {
-    const Rectangle page = options.fit(map.regions()).page_in_map();
+    const Grid& grid = map.placement().grid;
+    const Rectangle page =
+        in_user_units(on_grid(options, grid).fit(map.regions()).page_in_map(), grid);
     return static_cast<int>(std::count_if(map.begin(), map.end(), [&](const Region& region) {
         const Rectangle box = region.bounds();
         return !box.is_empty() &&
@@ -44,12 +47,13 @@ int regions_left_out(const Map& map, const MapPictureOptions& options) {
 }
 
 void draw(const Map& map, CDC& dc, const MapPictureOptions& options) {
-    draw(map.regions(), dc, options);
+    draw(map.regions(), dc, on_grid(options, map.placement().grid));
 }
 
 void draw(const Triangulation& triangles, CDC& dc, const MapPictureOptions& options) {
-    draw(triangles.triangles(), dc, options);
-    mark_uncovered(triangles, dc, options.fit(triangles.triangles()));
+    const MapPictureOptions shown = on_grid(options, triangles.placement().grid);
+    draw(triangles.triangles(), dc, shown);
+    mark_uncovered(triangles, dc, shown.fit(triangles.triangles()));
 }
 
 void draw(const CCPloy2DRg& map, CDC& dc, const MapPictureOptions& options) {
@@ -82,6 +86,15 @@ void draw(const PLYDT& triangles, CDC& dc, const MapPictureOptions& options) {
 }
 
 namespace {
+
+// The options for points in steps of a grid.
+MapPictureOptions on_grid(MapPictureOptions options, const Grid& grid) {
+    if (options.part) {
+        options.part = in_steps(*options.part, grid);
+    }
+    options.y_down = options.y_down != grid.is_y_down();
+    return options;
+}
 
 template <class Set>
 Rectangle most_of(const Set& set) {

@@ -26,11 +26,12 @@ enum class Extent {
     most, ///< what contains 99 % of the corners, where that is much smaller; see `main_extent`
 };
 
-/// How a map is drawn.
+/// How a map is drawn. The exact classes by themselves have no placement: their coordinates are the
+/// user's.
 struct MapPictureOptions {
     PictureSize size = {};
 
-    /// What the picture shows, in coordinates of the map.
+    /// What the picture shows, in the user's coordinates of the map.
     std::optional<Rectangle> part = {};
 
     /// What it shows without a `part`.

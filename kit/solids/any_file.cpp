@@ -3,18 +3,19 @@
 #include <memory>
 #include <utility>
 
-#include "kit/files/model_file.h"
+#include "kit/files/placement_line.h"
+#include "kit/solids/placed_model.h"
 
 namespace korvel::kit {
 namespace {
 
 AnyFile read_kind(FileKind kind, const TextFile& file, const Context& context);
-Solids read_solids(const TextFile& file, const Context& context);
+AnyFile read_solids(const TextFile& file, const Context& context);
 
 } // namespace
 
 AnyFile read_any(const TextFile& file, const Context& context) {
-    for (const FileKind kind : file_kinds()) {
+    for (const FileKind kind : kinds_to_try(file)) {
         try {
             return read_kind(kind, file, context);
         } catch (const Error& error) {
@@ -31,31 +32,40 @@ namespace {
 
 AnyFile read_kind(FileKind kind, const TextFile& file, const Context& context) {
     if (kind == FileKind::model) {
-        return {kind, read_solids(file, context)};
+        return read_solids(file, context);
     }
     FileContents contents;
     WordReader words(file);
+    if (kind == FileKind::curves) {
+        Network network(read_curves(file));
+        const Placement placement = network.placement();
+        return {kind, std::move(network), placement};
+    }
     read_as(kind, words, contents);
     switch (kind) {
-    case FileKind::curves:
-        return {kind, Network(contents.curves.pts, contents.curves.counts)};
     case FileKind::regions:
-        return {kind, Map(contents.regions)};
+        return {kind, Map(contents.regions, read_placement(file)), read_placement(file)};
     case FileKind::triangles:
         return {kind,
                 TriangleSet{contents.triangles, static_cast<int>(contents.lines.wholes.size())}};
-    default:
-        return {kind, std::move(contents.section)};
+    default: {
+        const Placement placement = read_placement(file);
+        to_user(placement.grid, contents.section);
+        return {kind, std::move(contents.section), placement};
+    }
     }
 }
 
-Solids read_solids(const TextFile& file, const Context& context) {
+AnyFile read_solids(const TextFile& file, const Context& context) {
     const CheckPointScope calls = context.follow_calls();
     auto model = std::make_unique<TMOD3D>();
-    if (const auto note = read_model(file, *model)) {
+    Placement placement;
+    if (const auto note = read_placed_model(file, *model, placement)) {
         context.warn(*note);
     }
-    return Solids(std::move(model));
+    Solids solids(std::move(model));
+    solids.set_placement(placement);
+    return {FileKind::model, std::move(solids), placement};
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "kit/base/context.h"
+#include "kit/base/placement.h"
 #include "kit/files/file_kind.h"
 #include "kit/maps/map.h"
 #include "kit/maps/network.h"
@@ -21,6 +22,7 @@ struct TriangleSet {
 struct AnyFile {
     FileKind kind = FileKind::curves;
     std::variant<Network, Map, Solids, TMOD2D, TriangleSet> contents;
+    Placement placement = {}; ///< what the file stores; a section is in the user's coordinates
 };
 
 /// Reads a file of the kind that `kind_of` detects, once if it is sound: what is read to detect the

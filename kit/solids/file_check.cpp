@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kit/base/error.h"
+#include "kit/files/placement_line.h"
 #include "kit/maps/map_check.h"
 #include "kit/solids/model_check.h"
 #include "kit/solids/section_check.h"
@@ -24,6 +25,9 @@ Findings check_file(const TextFile& file, FileKind kind) {
         add_findings(kind, contents, findings);
     } catch (const Error&) {
         // The file cannot be read on; the reason is among the problems.
+    }
+    if (stores_placement(kind)) {
+        read_placement(file, &findings.problems);
     }
     sort_by_line(findings.problems);
     sort_by_line(findings.notes);

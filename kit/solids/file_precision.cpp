@@ -1,5 +1,6 @@
 #include "kit/solids/file_precision.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -19,13 +20,19 @@ double as_in_file(double coordinate) {
     return std::strtof(digits, nullptr);
 }
 
+Point3 as_in_file(const Point3& point, const Grid& grid) {
+    const bool is_plain = grid.is_identity();
+    Point3 read = is_plain ? point : grid.to_grid(point);
+    std::transform(read.begin(), read.end(), read.begin(),
+                   [](double coordinate) { return as_in_file(coordinate); });
+    return is_plain ? read : grid.to_user(read);
+}
+
 std::optional<Collapse> collapse_in_file(const Solids& solids) {
     std::vector<Point3> read;
+    read.reserve(static_cast<std::size_t>(solids.vertex_count()));
     for (int v = 0; v < solids.vertex_count(); ++v) {
-        Point3& point = read.emplace_back(solids.vertex(v));
-        for (double& coordinate : point) {
-            coordinate = as_in_file(coordinate);
-        }
+        read.push_back(as_in_file(solids.vertex(v), solids.placement().grid));
     }
     for (const Face face : solids.faces()) {
         const std::span<const int> corners = face.vertices();

@@ -1,6 +1,7 @@
 #include "kit/solids/file_repair.h"
 
 #include "kit/base/error.h"
+#include "kit/files/placement_line.h"
 #include "kit/maps/map_repair.h"
 #include "kit/solids/file_check.h"
 #include "kit/solids/model_repair.h"
@@ -19,6 +20,9 @@ RepairedFile repair_file(const TextFile& file, FileKind kind) {
         read_as(kind, words, repaired.contents);
     } catch (const Error&) {
         // The reason is among the problems.
+    }
+    if (stores_placement(kind)) {
+        repaired.placement = read_placement(file, &repaired.remaining.problems);
     }
     if (!repaired.is_sound()) {
         return repaired;
@@ -42,6 +46,7 @@ void RepairedFile::write(OutputFile& out) const {
     } else if (kind == FileKind::model) {
         write_model_file(contents, out.stream());
     }
+    std::fputs(placement_line(placement).c_str(), out.stream());
 }
 
 } // namespace korvel::kit

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "kit/base/placement.h"
 #include "kit/files/file_kind.h"
 #include "kit/files/findings.h"
 #include "kit/files/output_file.h"
@@ -13,6 +14,7 @@ namespace korvel::kit {
 struct RepairedFile {
     FileKind kind = FileKind::curves;
     FileContents contents;
+    Placement placement = {};    ///< stays as it is
     std::vector<Repair> repairs; ///< empty if there was nothing to repair
     Findings remaining;          ///< what was not repaired, by the lines of the file
 

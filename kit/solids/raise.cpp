@@ -1,6 +1,8 @@
 #include "kit/solids/raise.h"
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -9,6 +11,7 @@
 #include "kit/maps/cap.h"
 #include "kit/maps/triangulation.h"
 #include "kit/solids/join.h"
+#include "kit/solids/placed_model.h"
 #include "kit/solids/soup.h"
 #include "kit/solids/welding.h"
 
@@ -24,13 +27,31 @@ struct Part {
     Soup soup;                    // instead of the body, where bodies are welded
 };
 
+/// The way from points of the map in steps of its grid to the model.
+struct ToModel {
+    ToModel(const RaiseOptions& options, const Grid& grid);
+
+    bool is_placed;            // the model is raised in steps of the grid and has its placement
+    std::array<int, 2> origin; // in steps
+    Point2 shift;              // in units of the model
+    Point2 unit;
+    double level_unit = 1; // units of the levels to one of what is raised
+};
+
 void check(const RaiseOptions& options);
 std::optional<Levels> levels_of(int region, const RaiseOptions& options);
-Part raise_region(const PLYDT& set, int region, const RaiseOptions& options);
+Part raise_region(const PLYDT& set, int region, const ToModel& to_model,
+                  const RaiseOptions& options);
 std::optional<LeftOut> why_left_out(const Part& part, int region, const RaiseOptions& options);
 void put_together(std::vector<Part>& parts, const RaiseOptions& options, const Context& context,
                   Raised& raised);
+Placement placement_of_model(const Placement& map, LevelAxis axis);
 void name_and_colour_bodies(const Map& map, Raised& raised);
+
+// The nearest whole numbers that fit 32 bits.
+Point2 whole(const Point2& point) {
+    return to_point(Grid().nearest(point));
+}
 
 } // namespace
 
@@ -38,13 +59,19 @@ Raised raise(const Map& map, const RaiseOptions& options, const Context& context
     check(options);
     PLYDT set;
     copy_oriented(map, set);
+    const ToModel to_model(options, map.placement().grid);
     std::vector<Part> parts(static_cast<std::size_t>(set.region_list.GetSize()));
     for_each_in_parallel(
         set.region_list.GetSize(), options.threads,
-        [&](int region) { parts[region] = raise_region(set, region, options); }, "raising regions",
-        context);
+        [&](int region) { parts[region] = raise_region(set, region, to_model, options); },
+        "raising regions", context);
     Raised raised;
     put_together(parts, options, context, raised);
+    if (to_model.is_placed) {
+        const Placement placement = placement_of_model(map.placement(), options.axis);
+        to_user(placement.grid, raised.solids.model());
+        raised.solids.set_placement(placement);
+    }
     name_and_colour_bodies(map, raised);
     return raised;
 }
@@ -78,7 +105,28 @@ std::optional<Levels> levels_of(int region, const RaiseOptions& options) {
     return options.only_listed ? std::nullopt : std::optional(Levels{options.low, options.high});
 }
 
-Part raise_region(const PLYDT& set, int region, const RaiseOptions& options) {
+// A model in units of the map is raised in whole steps and then takes the map's placement, so that
+// its file has the map's points exactly.
+ToModel::ToModel(const RaiseOptions& options, const Grid& grid)
+    : is_placed(!grid.is_identity() && !grid.is_y_down() && options.origin == plane_origin &&
+                options.unit == Point2{1, 1}),
+      origin(), shift(), unit(options.unit) {
+    if (is_placed) {
+        level_unit = grid.step();
+    } else if (grid.is_identity() && options.origin == whole(options.origin)) {
+        origin = {static_cast<int>(options.origin[0]), static_cast<int>(options.origin[1])};
+    } else {
+        const Point2 zero = grid.to_user(Point2());
+        const Point2 one = grid.to_user(Point2{1, 1});
+        for (std::size_t k = 0; k < 2; ++k) {
+            shift[k] = (zero[k] - options.origin[k]) / options.unit[k];
+            unit[k] = options.unit[k] / (one[k] < zero[k] ? -grid.step() : grid.step());
+        }
+    }
+}
+
+Part raise_region(const PLYDT& set, int region, const ToModel& to_model,
+                  const RaiseOptions& options) {
     Part part;
     const std::optional<Levels> levels = levels_of(region, options);
     PLYDT cap;
@@ -88,8 +136,9 @@ Part raise_region(const PLYDT& set, int region, const RaiseOptions& options) {
     if (part.filled == Filled::not_at_all) {
         return part;
     }
-    cap.CoordinatesTrans(static_cast<int>(options.axis), options.origin.x, options.origin.y, 0, 0,
-                         options.unit[0], options.unit[1], levels->low, levels->high);
+    cap.CoordinatesTrans(static_cast<int>(options.axis), to_model.origin[0], to_model.origin[1],
+                         to_model.shift[0], to_model.shift[1], to_model.unit[0], to_model.unit[1],
+                         levels->low / to_model.level_unit, levels->high / to_model.level_unit);
     const MessageBoxOverride notices([&](const char* text, unsigned) {
         part.notice = text;
         return IDOK;
@@ -151,6 +200,19 @@ std::optional<LeftOut> why_left_out(const Part& part, int region, const RaiseOpt
     return part.surface.is_clean()
                ? std::nullopt
                : std::optional(LeftOut{region, Reason::unsound_body, part.surface});
+}
+
+// Levels are counted from 0. A model whose map is not level is in no reference system.
+Placement placement_of_model(const Placement& map, LevelAxis axis) {
+    const auto [x, y, z] = map.grid.origin();
+    switch (axis) {
+    case LevelAxis::z:
+        return {map.grid, map.reference};
+    case LevelAxis::y:
+        return {map.grid.from(Point3{x, 0, y}), {}};
+    default:
+        return {map.grid.from(Point3{0, x, y}), {}};
+    }
 }
 
 void name_and_colour_bodies(const Map& map, Raised& raised) {

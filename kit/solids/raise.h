@@ -57,11 +57,12 @@ struct RaiseOptions {
     LevelAxis axis = LevelAxis::z;
 
     /// Units of the map to a unit of the model, along x and y; not 0. A map whose y grows downward
-    /// comes out the right way up with {1, -1}.
+    /// comes out the right way up with {1, -1}. With this unit and origin the model has the
+    /// placement of the map.
     Point2 unit = {1, 1};
 
     /// The point of the map that becomes 0, 0.
-    GridPoint origin = {};
+    Point2 origin = {};
 
     /// How the caps are triangulated.
     Fill fill = Fill::automatic;

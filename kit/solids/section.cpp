@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <limits>
 
+#include "kit/solids/placed_model.h"
 #include "kit/solids/touching_loops.h"
 
 namespace korvel::kit {
@@ -279,7 +280,7 @@ void Section::write(const std::filesystem::path& file) const {
 }
 
 void Section::write(OutputFile& out) const {
-    const_cast<TMOD2D&>(model_).writedate(out.stream()); // which changes nothing
+    write_placed_section(model_, placement_, out.stream());
 }
 
 int SectionPolygon::body() const {

@@ -7,6 +7,7 @@
 
 #include "kit/base/colour.h"
 #include "kit/base/indexed_range.h"
+#include "kit/base/placement.h"
 #include "kit/base/points.h"
 #include "kit/base/rectangle.h"
 #include "kit/files/output_file.h"
@@ -94,6 +95,9 @@ public:
     /// Where the plane meets an edge that is on no closed polygon: a body is open there.
     std::span<const Point3> loose_points() const { return loose_points_; }
 
+    /// That of the solids.
+    const Placement& placement() const { return placement_; }
+
     // Measure.
 
     /// Of all bodies, holes subtracted.
@@ -104,7 +108,8 @@ public:
 
     // Write.
 
-    /// Writes a section file, completely or not at all. It contains no colours.
+    /// Writes a section file, completely or not at all, in steps of the placement's grid, with the
+    /// placement unless it is plain. It contains no colours.
     void write(const std::filesystem::path& file) const;
     void write(OutputFile& out) const;
 
@@ -116,6 +121,7 @@ public:
 
 private:
     friend class SectionPolygon;
+    friend class Solids;
     friend Section cut_model(TMOD3D& model, const Plane& plane);
 
     explicit Section(const Plane& plane) : plane_(plane) {}
@@ -127,6 +133,7 @@ private:
 
     Plane plane_;
     TMOD2D model_;
+    Placement placement_;
     std::vector<SectionBody> bodies_;
     std::vector<bool> is_hole_; // of each polygon
     std::vector<int> body_of_;  // of each polygon

@@ -7,11 +7,11 @@
 
 #include "kit/base/error.h"
 #include "kit/files/file_kind.h"
-#include "kit/files/model_file.h"
 #include "kit/solids/exact.h"
 #include "kit/solids/file_precision.h"
 #include "kit/solids/inside.h"
 #include "kit/solids/join.h"
+#include "kit/solids/placed_model.h"
 
 namespace korvel::kit {
 namespace {
@@ -33,6 +33,7 @@ Solids::Solids(const TMOD3D& model) : Solids(std::make_unique<TMOD3D>(model)) {}
 Solids::Solids(const Solids& other) {
     const auto turn = other.hold();
     model_ = other.model_;
+    placement_ = other.placement_;
     names_ = other.names_;
 }
 
@@ -52,8 +53,9 @@ Solids Solids::read(const TextFile& file, const Context& context) {
     context.report("reading the model", 0, 1);
     const CheckPointScope calls = context.follow_calls();
     Solids solids;
-    const auto note =
-        read_expecting({FileKind::model}, file, [&] { return read_model(file, *solids.model_); });
+    const auto note = read_expecting({FileKind::model}, file, [&] {
+        return read_placed_model(file, *solids.model_, solids.placement_);
+    });
     if (note) {
         context.warn(*note);
     }
@@ -69,7 +71,7 @@ void Solids::write(OutputFile& out) const {
     if (face_count() == 0 || empty()) {
         throw input_error("a model without faces is no model, and no file can contain it");
     }
-    operand(*model_).write_mode(out.stream());
+    write_placed_model(*model_, placement_, out.stream());
 }
 
 std::array<int, 2> Solids::edge(int index) const {
@@ -135,8 +137,10 @@ std::pair<double, double> Solids::distances_from(const Plane& plane) const {
 double Solids::change_by_file() const {
     double largest = 0;
     for (const VERT3D& vertex : model_->verts) {
-        for (const double coordinate : vertex.model_xyz) {
-            largest = std::max(largest, std::abs(as_in_file(coordinate) - coordinate));
+        const Point3 point = to_point(vertex.model_xyz);
+        const Point3 read = as_in_file(point, placement_.grid);
+        for (std::size_t k = 0; k < point.size(); ++k) {
+            largest = std::max(largest, std::abs(read[k] - point[k]));
         }
     }
     return largest;
@@ -148,25 +152,29 @@ Section Solids::cut(const Plane& plane) const {
         throw input_error("the plane has no finite normal");
     }
     const auto turn = hold();
-    return cut_model(operand(*model_), plane);
+    Section section = cut_model(operand(*model_), plane);
+    section.placement_ = placement_;
+    return section;
 }
 
 void Solids::add(const Solids& other, const Context& context) {
     if (!context.can_end_calls() && &other != this) {
-        append(other);
+        append(other, context);
         return;
     }
     Solids whole(*this);
     {
         const CheckPointScope calls = context.follow_calls();
         context.report("merging", 0, 1);
-        whole.append(other);
+        whole.append(other, context);
         context.report("merging", 1, 1);
     }
     *this = std::move(whole);
 }
 
-void Solids::append(const Solids& other) {
+void Solids::append(const Solids& other, const Context& context) {
+    placement_ =
+        common_placement({{placement_, bounds()}, {other.placement_, other.bounds()}}, context);
     names_.resize(static_cast<std::size_t>(size()));
     names_.insert(names_.end(), other.names_.begin(), other.names_.end());
     const auto turn = other.hold();
@@ -247,16 +255,19 @@ Solids merge(std::vector<Solids> parts, const Context& context) {
     const auto count = static_cast<int>(parts.size());
     TMOD3D joined;
     std::vector<std::string> names;
+    std::vector<PlacedBox> placements;
     for (int i = 0; i < count; ++i) {
         context.report("merging", i, count + 1);
         Solids& part = parts[static_cast<std::size_t>(i)];
         for (const Body body : part) {
             names.push_back(body.name());
         }
+        placements.push_back({part.placement(), part.bounds()});
         append_bodies(part.model(), joined);
     }
     context.report("merging", count, count + 1);
     Solids whole;
+    whole.set_placement(common_placement(placements, context));
     if (!joined.bodies.IsEmpty()) {
         const CheckPointScope calls = context.follow_calls();
         whole.model().add_model(joined);

@@ -14,6 +14,7 @@
 #include "kit/base/context.h"
 #include "kit/base/indexed_range.h"
 #include "kit/base/owned.h"
+#include "kit/base/placement.h"
 #include "kit/base/points.h"
 #include "kit/files/output_file.h"
 #include "kit/files/text_file.h"
@@ -30,6 +31,9 @@ namespace korvel::kit {
 /// Bodies bounded by triangles, over shared vertices, edges and faces, and a view of them. Bodies,
 /// faces, edges and vertices are numbered from 0. Relations, equations, volumes and the view are
 /// always current.
+///
+/// Coordinates are the user's. Their placement is what files store them by: `read` and `write`
+/// convert between the steps of its grid and these coordinates, everything else keeps it.
 ///
 /// A value: a copy copies the whole model, a move a pointer; what was moved from can only be
 /// assigned to or destroyed. Several threads may call `const` members of one object at once:
@@ -64,17 +68,18 @@ public:
 
     // Read and write.
 
-    /// Reads a body model file and derives everything. Coordinates pass through single precision: a
-    /// warning names the first whole number that this changes. Bodies take the colours that the
-    /// file contains. Throws an `Error` that names the line of the first thing that does not fit,
-    /// or the kind of a file that is something else. Takes over a second from about a million
-    /// faces on.
+    /// Reads a body model file and derives everything, in the user's coordinates if the file stores
+    /// a placement. Steps, or coordinates without one, pass through single precision: a warning
+    /// names the first whole number that this changes. Bodies take the colours that the file
+    /// contains. Throws an `Error` that names the line of the first thing that does not fit, or the
+    /// kind of a file that is something else. Takes over a second from about a million faces on.
     static Solids read(const std::filesystem::path& file, const Context& context = {});
     static Solids read(const TextFile& file, const Context& context = {});
 
-    /// Writes a body model file, completely or not at all. Coordinates get six decimals, colours
-    /// are stored in the parameters of the bodies, names are not stored. Throws an `Error` for
-    /// solids without faces, which no file can contain.
+    /// Writes a body model file, completely or not at all, in steps of the placement's grid, with
+    /// the placement unless it is plain. Coordinates get six decimals, colours are stored in the
+    /// parameters of the bodies, names are not stored. Throws an `Error` for solids without faces,
+    /// which no file can contain.
     void write(const std::filesystem::path& file) const;
     void write(OutputFile& out) const;
 
@@ -95,6 +100,9 @@ public:
 
     /// The two vertices of an edge.
     std::array<int, 2> edge(int index) const;
+
+    /// The grid and the reference system by which files store the model.
+    const Placement& placement() const { return placement_; }
 
     /// All faces as a range of `Face`.
     IndexedRange<FaceAt> faces() const { return {face_count(), FaceAt{&*model_}}; }
@@ -129,8 +137,8 @@ public:
     /// The least and the greatest distance of the vertices from a plane. Linear.
     std::pair<double, double> distances_from(const Plane& plane) const;
 
-    /// How far the six decimals and the single precision of a model file move a coordinate at most.
-    /// Linear; about as slow as writing the file.
+    /// How far the six decimals and the single precision of a model file, in steps of the grid,
+    /// move a coordinate at most. Linear; about as slow as writing the file.
     double change_by_file() const;
 
     // Cut.
@@ -143,8 +151,11 @@ public:
     // Change.
 
     /// Appends the bodies of other solids; vertices and faces are numbered on. Nothing is joined:
-    /// bodies that touch keep their own vertices. Derives everything anew; `merge` does so once for
-    /// many parts. With a context that can end it, works on a copy until all is done.
+    /// bodies that touch keep their own vertices. Coordinates stay as they are; of different
+    /// placements the grid with the finest step remains, its origin moved where files need it, and
+    /// the first known reference system, with a warning if another differs. Derives everything
+    /// anew; `merge` does so once for many parts. With a context that can end it, works on a copy
+    /// until all is done.
     void add(const Solids& other, const Context& context = {});
 
     /// Removes bodies, each once, and the faces and vertices that no other body uses; the others
@@ -155,6 +166,9 @@ public:
     /// Removes the faces that no body and the vertices that no face uses; the others keep their
     /// order. Derives everything anew.
     void clean();
+
+    /// Sets how files store the model; coordinates stay as they are.
+    void set_placement(const Placement& placement) { placement_ = placement; }
 
     void set_name(int body, std::string_view name);
 
@@ -196,9 +210,10 @@ private:
         mutable std::mutex mutex;
     };
 
-    void append(const Solids& other);
+    void append(const Solids& other, const Context& context);
 
     Owned<TMOD3D> model_;
+    Placement placement_;
     std::vector<std::string> names_; // of the first bodies; those behind have none
     Turns turns_;
 };

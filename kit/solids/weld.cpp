@@ -34,6 +34,7 @@ WeldReport weld(Solids& solids, const WeldOptions& options, const Context& conte
     for (const Body body : solids) {
         whole.set_name(body.index(), body.name());
     }
+    whole.set_placement(solids.placement());
     solids = std::move(whole);
     return report;
 }

@@ -5,10 +5,10 @@
 
 #include "kit/base/error.h"
 #include "kit/files/file_kind.h"
-#include "kit/files/model_file.h"
 #include "kit/files/point_file.h"
 #include "kit/solids/file_check.h"
 #include "kit/solids/file_repair.h"
+#include "kit/solids/placed_model.h"
 #include "kit/solids/section.h"
 #include "kit/solids/surface.h"
 #include "tests/fuzz/exercise.h"
@@ -48,10 +48,11 @@ void read_points_of(const TextFile& file) {
 void read_through_library(const TextFile& file) {
     try {
         TMOD3D model;
-        read_model(file, model);
+        Placement placement;
+        read_placed_model(file, model, placement);
         surfaces(model);
         cut_model(model, {0, 0, 1, -1.5});
-        write_model(model, korvel::test::nowhere());
+        write_placed_model(model, placement, korvel::test::nowhere());
     } catch (const Error& error) {
         if (std::strstr(error.what(), "the library does not read") != nullptr) {
             std::abort();

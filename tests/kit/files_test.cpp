@@ -38,7 +38,7 @@ TEST(CurveFile, MayContainComments) {
     EXPECT_EQ(curves.pts[1].x, 2);
     EXPECT_EQ(curves.pts[2].y, 3);
     EXPECT_EQ(message_of([] { kit::read_curves(TextFile("c", "1\n# 2\n1\n# 3\n0 #\nx 0")); }),
-              "c:6: 'x' is not an integer: expected the y of a point");
+              "c:6: 'x' is not a number: expected the y of a point");
     EXPECT_EQ(message_of([] { kit::Map::read(TextFile("r", "1\n0.5 # 2\n1.5\n0\n0\n")); }),
               "r:2: '#' is not a number: expected the y of a point");
 }
@@ -107,7 +107,7 @@ TEST(FileKinds, AreNamedWhereAnotherIsExpected) {
     EXPECT_EQ(message_of([&] { kit::Network::read(regions); }),
               "f: a polygon-region file, where a curve file is expected");
     EXPECT_EQ(message_of([&] { kit::Network::read(damaged); }),
-              "f:3: 'x' is not an integer: expected the y of a point");
+              "f:3: 'x' is not a number: expected the y of a point");
     EXPECT_EQ(message_of([&] { kit::Solids::read(TextFile("f", "0\n")); }),
               "f:1: the number of vertices is 0, a model needs at least one");
     EXPECT_EQ(message_of([&] {

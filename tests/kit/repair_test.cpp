@@ -62,7 +62,7 @@ TEST_F(FileRepair, OfCurves) {
                                             "curves of fewer than two points removed: 3"));
     EXPECT_EQ(result.text, "2\n3\n0 0\n5 5\n0 0\n2\n1 1\n2 2\n");
     EXPECT_THAT(repair(FileKind::curves, "1\n2 0 0\n5 x\n").remaining,
-                ElementsAre("3: 'x' is not an integer: expected the y of a point"));
+                ElementsAre("3: 'x' is not a number: expected the y of a point"));
 }
 
 TEST_F(FileRepair, OfRegions) {

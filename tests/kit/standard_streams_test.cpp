@@ -82,7 +82,7 @@ TEST_F(StandardStreams, AreAnInput) {
             ADD_FAILURE() << "no error";
         } catch (const kit::Error& error) {
             EXPECT_STREQ(error.what(),
-                         "standard input:3: 'x' is not an integer: expected the y of a point");
+                         "standard input:3: 'x' is not a number: expected the y of a point");
         }
     });
     std::clearerr(stdin);

@@ -1,5 +1,5 @@
 # cmake -D BUILD_DIR=… -D CONFIG=… -D PROGRAM_DIR=… -D CXX_COMPILER=… -D CXX_FLAGS=…
-#       -D GENERATOR=… -D WITH_KIT=… -D AS_PACKAGE=… -D TOOLCHAIN=… -D EMULATOR=… -P run.cmake
+#       -D GENERATOR=… -D WITH_KIT=… -D WITH_MODULES=… -D AS_PACKAGE=… -D TOOLCHAIN=… -D EMULATOR=… -P run.cmake
 #
 # Installs the build into a temporary directory, by way of its packages where wanted (DEB, or ZIP for
 # Windows); builds and runs programs of another project against it, by CMake and by pkg-config; and
@@ -25,6 +25,11 @@ elseif(AS_PACKAGE)
         output_of(control dpkg-deb --field ${package})
         if(package MATCHES "/korvel_")
             expect("${control}" "Depends: [^\n]*libc6 [^\n]*libcairo2")
+            if(control MATCHES "Depends: [^\n]*(gdal|libproj)")
+                message(FATAL_ERROR "korvel itself must not need what its modules need: ${control}")
+            endif()
+        elseif(package MATCHES "/korvel-formats_")
+            expect("${control}" "Depends: [^\n]*libgdal[^\n]*libproj")
         else()
             expect("${control}" "Depends: korvel \\(= ")
         endif()
@@ -50,6 +55,7 @@ foreach(project IN LISTS projects)
         ${CMAKE_COMMAND} -S ${project} -B ${build_dir} -G ${GENERATOR}
         -DCMAKE_BUILD_TYPE=${CONFIG} -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
         -DCMAKE_CXX_FLAGS=${CXX_FLAGS} -DCMAKE_PREFIX_PATH=${prefix} -DWITH_KIT=${WITH_KIT}
+        -DWITH_MODULES=${WITH_MODULES}
         -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} ${where}
     )
     run(${CMAKE_COMMAND} --build ${build_dir} --config ${CONFIG})

@@ -106,6 +106,10 @@ def prepare_samples(directory):
     (directory / "crlf.curves").write_bytes(b"# states\r\n" + states.replace(b"\n", b"\r\n"))
     (directory / "bad crlf.curves").write_bytes(b"1 # one\r\n2\r\n1 2 # first\r\nx 3\r\n")
     (directory / "Länder ß.curves").write_bytes(states)
+    (directory / "lands.geojson").write_bytes(
+        b'{"type": "FeatureCollection", "features": [\r\n{"type": "Feature", "id": 7, "properties":'
+        b'{"name": "L\xc3\xa4nder", "part": 0.1}, "geometry": {"type": "Polygon", "coordinates":'
+        b'[[[7.5, 46.123456], [7.25, 47], [8, 46, 612], [7.5, 46.123456]]]}}]}')
     (directory / "small.curves").write_bytes(b"1\n6\n0 0\n60 1\n59 20\n21 22\n20 51\n0 0\n")
     points = b"# places\r\n50000 50000\r\n\r\n-1 , 7\r\n"
     (directory / "points").write_bytes(points)
