@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cmath>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -25,6 +26,8 @@ struct SourcePolygons {
 SourcePolygons polygons_on_grid(const Features& features, const Grid& grid);
 void add_ring(std::span<const Point2> points, const Grid& grid, int& next_point, CCPloy2DRg& set);
 bool is_called(const std::string& name, const char* wanted);
+std::vector<std::optional<std::size_t>> labels_by_region(const Map& map, const Features& labels,
+                                                         LabelReport& report);
 std::vector<std::size_t> slots_of(const std::vector<Field>& fields, std::vector<Field>& out);
 
 } // namespace
@@ -80,7 +83,7 @@ Map with_sources(const Map& map, const Features& polygons, bool keeps_gaps, Sour
         kept.push_back(region.index());
         source_of_kept.push_back(found.empty() ? polygons.features.size() : found.front());
     }
-    Map result(*map.kept(kept).take_regions(), map.placement());
+    Map result(map.kept(kept).take_regions(), map.placement());
     result.set_fields(polygons.fields);
     const std::size_t name = name_field(polygons.fields);
     for (std::size_t i = 0; i < source_of_kept.size(); ++i) {
@@ -95,51 +98,69 @@ Map with_sources(const Map& map, const Features& polygons, bool keeps_gaps, Sour
 
 LabelReport take_labels(Map& map, const Features& labels) {
     LabelReport report;
+    const std::vector<std::optional<std::size_t>> label_of = labels_by_region(map, labels, report);
     std::vector<Field> fields = map.fields();
     const std::vector<std::size_t> slots = slots_of(labels.fields, fields);
-    std::vector<std::vector<FieldValue>> values;
+    const std::size_t name = name_field(labels.fields);
+    std::vector<std::vector<FieldValue>> rows;
+    rows.reserve(label_of.size());
     for (const Region region : map) {
-        std::vector<FieldValue>& row = values.emplace_back();
+        std::vector<FieldValue>& row = rows.emplace_back();
         for (std::size_t field = 0; field < map.fields().size(); ++field) {
             row.push_back(region.value(field));
         }
         row.resize(fields.size());
+        const auto label = label_of[static_cast<std::size_t>(region.index())];
+        if (!label) {
+            continue;
+        }
+        for (std::size_t field = 0; field < slots.size(); ++field) {
+            row[slots[field]] = labels.value(*label, field);
+        }
+        const std::string text = text_of_value(labels.value(*label, name));
+        if (!text.empty()) {
+            map.set_name(region.index(), text);
+        }
     }
+    map.set_fields(std::move(fields));
+    for (std::size_t region = 0; region < rows.size(); ++region) {
+        map.set_values(static_cast<int>(region), std::move(rows[region]));
+    }
+    return report;
+}
+
+namespace {
+
+// The feature with the first label in each region.
+std::vector<std::optional<std::size_t>> labels_by_region(const Map& map, const Features& labels,
+                                                         LabelReport& report) {
+    std::vector<std::optional<std::size_t>> label_of(static_cast<std::size_t>(map.size()));
     const RegionLocator locator(map);
-    const std::size_t name = name_field(labels.fields);
-    std::vector<bool> is_labelled(static_cast<std::size_t>(map.size()), false);
+    const auto take = [&](std::size_t label, const Point2& point) {
+        const std::optional<int> region = locator.region_at(point);
+        if (!region) {
+            ++report.outside;
+        } else if (label_of[static_cast<std::size_t>(*region)]) {
+            ++report.repeated;
+        } else {
+            ++report.used;
+            label_of[static_cast<std::size_t>(*region)] = label;
+        }
+    };
     for (std::size_t i = 0; i < labels.features.size(); ++i) {
         if (labels.features[i].shape != Shape::points) {
             continue;
         }
-        const std::size_t first = labels.first_path(i);
-        for (std::size_t path = first; path < labels.features[i].path_end; ++path) {
+        for (std::size_t path = labels.first_path(i); path < labels.features[i].path_end; ++path) {
             for (const Point2& point : labels.path(path)) {
-                const std::optional<int> region = locator.region_at(point);
-                if (!region) {
-                    ++report.outside;
-                    continue;
-                }
-                const auto slot = static_cast<std::size_t>(*region);
-                if (is_labelled[slot]) {
-                    ++report.repeated;
-                    continue;
-                }
-                is_labelled[slot] = true;
-                ++report.used;
-                for (std::size_t field = 0; field < slots.size(); ++field) {
-                    values[slot][slots[field]] = labels.value(i, field);
-                }
-                map.set_name(*region, text_of_value(labels.value(i, name)));
+                take(i, point);
             }
         }
     }
-    map.set_fields(std::move(fields));
-    for (std::size_t region = 0; region < values.size(); ++region) {
-        map.set_values(static_cast<int>(region), std::move(values[region]));
-    }
-    return report;
+    return label_of;
 }
+
+} // namespace
 
 Map regions_of(const Features& features, const Context& context) {
     Network network = network_of(features);
