@@ -12,6 +12,7 @@
 #include "kit/base/win32.h"
 #else
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -88,6 +89,17 @@ FILE* create_temporary_file() {
                   FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, L"w+b");
 }
 
+long long bytes_left(FILE* stream) {
+    const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    const long long position = GetFileType(handle) == FILE_TYPE_DISK ? _ftelli64(stream) : -1;
+    if (position < 0 || _fseeki64(stream, 0, SEEK_END) != 0) {
+        return -1;
+    }
+    const long long end = _ftelli64(stream);
+    _fseeki64(stream, position, SEEK_SET);
+    return end > position ? end - position : -1;
+}
+
 void remove_quickly(const wchar_t* name) {
     if (DeleteFileW(name) == 0) {
         RemoveDirectoryW(name);
@@ -122,6 +134,21 @@ FILE* create_file(const fs::path& file) {
 
 FILE* create_temporary_file() {
     return std::tmpfile();
+}
+
+// A stream over memory has no descriptor.
+long long bytes_left(FILE* stream) {
+    struct stat status = {};
+    const int descriptor = fileno(stream);
+    const off_t position = ftello(stream);
+    if (position < 0 ||
+        (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) ||
+        fseeko(stream, 0, SEEK_END) != 0) {
+        return -1;
+    }
+    const off_t end = ftello(stream);
+    fseeko(stream, position, SEEK_SET);
+    return end > position ? end - position : -1;
 }
 
 void remove_quickly(const char* name) {

@@ -28,6 +28,10 @@ FILE* create_file(const std::filesystem::path& file);
 /// which goes away when it is closed. Null with the reason in `errno` if that fails.
 FILE* create_temporary_file();
 
+/// The number of bytes from the stream's position to the end of its file; -1 for what is no regular
+/// file, or has no size until it is read.
+long long bytes_left(FILE* stream);
+
 /// Removes a file or, if none has the name, an empty directory. Takes no memory and no locks.
 void remove_quickly(const std::filesystem::path::value_type* name);
 

@@ -19,8 +19,8 @@ public:
     const std::string& name() const { return name_; }
     const Context& context() const { return context_; }
 
-    /// How many bytes there are at least and at most still to come: equal for a regular file. At
-    /// most a fixed number for a pipe, to which a count in a header is believed.
+    /// How many bytes are still to come at most: all of a regular file; a fixed number for a pipe,
+    /// to which a count in a header is believed.
     std::size_t most_left() const;
 
     /// Whether the number of bytes left is known, as it is not for a pipe.
@@ -44,11 +44,16 @@ public:
     /// How many bytes were taken.
     long long position() const;
 
-    /// Throws an input error "FILE:LINE: message" for a text, "FILE: message (at byte N)" else.
+    /// Throws an input error "FILE:LINE: message, 'value'" once a line was read, and as the other
+    /// one before.
     [[noreturn]] void fail(const std::string& message, std::string_view value = {}) const;
+
+    /// Throws an input error "FILE: message at byte N", the next one.
     [[noreturn]] void fail_at_byte(const std::string& message) const;
 
 private:
+    bool read_block(std::size_t least);
+
     FILE* stream_;
     std::string name_;
     const Context& context_;
@@ -56,7 +61,7 @@ private:
     std::vector<char> block_;
     std::size_t next_ = 0;
     std::size_t end_ = 0;
-    long long taken_ = 0; // before the block
+    long long from_stream_ = 0; // up to the end of the block
     int line_ = 0;
 };
 
