@@ -26,4 +26,7 @@ void write_glb(const Mesh& mesh, OutputFile& out);
 void write_obj(const Mesh& mesh, const std::string& materials, OutputFile& out);
 void write_mtl(const Mesh& mesh, OutputFile& out);
 
+/// Whether parts or faces have colours, which OBJ has in a file of its own.
+bool has_materials(const Mesh& mesh);
+
 } // namespace korvel::kit
