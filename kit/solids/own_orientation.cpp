@@ -2,10 +2,10 @@
 
 #include <cmath>
 #include <numbers>
-#include <utility>
 
 #include "kit/solids/box.h"
 #include "kit/solids/face_sides.h"
+#include "kit/solids/turned_sets.h"
 #include "kit/solids/vectors.h"
 
 namespace korvel::kit {
@@ -16,22 +16,6 @@ struct Piece {
     std::vector<int> positions; // in the body's list
     Box box;
     double volume = 0; // negative when the faces run the wrong way
-};
-
-// Disjoint sets of faces, in each of which it is known who runs like whom.
-class TurnedSets {
-public:
-    explicit TurnedSets(int faces);
-
-    // Returns the first face of the set and whether the face runs against it.
-    std::pair<int, bool> root(int face);
-
-    // The first relation that is stated counts, on surfaces that cannot be oriented.
-    void join(int a, int b, bool run_against);
-
-private:
-    std::vector<int> parents_;
-    std::vector<char> is_against_; // the parent
 };
 
 TurnedSets connect(const TMOD3D& model, int body);
@@ -102,7 +86,7 @@ std::vector<Piece> pieces_of(const TMOD3D& model, int body, std::vector<int>& tu
 }
 
 TurnedSets connect(const TMOD3D& model, int body) {
-    TurnedSets sets(model.bodies[body].polys.GetSize());
+    TurnedSets sets(static_cast<std::size_t>(model.bodies[body].polys.GetSize()));
     std::vector<FaceSide> sides = sides_of(model, body);
     for_each_edge(sides, [&](std::span<FaceSide> around) {
         if (around.size() > 2) {
@@ -183,36 +167,6 @@ void for_each_triangle(const TMOD3D& model, int face, Visit visit) {
     const auto at = [&](int k) { return to_point(model.verts[corners[k]].model_xyz); };
     for (int k = 1; k + 1 < corners.GetSize(); ++k) {
         visit(at(0), at(k), at(k + 1));
-    }
-}
-
-TurnedSets::TurnedSets(int faces)
-    : parents_(static_cast<std::size_t>(faces)), is_against_(static_cast<std::size_t>(faces), 0) {
-    for (int face = 0; face < faces; ++face) {
-        parents_[face] = face;
-    }
-}
-
-std::pair<int, bool> TurnedSets::root(int face) {
-    bool is_against = false;
-    while (parents_[face] != face) {
-        const int parent = parents_[face];
-        is_against_[face] = static_cast<char>(is_against_[face] ^ is_against_[parent]);
-        parents_[face] = parents_[parent];
-        is_against ^= is_against_[face] != 0;
-        face = parents_[face];
-    }
-    return {face, is_against};
-}
-
-void TurnedSets::join(int a, int b, bool run_against) {
-    const auto [root_a, a_is_against] = root(a);
-    const auto [root_b, b_is_against] = root(b);
-    if (root_a != root_b) {
-        const bool is_against = (a_is_against != b_is_against) != run_against;
-        const auto [first, second] = std::minmax(root_a, root_b);
-        parents_[second] = first;
-        is_against_[second] = static_cast<char>(is_against);
     }
 }
 

@@ -103,7 +103,17 @@ Placement common_placement(const std::vector<PlacedBox>& parts, const Context& c
 
 // Orientation by volumes in the user's coordinates would fail for small bodies far from 0.
 void to_user(const Grid& grid, TMOD3D& model) {
-    convert_vertices(model.verts, [&](const Point3& steps) { return grid.to_user(steps); });
+    std::vector<Point3> vertices;
+    vertices.reserve(static_cast<std::size_t>(model.verts.GetSize()));
+    for (const VERT3D& vertex : model.verts) {
+        vertices.push_back(grid.to_user(to_point(vertex.model_xyz)));
+    }
+    to_user(grid, vertices, model);
+}
+
+void to_user(const Grid& grid, std::span<const Point3> vertices, TMOD3D& model) {
+    auto next = vertices.begin();
+    convert_vertices(model.verts, [&](const Point3& /*steps*/) { return *next++; });
     if (grid.is_y_down()) {
         for (POLY3D& face : model.polys) {
             face.invert_poly_range();

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@
 // Models and sections in memory are in the user's coordinates, their files in steps of a grid.
 
 namespace korvel::kit {
+
+class Solids;
 
 /// Reads a body model file as `read_model` does, and turns the model into the user's coordinates
 /// by the placement that the file stores. Relations and the orientation of the faces are those of
@@ -28,6 +31,9 @@ void write_placed_model(const TMOD3D& model, const Placement& placement, FILE* o
 /// Turns a model in steps, with everything derived, into the user's coordinates. Relations and the
 /// orientation of the faces stay; equations, volumes, bounds and the view are derived anew.
 void to_user(const Grid& grid, TMOD3D& model);
+
+/// The same where the vertices' coordinates are known, which then are the user's to the last digit.
+void to_user(const Grid& grid, std::span<const Point3> vertices, TMOD3D& model);
 
 /// Turns the vertices of a section that was read into the user's coordinates.
 void to_user(const Grid& grid, TMOD2D& section);
@@ -45,5 +51,12 @@ struct PlacedBox {
 /// the finest step, its origin moved near the middle where another is too far away for files. Warns
 /// when the reference systems differ.
 Placement common_placement(const std::vector<PlacedBox>& parts, const Context& context);
+
+/// The placement with which a file keeps points: that which they have if its grid is set, or if six
+/// decimals in single precision move none by more than 2^-24 of their extent, else one with a
+/// decimal step. Its origin is 0 where the points are on the grid and near 0, else a round number
+/// near their middle, so that at least 24 bits around it are kept. Linear.
+Placement placement_for_file(std::span<const Point3> points, const Placement& present = {});
+Placement placement_for_file(const Solids& solids);
 
 } // namespace korvel::kit

@@ -20,7 +20,6 @@ void refuse_collapsed_faces(const Soup& soup, double tolerance);
 int share_faces(Soup& soup);
 std::vector<int> first_equal_faces(const Soup& soup);
 void keep_used(Soup& soup);
-void derive_from_faces(TMOD3D& model, const Context& context);
 
 } // namespace
 
@@ -52,6 +51,15 @@ std::unique_ptr<TMOD3D> welded(Soup soup, const WeldOptions& options, const Cont
     derive_from_faces(*model, context);
     context.report(stage, steps, steps);
     return model;
+}
+
+void derive_from_faces(TMOD3D& model, const Context& context) {
+    const CheckPointScope calls = context.follow_calls();
+    model.clear_no_use_ele();
+    model.mode_ok = model.bodies.IsEmpty() ? 0 : 1;
+    for (int body = 0; body < model.bodies.GetSize(); ++body) {
+        model.get_body_span(body);
+    }
 }
 
 namespace {
@@ -233,16 +241,6 @@ void keep_used(Soup& soup) {
     }
     soup.points = std::move(points);
     soup.faces = std::move(faces);
-}
-
-// Finds the edges too.
-void derive_from_faces(TMOD3D& model, const Context& context) {
-    const CheckPointScope calls = context.follow_calls();
-    model.clear_no_use_ele();
-    model.mode_ok = model.bodies.IsEmpty() ? 0 : 1;
-    for (int body = 0; body < model.bodies.GetSize(); ++body) {
-        model.get_body_span(body);
-    }
 }
 
 } // namespace

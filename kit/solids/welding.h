@@ -13,4 +13,7 @@ namespace korvel::kit {
 std::unique_ptr<TMOD3D> welded(Soup soup, const WeldOptions& options, const Context& context,
                                WeldReport& report);
 
+/// Derives everything of a model of vertices, faces and bodies, its edges too.
+void derive_from_faces(TMOD3D& model, const Context& context);
+
 } // namespace korvel::kit
