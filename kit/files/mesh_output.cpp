@@ -69,9 +69,15 @@ MeshFormat format_to_write(const fs::path& target, std::optional<MeshFormat> for
     if (!format) {
         format = mesh_format(target);
     }
-    if (!format) {
-        throw input_error(text_of(target) + ": the suffix selects no format of meshes",
+    const auto fail = [&](const std::string& message) {
+        throw input_error(text_of(target) + ": " + message,
                           {.file = text_of(target), .value = text_of(target.extension())});
+    };
+    if (!format) {
+        fail("the suffix selects no format of meshes");
+    }
+    if (format == MeshFormat::obj && materials_of(target) == target) {
+        fail("the suffix .mtl is that of the materials of an OBJ");
     }
     return *format;
 }

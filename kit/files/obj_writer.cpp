@@ -143,7 +143,9 @@ void ObjWriter::put_faces(std::size_t part) {
     const bool has_own = !mesh_.parts.empty() && mesh_.parts[part].colour;
     const bool by_face = !has_own && !mesh_.parts_are_bodies && !mesh_.face_colours.empty();
     if (has_materials_ && !by_face) {
-        use_material(part_colour(mesh_, part));
+        use_material(has_own                      ? mesh_.parts[part].colour
+                     : mesh_.face_colours.empty() ? std::nullopt
+                                                  : part_colour(mesh_, part));
     }
     for (std::size_t face = faces.begin; face < faces.end; ++face) {
         if (has_materials_ && by_face &&
