@@ -8,7 +8,6 @@
 
 #include "kit/base/error.h"
 #include "kit/base/system_files.h"
-#include "kit/files/text_file.h"
 
 namespace korvel::kit {
 namespace {
@@ -122,11 +121,10 @@ long long ByteInput::position() const {
 }
 
 void ByteInput::fail(const std::string& message, std::string_view value) const {
-    const std::string found = value.empty() ? message : message + ", " + quoted(value);
     if (line_ == 0) {
-        fail_at_byte(found);
+        fail_at_byte(message);
     }
-    throw input_error(name_ + ":" + std::to_string(line_) + ": " + found,
+    throw input_error(name_ + ":" + std::to_string(line_) + ": " + message,
                       {.file = name_, .line = line_, .value = std::string(value)});
 }
 

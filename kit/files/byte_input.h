@@ -44,8 +44,8 @@ public:
     /// How many bytes were taken.
     long long position() const;
 
-    /// Throws an input error "FILE:LINE: message, 'value'" once a line was read, and as the other
-    /// one before.
+    /// Throws an input error "FILE:LINE: message" once a line was read, and as the other one
+    /// before. `value` is what does not fit, which the message quotes.
     [[noreturn]] void fail(const std::string& message, std::string_view value = {}) const;
 
     /// Throws an input error "FILE: message at byte N", the next one.

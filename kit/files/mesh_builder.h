@@ -1,0 +1,56 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "kit/files/byte_input.h"
+#include "kit/files/mesh.h"
+
+namespace korvel::kit {
+
+/// Makes room in a list whose length shows only while the file is read: for what the rest of the
+/// file can hold at the rate so far, so that large lists are hardly ever copied. To be made where
+/// the first entry begins.
+class ListGrowth {
+public:
+    explicit ListGrowth(const ByteInput& input) : input_(input), first_(input.position()) {}
+
+    template <class Entry>
+    void add(std::vector<Entry>& list, const Entry& entry) const {
+        if (list.size() == list.capacity()) {
+            list.reserve(expected(list.size()));
+        }
+        list.push_back(entry);
+    }
+
+private:
+    std::size_t expected(std::size_t present) const;
+
+    const ByteInput& input_;
+    long long first_;
+};
+
+/// Adds the faces of a file to its mesh.
+class FaceBuilder {
+public:
+    FaceBuilder(Mesh& mesh, const ByteInput& input) : mesh_(mesh), growth_(input) {}
+
+    void add_corner(std::int32_t point) { growth_.add(mesh_.corners, point); }
+
+    /// Ends the face of the corners that were added since the last one. False if they are fewer
+    /// than three: they are dropped.
+    bool end_face();
+
+    /// Warns of the faces that were dropped.
+    void finish(const ByteInput& input) const;
+
+private:
+    Mesh& mesh_;
+    ListGrowth growth_;
+    std::size_t first_ = 0; // corner of the face
+    std::size_t dropped_ = 0;
+};
+
+} // namespace korvel::kit
