@@ -18,6 +18,8 @@ constexpr std::size_t longest_line = 1U << 24U;
 /// What a count in a header may ask for when the size of the input is not known.
 constexpr std::size_t most_from_pipe = 1U << 28U;
 
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
 } // namespace
 
 ByteInput::ByteInput(FILE* stream, std::string name, const Context& context)
@@ -80,7 +82,9 @@ std::string_view ByteInput::next_line(bool& is_line) {
         }
         const bool has_two = stop + 1 < end && *stop == '\r' && stop[1] == '\n';
         next_ += std::min(length + (has_two ? 2 : 1), end_ - next_);
-        return {start, length};
+        const std::string_view line(start, length);
+        const bool has_mark = line_ == 1 && line.starts_with(byte_order_mark);
+        return has_mark ? line.substr(byte_order_mark.size()) : line;
     }
 }
 

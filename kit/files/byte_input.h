@@ -35,7 +35,8 @@ public:
     bool at_end() { return peek(1).empty(); }
 
     /// The next line, without its end (LF, CR LF or CR), valid until the next call; `is_line`
-    /// becomes false at the end of the file. Throws for lines beyond 16 MiB and for a NUL byte.
+    /// becomes false at the end of the file. UTF-8's byte order mark is left out. Throws for lines
+    /// beyond 16 MiB and for a NUL byte.
     std::string_view next_line(bool& is_line);
 
     /// Of the line that was returned last, from 1.
