@@ -43,6 +43,11 @@ public:
     /// than three: they are dropped.
     bool end_face();
 
+    /// How many faces there are.
+    std::size_t count() const {
+        return mesh_.face_ends.empty() ? first_ / 3 : mesh_.face_ends.size();
+    }
+
     /// Warns of the faces that were dropped.
     void finish(const ByteInput& input) const;
 

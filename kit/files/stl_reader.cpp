@@ -120,8 +120,8 @@ std::size_t stl_face_count(ByteInput& input) {
                                                    std::numeric_limits<std::int32_t>::max() / 3);
     if (count > most) {
         const std::size_t turned = number_at<std::uint32_t>(head.data() + 80, std::endian::big);
-        input.fail_at_byte("no text STL, and as binary STL it has " + std::to_string(count) +
-                           " faces, where the file has room for " + std::to_string(most) +
+        input.fail_at_byte("no text STL, and as binary STL of " + std::to_string(count) +
+                           " faces it has bytes for " + std::to_string(most) + " only" +
                            (turned == most ? ": its bytes are in reversed order" : ""));
     }
     const std::size_t rest = input.most_left() - count * stl_face_size;

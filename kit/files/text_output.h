@@ -10,6 +10,14 @@
 
 namespace korvel::kit {
 
+/// Appends the shortest digits that read back as the same number.
+template <class Number>
+void append_digits(std::string& text, Number value) {
+    std::array<char, 32> digits; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+    text.append(digits.data(), end);
+}
+
 /// A text, or bytes, on the way to a file, in blocks. Errors of writing show when the file is
 /// closed.
 class TextOutput {
@@ -30,13 +38,9 @@ public:
         return *this;
     }
 
-    /// The shortest digits that read back as the same number.
     template <class Number>
     TextOutput& put_number(Number value) {
-        std::array<char, 32> digits; // NOLINT(cppcoreguidelines-pro-type-member-init)
-        const auto [end, error] =
-            std::to_chars(digits.data(), digits.data() + digits.size(), value);
-        text().append(digits.data(), end);
+        append_digits(text(), value);
         return *this;
     }
 

@@ -80,7 +80,7 @@ std::string_view TextScan::rest() {
 }
 
 double TextScan::number(const char* what) {
-    const std::string_view text = word_for(what);
+    const std::string_view text = need_word(what);
     double value = 0;
     const std::errc error = scan(text, value);
     if (error == std::errc::result_out_of_range && is_tiny(text)) {
@@ -99,7 +99,7 @@ double TextScan::number(const char* what) {
 }
 
 std::int64_t TextScan::integer(const char* what, std::int64_t least, std::int64_t most) {
-    const std::string_view text = word_for(what);
+    const std::string_view text = need_word(what);
     std::int64_t value = 0;
     const std::errc error = scan(text, value);
     if (error == std::errc::invalid_argument) {
@@ -118,7 +118,7 @@ std::int32_t TextScan::index(const char* what, std::size_t size) {
     return static_cast<std::int32_t>(integer(what, 0, static_cast<std::int64_t>(size) - 1));
 }
 
-std::string_view TextScan::word_for(const char* what) {
+std::string_view TextScan::need_word(const char* what) {
     while (at_line_end()) {
         if (!crosses_lines_) {
             input_.fail(std::string("the line ends where ") + what + " is expected");

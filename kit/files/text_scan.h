@@ -33,6 +33,9 @@ public:
     /// What is left of the line, without white space at both ends.
     std::string_view rest();
 
+    /// A word that must be there.
+    std::string_view need_word(const char* what);
+
     /// A finite number in double precision.
     double number(const char* what);
 
@@ -45,8 +48,6 @@ public:
     ByteInput& input() const { return input_; }
 
 private:
-    std::string_view word_for(const char* what);
-
     ByteInput& input_;
     Mesh* commented_;
     const char* next_ = nullptr; // of the line
