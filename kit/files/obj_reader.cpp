@@ -76,6 +76,9 @@ ObjReader::ObjReader(ByteInput& input, const std::filesystem::path& folder)
     : input_(input), folder_(folder), scan_(input), faces_(mesh_, input), growth_(input) {}
 
 Mesh ObjReader::read() {
+    if (std::array<char, 3> byte_order_mark = {}; input_.peek(3) == "\xEF\xBB\xBF") {
+        input_.read(byte_order_mark.data(), byte_order_mark.size(), "");
+    }
     while (scan_.next_line()) {
         read_statement(scan_.word());
     }
@@ -225,9 +228,6 @@ void ObjReader::finish() {
                               " of a face is not one of " + std::to_string(mesh_.points.size()) +
                               " points",
                           {.file = file, .line = greatest_line_, .value = value});
-    }
-    if (mesh_.face_count() == 0) {
-        input_.fail("the file ends without a face");
     }
     if (has_other_elements_) {
         input_.context().warn(file + ": points, lines, curves and surfaces that are no faces are "
