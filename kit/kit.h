@@ -55,6 +55,7 @@
 #include "kit/solids/file_features.h"
 #include "kit/solids/file_precision.h"
 #include "kit/solids/file_repair.h"
+#include "kit/solids/mesh_check.h"
 #include "kit/solids/mesh_solids.h"
 #include "kit/solids/outline_edges.h"
 #include "kit/solids/pick.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <string>
 #include <vector>
 
 #include "kit/base/error.h"
@@ -37,7 +38,8 @@ struct FileContents {
     TMOD3D model;
     TMOD2D section;
     PLYDT triangles;
-    RecordLines lines; ///< of curves, the lines of their counts are the `wholes`
+    std::vector<std::string> names; ///< of the model's bodies; empty if they have none
+    RecordLines lines;              ///< of curves, the lines of their counts are the `wholes`
 };
 
 /// Reads words as a file of a kind.

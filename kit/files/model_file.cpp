@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "kit/base/error.h"
+#include "kit/files/body_names.h"
 #include "kit/files/placement_line.h"
 
 namespace korvel::kit {
@@ -40,7 +41,7 @@ std::optional<std::string> read_model(const TextFile& file, TMOD3D& out) {
 
 RecordLines read_model(WordReader& words, TMOD3D& out) {
     RecordLines lines;
-    words.end_before_placement();
+    words.end_before_body_names();
     read_vertices(words, out, lines);
     read_faces(words, out, lines);
     read_bodies(words, out, lines);
@@ -83,9 +84,9 @@ void colours_from_parameters(TMOD3D& model) {
 namespace {
 
 // Whether the library has read a model, each number from a word of its own, and has left no word
-// but those of a placement.
+// but those of names and a placement.
 bool reads_without_doubt(const TextFile& file, TMOD3D& out) {
-    const std::size_t end = without_placement(file.text).size();
+    const std::size_t end = without_body_names(without_placement(file.text)).size();
     const auto stream = stream_of(file);
     const PlainReading reading;
     out.read_mode(stream.get());

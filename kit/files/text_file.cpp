@@ -11,6 +11,7 @@
 
 #include "kit/base/error.h"
 #include "kit/base/system_files.h"
+#include "kit/files/body_names.h"
 #include "kit/files/placement_line.h"
 
 namespace korvel::kit {
@@ -89,6 +90,10 @@ void WordReader::skip_comments() {
 
 void WordReader::end_before_placement() {
     rest_ = without_placement(rest_);
+}
+
+void WordReader::end_before_body_names() {
+    rest_ = without_body_names(without_placement(rest_));
 }
 
 bool WordReader::at_end() {

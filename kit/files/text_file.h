@@ -56,6 +56,9 @@ public:
     /// be called before the first word.
     void end_before_placement();
 
+    /// Neither are lines of bodies' names before it, if the text ends with any (see body_names.h).
+    void end_before_body_names();
+
     /// From here on an index outside its list is no problem.
     void allow_any_index() { allows_any_index_ = true; }
 

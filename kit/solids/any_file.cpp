@@ -1,6 +1,5 @@
 #include "kit/solids/any_file.h"
 
-#include <memory>
 #include <utility>
 
 #include "kit/files/placement_line.h"
@@ -57,14 +56,8 @@ AnyFile read_kind(FileKind kind, const TextFile& file, const Context& context) {
 }
 
 AnyFile read_solids(const TextFile& file, const Context& context) {
-    const CheckPointScope calls = context.follow_calls();
-    auto model = std::make_unique<TMOD3D>();
-    Placement placement;
-    if (const auto note = read_placed_model(file, *model, placement)) {
-        context.warn(*note);
-    }
-    Solids solids(std::move(model));
-    solids.set_placement(placement);
+    Solids solids = Solids::read(file, context);
+    const Placement placement = solids.placement();
     return {FileKind::model, std::move(solids), placement};
 }
 

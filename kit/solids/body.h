@@ -71,7 +71,7 @@ public:
 
     int index() const { return index_; }
 
-    /// Its name, empty unless the host has set one. Names are not stored in files.
+    /// Its name, empty unless it has one.
     const std::string& name() const;
 
     BodyColour colour() const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kit/base/error.h"
+#include "kit/files/body_names.h"
 #include "kit/files/placement_line.h"
 #include "kit/maps/map_check.h"
 #include "kit/solids/model_check.h"
@@ -23,6 +24,9 @@ Findings check_file(const TextFile& file, FileKind kind) {
     try {
         read_as(kind, words, contents);
         add_findings(kind, contents, findings);
+        if (kind == FileKind::model) {
+            read_body_names(file, contents.model.bodies.GetSize(), &findings.problems);
+        }
     } catch (const Error&) {
         // The file cannot be read on; the reason is among the problems.
     }

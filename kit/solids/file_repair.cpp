@@ -1,6 +1,7 @@
 #include "kit/solids/file_repair.h"
 
 #include "kit/base/error.h"
+#include "kit/files/body_names.h"
 #include "kit/files/placement_line.h"
 #include "kit/maps/map_repair.h"
 #include "kit/solids/file_check.h"
@@ -18,6 +19,10 @@ RepairedFile repair_file(const TextFile& file, FileKind kind) {
     WordReader words(file, &repaired.remaining.problems);
     try {
         read_as(kind, words, repaired.contents);
+        if (kind == FileKind::model) {
+            repaired.contents.names = read_body_names(
+                file, repaired.contents.model.bodies.GetSize(), &repaired.remaining.problems);
+        }
     } catch (const Error&) {
         // The reason is among the problems.
     }
@@ -45,6 +50,7 @@ void RepairedFile::write(OutputFile& out) const {
         write_region_file(contents, out.stream());
     } else if (kind == FileKind::model) {
         write_model_file(contents, out.stream());
+        std::fputs(body_name_lines(contents.names).c_str(), out.stream());
     }
     std::fputs(placement_line(placement).c_str(), out.stream());
 }

@@ -30,7 +30,7 @@ void add_bodies_of(const TriangleList& list, const std::vector<Shell>& shells,
                    const std::vector<Role>& roles, std::vector<MeshBody>& bodies);
 void apply_turns(const std::vector<MeshBody>& bodies, const std::vector<signed char>& turns,
                  TriangleList& list, MeshReport& report);
-void count_edges_of(const TriangleList& list, MeshBody& body, MeshReport& report);
+void describe_surface(const TriangleList& list, MeshBody& body);
 
 } // namespace
 
@@ -51,7 +51,9 @@ std::vector<MeshBody> bodies_of(const Mesh& mesh, TriangleList& list, MeshReport
               [](const MeshBody& a, const MeshBody& b) { return a.triangles[0] < b.triangles[0]; });
     apply_turns(bodies, turns, list, report);
     for (MeshBody& body : bodies) {
-        count_edges_of(list, body, report);
+        describe_surface(list, body);
+        report.open_edges += body.surface.open_edges;
+        report.crowded_edges += body.surface.crowded_edges;
     }
     return bodies;
 }
@@ -168,8 +170,9 @@ void add_bodies_of(const TriangleList& list, const std::vector<Shell>& shells,
     for (std::vector<int>& of_body : triangles) {
         if (!of_body.empty()) {
             std::sort(of_body.begin(), of_body.end());
-            const std::size_t part = part_of(list, of_body[0]);
-            bodies.push_back({std::move(of_body), part});
+            MeshBody& body = bodies.emplace_back();
+            body.part = part_of(list, of_body[0]);
+            body.triangles = std::move(of_body);
         }
     }
 }
@@ -188,13 +191,28 @@ void apply_turns(const std::vector<MeshBody>& bodies, const std::vector<signed c
     }
 }
 
-void count_edges_of(const TriangleList& list, MeshBody& body, MeshReport& report) {
+void describe_surface(const TriangleList& list, MeshBody& body) {
+    Surface& surface = body.surface;
+    surface.faces = static_cast<int>(body.triangles.size());
+    DisjointSets pieces(surface.faces);
     const std::vector<TriangleSide> sides = sides_of(list, body.triangles);
     for_each_edge_of(sides, [&](std::span<const TriangleSide> edge) {
-        report.open_edges += edge.size() % 2 != 0 ? 1 : 0;
-        report.crowded_edges += edge.size() > 2 && edge.size() % 2 == 0 ? 1 : 0;
+        ++surface.edges;
+        surface.open_edges += edge.size() % 2 != 0 ? 1 : 0;
+        surface.crowded_edges += edge.size() > 2 && edge.size() % 2 == 0 ? 1 : 0;
         body.has_crowded_edges = body.has_crowded_edges || edge.size() > 2;
+        for (const TriangleSide& side : edge) {
+            pieces.join(side.position(), edge.back().position());
+        }
     });
+    surface.pieces = pieces.count();
+    std::vector<int> points;
+    points.reserve(3 * body.triangles.size());
+    for (const int triangle : body.triangles) {
+        points.insert(points.end(), list.corners[triangle].begin(), list.corners[triangle].end());
+    }
+    std::sort(points.begin(), points.end());
+    surface.vertices = static_cast<int>(std::unique(points.begin(), points.end()) - points.begin());
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include "kit/solids/mesh_solids.h"
 #include "kit/solids/mesh_triangles.h"
+#include "kit/solids/surface.h"
 
 namespace korvel::kit {
 
@@ -11,7 +12,8 @@ namespace korvel::kit {
 struct MeshBody {
     std::vector<int> triangles; ///< ascending
     std::size_t part = 0;       ///< of the mesh, that of its first triangle
-    bool has_crowded_edges = false;
+    Surface surface = {};
+    bool has_crowded_edges = false; ///< with more than two triangles, be it an odd number
 };
 
 /// The bodies of a mesh, in the order of their first triangles, which are turned outward. Counts

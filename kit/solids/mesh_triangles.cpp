@@ -15,6 +15,7 @@ namespace {
 
 void check_mesh_points(const Mesh& mesh, double weld);
 std::vector<int> joined_in_mesh(const Mesh& mesh, double weld);
+int count_joined(const Mesh& mesh, const std::vector<int>& joined);
 void join_in_part(const Mesh& mesh, std::size_t first_face, std::size_t face_end, double weld,
                   std::vector<int>& joined);
 void add_triangles_of_face(std::span<const std::int32_t> face, int number,
@@ -28,9 +29,7 @@ TriangleList triangles_of(const Mesh& mesh, const MeshSolidsOptions& options, Me
     TriangleList list;
     list.points = mesh.points;
     const std::vector<int> joined = joined_in_mesh(mesh, options.weld);
-    for (std::size_t v = 0; v < joined.size(); ++v) {
-        report.points_joined += joined[v] != static_cast<int>(v) ? 1 : 0;
-    }
+    report.points_joined = count_joined(mesh, joined);
     list.corners.reserve(mesh.face_count());
     list.faces.reserve(mesh.face_count());
     std::size_t next = 0;
@@ -114,6 +113,19 @@ void join_in_part(const Mesh& mesh, std::size_t first_face, std::size_t face_end
     }
 }
 
+// Points that no face uses do not count.
+int count_joined(const Mesh& mesh, const std::vector<int>& joined) {
+    std::vector<char> is_used(joined.size(), 0);
+    for (const std::int32_t corner : mesh.corners) {
+        is_used[corner] = 1;
+    }
+    int count = 0;
+    for (std::size_t v = 0; v < joined.size(); ++v) {
+        count += is_used[v] != 0 && joined[v] != static_cast<int>(v) ? 1 : 0;
+    }
+    return count;
+}
+
 void add_triangles_of_face(std::span<const std::int32_t> face, int number,
                            const std::vector<int>& joined, TriangleList& list, MeshReport& report) {
     const std::size_t before = list.size();
@@ -140,7 +152,10 @@ void add_triangles_of_face(std::span<const std::int32_t> face, int number,
         }
         report.faces_divided += list.size() > before && outline.size() > 3 ? 1 : 0;
     }
-    report.faces_degenerate += list.size() == before ? 1 : 0;
+    if (list.size() == before) {
+        list.empty_faces.push_back(number);
+        ++report.faces_degenerate;
+    }
     list.faces.resize(list.size(), number);
 }
 

@@ -15,6 +15,7 @@ struct TriangleList {
     std::vector<Point3> points; ///< those of the mesh, some not used any more
     std::vector<std::array<int, 3>> corners;
     std::vector<int> faces;             ///< of the mesh, ascending
+    std::vector<int> empty_faces;       ///< of the mesh, those that have no triangle
     std::vector<std::size_t> part_ends; ///< after the last triangle of each part, one at least
 
     std::size_t size() const { return corners.size(); }

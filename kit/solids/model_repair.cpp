@@ -141,7 +141,15 @@ void drop_unused(FileContents& contents, std::vector<Repair>& out) {
     for (const BODY3D& body : model.bodies) {
         is_used.push_back(!body.polys.IsEmpty());
     }
-    keep_records(is_used, model.bodies, contents.lines.wholes);
+    const std::vector<int> body_numbers =
+        keep_records(is_used, model.bodies, contents.lines.wholes);
+    for (std::size_t body = 0; body < contents.names.size(); ++body) {
+        if (body_numbers[body] >= 0) {
+            contents.names[static_cast<std::size_t>(body_numbers[body])] = contents.names[body];
+        }
+    }
+    contents.names.resize(
+        std::min(contents.names.size(), static_cast<std::size_t>(model.bodies.GetSize())));
     is_used.assign(static_cast<std::size_t>(faces), false);
     for (const BODY3D& body : model.bodies) {
         for (const int face : body.polys) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 
+#include "kit/files/body_names.h"
 #include "kit/files/model_file.h"
 #include "kit/files/placement_line.h"
 #include "kit/solids/exact.h"
@@ -37,12 +38,14 @@ std::optional<std::string> read_placed_model(const TextFile& file, TMOD3D& out,
     return change;
 }
 
-void write_placed_model(const TMOD3D& model, const Placement& placement, FILE* out) {
+void write_placed_model(const TMOD3D& model, const Placement& placement, FILE* out,
+                        std::span<const std::string> names) {
     if (placement.grid.is_identity()) {
         operand(model).write_mode(out);
     } else {
         in_steps(model, placement.grid)->write_mode(out);
     }
+    std::fputs(body_name_lines(names).c_str(), out);
     std::fputs(placement_line(placement).c_str(), out);
 }
 

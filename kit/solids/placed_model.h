@@ -25,8 +25,9 @@ class Solids;
 std::optional<std::string> read_placed_model(const TextFile& file, TMOD3D& out,
                                              Placement& placement);
 
-/// Writes a model in steps, and the placement.
-void write_placed_model(const TMOD3D& model, const Placement& placement, FILE* out);
+/// Writes a model in steps, the names that its bodies have, and the placement.
+void write_placed_model(const TMOD3D& model, const Placement& placement, FILE* out,
+                        std::span<const std::string> names = {});
 
 /// Turns a model in steps, with everything derived, into the user's coordinates. Relations and the
 /// orientation of the faces stay; equations, volumes, bounds and the view are derived anew.

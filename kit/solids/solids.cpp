@@ -6,6 +6,7 @@
 #include <set>
 
 #include "kit/base/error.h"
+#include "kit/files/body_names.h"
 #include "kit/files/file_kind.h"
 #include "kit/solids/exact.h"
 #include "kit/solids/file_precision.h"
@@ -54,7 +55,9 @@ Solids Solids::read(const TextFile& file, const Context& context) {
     const CheckPointScope calls = context.follow_calls();
     Solids solids;
     const auto note = read_expecting({FileKind::model}, file, [&] {
-        return read_placed_model(file, *solids.model_, solids.placement_);
+        auto change = read_placed_model(file, *solids.model_, solids.placement_);
+        solids.names_ = read_body_names(file, solids.size());
+        return change;
     });
     if (note) {
         context.warn(*note);
@@ -71,7 +74,7 @@ void Solids::write(OutputFile& out) const {
     if (face_count() == 0 || empty()) {
         throw input_error("a model without faces is no model, and no file can contain it");
     }
-    write_placed_model(*model_, placement_, out.stream());
+    write_placed_model(*model_, placement_, out.stream(), names_);
 }
 
 std::array<int, 2> Solids::edge(int index) const {

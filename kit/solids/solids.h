@@ -70,16 +70,17 @@ public:
 
     /// Reads a body model file and derives everything, in the user's coordinates if the file stores
     /// a placement. Steps, or coordinates without one, pass through single precision: a warning
-    /// names the first whole number that this changes. Bodies take the colours that the file
-    /// contains. Throws an `Error` that names the line of the first thing that does not fit, or the
-    /// kind of a file that is something else. Takes over a second from about a million faces on.
+    /// names the first whole number that this changes. Bodies take the colours and the names that
+    /// the file contains. Throws an `Error` that names the line of the first thing that does not
+    /// fit, or the kind of a file that is something else. Takes over a second from about a million
+    /// faces on.
     static Solids read(const std::filesystem::path& file, const Context& context = {});
     static Solids read(const TextFile& file, const Context& context = {});
 
     /// Writes a body model file, completely or not at all, in steps of the placement's grid, with
     /// the placement unless it is plain. Coordinates get six decimals, colours are stored in the
-    /// parameters of the bodies, names are not stored. Throws an `Error` for solids without faces,
-    /// which no file can contain.
+    /// parameters of the bodies, names in lines behind them. Throws an `Error` for solids without
+    /// faces, which no file can contain.
     void write(const std::filesystem::path& file) const;
     void write(OutputFile& out) const;
 

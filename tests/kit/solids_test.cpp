@@ -144,7 +144,7 @@ TEST_F(SolidsFile, KeepsCoordinatesAndColours) {
     EXPECT_NEAR(read.volume(), both.volume(), 1e-5);
     EXPECT_LT(both.change_by_file(), 1e-6);
     EXPECT_EQ(both[0].name(), "box");
-    EXPECT_EQ(read[0].name(), "");
+    EXPECT_EQ(read[0].name(), "box");
 
     write("c.curves", "1 3 0 0 5 5 9 0\n");
     EXPECT_THAT(input_error_of([&] { kit::Solids::read(path("c.curves")); }),
