@@ -25,10 +25,10 @@ public:
     std::vector<Colour> take();
 
 private:
-    std::vector<Colour> up_to_255_;
+    std::vector<Colour> up_to_255_; // white without one; empty as long as none has any
     std::vector<Colour> up_to_1_;
+    std::size_t count_ = 0;
     double most_ = 0;
-    bool has_any_ = false;
 };
 
 class OffReader {
@@ -105,7 +105,7 @@ void OffReader::read_kind() {
 std::size_t OffReader::read_count(const char* what, std::size_t least_bytes) {
     constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max();
     const auto count = static_cast<std::size_t>(scan_.integer(what, 0, most));
-    const std::size_t room = (input_.most_left() + 1) / least_bytes;
+    const std::size_t room = (scan_.most_left() + 1) / least_bytes;
     if (count > room) {
         input_.fail(std::string(what) + " is " + std::to_string(count) +
                     ", where the file has room for " + std::to_string(room));
@@ -147,7 +147,7 @@ void OffReader::read_faces(std::size_t count) {
     FaceBuilder faces(mesh_, input_);
     for (std::size_t i = 0; i < count; ++i) {
         scan_.next_line();
-        const auto most = static_cast<std::int64_t>(input_.most_left() + 1);
+        const auto most = static_cast<std::int64_t>(scan_.most_left() + 1);
         for (auto left = scan_.integer("the number of corners", 0, most); left > 0; --left) {
             faces.add_corner(scan_.index("the index of a point", mesh_.points.size()));
         }
@@ -169,33 +169,29 @@ void OffReader::read_rest() {
 }
 
 void OffColours::add(const std::vector<double>& channels) {
+    constexpr Colour white = {255, 255, 255};
     const bool has = channels.size() == 3 || channels.size() == 4;
-    if (has && !has_any_) {
-        // Those before had none: white.
-        const std::size_t before = up_to_255_.size();
-        up_to_1_.assign(before, {255, 255, 255});
-        has_any_ = true;
+    if (has && up_to_1_.empty()) {
+        up_to_255_.assign(count_, white);
+        up_to_1_.assign(count_, white);
+    }
+    ++count_;
+    if (!has && up_to_1_.empty()) {
+        return;
     }
     const auto colour = [&](double scale) {
         const auto channel = [&](std::size_t i) {
             const double value = std::round(channels[i] * scale);
             return static_cast<unsigned char>(std::clamp(value, 0.0, 255.0));
         };
-        return has ? Colour{channel(0), channel(1), channel(2)} : Colour{255, 255, 255};
+        return has ? Colour{channel(0), channel(1), channel(2)} : white;
     };
     up_to_255_.push_back(colour(1));
-    if (has_any_) {
-        up_to_1_.push_back(colour(255));
-        for (const double channel : channels) {
-            most_ = std::max(most_, has ? channel : 0.0);
-        }
-    }
+    up_to_1_.push_back(colour(255));
+    most_ = has ? std::max(most_, *std::max_element(channels.begin(), channels.end())) : most_;
 }
 
 std::vector<Colour> OffColours::take() {
-    if (!has_any_) {
-        return {};
-    }
     return std::move(most_ > 1 ? up_to_255_ : up_to_1_);
 }
 

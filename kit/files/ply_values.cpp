@@ -14,6 +14,10 @@ PlyValues::PlyValues(ByteInput& input, const PlyHeader& header)
     scan_.cross_lines();
 }
 
+std::size_t PlyValues::most_left() const {
+    return is_text_ ? scan_.most_left() : input_.most_left();
+}
+
 double PlyValues::next(PlyType type, const char* what) {
     if (is_text_) {
         return scan_.number(what);
@@ -44,7 +48,7 @@ double PlyValues::next(PlyType type, const char* what) {
 
 std::size_t PlyValues::next_length(const PlyProperty& list) {
     const double length = next(*list.count_type, "the length of a list");
-    const std::size_t most = (input_.most_left() + 1) / least_size(list.type);
+    const std::size_t most = (most_left() + 1) / least_size(list.type);
     if (!(length >= 0) || length > static_cast<double>(most)) {
         fail("the length of a list is " + shortest_digits(length) +
              ", where the file has room for " + std::to_string(most) + " entries");
@@ -70,7 +74,7 @@ void PlyValues::need_room(const PlyElement& element) const {
     for (const PlyProperty& property : element.properties) {
         least += least_size(property.count_type ? *property.count_type : property.type);
     }
-    const std::size_t most = (input_.most_left() + 1) / std::max<std::size_t>(least, 1);
+    const std::size_t most = (most_left() + 1) / std::max<std::size_t>(least, 1);
     if (element.count > most && least > 0) {
         fail("the header has " + std::to_string(element.count) + " of element " +
              kit::quoted(element.name) + ", where the file has room for " + std::to_string(most));

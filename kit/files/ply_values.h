@@ -33,6 +33,7 @@ public:
     [[noreturn]] void fail(const std::string& message) const;
 
 private:
+    std::size_t most_left() const;
     std::size_t least_size(PlyType type) const { return is_text_ ? 2 : size_of(type); }
 
     ByteInput& input_;

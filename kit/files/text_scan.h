@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -44,6 +45,11 @@ public:
 
     /// An index into a list of `size` entries.
     std::int32_t index(const char* what, std::size_t size);
+
+    /// Bytes that are still to come at most, with those of the line.
+    std::size_t most_left() const {
+        return input_.most_left() + static_cast<std::size_t>(end_ - next_);
+    }
 
     ByteInput& input() const { return input_; }
 
