@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "kit/base/points.h"
+#include "kit/base/radix_sort.h"
 #include "kit/solids/vectors.h"
 
 namespace korvel::kit {
@@ -34,9 +35,14 @@ std::vector<FaceSide> sides_of(const TMOD3D& model, int body) {
     const auto edge = [](const FaceSide& side) { // one comparison instead of two
         return static_cast<std::uint64_t>(side.low) << 32 | static_cast<std::uint64_t>(side.high);
     };
-    std::sort(sides.begin(), sides.end(), [&](const FaceSide& a, const FaceSide& b) {
-        return edge(a) != edge(b) ? edge(a) < edge(b) : a.position < b.position;
-    });
+    constexpr std::size_t first_for_radix = 4096;
+    if (sides.size() >= first_for_radix) {
+        radix_sort(sides, edge);
+    } else {
+        std::sort(sides.begin(), sides.end(), [&](const FaceSide& a, const FaceSide& b) {
+            return edge(a) != edge(b) ? edge(a) < edge(b) : a.position < b.position;
+        });
+    }
     return sides;
 }
 

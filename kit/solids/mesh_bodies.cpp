@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <span>
 #include <utility>
 
 #include "kit/base/disjoint_sets.h"
@@ -19,6 +20,25 @@ struct Role {
     int body = 0; ///< the shell around it if it is a cavity, else itself
 };
 
+// Counts what bodies consist of.
+class SurfaceCounter {
+public:
+    explicit SurfaceCounter(const TriangleList& list)
+        : list_(list), body_of_(list.size(), -1), last_at_(list.points.size(), -1) {}
+
+    // Of the bodies from `first` on, which are those of a group of triangles.
+    void count(const std::vector<int>& group, const std::vector<TriangleSide>& sides,
+               std::vector<MeshBody>& bodies, std::size_t first);
+
+private:
+    void count_points(MeshBody& body, int number);
+    void count_edge(std::span<const int> bodies_at, std::vector<MeshBody>& bodies) const;
+
+    const TriangleList& list_;
+    std::vector<int> body_of_; // of each triangle
+    std::vector<int> last_at_; // the last body at each point
+};
+
 std::vector<std::vector<int>> groups_of(const Mesh& mesh, const TriangleList& list);
 DisjointSets parts_at_open_edges(const TriangleList& list);
 std::size_t part_of(const TriangleList& list, int triangle);
@@ -30,18 +50,20 @@ void add_bodies_of(const TriangleList& list, const std::vector<Shell>& shells,
                    const std::vector<Role>& roles, std::vector<MeshBody>& bodies);
 void apply_turns(const std::vector<MeshBody>& bodies, const std::vector<signed char>& turns,
                  TriangleList& list, MeshReport& report);
-void describe_surface(const TriangleList& list, MeshBody& body);
 
 } // namespace
 
 std::vector<MeshBody> bodies_of(const Mesh& mesh, TriangleList& list, MeshReport& report) {
     std::vector<MeshBody> bodies;
     std::vector<signed char> turns(list.size(), 1);
+    SurfaceCounter counter(list);
     for (const std::vector<int>& group : groups_of(mesh, list)) {
         const Shells found = shells_of(list, group, turns);
         const std::vector<Role> roles = roles_of(list, found.shells, mesh.parts_are_bodies);
         turn_outward(found.shells, roles, turns);
+        const std::size_t first = bodies.size();
         add_bodies_of(list, found.shells, roles, bodies);
+        counter.count(group, found.sides, bodies, first);
         report.faces_doubled += found.doubled;
         report.shells += static_cast<int>(found.shells.size());
         report.cavities += static_cast<int>(std::count_if(
@@ -50,8 +72,7 @@ std::vector<MeshBody> bodies_of(const Mesh& mesh, TriangleList& list, MeshReport
     std::sort(bodies.begin(), bodies.end(),
               [](const MeshBody& a, const MeshBody& b) { return a.triangles[0] < b.triangles[0]; });
     apply_turns(bodies, turns, list, report);
-    for (MeshBody& body : bodies) {
-        describe_surface(list, body);
+    for (const MeshBody& body : bodies) {
         report.open_edges += body.surface.open_edges;
         report.crowded_edges += body.surface.crowded_edges;
     }
@@ -191,28 +212,63 @@ void apply_turns(const std::vector<MeshBody>& bodies, const std::vector<signed c
     }
 }
 
-void describe_surface(const TriangleList& list, MeshBody& body) {
-    Surface& surface = body.surface;
-    surface.faces = static_cast<int>(body.triangles.size());
-    DisjointSets pieces(surface.faces);
-    const std::vector<TriangleSide> sides = sides_of(list, body.triangles);
-    for_each_edge_of(sides, [&](std::span<const TriangleSide> edge) {
-        ++surface.edges;
-        surface.open_edges += edge.size() % 2 != 0 ? 1 : 0;
-        surface.crowded_edges += edge.size() > 2 && edge.size() % 2 == 0 ? 1 : 0;
-        body.has_crowded_edges = body.has_crowded_edges || edge.size() > 2;
-        for (const TriangleSide& side : edge) {
-            pieces.join(side.position(), edge.back().position());
-        }
-    });
-    surface.pieces = pieces.count();
-    std::vector<int> points;
-    points.reserve(3 * body.triangles.size());
-    for (const int triangle : body.triangles) {
-        points.insert(points.end(), list.corners[triangle].begin(), list.corners[triangle].end());
+void SurfaceCounter::count(const std::vector<int>& group, const std::vector<TriangleSide>& sides,
+                           std::vector<MeshBody>& bodies, std::size_t first) {
+    for (std::size_t body = first; body < bodies.size(); ++body) {
+        count_points(bodies[body], static_cast<int>(body));
     }
-    std::sort(points.begin(), points.end());
-    surface.vertices = static_cast<int>(std::unique(points.begin(), points.end()) - points.begin());
+    DisjointSets pieces(static_cast<int>(group.size()));
+    std::vector<std::pair<int, int>> at_edge; // body and position
+    std::vector<int> bodies_at;
+    for_each_edge_of(sides, [&](std::span<const TriangleSide> edge) {
+        at_edge.clear();
+        for (const TriangleSide& side : edge) {
+            at_edge.emplace_back(body_of_[group[side.position()]], side.position());
+        }
+        std::sort(at_edge.begin(), at_edge.end());
+        bodies_at.clear();
+        for (std::size_t i = 0; i < at_edge.size(); ++i) {
+            bodies_at.push_back(at_edge[i].first);
+            if (i > 0 && at_edge[i].first == at_edge[i - 1].first) {
+                pieces.join(at_edge[i - 1].second, at_edge[i].second);
+            }
+        }
+        count_edge(bodies_at, bodies);
+    });
+    for (int position = 0; position < static_cast<int>(group.size()); ++position) {
+        const int body = body_of_[group[position]];
+        if (body >= 0 && pieces.root(position) == position) {
+            ++bodies[body].surface.pieces;
+        }
+    }
+}
+
+void SurfaceCounter::count_points(MeshBody& body, int number) {
+    body.surface.faces = static_cast<int>(body.triangles.size());
+    for (const int triangle : body.triangles) {
+        body_of_[triangle] = number;
+        for (const int corner : list_.corners[triangle]) {
+            body.surface.vertices += last_at_[corner] != number ? 1 : 0;
+            last_at_[corner] = number;
+        }
+    }
+}
+
+// `bodies_at` is in ascending order; −1 for triangles that are left out.
+void SurfaceCounter::count_edge(std::span<const int> bodies_at,
+                                std::vector<MeshBody>& bodies) const {
+    for (auto first = bodies_at.begin(); first != bodies_at.end();) {
+        const auto end = std::upper_bound(first, bodies_at.end(), *first);
+        const auto count = end - first;
+        if (*first >= 0) {
+            MeshBody& body = bodies[*first];
+            ++body.surface.edges;
+            body.surface.open_edges += count % 2 != 0 ? 1 : 0;
+            body.surface.crowded_edges += count > 2 && count % 2 == 0 ? 1 : 0;
+            body.has_crowded_edges = body.has_crowded_edges || count > 2;
+        }
+        first = end;
+    }
 }
 
 } // namespace

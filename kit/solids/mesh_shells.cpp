@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "kit/base/disjoint_sets.h"
-#include "kit/solids/triangle_sides.h"
 #include "kit/solids/turned_sets.h"
 #include "kit/solids/vectors.h"
 
@@ -212,6 +211,7 @@ Shells ShellFinder::collect() {
         }
         measure(shell);
     }
+    found.sides = std::move(sides_);
     return found;
 }
 

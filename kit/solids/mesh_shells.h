@@ -4,6 +4,7 @@
 
 #include "kit/solids/box.h"
 #include "kit/solids/mesh_triangles.h"
+#include "kit/solids/triangle_sides.h"
 
 namespace korvel::kit {
 
@@ -19,7 +20,8 @@ struct Shell {
 /// The shells of some triangles, in the order of their first triangles.
 struct Shells {
     std::vector<Shell> shells;
-    int doubled = 0; ///< triangles that are in none, because they equal others
+    int doubled = 0;                 ///< triangles that are in none, because they equal others
+    std::vector<TriangleSide> sides; ///< of the triangles, but of some that are in none
 };
 
 /// Connects triangles over edges. Where an edge has more than two, those are neighbours between

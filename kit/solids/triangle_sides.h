@@ -38,9 +38,17 @@ inline std::vector<TriangleSide> sides_of(const TriangleList& list,
                              2 * number + (from < to ? 0 : 1)});
         }
     }
-    radix_sort(sides, [](const TriangleSide& side) {
+    const auto edge = [](const TriangleSide& side) {
         return static_cast<std::uint64_t>(side.low) << 32 | static_cast<std::uint64_t>(side.high);
-    });
+    };
+    constexpr std::size_t first_for_radix = 4096;
+    if (sides.size() >= first_for_radix) {
+        radix_sort(sides, edge);
+    } else {
+        std::sort(sides.begin(), sides.end(), [&](const TriangleSide& a, const TriangleSide& b) {
+            return edge(a) != edge(b) ? edge(a) < edge(b) : a.use < b.use;
+        });
+    }
     return sides;
 }
 
