@@ -22,6 +22,8 @@
 #include "kit/files/findings.h"
 #include "kit/files/foreign_formats.h"
 #include "kit/files/geojson_writer.h"
+#include "kit/files/mesh.h"
+#include "kit/files/mesh_files.h"
 #include "kit/files/model_file.h"
 #include "kit/files/output_file.h"
 #include "kit/files/point_file.h"

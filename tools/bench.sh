@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Compares the speed of korvel with that of CGAL, GEOS and ogr2ogr, or of another checkout of korvel.
+# Compares the speed of korvel with that of CGAL, GEOS, OpenMesh and ogr2ogr, or of another checkout of korvel.
 #
 #   tools/bench.sh [--write] [--quick] [GROUP…]
 #       Prints the table of docs/performance.md; --write also replaces it there. Groups: regions,
-#       triangles, models, merging, convert; all if none is named. --quick uses small inputs.
+#       triangles, models, merging, convert, meshes; all if none is named. --quick uses small inputs.
 #   tools/bench.sh --against DIR [FILTER]
 #       Runs each benchmark that this checkout and the one in DIR have in common (all, or those whose
 #       names match the regular expression) in both in turn, five times. Prints the medians of
@@ -16,7 +16,7 @@ compare_with_peers() {
     for argument in "$@"; do
         if [[ $argument == --write ]]; then write=true; else arguments+=("$argument"); fi
     done
-    tools/install_packages.sh bench libcgal-dev gdal-bin
+    tools/install_packages.sh bench libcgal-dev libopenmesh-dev pkg-config gdal-bin
     cmake --preset release -B build/bench -DKORVEL_BUILD_PEERS=ON -DKORVEL_BUILD_TESTS=OFF \
         -DKORVEL_BUILD_APPS=OFF -DKORVEL_WITH_{CAIRO,EGL,GDAL,PROJ}=OFF
     cmake --build build/bench --target korvel_compare
@@ -36,8 +36,9 @@ describe_machine() {
     local cpu system
     cpu=$(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1)
     system=$(. /etc/os-release && echo "$PRETTY_NAME")
-    printf '%s; %s × %s; %s, g++ %s, CGAL %s, GEOS %s, GDAL %s:\n\n' "$(LC_ALL=C date '+%-d %B %Y')" "$(nproc)" \
-        "$cpu" "$system" "$(g++ -dumpfullversion)" "$(version_of libcgal-dev)" "$(version_of libgeos-dev)" "$(version_of gdal-bin)"
+    printf '%s; %s × %s; %s, g++ %s, CGAL %s, GEOS %s, OpenMesh %s, GDAL %s:\n\n' "$(LC_ALL=C date '+%-d %B %Y')" "$(nproc)" \
+        "$cpu" "$system" "$(g++ -dumpfullversion)" "$(version_of libcgal-dev)" "$(version_of libgeos-dev)" \
+        "$(version_of libopenmesh-dev)" "$(version_of gdal-bin)"
 }
 
 version_of() {

@@ -21,6 +21,7 @@ constexpr struct {
     {"models", compare_models},
     {"merging", compare_merging},
     {"convert", compare_convert},
+    {"meshes", compare_meshes},
 };
 
 /// All groups if none is named.
@@ -42,6 +43,10 @@ bool is_group(const std::string& name) {
 int run(std::vector<std::string> words) {
     if (words.size() == 2 && words[0] == peak_memory_option) {
         std::printf("%ld\n", peak_memory_of_reading(words[1].c_str()));
+        return 0;
+    }
+    if (words.size() == 2 && words[0] == mesh_option) {
+        std::printf("%ld\n", peak_memory_of_reading_mesh(words[1].c_str()));
         return 0;
     }
     if (words.size() == 3 && words[0] == convert_option) {

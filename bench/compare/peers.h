@@ -45,4 +45,22 @@ private:
     std::unique_ptr<Mesh> mesh_;
 };
 
+/// OpenMesh: a file read into an array kernel of triangles, which derives half-edges. Finds the
+/// faces.
+Run read_with_openmesh(const std::filesystem::path& mesh);
+
+/// A mesh of OpenMesh's, to be written.
+class OpenMeshMesh {
+public:
+    explicit OpenMeshMesh(const std::filesystem::path& mesh);
+    ~OpenMeshMesh();
+
+    /// In the format of the suffix, binary where it has a binary form. Finds the faces.
+    Run write(const std::filesystem::path& file) const;
+
+private:
+    struct Mesh;
+    std::unique_ptr<Mesh> mesh_;
+};
+
 } // namespace korvel::bench

@@ -4,9 +4,11 @@
 
 namespace korvel::kit {
 
-// The rate is that of the file since the first entry.
-std::size_t ListGrowth::expected(std::size_t present) const {
+std::size_t ListGrowth::expected(std::size_t present) {
     constexpr std::size_t fewest = 256;
+    if (first_ < 0) {
+        first_ = input_.position();
+    }
     if (present < fewest) {
         return fewest;
     }
@@ -14,8 +16,8 @@ std::size_t ListGrowth::expected(std::size_t present) const {
         return 2 * present;
     }
     const auto read = static_cast<double>(std::max(1LL, input_.position() - first_));
-    const double more =
-        static_cast<double>(present) / read * static_cast<double>(input_.most_left());
+    const double rate = std::min(static_cast<double>(present) / read, 1.0);
+    const double more = rate * static_cast<double>(input_.most_left());
     return present + present / 8 + static_cast<std::size_t>(1.01 * more);
 }
 

@@ -11,14 +11,14 @@
 namespace korvel::kit {
 
 /// Makes room in a list whose length shows only while the file is read: for what the rest of the
-/// file can hold at the rate so far, so that large lists are hardly ever copied. To be made where
-/// the first entry begins.
+/// file can hold at the rate since the first entry, so that large lists are hardly ever copied. One
+/// for each list, or for lists that begin together.
 class ListGrowth {
 public:
-    explicit ListGrowth(const ByteInput& input) : input_(input), first_(input.position()) {}
+    explicit ListGrowth(const ByteInput& input) : input_(input) {}
 
     template <class Entry>
-    void add(std::vector<Entry>& list, const Entry& entry) const {
+    void add(std::vector<Entry>& list, const Entry& entry) {
         if (list.size() == list.capacity()) {
             list.reserve(expected(list.size()));
         }
@@ -26,10 +26,10 @@ public:
     }
 
 private:
-    std::size_t expected(std::size_t present) const;
+    std::size_t expected(std::size_t present);
 
     const ByteInput& input_;
-    long long first_;
+    long long first_ = -1; // where the first entry ends
 };
 
 /// Adds the faces of a file to its mesh.
