@@ -15,7 +15,7 @@ namespace {
 constexpr double bits_of_file = 1 << 24;
 
 bool file_keeps(std::span<const Point3> points, const Grid& grid, double extent);
-std::optional<Grid> step_of_points(std::span<const Point3> points, int finest);
+std::optional<Grid> step_of_points(std::span<const Point3> points, double extent, int finest);
 Grid decimal_step(int exponent, const Point3& origin = {});
 Grid moved_to_middle(const Grid& step, const Box& box, double extent);
 
@@ -37,7 +37,7 @@ Placement placement_for_file(std::span<const Point3> points, const Placement& pr
         return present;
     }
     const int finest = static_cast<int>(std::ceil(std::log10(extent / bits_of_file)));
-    const std::optional<Grid> step = step_of_points(points, finest);
+    const std::optional<Grid> step = step_of_points(points, extent, finest);
     if (step && file_keeps(points, *step, extent)) {
         return {*step, present.reference};
     }
@@ -72,16 +72,17 @@ bool file_keeps(std::span<const Point3> points, const Grid& grid, double extent)
 }
 
 // The widest decimal step up to 1 on which all points are, down to the finest.
-std::optional<Grid> step_of_points(std::span<const Point3> points, int finest) {
-    constexpr double whole_within = 1e-6;
-    double parts = 1; // of 1
+std::optional<Grid> step_of_points(std::span<const Point3> points, double extent, int finest) {
+    constexpr double whole_within = 1e-6; // as for a grid
+    double parts = 1;                     // of 1
     int exponent = 0;
     if (exponent < finest) {
         return {};
     }
     for (const Point3& point : points) {
         for (const double at : point) {
-            while (std::abs(at * parts - std::nearbyint(at * parts)) > whole_within) {
+            while (std::abs(at * parts - std::nearbyint(at * parts)) >
+                   std::min(whole_within, parts * extent / (4 * bits_of_file))) {
                 parts *= 10;
                 if (--exponent < finest) {
                     return {};

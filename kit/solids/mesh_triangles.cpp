@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
+#include <span>
 #include <string>
+#include <utility>
 
 #include "kit/base/error.h"
+#include "kit/solids/flat_triangles.h"
 #include "kit/solids/join_points.h"
 #include "kit/solids/polygon_triangles.h"
 #include "kit/solids/vectors.h"
@@ -19,7 +21,9 @@ int count_joined(const Mesh& mesh, const std::vector<int>& joined);
 void join_in_part(const Mesh& mesh, std::size_t first_face, std::size_t face_end, double weld,
                   std::vector<int>& joined);
 void add_triangles_of_face(std::span<const std::int32_t> face, int number,
-                           const std::vector<int>& joined, TriangleList& list, MeshReport& report);
+                           const std::vector<int>& joined, TriangleList& list,
+                           std::vector<int>& flat, MeshReport& report);
+std::vector<int> outline_of(std::span<const std::int32_t> face, const std::vector<int>& joined);
 bool has_area(const TriangleList& list, const std::array<int, 3>& corners);
 
 } // namespace
@@ -32,10 +36,12 @@ TriangleList triangles_of(const Mesh& mesh, const MeshSolidsOptions& options, Me
     report.points_joined = count_joined(mesh, joined);
     list.corners.reserve(mesh.face_count());
     list.faces.reserve(mesh.face_count());
+    std::vector<int> flat;
     std::size_t next = 0;
     const auto add_faces_before = [&](std::size_t end) {
         for (; next < std::min(end, mesh.face_count()); ++next) {
-            add_triangles_of_face(mesh.face(next), static_cast<int>(next), joined, list, report);
+            add_triangles_of_face(mesh.face(next), static_cast<int>(next), joined, list, flat,
+                                  report);
         }
         list.part_ends.push_back(list.size());
     };
@@ -45,6 +51,7 @@ TriangleList triangles_of(const Mesh& mesh, const MeshSolidsOptions& options, Me
     if (mesh.parts.empty()) {
         add_faces_before(mesh.face_count());
     }
+    remove_flat_triangles(list, std::move(flat));
     return list;
 }
 
@@ -59,6 +66,10 @@ void check_mesh_points(const Mesh& mesh, double weld) {
         if (!std::isfinite(point[0]) || !std::isfinite(point[1]) || !std::isfinite(point[2])) {
             throw input_error("point " + std::to_string(v) + " has no finite position");
         }
+    }
+    constexpr std::size_t most_corners = 1U << 30;
+    if (mesh.corners.size() > most_corners || mesh.points.size() > most_corners) {
+        throw input_error("the mesh has more than 2^30 points or corners of faces");
     }
     const auto points = static_cast<std::int32_t>(mesh.points.size());
     for (const std::int32_t corner : mesh.corners) {
@@ -126,37 +137,50 @@ int count_joined(const Mesh& mesh, const std::vector<int>& joined) {
     return count;
 }
 
+// Triangles with a point twice go: their sides are those of others, or cancel out.
 void add_triangles_of_face(std::span<const std::int32_t> face, int number,
-                           const std::vector<int>& joined, TriangleList& list, MeshReport& report) {
-    const std::size_t before = list.size();
-    if (face.size() == 3) {
-        const std::array<int, 3> corners = {joined[face[0]], joined[face[1]], joined[face[2]]};
-        if (has_area(list, corners)) {
+                           const std::vector<int>& joined, TriangleList& list,
+                           std::vector<int>& flat, MeshReport& report) {
+    bool has_any_area = false;
+    const auto add = [&](const std::array<int, 3>& corners) {
+        if (corners[0] != corners[1] && corners[1] != corners[2] && corners[2] != corners[0]) {
+            if (has_area(list, corners)) {
+                has_any_area = true;
+            } else {
+                flat.push_back(static_cast<int>(list.size()));
+            }
             list.corners.push_back(corners);
         }
+    };
+    if (face.size() == 3) {
+        add({joined[face[0]], joined[face[1]], joined[face[2]]});
     } else {
-        std::vector<int> outline; // without corners that follow an equal one
-        outline.reserve(face.size());
-        for (const std::int32_t corner : face) {
-            if (outline.empty() || outline.back() != joined[corner]) {
-                outline.push_back(joined[corner]);
-            }
-        }
-        while (outline.size() > 1 && outline.front() == outline.back()) {
-            outline.pop_back();
-        }
+        const std::vector<int> outline = outline_of(face, joined);
         for (const std::array<int, 3>& corners : polygon_triangles(list.points, outline)) {
-            if (has_area(list, corners)) {
-                list.corners.push_back(corners);
-            }
+            add(corners);
         }
-        report.faces_divided += list.size() > before && outline.size() > 3 ? 1 : 0;
+        report.faces_divided += has_any_area && outline.size() > 3 ? 1 : 0;
     }
-    if (list.size() == before) {
+    if (!has_any_area) {
         list.empty_faces.push_back(number);
         ++report.faces_degenerate;
     }
     list.faces.resize(list.size(), number);
+}
+
+// Without corners that follow an equal one.
+std::vector<int> outline_of(std::span<const std::int32_t> face, const std::vector<int>& joined) {
+    std::vector<int> outline;
+    outline.reserve(face.size());
+    for (const std::int32_t corner : face) {
+        if (outline.empty() || outline.back() != joined[corner]) {
+            outline.push_back(joined[corner]);
+        }
+    }
+    while (outline.size() > 1 && outline.front() == outline.back()) {
+        outline.pop_back();
+    }
+    return outline;
 }
 
 bool has_area(const TriangleList& list, const std::array<int, 3>& corners) {

@@ -23,18 +23,23 @@ public:
     std::vector<std::array<int, 3>> run();
 
 private:
-    bool is_ear(int corner) const;
+    bool is_ear(int corner);
     bool is_in_triangle(int other, int a, int b, int c) const;
     int turn_at(int corner) const {
         return turn(corners_[before_[corner]], corners_[corner], corners_[after_[corner]]);
     }
     void cut_off(int corner);
 
+    // Along the longer axis.
+    double place_of(int corner) const { return is_tall_ ? corners_[corner].y : corners_[corner].x; }
+
     std::vector<PlanePoint> corners_;
     std::vector<int> before_;
     std::vector<int> after_;
-    std::vector<int> reflex_; // those of the polygon, and corners in line; some may be cut off
-    std::vector<char> is_reflex_;
+    std::vector<int> reflex_;     // those of the polygon by their places, and corners in line
+    std::vector<char> is_reflex_; // and not cut off
+    bool is_tall_ = false;
+    std::size_t tests_left_; // of corners in triangles
     std::vector<std::array<int, 3>> triangles_;
 };
 
@@ -93,7 +98,7 @@ Point3 area_vector(std::span<const Point3> points, std::span<const int> polygon)
 
 EarClipping::EarClipping(std::vector<PlanePoint> corners)
     : corners_(std::move(corners)), before_(corners_.size()), after_(corners_.size()),
-      is_reflex_(corners_.size(), 0) {
+      is_reflex_(corners_.size(), 0), tests_left_(2000 * corners_.size()) {
     const auto count = static_cast<int>(corners_.size());
     for (int corner = 0; corner < count; ++corner) {
         before_[corner] = corner > 0 ? corner - 1 : count - 1;
@@ -105,17 +110,28 @@ EarClipping::EarClipping(std::vector<PlanePoint> corners)
             reflex_.push_back(corner);
         }
     }
+    const auto [left, right] =
+        std::minmax_element(corners_.begin(), corners_.end(),
+                            [](const PlanePoint& a, const PlanePoint& b) { return a.x < b.x; });
+    const auto [low, high] =
+        std::minmax_element(corners_.begin(), corners_.end(),
+                            [](const PlanePoint& a, const PlanePoint& b) { return a.y < b.y; });
+    is_tall_ = high->y - low->y > right->x - left->x;
+    std::sort(reflex_.begin(), reflex_.end(),
+              [&](int a, int b) { return place_of(a) < place_of(b); });
 }
 
 // Goes on behind the next corner after each ear, which makes fewer narrow triangles than a fan.
-// When a round finds no ear, because the polygon crosses itself, any corner is one.
+// When a round finds no ear, because the polygon crosses itself, any corner is one, as are all when
+// there were too many tests.
 std::vector<std::array<int, 3>> EarClipping::run() {
     triangles_.reserve(corners_.size() - 2);
     int corner = 0;
     std::size_t left = corners_.size();
     for (std::size_t refused = 0; left > 3;) {
-        if (refused < left && !is_ear(corner)) {
+        if (refused < left && tests_left_ > 0 && !is_ear(corner)) {
             ++refused;
+            --tests_left_;
             corner = after_[corner];
             continue;
         }
@@ -136,29 +152,31 @@ void EarClipping::cut_off(int corner) {
     before_[after] = before;
     is_reflex_[corner] = 0;
     for (const int other : {before, after}) {
-        if (is_reflex_[other] != 0 && turn_at(other) > 0) {
+        if (turn_at(other) > 0) {
             is_reflex_[other] = 0;
-        } else if (is_reflex_[other] == 0 && turn_at(other) <= 0) {
-            is_reflex_[other] = 1;
-            reflex_.push_back(other);
         }
-    }
-    if (reflex_.size() > 16 && reflex_.size() > 2 * corners_.size()) {
-        std::erase_if(reflex_, [&](int other) { return is_reflex_[other] == 0; });
     }
 }
 
-// Only reflex corners can be in the triangle of a convex one.
-bool EarClipping::is_ear(int corner) const {
+// Only reflex corners can be in the triangle of a convex one, and none becomes reflex.
+bool EarClipping::is_ear(int corner) {
     if (turn_at(corner) <= 0) {
         return false;
     }
     const int a = before_[corner];
     const int c = after_[corner];
-    return std::none_of(reflex_.begin(), reflex_.end(), [&](int other) {
-        return is_reflex_[other] != 0 && other != a && other != c &&
-               is_in_triangle(other, a, corner, c);
-    });
+    const auto [least, most] = std::minmax({place_of(a), place_of(corner), place_of(c)});
+    auto reflex =
+        std::partition_point(reflex_.begin(), reflex_.end(),
+                             [this, from = least](int other) { return place_of(other) < from; });
+    for (; reflex != reflex_.end() && place_of(*reflex) <= most && tests_left_ > 0; ++reflex) {
+        --tests_left_;
+        if (is_reflex_[*reflex] != 0 && *reflex != a && *reflex != c &&
+            is_in_triangle(*reflex, a, corner, c)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 bool EarClipping::is_in_triangle(int other, int a, int b, int c) const {
