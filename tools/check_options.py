@@ -11,7 +11,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 KORVEL = str(pathlib.Path(sys.argv[1]).resolve())
-SHARED_SECTIONS = ["Reports", "Pictures", "Coordinates"]  # of options that several subcommands have
+SHARED_SECTIONS = ["Reports", "Pictures", "Coordinates", "Meshes"]  # of options that several subcommands have
 UNLISTED = {"--help", "--version", "--completion"}  # of the program itself
 ALIASES = {"--x", "--y"}  # which the help leaves out
 

@@ -1,10 +1,13 @@
-#include <algorithm>
+#include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/command/command.h"
 #include "apps/command/input.h"
 #include "apps/command/messages.h"
+#include "apps/command/model_input.h"
 #include "apps/command/outputs.h"
 #include "apps/command/task.h"
 #include "kit/kit.h"
@@ -18,35 +21,51 @@ public:
     void run() const;
 
 private:
+    /// What the file is, as messages name it, and what is wrong with it.
+    struct Checked {
+        std::string kind;
+        kit::Findings findings;
+    };
+
+    /// What the file is, what was repaired, what remains, and how the result is written.
+    struct Fixed {
+        std::string kind;
+        std::vector<kit::Repair> repairs;
+        kit::Findings remaining;
+        std::function<void()> write;
+    };
+
     kit::FileKind kind(const kit::TextFile& file) const;
-    void check(const kit::TextFile& file, kit::FileKind kind) const;
-    void fix(const kit::TextFile& file, kit::FileKind kind) const;
-    void check_features() const;
+    Checked check() const;
+    Fixed fix() const;
+    void report(const Checked& checked) const;
+    void report(const Fixed& fixed) const;
+    void report_findings(const kit::Findings& findings) const;
+    [[noreturn]] void fail(const std::string& kind, std::size_t problems, const char* how) const;
+    bool is_mesh() const { return kind_.empty() && holds_mesh(input_); }
+    bool is_features() const { return kind_.empty() && holds_features(input_); }
 
     std::string input_;
     std::string kind_;
     bool is_fixed_ = false;
+    ModelReader reader_;
     Outputs outputs_;
 };
 
-void report_findings(const kit::TextFile& file, const kit::Findings& findings);
 std::vector<Record> records_of(const std::vector<kit::Finding>& findings);
-[[noreturn]] void fail(const kit::TextFile& file, kit::FileKind kind, std::size_t problems,
-                       const char* how);
 
 void CheckCommand::run() const {
     if (is_fixed_ != outputs_.has_file()) {
         throw kit::input_error(is_fixed_ ? "--fix needs --output" : "--output needs --fix");
     }
+    reader_.check(is_mesh());
     outputs_.check();
-    if (kind_.empty() && holds_features(input_)) {
-        check_features();
-        return;
+    facts().set("input", shown(input_));
+    if (is_fixed_) {
+        report(fix());
+    } else {
+        report(check());
     }
-    const kit::TextFile file = read_input(input_);
-    const kit::FileKind kind = this->kind(file);
-    facts().set("input", file.name).set("kind", kit::kind_word(kind));
-    is_fixed_ ? fix(file, kind) : check(file, kind);
 }
 
 } // namespace
@@ -69,16 +88,19 @@ CheckCommand::CheckCommand(Options options) {
              "section, written-section or triangles; detected if not given")
         .one_of(words);
     options.add_flag("--fix", is_fixed_,
-                     "Repair curves, regions or a model as far as possible, and write\n"
+                     "Repair curves, regions, a model or a mesh as far as possible, and write\n"
                      "the result unless problems remain");
-    outputs_.add_file(options, "Write the repaired file");
+    reader_.add_option(options);
+    outputs_.add_file(options, "Write the repaired file; of a mesh .stl, .ply, … or a model",
+                      Outputs::Formats::meshes);
     options.footer("One line for each problem, with file, line and value; notes are not problems.\n"
                    "With --fix one line for each kind of repair, and what remains.\n"
                    "Exit status: 0 nothing wrong or all repaired, 2 something wrong.\n"
                    "\n"
                    "Examples:\n"
                    "  korvel check states.model\n"
-                   "  korvel check scan.model --fix -o clean.model");
+                   "  korvel check scan.model --fix -o clean.model\n"
+                   "  korvel check scan.stl --fix -o clean.stl");
 }
 
 kit::FileKind CheckCommand::kind(const kit::TextFile& file) const {
@@ -90,61 +112,86 @@ kit::FileKind CheckCommand::kind(const kit::TextFile& file) const {
     return kit::kind_of(file);
 }
 
-void CheckCommand::check(const kit::TextFile& file, kit::FileKind kind) const {
-    const kit::Findings findings = [&] {
-        const Task task("checking " + file.name);
-        return kit::check_file(file, kind);
-    }();
-    report_findings(file, findings);
-    if (!findings.problems.empty()) {
-        fail(file, kind, findings.problems.size(), "");
+// What is wrong with features is the error of reading them.
+CheckCommand::Checked CheckCommand::check() const {
+    Task task("checking " + shown(input_));
+    if (is_mesh()) {
+        facts().set("kind", "mesh");
+        return {"mesh", kit::check_mesh(read_mesh(input_, {}, task.context()), reader_.options())};
     }
-    print("%s: %s, nothing wrong", file.name.c_str(), kit::kind_name(kind));
+    if (is_features()) {
+        facts().set("kind", "features");
+        read_features(input_, {}, task.context());
+        return {"features", {}};
+    }
+    const kit::TextFile file = read_input(input_);
+    const kit::FileKind kind = this->kind(file);
+    facts().set("kind", kit::kind_word(kind));
+    return {kit::kind_name(kind), kit::check_file(file, kind)};
 }
 
-void CheckCommand::fix(const kit::TextFile& file, kit::FileKind kind) const {
+CheckCommand::Fixed CheckCommand::fix() const {
+    Task task("repairing " + shown(input_));
+    if (is_mesh()) {
+        facts().set("kind", "mesh");
+        kit::RepairedMesh mesh = kit::repair_mesh(read_mesh(input_, {}, task.context()),
+                                                  reader_.options(), task.context());
+        const auto solids = std::make_shared<kit::Solids>(std::move(mesh.solids));
+        return {"mesh", std::move(mesh.repairs), std::move(mesh.remaining),
+                [this, solids] { outputs_.write_model(*solids); }};
+    }
+    if (is_features()) {
+        throw kit::input_error(shown(input_) +
+                               ": features, --fix repairs curves, regions, models and meshes");
+    }
+    const kit::TextFile file = read_input(input_);
+    const kit::FileKind kind = this->kind(file);
+    facts().set("kind", kit::kind_word(kind));
     if (!kit::is_repairable(kind)) {
         throw kit::input_error(file.name + ": a " + kit::kind_name(kind) +
-                               ", --fix repairs curves, regions and models");
+                               ", --fix repairs curves, regions, models and meshes");
     }
-    const kit::RepairedFile repaired = [&] {
-        const Task task("repairing " + file.name);
-        return kit::repair_file(file, kind);
-    }();
+    const auto repaired = std::make_shared<kit::RepairedFile>(kit::repair_file(file, kind));
+    return {kit::kind_name(kind), repaired->repairs, repaired->remaining, [this, repaired] {
+                outputs_.write([&](kit::OutputFile& out) { repaired->write(out); });
+            }};
+}
+
+void CheckCommand::report(const Checked& checked) const {
+    report_findings(checked.findings);
+    if (!checked.findings.problems.empty()) {
+        fail(checked.kind, checked.findings.problems.size(), "");
+    }
+    print("%s: %s, nothing wrong", shown(input_).c_str(), checked.kind.c_str());
+}
+
+void CheckCommand::report(const Fixed& fixed) const {
     std::vector<Record> repairs;
-    for (const kit::Repair& repair : repaired.repairs) {
-        print("%s: %s: %d", file.name.c_str(), repair.what.c_str(), repair.count);
+    for (const kit::Repair& repair : fixed.repairs) {
+        print("%s: %s: %d", shown(input_).c_str(), repair.what.c_str(), repair.count);
         repairs.push_back(Record().set("what", repair.what).set("count", repair.count));
     }
     facts().set("repairs", std::move(repairs));
-    report_findings(file, repaired.remaining);
-    if (!repaired.is_sound()) {
-        fail(file, kind, repaired.remaining.problems.size(), " that cannot be repaired");
+    report_findings(fixed.remaining);
+    if (!fixed.remaining.problems.empty()) {
+        fail(fixed.kind, fixed.remaining.problems.size(), " that cannot be repaired");
     }
-    print("%s: %s, %s", file.name.c_str(), kit::kind_name(kind),
-          repaired.repairs.empty() ? "nothing to repair" : "repaired");
-    outputs_.write([&](kit::OutputFile& out) { repaired.write(out); });
+    print("%s: %s, %s", shown(input_).c_str(), fixed.kind.c_str(),
+          fixed.repairs.empty() ? "nothing to repair" : "repaired");
+    fixed.write();
 }
 
-// What is wrong is the error of reading them.
-void CheckCommand::check_features() const {
-    if (is_fixed_) {
-        throw kit::input_error(shown(input_) +
-                               ": features, --fix repairs curves, regions and models");
-    }
-    facts().set("input", shown(input_)).set("kind", "features");
-    Task task("checking " + shown(input_));
-    read_features(input_, {}, task.context());
-    print("%s: features, nothing wrong", shown(input_).c_str());
-    facts().set("problems", std::vector<Record>()).set("notes", std::vector<Record>());
-}
-
-void report_findings(const kit::TextFile& file, const kit::Findings& findings) {
+// The findings in a mesh have no lines.
+void CheckCommand::report_findings(const kit::Findings& findings) const {
+    const auto place = [&](const kit::Finding& finding) {
+        return finding.line > 0 ? shown(input_) + ":" + std::to_string(finding.line)
+                                : shown(input_);
+    };
     for (const kit::Finding& problem : findings.problems) {
-        print("%s:%d: %s", file.name.c_str(), problem.line, problem.message.c_str());
+        print("%s: %s", place(problem).c_str(), problem.message.c_str());
     }
     for (const kit::Finding& note : findings.notes) {
-        print("%s:%d: note: %s", file.name.c_str(), note.line, note.message.c_str());
+        print("%s: note: %s", place(note).c_str(), note.message.c_str());
     }
     facts().set("problems", records_of(findings.problems)).set("notes", records_of(findings.notes));
 }
@@ -153,15 +200,19 @@ std::vector<Record> records_of(const std::vector<kit::Finding>& findings) {
     std::vector<Record> records;
     records.reserve(findings.size());
     for (const kit::Finding& finding : findings) {
-        records.push_back(Record().set("line", finding.line).set("message", finding.message));
+        Record record;
+        if (finding.line > 0) {
+            record.set("line", finding.line);
+        }
+        records.push_back(record.set("message", finding.message));
     }
     return records;
 }
 
-void fail(const kit::TextFile& file, kit::FileKind kind, std::size_t problems, const char* how) {
-    throw kit::input_error(file.name + ": " + kit::kind_name(kind) + " with " +
+void CheckCommand::fail(const std::string& kind, std::size_t problems, const char* how) const {
+    throw kit::input_error(shown(input_) + ": " + kind + " with " +
                                counted(static_cast<int>(problems), "problem") + how,
-                           {.file = file.name});
+                           {.file = shown(input_)});
 }
 
 } // namespace

@@ -21,7 +21,7 @@ public:
 private:
     void remove_from(kit::Solids& solids) const;
 
-    std::string input_;
+    ModelInput input_;
     std::vector<int> deleted_;
     Outputs outputs_;
 };
@@ -39,18 +39,18 @@ std::string elements_text(int bodies, int faces, int vertices);
 
 void CleanCommand::run() const {
     outputs_.check();
-    kit::Solids solids = load_solids(input_);
+    kit::Solids solids = input_.load();
     for (const int body : deleted_) {
-        check_number("--delete", body, solids.size(), "body", input_);
+        check_number("--delete", body, solids.size(), "body", input_.file());
     }
     const Counts before(solids);
     remove_from(solids);
     const Counts after(solids);
     if (after.faces == 0) {
-        throw kit::input_error(shown(input_) +
+        throw kit::input_error(shown(input_.file()) +
                                ": nothing would be left, and a model without faces is no model");
     }
-    print("%s: %s", shown(input_).c_str(),
+    print("%s: %s", shown(input_.file()).c_str(),
           elements_text(before.bodies, before.faces, before.vertices).c_str());
     print("taken out: %s", elements_text(before.bodies - after.bodies, before.faces - after.faces,
                                          before.vertices - after.vertices)
@@ -62,7 +62,7 @@ void CleanCommand::run() const {
         .set("vertices_removed", before.vertices - after.vertices);
     print("left: %s, %s", counted(after.bodies, "body", "bodies").c_str(),
           model_figures(solids).c_str());
-    outputs_.write([&](kit::OutputFile& out) { solids.write(out); });
+    outputs_.write_model(solids);
 }
 
 } // namespace
@@ -75,9 +75,9 @@ void add_clean_command(Program& program) {
 namespace {
 
 CleanCommand::CleanCommand(Options options) {
-    options.add("MODEL", input_, "FILE", "Body model file").required();
+    input_.add_options(options);
     options.add("--delete", deleted_, "BODY", "Remove this body; may be repeated").repeated();
-    outputs_.add_file(options, "Write the model").required();
+    outputs_.add_model(options);
     options.footer(
         "Faces of no body and vertices of no face are removed. The rest keeps its order\n"
         "and is renumbered. Bodies are named by their numbers in\n"

@@ -1,10 +1,14 @@
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "apps/command/command.h"
 #include "apps/command/input.h"
+#include "apps/command/mesh_conversion.h"
 #include "apps/command/messages.h"
+#include "apps/command/model_input.h"
 #include "apps/command/report.h"
 #include "apps/command/task.h"
 #include "kit/kit.h"
@@ -18,6 +22,8 @@ public:
     void run() const;
 
 private:
+    void convert_mesh(const MeshConversion& conversion) const;
+    void convert_features() const;
     void check() const;
     void project(kit::Features& features) const;
     void report(const kit::Features& features) const;
@@ -27,6 +33,8 @@ private:
     kit::ReadFeaturesOptions read_;
     kit::WriteFeaturesOptions write_;
     std::string project_ = "none";
+    std::vector<Option> of_features_; ///< options that apply to features only
+    ModelReader reader_;
 };
 
 kit::Features features_of_file(const std::string& input, const kit::ReadFeaturesOptions& options);
@@ -36,11 +44,12 @@ void write_as_file(const kit::Features& features, const std::string& output,
                    const kit::WriteFeaturesOptions& options);
 
 void ConvertCommand::run() const {
-    check();
-    kit::Features features = features_of_file(input_, read_);
-    project(features);
-    report(features);
-    write_as_file(features, output_, write_);
+    const MeshConversion conversion(input_, output_, read_.format, write_.format);
+    if (conversion.is_wanted()) {
+        convert_mesh(conversion);
+    } else {
+        convert_features();
+    }
     const std::string name = output_ == "-" ? "standard output" : output_;
     note_output(name);
     print("wrote %s", name.c_str());
@@ -50,7 +59,8 @@ void ConvertCommand::run() const {
 
 void add_convert_command(Program& program) {
     add_command<ConvertCommand>(program, "convert",
-                                "Write a map of features in another format or reference system");
+                                "Write a map or a mesh in another format, or a map in another "
+                                "reference system");
 }
 
 namespace {
@@ -58,34 +68,57 @@ namespace {
 ConvertCommand::ConvertCommand(Options options) {
     options
         .add("IN", input_, "FILE",
-             "GeoJSON, a format of GDAL, or curves, regions, triangles or a section")
+             "GeoJSON, a format of GDAL, curves, regions, triangles or a section; or a mesh\n"
+             "(.stl, .ply, .obj, .off, .glb) or a body model")
         .required();
     options
         .add("OUT", output_, "FILE",
-             "The file to write; its suffix selects the format, or .curves or .regions")
+             "The file to write; its suffix selects the format, or .curves, .regions or .model")
         .required();
     options.add("--from", read_.format, "FORMAT", "The format of IN, instead of the one it has");
     options.add("--to", write_.format, "FORMAT", "The format of OUT, whatever its suffix");
-    options.add("--layer", read_.layer, "NAME", "The layer of IN, instead of the first one");
-    options.add("--where", read_.where, "CONDITION",
-                "Only features with these attributes, as GDAL takes it: \"pop > 1000\"");
-    options
-        .add("--project", project_, "SYSTEM",
-             "The reference system of OUT: EPSG:25832, ..., or none: that of IN")
-        .with_default();
-    options
-        .add("--decimals", write_.decimals, "N",
-             "The most digits after the point of a coordinate; -1: all")
-        .from_to(-1, 17, "-1 to 17")
-        .with_default();
+    of_features_ = {
+        options.add("--layer", read_.layer, "NAME", "The layer of IN, instead of the first one"),
+        options.add("--where", read_.where, "CONDITION",
+                    "Only features with these attributes, as GDAL takes it: \"pop > 1000\""),
+        options
+            .add("--project", project_, "SYSTEM",
+                 "The reference system of OUT: EPSG:25832, ..., or none: that of IN")
+            .with_default(),
+        options
+            .add("--decimals", write_.decimals, "N",
+                 "The most digits after the point of a coordinate; -1: all")
+            .from_to(-1, 17, "-1 to 17")
+            .with_default()};
+    reader_.add_option(options);
     options.footer(
         "Heights of points, and styles, are left out. 'korvel formats' lists the formats. OUT is\n"
         "replaced once it is complete. The file name - is GeoJSON from standard input, or on\n"
-        "standard output.\n"
+        "standard output. From mesh to mesh the faces stay as they are, unless --weld is given.\n"
         "\n"
         "Examples:\n"
         "  korvel convert lands.geojson lands.gpkg\n"
-        "  korvel convert lands.shp - --project EPSG:4326 --decimals 6 > lands.geojson");
+        "  korvel convert lands.shp - --project EPSG:4326 --decimals 6 > lands.geojson\n"
+        "  korvel convert part.stl part.model");
+}
+
+void ConvertCommand::convert_mesh(const MeshConversion& conversion) const {
+    if (std::any_of(of_features_.begin(), of_features_.end(),
+                    [](const Option& option) { return option.is_given(); })) {
+        throw kit::input_error("--layer, --where, --project and --decimals are for features, not "
+                               "for meshes");
+    }
+    conversion.check();
+    conversion.run(reader_);
+}
+
+void ConvertCommand::convert_features() const {
+    reader_.check(false);
+    check();
+    kit::Features features = features_of_file(input_, read_);
+    project(features);
+    report(features);
+    write_as_file(features, output_, write_);
 }
 
 void ConvertCommand::check() const {

@@ -55,7 +55,7 @@ namespace {
 FormatsCommand::FormatsCommand(Options options) {
     options.footer(
         "The first ones are korvel's own, which are detected by their contents, whatever the\n"
-        "suffix. The others are formats of maps of features; the name is what --from and --to of\n"
+        "suffix. Meshes and maps of features follow; the name is what --from and --to of\n"
         "'korvel convert' take.");
 }
 
@@ -66,6 +66,13 @@ std::vector<ListedFormat> all_formats() {
         formats.push_back({.name = kit::kind_word(kind),
                            .title = kit::kind_name(kind),
                            .is_written = is_written});
+    }
+    for (const kit::MeshFormatInfo& format : kit::mesh_formats()) {
+        ListedFormat listed = {.name = format.name, .title = format.title};
+        if (!format.suffix.empty()) {
+            listed.suffixes.push_back(format.suffix);
+        }
+        formats.push_back(std::move(listed));
     }
     for (kit::FeatureFormat& format : kit::feature_formats()) {
         formats.push_back({std::move(format.name), std::move(format.title),

@@ -8,6 +8,7 @@
 #include "apps/command/info_list.h"
 #include "apps/command/input.h"
 #include "apps/command/messages.h"
+#include "apps/command/model_input.h"
 #include "apps/command/placement_report.h"
 #include "apps/command/report.h"
 #include "apps/command/source_options.h"
@@ -24,10 +25,12 @@ public:
 
 private:
     kit::AnyFile read() const;
+    void describe_mesh() const;
     void describe_features() const;
 
     std::string input_;
     InfoListOptions list_;
+    ModelReader reader_;
 };
 
 void describe_curves(const kit::Network& network);
@@ -35,6 +38,11 @@ void describe_triangles(const kit::TriangleSet& set);
 void describe_section(const TMOD2D& section);
 
 void InfoCommand::run() const {
+    if (holds_mesh(input_)) {
+        describe_mesh();
+        return;
+    }
+    reader_.check(false);
     if (holds_features(input_)) {
         describe_features();
         return;
@@ -83,6 +91,7 @@ namespace {
 InfoCommand::InfoCommand(Options options) {
     options.add("FILE", input_, "FILE", "Any file that korvel reads or writes").required();
     list_.add_options(options);
+    reader_.add_option(options);
     options.footer(
         "Up to 20 bodies or regions are listed, more are summed up. For each body: its\n"
         "faces, edges and vertices, the Euler characteristic (vertices - edges + faces:\n"
@@ -98,6 +107,14 @@ kit::AnyFile InfoCommand::read() const {
     const kit::TextFile file = read_input(input_);
     Task task("reading " + file.name);
     return kit::read_any(file, task.context());
+}
+
+void InfoCommand::describe_mesh() const {
+    list_.check(kit::FileKind::model);
+    facts().set("input", shown(input_)).set("kind", "mesh");
+    const kit::Solids solids = reader_.read(input_, facts(), !list_.is_csv);
+    set_placement(solids.placement());
+    describe_model(solids, list_);
 }
 
 void InfoCommand::describe_features() const {

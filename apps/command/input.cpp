@@ -1,5 +1,6 @@
 #include "apps/command/input.h"
 
+#include <cctype>
 #include <cstdio>
 
 #include "apps/command/report.h"
@@ -63,15 +64,22 @@ kit::Map load_regions(const kit::TextFile& file) {
     return kit::Map::read(file, task.context());
 }
 
-kit::Solids read_solids(const std::string& name) {
-    const kit::TextFile file = read_input(name);
-    Task task("reading the model");
-    return kit::Solids::read(file, task.context());
+bool holds_mesh(const std::string& name) {
+    if (name != "-") {
+        return kit::holds_mesh(kit::path_of(name));
+    }
+    const int first = std::getc(stdin);
+    std::ungetc(first, stdin);
+    return std::isalpha(first) != 0;
 }
 
-kit::Solids load_solids(const std::string& name) {
-    facts().set("input", shown(name));
-    return read_solids(name);
+kit::Mesh read_mesh(const std::string& name, std::optional<kit::MeshFormat> format,
+                    const kit::Context& context) {
+    if (name != "-") {
+        return kit::read_mesh(kit::path_of(name), format, context);
+    }
+    take_standard_input();
+    return kit::read_mesh(stdin, shown(name), format, context);
 }
 
 } // namespace korvel::command

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "kit/kit.h"
@@ -24,10 +25,12 @@ kit::Features read_features(const std::string& name, const kit::ReadFeaturesOpti
 /// Reads a polygon-region file, whose name is noted.
 kit::Map load_regions(const kit::TextFile& file);
 
-/// Reads a body model file, or standard input for the name `-`.
-kit::Solids read_solids(const std::string& name);
+/// Whether an input is a file of a mesh (`kit::holds_mesh`); standard input is one if it begins
+/// with a letter.
+bool holds_mesh(const std::string& name);
 
-/// The same, as the only input: its name is noted.
-kit::Solids load_solids(const std::string& name);
+/// Reads a mesh, or standard input for the name `-`. An empty format is that of the file.
+kit::Mesh read_mesh(const std::string& name, std::optional<kit::MeshFormat> format = {},
+                    const kit::Context& context = {});
 
 } // namespace korvel::command

@@ -3,6 +3,7 @@
 
 #include "apps/command/command.h"
 #include "apps/command/input.h"
+#include "apps/command/model_input.h"
 #include "apps/command/point_input.h"
 #include "apps/command/report.h"
 #include "kit/kit.h"
@@ -16,16 +17,16 @@ public:
     void run();
 
 private:
-    std::string input_;
+    ModelInput input_;
     PointInput points_{"X,Y,Z"};
 };
 
 void warn_of_open_bodies(const std::string& file, const kit::Solids& solids);
 
 void InsideCommand::run() {
-    points_.load(input_, "MODEL");
-    const kit::Solids solids = load_solids(input_);
-    warn_of_open_bodies(shown(input_), solids);
+    points_.load(input_.file(), "MODEL");
+    const kit::Solids solids = input_.load();
+    warn_of_open_bodies(shown(input_.file()), solids);
     const kit::BodyLocator locator(solids);
     points_.answer("body", [&](const double* xyz) { return locator.body_at(kit::to_point(xyz)); });
 }
@@ -39,7 +40,7 @@ void add_inside_command(Program& program) {
 namespace {
 
 InsideCommand::InsideCommand(Options options) {
-    options.add("MODEL", input_, "FILE", "Body model file").required();
+    input_.add_options(options);
     points_.add_options(options);
     options.footer("One line for each point: the point and the number of the first body that\n"
                    "contains it, or 'none'. A point on a surface may count as either side. The\n"

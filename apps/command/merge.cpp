@@ -21,6 +21,7 @@ public:
 
 private:
     std::vector<std::string> inputs_;
+    ModelReader reader_;
     Outputs outputs_;
 };
 
@@ -31,17 +32,22 @@ void MergeCommand::run() const {
     std::vector<kit::Solids> parts;
     std::vector<Record> records;
     for (const std::string& input : inputs_) {
-        parts.push_back(read_solids(input));
+        Record record;
+        parts.push_back(reader_.read(input, record));
         print_figures(shown(input), parts.back());
-        records.push_back(model_record(parts.back()));
+        records.push_back(model_record(parts.back(), std::move(record)));
     }
-    const kit::Solids whole = [&] {
+    kit::Solids whole = [&] {
         Task task("merging");
         return kit::merge(std::move(parts), task.context());
     }();
+    whole.set_placement(kit::placement_for_file(whole));
     print_figures("together", whole);
     facts().set("inputs", inputs_).set("models", records).set("model", model_record(whole));
-    outputs_.write([&](kit::OutputFile& out) { whole.write(out); });
+    if (outputs_.is_model_file()) {
+        warn_of_rounding(whole);
+    }
+    outputs_.write_model(whole);
 }
 
 } // namespace
@@ -53,8 +59,9 @@ void add_merge_command(Program& program) {
 namespace {
 
 MergeCommand::MergeCommand(Options options) {
-    options.add("MODELS", inputs_, "FILE", "Body model files").required();
-    outputs_.add_file(options, "Write the model").required();
+    options.add("MODELS", inputs_, "FILE", "Body model files, or meshes").required();
+    reader_.add_option(options);
+    outputs_.add_model(options);
     options.footer(
         "Vertices, faces and bodies of the second model are numbered on from those of the\n"
         "first, and so on. Nothing is joined: bodies that touch or overlap keep\n"

@@ -1,12 +1,78 @@
 #include "apps/command/model_input.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "apps/command/arguments.h"
+#include "apps/command/input.h"
 #include "apps/command/messages.h"
 #include "apps/command/report.h"
+#include "apps/command/task.h"
 
 namespace korvel::command {
+
+void ModelReader::add_option(Options options) {
+    weld_ = options
+                .add("--weld", options_.weld, "T",
+                     "Join points of a mesh that are no farther apart; 0: those at one place")
+                .with_default();
+}
+
+void ModelReader::check(bool is_mesh) const {
+    if (options_.weld < 0 || !std::isfinite(options_.weld)) {
+        refuse("--weld", kit::number_text(options_.weld), "a distance of 0 or more");
+    }
+    if (!is_mesh && weld_.is_given()) {
+        throw kit::input_error("--weld joins points of a mesh, and there is none; 'korvel weld' "
+                               "joins bodies");
+    }
+}
+
+kit::Solids ModelReader::read(const std::string& name, Record& record, bool is_printed) const {
+    const bool is_mesh = holds_mesh(name);
+    check(is_mesh);
+    if (is_mesh) {
+        const kit::Mesh mesh = [&] {
+            Task task("reading " + shown(name));
+            return read_mesh(name, {}, task.context());
+        }();
+        return solids_of(name, mesh, record, is_printed);
+    }
+    const kit::TextFile file = read_input(name);
+    Task task("reading the model");
+    return kit::Solids::read(file, task.context());
+}
+
+kit::Solids ModelReader::solids_of(const std::string& name, const kit::Mesh& mesh, Record& record,
+                                   bool is_printed) const {
+    kit::MeshReport report;
+    kit::Solids solids = [&] {
+        Task task("finding bodies");
+        try {
+            return kit::solids_of(mesh, options_, &report, task.context());
+        } catch (const kit::Error& error) {
+            throw kit::Error(error.kind(), shown(name) + ": " + error.what(),
+                             {.file = shown(name)});
+        }
+    }();
+    if (is_printed) {
+        print("%s", mesh_text(shown(name), mesh).c_str());
+        print("%s", mesh_text(report).c_str());
+    }
+    record.set("mesh", mesh_record(report, mesh_record(mesh)));
+    return solids;
+}
+
+void ModelInput::add_options(Options options) {
+    options.add("MODEL", file_, "FILE", "Body model file, or a mesh: .stl, .ply, .obj, .off, .glb")
+        .required();
+    reader_.add_option(options);
+}
+
+kit::Solids ModelInput::load() const {
+    facts().set("input", shown(file_));
+    return reader_.read(file_, facts());
+}
 
 void check_number(const std::string& option, int number, int size, const std::string& thing,
                   const std::string& file) {
@@ -22,8 +88,7 @@ std::string model_figures(const kit::Solids& solids) {
            ", volume " + number_text(solids.volume());
 }
 
-Record model_record(const kit::Solids& solids) {
-    Record record;
+Record model_record(const kit::Solids& solids, Record record) {
     record.set("bodies", solids.size())
         .set("vertices", solids.vertex_count())
         .set("edges", solids.edge_count())
@@ -79,6 +144,50 @@ Record weld_record(const kit::WeldReport& report) {
         .set("faces_shared", report.faces_shared)
         .set("walls_split", report.walls_split)
         .set("walls_turned", report.walls_turned);
+    return record;
+}
+
+std::string mesh_text(const std::string& file, const kit::Mesh& mesh) {
+    return file + ": mesh of " + counted(static_cast<int>(mesh.face_count()), "face") + " and " +
+           counted(static_cast<int>(mesh.points.size()), "point");
+}
+
+Record mesh_record(const kit::Mesh& mesh) {
+    return Record()
+        .set("faces", static_cast<int>(mesh.face_count()))
+        .set("points", static_cast<int>(mesh.points.size()));
+}
+
+std::string mesh_text(const kit::MeshReport& report) {
+    std::string text;
+    const auto note = [&](int count, const std::string& counted_text) {
+        if (count > 0) {
+            text.append(counted_text).append(", ");
+        }
+    };
+    note(report.points_joined, counted(report.points_joined, "point") + " joined");
+    note(report.faces_degenerate, counted(report.faces_degenerate, "face") + " without area");
+    note(report.faces_doubled, counted(report.faces_doubled, "doubled face"));
+    note(report.faces_divided, counted(report.faces_divided, "face") + " divided");
+    note(report.cavities, counted(report.cavities, "cavity", "cavities"));
+    return text.append(counted(report.faces_turned, "face"))
+        .append(" turned, ")
+        .append(counted(report.open_edges, "open edge"))
+        .append(", ")
+        .append(counted(report.crowded_edges, "edge"))
+        .append(" with more than two faces");
+}
+
+Record mesh_record(const kit::MeshReport& report, Record record) {
+    record.set("points_joined", report.points_joined)
+        .set("faces_degenerate", report.faces_degenerate)
+        .set("faces_doubled", report.faces_doubled)
+        .set("faces_divided", report.faces_divided)
+        .set("faces_turned", report.faces_turned)
+        .set("open_edges", report.open_edges)
+        .set("crowded_edges", report.crowded_edges)
+        .set("shells", report.shells)
+        .set("cavities", report.cavities);
     return record;
 }
 

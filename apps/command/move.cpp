@@ -28,7 +28,7 @@ private:
 
     static constexpr int most_depth = 1000;
 
-    std::string input_;
+    ModelInput input_;
     int body_ = -1;
     int vertex_ = -1;
     int depth_ = 0;
@@ -45,7 +45,7 @@ private:
 void MoveCommand::run() {
     read_arguments();
     outputs_.check();
-    kit::Solids solids = load_solids(input_);
+    kit::Solids solids = input_.load();
     solids.set_view(view_);
     kit::SolidsEditor editor(std::move(solids));
     gather(editor);
@@ -55,7 +55,7 @@ void MoveCommand::run() {
         check(editor.judge(task.context()));
     }
     report(editor);
-    outputs_.write([&](kit::OutputFile& out) { editor.solids().write(out); });
+    outputs_.write_model(editor.solids());
 }
 
 } // namespace
@@ -67,7 +67,7 @@ void add_move_command(Program& program) {
 namespace {
 
 MoveCommand::MoveCommand(Options options) {
-    options.add("MODEL", input_, "FILE", "Body model file").required();
+    input_.add_options(options);
     Options things = options.one_of("What moves");
     body_option_ = things.add("--body", body_, "BODY", "This body, as it is");
     things.add("--vertex", vertex_, "VERTEX", "This vertex, and those within --depth");
@@ -84,7 +84,7 @@ MoveCommand::MoveCommand(Options options) {
              "Degrees by which the model is turned about z, then tilted about x")
         .needs(by_view)
         .with_default();
-    outputs_.add_file(options, "Write the model").required();
+    outputs_.add_model(options);
     options.footer(
         "The view is that of 'korvel view': u runs to the right, v up and w towards the viewer.\n"
         "With --angles 0,0 they are the model's x, y and z; with 0,90 they are x, -z and y;\n"
@@ -116,26 +116,26 @@ void MoveCommand::read_arguments() {
 void MoveCommand::gather(kit::SolidsEditor& editor) const {
     const kit::Solids& solids = editor.solids();
     if (body_option_.is_given()) {
-        check_number("--body", body_, solids.size(), "body", input_);
+        check_number("--body", body_, solids.size(), "body", input_.file());
         if (solids[body_].vertices().empty()) {
-            throw kit::input_error(shown(input_) + ": body " + std::to_string(body_) +
+            throw kit::input_error(shown(input_.file()) + ": body " + std::to_string(body_) +
                                    " has no face, there is nothing to move");
         }
         editor.gather_body(body_);
     } else {
-        check_number("--vertex", vertex_, solids.vertex_count(), "vertex", input_);
+        check_number("--vertex", vertex_, solids.vertex_count(), "vertex", input_.file());
         editor.gather_vertex(vertex_, depth_);
     }
     if (!editor.can_fade()) {
-        throw kit::input_error(shown(input_) + ": all vertices within " + counted(depth_, "edge") +
-                               " of vertex " + std::to_string(vertex_) +
+        throw kit::input_error(shown(input_.file()) + ": all vertices within " +
+                               counted(depth_, "edge") + " of vertex " + std::to_string(vertex_) +
                                " have the same position, a move cannot fade out over them");
     }
 }
 
 void MoveCommand::check(const kit::Verdict& verdict) const {
     const std::string move =
-        shown(input_) + (by_.empty() ? ": --by-view " + by_view_ : ": --by " + by_);
+        shown(input_.file()) + (by_.empty() ? ": --by-view " + by_view_ : ": --by " + by_);
     if (verdict.kind == kit::Verdict::Kind::out_of_range) {
         throw kit::input_error(move + " takes vertex " + std::to_string(verdict.vertex) + " to " +
                                number_text(verdict.coordinate) +
@@ -148,7 +148,7 @@ void MoveCommand::check(const kit::Verdict& verdict) const {
 
 void MoveCommand::report(kit::SolidsEditor& editor) const {
     const kit::Solids& solids = editor.solids();
-    print("%s: %s moved", shown(input_).c_str(),
+    print("%s: %s moved", shown(input_.file()).c_str(),
           counted(static_cast<int>(editor.vertices().size()), "vertex", "vertices").c_str());
     print("%s, %s", counted(solids.size(), "body", "bodies").c_str(),
           model_figures(solids).c_str());
@@ -156,7 +156,9 @@ void MoveCommand::report(kit::SolidsEditor& editor) const {
     facts()
         .set("vertices_moved", static_cast<int>(editor.vertices().size()))
         .set("model", model_record(solids));
-    warn_of_rounding(solids);
+    if (outputs_.is_model_file()) {
+        warn_of_rounding(solids);
+    }
 }
 
 } // namespace

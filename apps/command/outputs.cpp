@@ -17,12 +17,21 @@ namespace {
 
 kit::PictureFormat format_of(const std::string& picture);
 std::string name_of(const std::string& file);
+bool is_feature_file(const std::string& name);
+bool is_mesh_file(const std::string& name);
+void warn_of_precision(const kit::Mesh& mesh, const std::string& name);
 
 } // namespace
 
-Option Outputs::add_file(Options options, const std::string& contents, bool takes_features) {
-    takes_features_ = takes_features;
+Option Outputs::add_file(Options options, const std::string& contents, Formats formats) {
+    formats_ = formats;
     return options.add("-o,--output", file_, "FILE", contents);
+}
+
+void Outputs::add_model(Options options) {
+    add_file(options, "Write the model: a body model file, .stl, .ply, .obj, .off or .glb",
+             Formats::meshes)
+        .required();
 }
 
 void Outputs::add_picture(Options options) {
@@ -50,8 +59,10 @@ void Outputs::check() const {
     for (const Name& name : named()) {
         if (name.file == "-") {
             report_to_standard_error();
-        } else if (name.takes_features && !kit::feature_format(kit::path_of(name.file)).empty()) {
+        } else if (name.formats == Formats::features && is_feature_file(name.file)) {
             kit::FeatureOutput::check(kit::path_of(name.file));
+        } else if (name.formats == Formats::meshes && is_mesh_file(name.file)) {
+            kit::MeshOutput::check(kit::path_of(name.file));
         } else {
             kit::OutputFile::check(kit::path_of(name.file));
         }
@@ -77,9 +88,9 @@ void Outputs::check_names() const {
 
 // The requested files, and by what.
 std::vector<Outputs::Name> Outputs::named() const {
-    std::vector<Name> files = {{file_, "by --output", takes_features_},
-                               {leftover_, "by --leftover", true},
-                               {picture_, "for the picture", false}};
+    std::vector<Name> files = {{file_, "by --output", formats_},
+                               {leftover_, "by --leftover", Formats::features},
+                               {picture_, "for the picture"}};
     std::erase_if(files, [](const Name& name) { return name.file.empty(); });
     return files;
 }
@@ -91,6 +102,7 @@ void Outputs::write(const Content& file, const Paint& paint, const Content& left
                                                }}};
     std::list<kit::OutputFile> written;
     std::list<kit::FeatureOutput> features;
+    std::list<kit::MeshOutput> meshes;
     std::string names;
     for (const auto& [name, content] : jobs) {
         if (name.empty()) {
@@ -98,8 +110,10 @@ void Outputs::write(const Content& file, const Paint& paint, const Content& left
         }
         const Task task("writing " + name);
         names.append(names.empty() ? "" : ", ").append(name_of(name));
-        if (content.features && !kit::feature_format(kit::path_of(name)).empty()) {
+        if (content.features && is_feature_file(name)) {
             features.emplace_back(content.features(), kit::path_of(name));
+        } else if (content.mesh && is_mesh_file(name)) {
+            meshes.emplace_back(content.mesh(), kit::path_of(name));
         } else {
             content.write(name == "-" ? written.emplace_back(kit::standard_output)
                                       : written.emplace_back(kit::path_of(name)));
@@ -113,9 +127,22 @@ void Outputs::write(const Content& file, const Paint& paint, const Content& left
     for (kit::FeatureOutput& output : features) {
         output.replace();
     }
+    for (kit::MeshOutput& output : meshes) {
+        output.replace();
+    }
     if (!names.empty()) {
         print("wrote %s", names.c_str());
     }
+}
+
+void Outputs::write_model(const kit::Solids& solids) const {
+    Content content = [&](kit::OutputFile& out) { solids.write(out); };
+    content.mesh = [&] {
+        kit::Mesh mesh = kit::mesh_of(solids);
+        warn_of_precision(mesh, file_);
+        return mesh;
+    };
+    write(content);
 }
 
 void Outputs::write_picture(const std::string& file, const Paint& paint) const {
@@ -140,6 +167,29 @@ kit::PictureFormat format_of(const std::string& picture) {
 
 std::string name_of(const std::string& file) {
     return file == "-" ? "standard output" : file;
+}
+
+bool is_feature_file(const std::string& name) {
+    return !kit::feature_format(kit::path_of(name)).empty();
+}
+
+void warn_of_precision(const kit::Mesh& mesh, const std::string& name) {
+    const auto format = kit::mesh_format(kit::path_of(name));
+    const double change = format ? kit::change_by_format(mesh, *format) : 0;
+    kit::Box box;
+    for (const kit::Point3& point : mesh.points) {
+        box.take_in(point);
+    }
+    const double extent =
+        std::max({box.high[0] - box.low[0], box.high[1] - box.low[1], box.high[2] - box.low[2]});
+    if (change > 1e-5 * extent) {
+        warn(name + ": single precision moves vertices by up to " + kit::number_text(change) +
+             "; .ply, .obj and .glb keep them");
+    }
+}
+
+bool is_mesh_file(const std::string& name) {
+    return kit::mesh_format(kit::path_of(name)).has_value();
 }
 
 } // namespace

@@ -17,9 +17,14 @@ namespace korvel::command {
 /// to standard error; a picture there is a PNG.
 class Outputs {
 public:
-    /// Adds `-o` to a command; `contents` describes it in the help. `takes_features`: the suffix
-    /// can select a format of features.
-    Option add_file(Options options, const std::string& contents, bool takes_features = false);
+    /// What the suffix of a file can select beside korvel's own format.
+    enum class Formats { own, features, meshes };
+
+    /// Adds `-o` to a command; `contents` describes it in the help.
+    Option add_file(Options options, const std::string& contents, Formats formats = Formats::own);
+
+    /// Adds a required `-o` for a model.
+    void add_model(Options options);
 
     /// Adds `--picture` and `--size`.
     void add_picture(Options options);
@@ -37,8 +42,10 @@ public:
     using WriteFile = std::function<void(kit::OutputFile& out)>;
     using Paint = std::function<void(kit::PictureCanvas& canvas)>;
     using MakeFeatures = std::function<kit::Features()>;
+    using MakeMesh = std::function<kit::Mesh()>;
 
-    /// What writes a file, and what makes the features of one whose suffix selects such a format.
+    /// What writes a file, and what makes the features or the mesh of one whose suffix selects such
+    /// a format.
     struct Content {
         Content() = default;
         template <class Write>
@@ -47,10 +54,17 @@ public:
 
         WriteFile write;
         MakeFeatures features;
+        MakeMesh mesh;
     };
 
     /// Writes the requested files. They replace their targets once all are complete.
     void write(const Content& file, const Paint& paint = {}, const Content& leftover = {}) const;
+
+    /// Writes a model under `-o`.
+    void write_model(const kit::Solids& solids) const;
+
+    /// Whether a model is written as korvel's own file.
+    bool is_model_file() const { return !kit::mesh_format(kit::path_of(file_)); }
 
     /// Writes a picture of the requested size into a file of another name.
     void write_picture(const std::string& file, const Paint& paint) const;
@@ -59,7 +73,7 @@ private:
     struct Name {
         std::string file;
         std::string purpose; ///< "by --output"
-        bool takes_features = false;
+        Formats formats = Formats::own;
     };
 
     std::vector<Name> named() const;
@@ -67,7 +81,7 @@ private:
     void paint_into(kit::OutputFile& out, const std::string& file, const Paint& paint) const;
 
     std::string file_;
-    bool takes_features_ = false; ///< of `file_`
+    Formats formats_ = Formats::own; ///< of `file_`
     std::string leftover_;
     std::string picture_;
     std::string size_ = default_picture_size;

@@ -80,7 +80,8 @@ RegionsCommand::RegionsCommand(Options options) {
         .add("--seed", seed_, "X,Y",
              "Only the region around this point, with the rings directly inside it as holes")
         .excludes(options.option("--select"));
-    outputs_.add_file(options, "Write a polygon-region file, .geojson, .gpkg, .shp, …", true);
+    outputs_.add_file(options, "Write a polygon-region file, .geojson, .gpkg, .shp, …",
+                      Outputs::Formats::features);
     outputs_.add_leftover(options);
     outputs_.add_picture(options);
     view_.add_options(options);

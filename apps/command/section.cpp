@@ -35,7 +35,7 @@ private:
 
     static constexpr int most_cuts = 10000;
 
-    std::string input_;
+    ModelInput input_;
     std::string plane_text_;
     std::string x_;
     std::string y_;
@@ -57,8 +57,8 @@ void SectionCommand::run() {
         throw kit::input_error("--sweep numbers its pictures, which standard output does not take");
     }
     outputs_.check();
-    solids_ = load_solids(input_);
-    report_bodies(shown(input_), solids_);
+    solids_ = input_.load();
+    report_bodies(shown(input_.file()), solids_);
     facts().set("plane", plane_record(plane_));
     if (sweep_ > 0) {
         sweep();
@@ -76,13 +76,14 @@ void add_section_command(Program& program) {
 namespace {
 
 SectionCommand::SectionCommand(Options options) {
-    options.add("MODEL", input_, "FILE", "Body model file").required();
+    input_.add_options(options);
     options.add("--plane", plane_text_, "PLANE",
                 "Cut by the plane x=V, y=V, z=V, or A,B,C,D for A x + B y + C z + D = 0");
     // Named for the axis that runs along the cut, not for the one that the plane fixes.
     options.add("--x", x_, "V", "y=V").hidden();
     options.add("--y", y_, "V", "x=V").hidden();
-    outputs_.add_file(options, "Write a section file, or its polygons: .geojson, .gpkg, …", true);
+    outputs_.add_file(options, "Write a section file, or its polygons: .geojson, .gpkg, …",
+                      Outputs::Formats::features);
     outputs_.add_picture(options);
     options.add("--view", part_, "U,V,U,V", "Two opposite corners of what the picture shows")
         .needs(options.option("--picture"));
@@ -235,11 +236,11 @@ kit::Section SectionCommand::cut_of_sweep(int number, const kit::Plane& plane) c
 void SectionCommand::paint(const kit::Section& cut, const kit::Plane& plane,
                            const kit::Rectangle& box, kit::PictureCanvas& canvas) const {
     const int bodies = static_cast<int>(cut.bodies().size());
-    kit::draw(
-        cut, canvas,
-        {.part = part_.empty() ? box : parse_box("--view", part_),
-         .title = kit::text_of(kit::path_of(shown(input_)).filename()) + "   " + plane_text(plane),
-         .remark = counted(bodies, "body", "bodies") + ", area " + number_text(cut.area())});
+    kit::draw(cut, canvas,
+              {.part = part_.empty() ? box : parse_box("--view", part_),
+               .title = kit::text_of(kit::path_of(shown(input_.file())).filename()) + "   " +
+                        plane_text(plane),
+               .remark = counted(bodies, "body", "bodies") + ", area " + number_text(cut.area())});
 }
 
 // As it is seen along the plane's axes.

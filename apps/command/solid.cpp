@@ -64,12 +64,14 @@ void SolidCommand::run() {
     read_heights(map);
     const kit::Raised raised = raise(map);
     report_left_out(map, raised);
-    refuse_collapse(
-        raised.solids, input_.file(),
-        "levels farther apart, a smaller --unit or an --origin on the map keep them apart");
-    warn_of_rounding(raised.solids, "; --origin and --unit bring the model closer to 0,0");
+    if (outputs_.is_model_file()) {
+        refuse_collapse(
+            raised.solids, input_.file(),
+            "levels farther apart, a smaller --unit or an --origin on the map keep them apart");
+        warn_of_rounding(raised.solids, "; --origin and --unit bring the model closer to 0,0");
+    }
     report(raised);
-    outputs_.write([&](kit::OutputFile& out) { raised.solids.write(out); });
+    outputs_.write_model(raised.solids);
 }
 
 } // namespace
@@ -112,7 +114,7 @@ SolidCommand::SolidCommand(Options options) {
     options.add_flag("--strict", is_strict_, "Exit status 3 when a region is left out");
     options.add_flag("--notices", shows_notices_,
                      "Print the notices of the library's triangulation on standard error");
-    outputs_.add_file(options, "Write the model").required();
+    outputs_.add_model(options);
     options.footer(
         "Each region becomes one closed body in a hue of its own. Bodies of neighbours share\n"
         "vertices, edges and walls. Regions that cannot be raised are left out and counted,\n"

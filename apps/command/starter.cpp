@@ -39,11 +39,13 @@ void StarterCommand::run() {
                    ? kit::make_cuboid(center, {size[0], size[1], size[2]}, rounds_, task.context())
                    : kit::make_ball(center, size[0], rounds_, task.context());
     }();
-    refuse_collapse(solids, "--size",
-                    "a larger size or a --center nearer to 0,0,0 keeps them apart");
+    if (outputs_.is_model_file()) {
+        refuse_collapse(solids, "--size",
+                        "a larger size or a --center nearer to 0,0,0 keeps them apart");
+    }
     print("%s, %s", model_figures(solids).c_str(), kit::state_text(solids[0].surface()).c_str());
     facts().set("model", model_record(solids));
-    outputs_.write([&](kit::OutputFile& out) { solids.write(out); });
+    outputs_.write_model(solids);
 }
 
 } // namespace
@@ -65,7 +67,7 @@ StarterCommand::StarterCommand(Options options) {
     options.add("--rounds", rounds_, "N", "How often each face is divided into four")
         .from_to(0, most_rounds, "0 to 7")
         .with_default();
-    outputs_.add_file(options, "Write the model").required();
+    outputs_.add_model(options);
     options.footer("Examples:\n"
                    "  korvel starter cube --size 10,20,5 -o box.model\n"
                    "  korvel starter ball --center 0,0,100 --size 50 --rounds 4 -o ball.model");

@@ -74,7 +74,8 @@ TrianglesCommand::TrianglesCommand(Options options) {
     input_.add_options(options);
     options.add("--trace", trace_directory_, "DIR",
                 "Write every step into trg.dat and wwwtrg.dat in this directory; slow and large");
-    outputs_.add_file(options, "Write the points and triangles: a triangle file, .gpkg, …", true);
+    outputs_.add_file(options, "Write the points and triangles: a triangle file, .gpkg, …",
+                      Outputs::Formats::features);
     outputs_.add_picture(options);
     view_.add_options(options);
     fill_.add_option(options, "How regions are triangulated");

@@ -33,7 +33,7 @@ private:
 
     static constexpr int most_frames = 1000;
 
-    std::string input_;
+    ModelInput input_;
     std::string angles_ = default_angles;
     bool with_edges_ = false;
     bool with_outlines_ = false;
@@ -77,7 +77,7 @@ void add_view_command(Program& program) {
 namespace {
 
 ViewCommand::ViewCommand(Options options) {
-    options.add("MODEL", input_, "FILE", "Body model file").required();
+    input_.add_options(options);
     options
         .add("--angles", angles_, "A,B",
              "Degrees by which the model is turned about z, then tilted about x")
@@ -158,8 +158,8 @@ void ViewCommand::check() const {
 }
 
 void ViewCommand::load() {
-    solids_ = load_solids(input_);
-    report_bodies(shown(input_), solids_);
+    solids_ = input_.load();
+    report_bodies(shown(input_.file()), solids_);
     const std::vector<double> angles = parse_reals("--angles", angles_, "A,B");
     solids_.set_view({.turn = angles[0], .tilt = angles[1]});
 }
@@ -218,7 +218,7 @@ kit::ViewOptions ViewCommand::view_options(kit::OffscreenRenderer* screen) const
 
 void ViewCommand::check_frame(const kit::ViewFrame& frame) const {
     if (!frame.is_drawable()) {
-        throw kit::input_error(shown(input_) + ": a picture " +
+        throw kit::input_error(shown(input_.file()) + ": a picture " +
                                number_text(frame.right() - frame.left) + " wide cannot be drawn");
     }
     report_bounds(solids_, frame);

@@ -21,7 +21,7 @@ public:
 private:
     kit::WeldReport weld(kit::Solids& solids) const;
 
-    std::string input_;
+    ModelInput input_;
     kit::WeldOptions options_;
     Outputs outputs_;
 };
@@ -29,15 +29,15 @@ private:
 void WeldCommand::run() const {
     check_tolerance(options_.tolerance);
     outputs_.check();
-    kit::Solids solids = load_solids(input_);
-    print("%s: %s, %s", shown(input_).c_str(), counted(solids.size(), "body", "bodies").c_str(),
-          model_figures(solids).c_str());
+    kit::Solids solids = input_.load();
+    print("%s: %s, %s", shown(input_.file()).c_str(),
+          counted(solids.size(), "body", "bodies").c_str(), model_figures(solids).c_str());
     facts().set("former", model_record(solids));
     const kit::WeldReport report = weld(solids);
     facts().set("model", model_record(solids)).set("welded", weld_record(report));
     print("%s", weld_text(report).c_str());
     print("now: %s", model_figures(solids).c_str());
-    outputs_.write([&](kit::OutputFile& out) { solids.write(out); });
+    outputs_.write_model(solids);
 }
 
 } // namespace
@@ -49,12 +49,12 @@ void add_weld_command(Program& program) {
 namespace {
 
 WeldCommand::WeldCommand(Options options) {
-    options.add("MODEL", input_, "FILE", "Body model file").required();
+    input_.add_options(options);
     options
         .add("--tolerance", options_.tolerance, "T",
              "Join vertices that are no farther apart; 0: those at one place")
         .with_default();
-    outputs_.add_file(options, "Write the model").required();
+    outputs_.add_model(options);
     options.footer(
         "Vertices, edges and faces that coincide become one. Walls along an axis that two\n"
         "bodies have in common get the same triangles first, also where the bodies have\n"
@@ -72,7 +72,7 @@ kit::WeldReport WeldCommand::weld(kit::Solids& solids) const {
     try {
         return kit::weld(solids, options_, task.context());
     } catch (const kit::Error& error) {
-        throw kit::input_error(shown(input_) + ": " + error.what());
+        throw kit::input_error(shown(input_.file()) + ": " + error.what());
     }
 }
 

@@ -1,4 +1,4 @@
-// The placement with which files in single precision keep a model.
+#include "kit/solids/file_placement.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,8 +6,6 @@
 #include <vector>
 
 #include "kit/solids/box.h"
-#include "kit/solids/placed_model.h"
-#include "kit/solids/solids.h"
 
 namespace korvel::kit {
 namespace {

@@ -9,6 +9,7 @@
 #include "kit/base/error.h"
 #include "kit/solids/colour_of_body.h"
 #include "kit/solids/face_order.h"
+#include "kit/solids/file_placement.h"
 #include "kit/solids/mesh_bodies.h"
 #include "kit/solids/mesh_triangles.h"
 #include "kit/solids/placed_model.h"

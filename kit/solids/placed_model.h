@@ -16,8 +16,6 @@
 
 namespace korvel::kit {
 
-class Solids;
-
 /// Reads a body model file as `read_model` does, and turns the model into the user's coordinates
 /// by the placement that the file stores. Relations and the orientation of the faces are those of
 /// the steps; equations, volumes, bounds and the view are derived anew, unless the grid is the
@@ -52,12 +50,5 @@ struct PlacedBox {
 /// the finest step, its origin moved near the middle where another is too far away for files. Warns
 /// when the reference systems differ.
 Placement common_placement(const std::vector<PlacedBox>& parts, const Context& context);
-
-/// The placement with which a file keeps points: that which they have if its grid is set, or if six
-/// decimals in single precision move none by more than 2^-24 of their extent, else one with a
-/// decimal step. Its origin is 0 where the points are on the grid and near 0, else a round number
-/// near their middle, so that at least 24 bits around it are kept. Linear.
-Placement placement_for_file(std::span<const Point3> points, const Placement& present = {});
-Placement placement_for_file(const Solids& solids);
 
 } // namespace korvel::kit
