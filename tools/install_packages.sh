@@ -12,7 +12,7 @@ for name in "$@"; do
                 libgl1-mesa-dri libgdal-dev libproj-dev) ;;
         tests) # with the manual page and the Debian packages of the command
             packages+=(libgtest-dev libgmock-dev libgeos-dev help2man groff-base dpkg-dev file
-                python3-jsonschema gdal-bin) ;;
+                python3-jsonschema gdal-bin assimp-utils libopenmesh-dev) ;;
         bench) packages+=(libbenchmark-dev libgeos-dev) ;;
         windows) # cross-compiling, and running the result with its windows and OpenGL
             packages+=(g++-mingw-w64-x86-64-posix googletest wine64 wine xvfb xauth libgl1

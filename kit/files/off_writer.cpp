@@ -19,9 +19,6 @@ void write_off(const Mesh& mesh, OutputFile& out) {
     TextOutput output(out);
     const std::vector<Colour> face_colours = colours_of_faces(mesh);
     output.put(mesh.point_colours.empty() ? "OFF\n" : "COFF\n");
-    for (const std::string& line : mesh_mark(mesh)) {
-        output.put("# ").put(line).put("\n");
-    }
     output.put_number(mesh.points.size()).put(" ").put_number(mesh.face_count()).put(" 0\n");
     for (std::size_t i = 0; i < mesh.points.size(); ++i) {
         std::string& text = output.text();
@@ -47,6 +44,10 @@ void write_off(const Mesh& mesh, OutputFile& out) {
             append_off_colour(text, face_colours[face]);
         }
         text += '\n';
+    }
+    // Some readers take no comments before the faces.
+    for (const std::string& line : mesh_mark(mesh)) {
+        output.put("# ").put(line).put("\n");
     }
 }
 
