@@ -26,6 +26,7 @@ private:
     void look(kit::ViewOptions options);
     void turn_round(const kit::ViewOptions& options);
     kit::ViewOptions view_options(kit::OffscreenRenderer* screen) const;
+    std::optional<double> crease_angle() const;
     void check_frame(const kit::ViewFrame& frame) const;
     std::optional<kit::Pick> pick_requested_point(const kit::ViewFrame& frame);
     bool is_picking() const { return !pick_.empty() || !click_.empty(); }
@@ -37,6 +38,7 @@ private:
     std::string angles_ = default_angles;
     bool with_edges_ = false;
     bool with_outlines_ = false;
+    std::string creases_;
     bool with_box_ = false;
     std::string part_;
     std::string picture_;
@@ -84,6 +86,8 @@ ViewCommand::ViewCommand(Options options) {
         .with_default();
     options.add_flag("--outlines", with_outlines_,
                      "Draw the edges where bodies end or bend sharply");
+    options.add("--creases", creases_, "ANGLE",
+                "Draw the edges at which faces turn by more degrees than this");
     options.add_flag("--edges", with_edges_, "Draw all edges in white");
     options.add_flag("--box", with_box_, "Draw the box around the model in black");
     const Option picture = options.add("--picture", picture_, "FILE", "Paint a picture: .png");
@@ -126,6 +130,7 @@ ViewCommand::ViewCommand(Options options) {
 // Everything that would fail at the end of a long run.
 void ViewCommand::check() const {
     parse_reals("--angles", angles_, "A,B");
+    crease_angle();
     if (!part_.empty()) {
         parse_box("--view", part_);
     }
@@ -211,9 +216,21 @@ kit::ViewOptions ViewCommand::view_options(kit::OffscreenRenderer* screen) const
     }
     options.edges = with_edges_;
     options.outlines = with_outlines_;
+    options.creases = crease_angle();
     options.box = with_box_;
     options.screen = screen;
     return options;
+}
+
+std::optional<double> ViewCommand::crease_angle() const {
+    if (creases_.empty()) {
+        return {};
+    }
+    const double angle = parse_reals("--creases", creases_, "ANGLE").front();
+    if (!(angle >= 0 && angle <= 180)) {
+        refuse("--creases", creases_, "an angle from 0 to 180");
+    }
+    return angle;
 }
 
 void ViewCommand::check_frame(const kit::ViewFrame& frame) const {

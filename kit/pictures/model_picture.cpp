@@ -3,12 +3,12 @@
 #include <GL/gl.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
 #include "kit/base/rectangle.h"
 #include "kit/solids/exact.h"
-#include "kit/solids/outline_edges.h"
 
 namespace korvel::kit {
 namespace {
@@ -26,6 +26,26 @@ constexpr GlColour yellow = {1, 0.9, 0};
 constexpr GlColour red = {0.9, 0, 0};
 constexpr GlColour blue = {0, 0.2, 1};
 
+/// Triangles on their way to OpenGL, many with one call: a call for each corner takes several times
+/// as long as painting.
+class TrianglePainter {
+public:
+    TrianglePainter();
+    ~TrianglePainter();
+    TrianglePainter(const TrianglePainter&) = delete;
+    TrianglePainter& operator=(const TrianglePainter&) = delete;
+
+    void add(const TMOD3D& model, const POLY3D& face, const std::array<float, 4>& colour);
+
+private:
+    void paint();
+
+    static constexpr std::size_t most = 3U << 12U; // corners
+    std::vector<std::array<float, 7>> corners_;    // place and colour of each
+};
+
+void draw_faces(const TMOD3D& model);
+std::array<float, 4> face_colour(const BODY3D& body, const POLY3D& face);
 std::vector<double> outline_strengths(const TMOD3D& model, double pixel);
 bool is_hatching(const TMOD3D& model, const LINE3D& edge, double pixel);
 void fill_face(const TMOD3D& model, int face, const GlColour& colour);
@@ -41,7 +61,7 @@ void draw_model(const TMOD3D& shown, bool with_edges, bool with_box) {
     constexpr double lift = 0.01;
     TMOD3D& model = operand(shown);
     glDepthRange(lift, 1);
-    model.gl_draw_mbody();
+    draw_faces(model);
     if (with_edges) {
         model.gl_draw_body_outlook();
     }
@@ -55,7 +75,7 @@ void draw_model(const TMOD3D& shown, bool with_edges, bool with_box) {
 // In front of the faces by little more than these recede from one pixel to the next, lest what is
 // behind an edge of a face comes through; where all edges are drawn, as far as the library lifts
 // those, which the outlines cover.
-void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges) {
+void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges, double angle) {
     const double depth = model.view_bounds[5] - model.view_bounds[4];
     const double lift = with_edges ? 0.005 * depth : std::max(2.5 * frame.unit, 1e-5 * depth);
     const std::vector<double> strengths = outline_strengths(model, frame.unit);
@@ -64,7 +84,7 @@ void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges)
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glLineWidth(frame.line_width());
     glBegin(GL_LINES);
-    for (const int e : outline_edges(model)) {
+    for (const int e : outline_edges(model, angle)) {
         const LINE3D& edge = model.lines[e];
         if (!is_hatching(model, edge, frame.unit)) {
             double strength = 0;
@@ -97,6 +117,66 @@ void draw_pick(const TMOD3D& model, const Pick& pick, const ViewFrame& frame) {
 }
 
 namespace {
+
+// As `TMOD3D::gl_draw_mbody` does, but for faces that are seen from behind.
+void draw_faces(const TMOD3D& model) {
+    TrianglePainter painter;
+    for (const BODY3D& body : model.bodies) {
+        for (const int number : body.polys) {
+            const POLY3D& face = model.polys[number];
+            painter.add(model, face, face_colour(body, face));
+        }
+    }
+}
+
+std::array<float, 4> face_colour(const BODY3D& body, const POLY3D& face) {
+    constexpr float per_turn = 0.6F;
+    constexpr float edge_on = 0.2F;
+    const auto lightness = static_cast<float>(std::abs(face.rotated_plane[2]) * per_turn + edge_on);
+    std::array<float, 4> colour = {};
+    colour[3] = static_cast<float>(body.alpha);
+    CMYColor().HLSToRGBf(static_cast<float>(body.hue), lightness,
+                         static_cast<float>(body.saturation), colour[0], colour[1], colour[2]);
+    return colour;
+}
+
+TrianglePainter::TrianglePainter() {
+    corners_.reserve(most);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_COLOR_ARRAY);
+}
+
+TrianglePainter::~TrianglePainter() {
+    paint();
+    glDisableClientState(GL_COLOR_ARRAY);
+    glDisableClientState(GL_VERTEX_ARRAY);
+}
+
+void TrianglePainter::add(const TMOD3D& model, const POLY3D& face,
+                          const std::array<float, 4>& colour) {
+    for (int k = 2; k < face.verts.GetSize(); ++k) {
+        for (const int corner : {0, k - 1, k}) {
+            const double* const at = model.verts[face.verts[corner]].view_xyz;
+            corners_.push_back({static_cast<float>(at[0]), static_cast<float>(at[1]),
+                                static_cast<float>(at[2]), colour[0], colour[1], colour[2],
+                                colour[3]});
+        }
+    }
+    if (corners_.size() + 3 > most) {
+        paint();
+    }
+}
+
+void TrianglePainter::paint() {
+    if (corners_.empty()) {
+        return;
+    }
+    constexpr GLsizei stride = sizeof corners_[0];
+    glVertexPointer(3, GL_FLOAT, stride, corners_[0].data());
+    glColorPointer(4, GL_FLOAT, stride, corners_[0].data() + 3);
+    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(corners_.size()));
+    corners_.clear();
+}
 
 // How opaque the outlines of each body are: less where it is small as seen, since what many small
 // bodies show would disappear behind their outlines.

@@ -1,7 +1,10 @@
 #include "kit/pictures/model_view.h"
 
+#include <algorithm>
+
 #include "kit/pictures/gl_view.h"
 #include "kit/pictures/model_picture.h"
+#include "kit/solids/outline_edges.h"
 
 namespace korvel::kit {
 
@@ -30,8 +33,10 @@ ViewFrame turntable_frame(const TMOD3D& model, const ViewOptions& options) {
 void draw_view(const TMOD3D& model, const ViewFrame& frame, const ViewOptions& options) {
     begin_view(frame);
     draw_model(model, options.edges, options.box);
-    if (options.outlines) {
-        draw_outlines(model, frame, options.edges);
+    if (options.outlines || options.creases) {
+        const double angle = options.creases.value_or(smooth_angle);
+        draw_outlines(model, frame, options.edges,
+                      options.outlines ? std::min(angle, smooth_angle) : angle);
     }
     if (options.marked) {
         draw_pick(model, *options.marked, frame);

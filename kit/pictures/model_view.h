@@ -26,7 +26,12 @@ struct ViewOptions {
 
     bool edges = false;    ///< all edges in white
     bool outlines = false; ///< those that outline the bodies (`outline_edges`), dark
-    bool box = false;      ///< the box around the model in black
+
+    /// The same with those at which the faces of a body turn by more than this angle in degrees, as
+    /// suits a finely divided surface.
+    std::optional<double> creases = {};
+
+    bool box = false; ///< the box around the model in black
 
     /// What was picked in this view: its face is shown yellow, its nearest edge red, its nearest
     /// vertex as a blue dot and the position as a white one.

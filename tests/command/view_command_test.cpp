@@ -181,6 +181,12 @@ TEST_F(ViewCommand, ShowsWhatItsOptionsSelect) {
         }
     }
     EXPECT_GT(dark, 100);
+    // At the edges of a tetrahedron faces turn by less than 170 degrees.
+    ASSERT_EQ(run("view m --picture creases.png --size 200x150 --creases 20").status, 0);
+    EXPECT_EQ(read("creases.png"), read("outlined.png"));
+    ASSERT_EQ(run("view m --picture smooth.png --size 200x150 --creases 170").status, 0);
+    EXPECT_EQ(read("smooth.png"), read("all.png"));
+    EXPECT_EQ(run("view m --picture all.png --creases 181").status, 2);
     const Result beside = run("view m --picture b.png --size 20x20 --view 900,900,910,910");
     EXPECT_EQ(beside.status, 0);
     EXPECT_THAT(beside.err, HasSubstr("warning: --view shows no part of the model, which extends"));
