@@ -29,7 +29,7 @@ std::vector<Colour> colours_of_faces(const Mesh& mesh) {
 }
 
 std::vector<Colour> colours_of_points(const Mesh& mesh, const std::vector<Colour>& face_colours) {
-    if (!mesh.point_colours.empty() || face_colours.empty()) {
+    if (!mesh.point_colours.empty() || face_colours.empty() || !mesh.parts_are_bodies) {
         return mesh.point_colours;
     }
     std::vector<Colour> colours(mesh.points.size(), white);

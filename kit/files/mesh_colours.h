@@ -12,8 +12,8 @@ namespace korvel::kit {
 /// nor parts have colours.
 std::vector<Colour> colours_of_faces(const Mesh& mesh);
 
-/// A colour for each point: its own or that of the first face that it is a corner of. None if there
-/// are neither.
+/// A colour for each point: its own or, of bodies, that of the first face that it is a corner of,
+/// for programs that show no others. None if there are neither.
 std::vector<Colour> colours_of_points(const Mesh& mesh, const std::vector<Colour>& face_colours);
 
 } // namespace korvel::kit

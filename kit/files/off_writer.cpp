@@ -28,7 +28,7 @@ void write_off(const Mesh& mesh, OutputFile& out) {
         }
         if (!mesh.point_colours.empty()) {
             append_off_colour(text, mesh.point_colours[i]);
-            text += " 255 "; // opaque, which the format asks for here
+            text += ' ';
         }
         text.back() = '\n';
     }
@@ -53,12 +53,14 @@ void write_off(const Mesh& mesh, OutputFile& out) {
 
 namespace {
 
+// The opacity shows that the others do not go to 1 even if none of them is above it.
 void append_off_colour(std::string& text, const Colour& colour) {
     append_digits(text, colour.red);
     text += ' ';
     append_digits(text, colour.green);
     text += ' ';
     append_digits(text, colour.blue);
+    text += " 255";
 }
 
 } // namespace

@@ -33,7 +33,8 @@ struct PlyColumns {
 class PlyReader {
 public:
     PlyReader(ByteInput& input, Mesh& mesh, const PlyHeader& header)
-        : input_(input), mesh_(mesh), header_(header), values_(input, header) {}
+        : input_(input), mesh_(mesh), header_(header), values_(input, header), faces_(mesh, input) {
+    }
     void read();
 
 private:
@@ -50,10 +51,10 @@ private:
     Mesh& mesh_;
     const PlyHeader& header_;
     PlyValues values_;
-    FaceBuilder* faces_ = nullptr; // while faces are read
+    FaceBuilder faces_;
     std::size_t point_count_ = 0;
     std::array<double, 7> row_ = {}; // the last one that was read, by use
-    std::vector<double> bodies_;     // of the parts
+    std::vector<double> bodies_;     // their numbers, in the order of the faces
 };
 
 PlyUse ply_use(const PlyProperty& property);
@@ -127,20 +128,18 @@ void PlyReader::read_faces(const PlyElement& element) {
     }
     const bool have_bodies = mesh_.parts_are_bodies && columns.has(PlyUse::body);
     constexpr auto body = static_cast<std::size_t>(PlyUse::body);
-    FaceBuilder faces(mesh_, input_);
-    faces_ = &faces;
     for (std::size_t i = 0; i < element.count; ++i) {
         read_row(columns);
         if (have_bodies && (bodies_.empty() || row_[body] != bodies_.back())) {
-            end_body(faces.count());
+            end_body(faces_.count());
             bodies_.push_back(row_[body]);
         }
-        if (faces.end_face() && columns.have_colours()) {
+        if (faces_.end_face() && columns.have_colours()) {
             mesh_.face_colours.push_back(colour());
         }
     }
     end_body(mesh_.face_count());
-    faces.finish(input_);
+    faces_.finish(input_);
 }
 
 void PlyReader::read_row(const PlyColumns& columns) {
@@ -173,7 +172,7 @@ void PlyReader::read_corners(const PlyProperty& list) {
             values_.fail("the index of a point is " + shortest_digits(index) +
                          ", out of range: there are " + std::to_string(point_count_) + " points");
         }
-        faces_->add_corner(static_cast<std::int32_t>(index));
+        faces_.add_corner(static_cast<std::int32_t>(index));
     }
 }
 
@@ -191,8 +190,9 @@ Colour PlyReader::colour() const {
     return {channel(PlyUse::red), channel(PlyUse::green), channel(PlyUse::blue)};
 }
 
+// A body whose faces were all dropped is none.
 void PlyReader::end_body(std::size_t face_end) {
-    if (!bodies_.empty()) {
+    if (face_end > (mesh_.parts.empty() ? 0 : mesh_.parts.back().face_end) && !bodies_.empty()) {
         mesh_.parts.push_back({.face_end = face_end});
     }
 }
@@ -220,9 +220,9 @@ void PlyReader::finish_bodies() {
             have_one = false;
         }
     }
+    mesh_.point_colours = {}; // which repeat those of the faces
     if (have_one) {
         mesh_.face_colours = {};
-        mesh_.point_colours = {};
     }
 }
 
@@ -230,7 +230,8 @@ PlyColumns::PlyColumns(const PlyElement& element) {
     columns.reserve(element.properties.size());
     for (const PlyProperty& property : element.properties) {
         const PlyUse use = ply_use(property);
-        columns.emplace_back(&property, has(use) ? PlyUse::none : use);
+        const bool fits = use != PlyUse::corners || element.name == "face";
+        columns.emplace_back(&property, fits && !has(use) ? use : PlyUse::none);
     }
 }
 
