@@ -51,7 +51,7 @@ bool divide_neighbours(TriangleList& list, std::vector<int>& flat) {
             return false;
         }
         for (const TriangleSide& side : around) {
-            if (is_final[side.position()] == 0) {
+            if (is_final[side.position()] == 0 && side.third != edge.third) {
                 is_final[side.position()] = 1;
                 divide(list, side.position(), triangle, edge);
                 return true;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <memory>
 #include <numeric>
+#include <span>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -13,11 +15,13 @@
 #include "kit/solids/mesh_bodies.h"
 #include "kit/solids/mesh_triangles.h"
 #include "kit/solids/placed_model.h"
+#include "kit/solids/triangle_sides.h"
 #include "kit/solids/welding.h"
 
 namespace korvel::kit {
 namespace {
 
+void refuse_books(const std::vector<MeshBody>& bodies, const TriangleList& list);
 std::vector<Point3> keep_used_points(const std::vector<MeshBody>& bodies, TriangleList& list);
 std::unique_ptr<TMOD3D> model_of_bodies(const std::vector<MeshBody>& bodies,
                                         const std::vector<Point3>& points, const TriangleList& list,
@@ -43,6 +47,7 @@ Solids solids_of(const Mesh& mesh, const MeshSolidsOptions& options, MeshReport*
     if (bodies.empty()) {
         throw input_error("the mesh has no face with an area");
     }
+    refuse_books(bodies, list);
     context.report(stage, 2, steps);
     const std::vector<Point3> points = keep_used_points(bodies, list);
     const Placement placement = placement_for_file(points, mesh.placement);
@@ -62,6 +67,36 @@ Solids solids_of(const Mesh& mesh, const MeshSolidsOptions& options, MeshReport*
 }
 
 namespace {
+
+// A model lists for each face the others at its edges, which grows with the square of their number.
+void refuse_books(const std::vector<MeshBody>& bodies, const TriangleList& list) {
+    constexpr int usual = 1000; // triangles at a point
+    constexpr double most_for_triangle = 100;
+    std::vector<int> triangles;
+    std::vector<int> uses(list.points.size(), 0);
+    int most = 0;
+    for (const MeshBody& body : bodies) {
+        triangles.insert(triangles.end(), body.triangles.begin(), body.triangles.end());
+        for (const int triangle : body.triangles) {
+            for (const int corner : list.corners[triangle]) {
+                most = std::max(most, ++uses[corner]);
+            }
+        }
+    }
+    if (most <= usual) {
+        return;
+    }
+    double neighbours = 0;
+    std::size_t crowd = 0;
+    const std::vector<TriangleSide> sides = sides_of(list, triangles);
+    for_each_edge_of(sides, [&](std::span<const TriangleSide> edge) {
+        neighbours += static_cast<double>(edge.size()) * static_cast<double>(edge.size());
+        crowd = std::max(crowd, edge.size());
+    });
+    if (neighbours > most_for_triangle * static_cast<double>(triangles.size() + usual)) {
+        throw input_error("too many faces meet at one edge: " + std::to_string(crowd));
+    }
+}
 
 // Those that triangles of bodies use, in their order.
 std::vector<Point3> keep_used_points(const std::vector<MeshBody>& bodies, TriangleList& list) {

@@ -30,7 +30,8 @@ struct MeshSolidsOptions {
 };
 
 /// Makes solids of a mesh. See docs/files.md for the rules. Throws an `Error` for a mesh without
-/// faces that have an area. Near-linear.
+/// faces that have an area, and where so many faces meet at an edge that a model cannot list them.
+/// Near-linear.
 Solids solids_of(const Mesh& mesh, const MeshSolidsOptions& options = {},
                  MeshReport* report = nullptr, const Context& context = {});
 

@@ -305,7 +305,6 @@ TEST(MeshSolids, KeepsOpenShells) {
     const kit::Solids flat = kit::solids_of(sheet, {}, &report);
     EXPECT_EQ(flat.face_count(), 2);
     EXPECT_EQ(report.open_edges, 4);
-    EXPECT_THROW(kit::solids_of({}), kit::Error);
 }
 
 TEST(MeshSolids, UnitesPartsAtOpenEdges) {
@@ -376,6 +375,21 @@ TEST(MeshSolids, HavePlacementsThatFilesKeep) {
         EXPECT_EQ(solids.bounds().low, each.low);
         EXPECT_NEAR(solids.volume() / std::pow(each.size, 3), 1, 1e-6);
     }
+}
+
+TEST(MeshSolids, RefusesWhatNoModelHolds) {
+    kit::Mesh book;
+    book.points = {{0, 0, 0}, {0, 0, 1}};
+    for (int page = 0; page < 20000; ++page) {
+        book.points.push_back({std::cos(0.1 * page), std::sin(0.1 * page), 0.001 * page});
+        book.corners.insert(book.corners.end(), {0, 1, page + 2});
+    }
+    EXPECT_THROW(kit::solids_of(book), kit::Error);
+    EXPECT_EQ(kit::check_mesh(book).problems.size(), 10000U);
+    EXPECT_FALSE(kit::repair_mesh(book).is_sound());
+    book.corners.back() = 20002;
+    EXPECT_THROW(kit::solids_of(book), kit::Error);
+    EXPECT_THROW(kit::solids_of({}), kit::Error);
 }
 
 std::vector<std::string> messages(const std::vector<kit::Finding>& findings) {
