@@ -133,10 +133,9 @@ void GlbWriter::collect(std::size_t part) {
     found.part = part;
     const std::size_t first = points_.size();
     const FaceRange faces = part_faces(mesh_, part);
+    found.triangles = faces.end - faces.begin;
     for (std::size_t face = faces.begin; face < faces.end; ++face) {
-        const auto corners = mesh_.face(face);
-        found.triangles += corners.size() < 3 ? 0 : corners.size() - 2;
-        for (const std::int32_t corner : corners) {
+        for (const std::int32_t corner : mesh_.face(face)) {
             std::uint32_t& number = number_[static_cast<std::size_t>(corner)];
             if (number != static_cast<std::uint32_t>(part)) {
                 number = static_cast<std::uint32_t>(part);
@@ -145,7 +144,6 @@ void GlbWriter::collect(std::size_t part) {
         }
     }
     if (found.triangles == 0) {
-        points_.resize(first);
         return;
     }
     std::sort(points_.begin() + static_cast<std::ptrdiff_t>(first), points_.end());
@@ -299,7 +297,6 @@ void GlbWriter::put_points() {
     }
 }
 
-// Faces with more corners become the triangles at their first one.
 void GlbWriter::put_triangles() {
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         for (std::size_t k = first_point(i); k < parts_[i].point_end; ++k) {
@@ -308,11 +305,8 @@ void GlbWriter::put_triangles() {
         }
         const FaceRange faces = part_faces(mesh_, parts_[i].part);
         for (std::size_t face = faces.begin; face < faces.end; ++face) {
-            const auto corners = mesh_.face(face);
-            for (std::size_t k = 2; k < corners.size(); ++k) {
-                for (const std::size_t corner : {std::size_t{0}, k - 1, k}) {
-                    out_.put_binary(number_[static_cast<std::size_t>(corners[corner])]);
-                }
+            for (const std::int32_t corner : mesh_.face(face)) {
+                out_.put_binary(number_[static_cast<std::size_t>(corner)]);
             }
         }
     }

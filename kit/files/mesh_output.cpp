@@ -7,6 +7,7 @@
 #include "kit/base/system_files.h"
 #include "kit/files/mesh_files.h"
 #include "kit/files/mesh_readers.h"
+#include "kit/files/mesh_triangulation.h"
 #include "kit/files/output_file.h"
 
 namespace korvel::kit {
@@ -15,6 +16,7 @@ namespace {
 
 MeshFormat format_to_write(const fs::path& target, std::optional<MeshFormat> format);
 fs::path materials_of(const fs::path& target);
+bool has_only_triangles(MeshFormat format);
 void write_as(MeshFormat format, const Mesh& mesh, const std::string& materials, OutputFile& out);
 
 } // namespace
@@ -41,6 +43,9 @@ void MeshOutput::check(const fs::path& target, std::optional<MeshFormat> format)
 MeshOutput::MeshOutput(const Mesh& mesh, const fs::path& target, std::optional<MeshFormat> format) {
     const MeshFormat as = format_to_write(target, format);
     files_ = std::make_unique<Files>(target);
+    const bool is_divided = !mesh.face_ends.empty() && has_only_triangles(as);
+    const Mesh divided = is_divided ? triangulated(mesh) : Mesh();
+    const Mesh& written = is_divided ? divided : mesh;
     std::string materials;
     // What goes to a device is one file.
     if (as == MeshFormat::obj && has_materials(mesh) && !is_device(target)) {
@@ -49,7 +54,7 @@ MeshOutput::MeshOutput(const Mesh& mesh, const fs::path& target, std::optional<M
         write_mtl(mesh, *files_->materials);
         files_->materials->close();
     }
-    write_as(as, mesh, materials, files_->mesh);
+    write_as(as, written, materials, files_->mesh);
     files_->mesh.close();
 }
 
@@ -84,6 +89,10 @@ MeshFormat format_to_write(const fs::path& target, std::optional<MeshFormat> for
 
 fs::path materials_of(const fs::path& target) {
     return fs::path(target).replace_extension(".mtl");
+}
+
+bool has_only_triangles(MeshFormat format) {
+    return format == MeshFormat::stl || format == MeshFormat::stl_text || format == MeshFormat::glb;
 }
 
 void write_as(MeshFormat format, const Mesh& mesh, const std::string& materials, OutputFile& out) {

@@ -20,7 +20,7 @@ Mesh read_obj(ByteInput& input, const std::filesystem::path& folder);
 void write_stl(const Mesh& mesh, bool as_text, OutputFile& out);
 void write_ply(const Mesh& mesh, bool as_text, OutputFile& out);
 void write_off(const Mesh& mesh, OutputFile& out);
-void write_glb(const Mesh& mesh, OutputFile& out);
+void write_glb(const Mesh& mesh, OutputFile& out); ///< of triangles
 
 /// `materials` is the name of the material file beside it; empty: without colours.
 void write_obj(const Mesh& mesh, const std::string& materials, OutputFile& out);

@@ -6,9 +6,9 @@
 #include <numeric>
 
 #include "kit/base/rectangle.h"
+#include "kit/base/vectors.h"
 #include "kit/solids/exact.h"
 #include "kit/solids/solids.h"
-#include "kit/solids/vectors.h"
 
 namespace korvel::kit {
 namespace {

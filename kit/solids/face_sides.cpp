@@ -6,7 +6,7 @@
 
 #include "kit/base/points.h"
 #include "kit/base/radix_sort.h"
-#include "kit/solids/vectors.h"
+#include "kit/base/vectors.h"
 
 namespace korvel::kit {
 namespace {

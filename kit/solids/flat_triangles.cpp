@@ -5,8 +5,8 @@
 #include <span>
 #include <utility>
 
+#include "kit/base/vectors.h"
 #include "kit/solids/triangle_sides.h"
-#include "kit/solids/vectors.h"
 
 namespace korvel::kit {
 namespace {

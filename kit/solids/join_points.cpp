@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "kit/solids/vectors.h"
+#include "kit/base/vectors.h"
 
 namespace korvel::kit {
 namespace {

@@ -5,10 +5,10 @@
 #include <string>
 
 #include "kit/base/error.h"
+#include "kit/base/vectors.h"
 #include "kit/solids/mesh_bodies.h"
 #include "kit/solids/mesh_triangles.h"
 #include "kit/solids/surface.h"
-#include "kit/solids/vectors.h"
 
 namespace korvel::kit {
 namespace {

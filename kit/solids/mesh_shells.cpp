@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "kit/base/disjoint_sets.h"
+#include "kit/base/vectors.h"
 #include "kit/solids/turned_sets.h"
-#include "kit/solids/vectors.h"
 
 namespace korvel::kit {
 namespace {

@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "kit/base/error.h"
+#include "kit/base/polygon_triangles.h"
+#include "kit/base/vectors.h"
 #include "kit/solids/flat_triangles.h"
 #include "kit/solids/join_points.h"
-#include "kit/solids/polygon_triangles.h"
-#include "kit/solids/vectors.h"
 
 namespace korvel::kit {
 namespace {

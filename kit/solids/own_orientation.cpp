@@ -3,10 +3,10 @@
 #include <cmath>
 #include <numbers>
 
+#include "kit/base/vectors.h"
 #include "kit/solids/box.h"
 #include "kit/solids/face_sides.h"
 #include "kit/solids/turned_sets.h"
-#include "kit/solids/vectors.h"
 
 namespace korvel::kit {
 namespace {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "kit/solids/vectors.h"
+#include "kit/base/vectors.h"
 
 namespace korvel::kit {
 namespace {

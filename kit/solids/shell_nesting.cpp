@@ -7,7 +7,7 @@
 
 #include "kit/base/box_tree.h"
 #include "kit/base/exact_predicates.h"
-#include "kit/solids/vectors.h"
+#include "kit/base/vectors.h"
 
 namespace korvel::kit {
 namespace {

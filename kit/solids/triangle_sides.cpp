@@ -4,7 +4,7 @@
 #include <numbers>
 #include <numeric>
 
-#include "kit/solids/vectors.h"
+#include "kit/base/vectors.h"
 
 namespace korvel::kit {
 namespace {

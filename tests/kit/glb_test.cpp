@@ -105,14 +105,19 @@ TEST_F(Glb, EveryColourComesBack) {
 // Without a grid, what is far away keeps the precision around its centre; a polygon is divided.
 TEST_F(Glb, PlacesOtherMeshesAroundTheirCentre) {
     Mesh mesh;
-    mesh.points = {
-        {4e6 + 0.125, 5e6, 1}, {4e6 + 1, 5e6 + 0.25, 1}, {4e6 + 1, 5e6 + 1, 1}, {4e6, 5e6 + 1, 1}};
+    mesh.points = {{4e6 + 0.125, 5e6, 1}, // the corner that follows points inward
+                   {4e6 + 0.25, 5e6 + 0.75, 1},
+                   {4e6 + 1, 5e6 + 1, 1},
+                   {4e6, 5e6 + 1, 1}};
     mesh.corners = {0, 1, 2, 3};
     mesh.face_ends = {4};
     kit::write_mesh(mesh, path("m.glb"));
     const Mesh again = kit::read_mesh(path("m.glb"));
     EXPECT_EQ(again.points, mesh.points);
-    EXPECT_THAT(again.corners, testing::ElementsAre(0, 1, 2, 0, 2, 3));
+    ASSERT_EQ(again.face_count(), 2U);
+    for (const std::size_t face : {0U, 1U}) {
+        EXPECT_THAT(again.face(face), testing::IsSupersetOf({1, 3}));
+    }
     mesh.points[0][0] = 1e300;
     EXPECT_THROW(kit::write_mesh(mesh, path("n.glb")), kit::Error);
 }

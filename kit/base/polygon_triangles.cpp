@@ -1,4 +1,4 @@
-#include "kit/solids/polygon_triangles.h"
+#include "kit/base/polygon_triangles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "kit/base/exact_predicates.h"
-#include "kit/solids/vectors.h"
+#include "kit/base/vectors.h"
 
 namespace korvel::kit {
 namespace {
