@@ -8,7 +8,7 @@
 #include "kit/base/error.h"
 #include "kit/files/mesh_files.h"
 #include "kit/files/text_file.h"
-#include "tests/support/meshes.h"
+#include "tests/kit/meshes.h"
 #include "tests/support/scratch.h"
 
 namespace korvel::test {
