@@ -98,9 +98,10 @@ kit::Features scattered_points(int points) {
     for (int i = 0; i < points; ++i) {
         layer.points.push_back({longitude(dice), longitude(dice) / 2});
         layer.paths.push_back({layer.points.size()});
-        layer.features.push_back({kit::Shape::points,
-                                  layer.paths.size(),
-                                  {std::int64_t{i}, "p" + std::to_string(i), longitude(dice)}});
+        layer.features.push_back(
+            {kit::Shape::points,
+             layer.paths.size(),
+             {std::int64_t{i}, std::string("p").append(std::to_string(i)), longitude(dice)}});
     }
     return layer;
 }
