@@ -11,11 +11,12 @@
 #include <vector>
 
 #include "kit/base/error.h"
-#include "kit/files/byte_output.h"
+#include "kit/files/byte_order.h"
 #include "kit/files/glb_colour.h"
 #include "kit/files/json_text.h"
 #include "kit/files/mesh_mark.h"
 #include "kit/files/mesh_readers.h"
+#include "kit/files/text_output.h"
 
 namespace korvel::kit {
 namespace {
@@ -72,7 +73,7 @@ private:
 
     const Mesh& mesh_;
     OutputFile& file_;
-    ByteOutput out_;
+    TextOutput out_;
     GlbFrame frame_;
     std::vector<GlbPart> parts_;
     std::vector<std::int32_t> points_;  // of all parts, one part after another
@@ -114,13 +115,13 @@ void GlbWriter::write() {
         file_.fail("a file of binary glTF has at most 4 GiB, and this one would be larger");
     }
     out_.put("glTF");
-    out_.put_binary(std::uint32_t{2});
-    out_.put_binary(static_cast<std::uint32_t>(length));
-    out_.put_binary(static_cast<std::uint32_t>(text.size()));
+    append_bytes(out_.text(), std::uint32_t{2});
+    append_bytes(out_.text(), static_cast<std::uint32_t>(length));
+    append_bytes(out_.text(), static_cast<std::uint32_t>(text.size()));
     out_.put("JSON");
     out_.put(text);
     if (triangles_ > 0) {
-        out_.put_binary(static_cast<std::uint32_t>(binary));
+        append_bytes(out_.text(), static_cast<std::uint32_t>(binary));
         out_.put({"BIN\0", 4});
         put_points();
         put_triangles();
@@ -292,7 +293,7 @@ void GlbWriter::append_views(std::string& text) const {
 void GlbWriter::put_points() {
     for (const std::int32_t index : points_) {
         for (const float value : frame_.to_file(mesh_.points[static_cast<std::size_t>(index)])) {
-            out_.put_binary(value);
+            append_bytes(out_.text(), value);
         }
     }
 }
@@ -306,7 +307,7 @@ void GlbWriter::put_triangles() {
         const FaceRange faces = part_faces(mesh_, parts_[i].part);
         for (std::size_t face = faces.begin; face < faces.end; ++face) {
             for (const std::int32_t corner : mesh_.face(face)) {
-                out_.put_binary(number_[static_cast<std::size_t>(corner)]);
+                append_bytes(out_.text(), number_[static_cast<std::size_t>(corner)]);
             }
         }
     }

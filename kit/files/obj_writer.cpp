@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "kit/files/byte_output.h"
 #include "kit/files/mesh_mark.h"
 #include "kit/files/mesh_readers.h"
+#include "kit/files/text_output.h"
 
 namespace korvel::kit {
 namespace {
@@ -31,7 +31,7 @@ private:
 
     const Mesh& mesh_;
     bool has_materials_;
-    ByteOutput out_;
+    TextOutput out_;
     std::string material_; // in use
 };
 
@@ -40,7 +40,7 @@ constexpr std::string_view no_colour = "uncoloured";
 
 std::string material_name(const std::optional<Colour>& colour);
 std::string on_a_line(std::string text);
-void put_share(ByteOutput& out, unsigned char channel);
+void put_share(TextOutput& out, unsigned char channel);
 
 } // namespace
 
@@ -63,7 +63,7 @@ void write_mtl(const Mesh& mesh, OutputFile& out) {
             colours.insert(mesh.face_colours[face]);
         }
     }
-    ByteOutput text(out);
+    TextOutput text(out);
     text.put("newmtl ");
     text.put(no_colour);
     text.put("\n");
@@ -173,7 +173,7 @@ std::string material_name(const std::optional<Colour>& colour) {
     return colour ? "colour_" + colour_text(*colour).substr(1) : std::string(no_colour);
 }
 
-void put_share(ByteOutput& out, unsigned char channel) {
+void put_share(TextOutput& out, unsigned char channel) {
     out.put(" ");
     out.put_number(channel / 255.0);
 }
