@@ -64,13 +64,13 @@ kit::Map load_regions(const kit::TextFile& file) {
     return kit::Map::read(file, task.context());
 }
 
-bool holds_mesh(const std::string& name) {
+bool holds_mesh(const std::string& name, bool is_model) {
     if (name != "-") {
         return kit::holds_mesh(kit::path_of(name));
     }
     const int first = std::getc(stdin);
     std::ungetc(first, stdin);
-    return std::isalpha(first) != 0;
+    return std::isalpha(first) != 0 || (is_model && first == '#');
 }
 
 kit::Mesh read_mesh(const std::string& name, std::optional<kit::MeshFormat> format,

@@ -25,9 +25,9 @@ kit::Features read_features(const std::string& name, const kit::ReadFeaturesOpti
 /// Reads a polygon-region file, whose name is noted.
 kit::Map load_regions(const kit::TextFile& file);
 
-/// Whether an input is a file of a mesh (`kit::holds_mesh`); standard input is one if it begins
-/// with a letter.
-bool holds_mesh(const std::string& name);
+/// Whether an input is a file of a mesh (`kit::holds_mesh`). Standard input is one if it begins
+/// with a letter, or with a comment where it can only be a model.
+bool holds_mesh(const std::string& name, bool is_model = false);
 
 /// Reads a mesh, or standard input for the name `-`. An empty format is that of the file.
 kit::Mesh read_mesh(const std::string& name, std::optional<kit::MeshFormat> format = {},

@@ -28,11 +28,12 @@ bool MeshConversion::is_wanted() const {
 
 void MeshConversion::check() const {
     if (!makes_mesh() && !makes_model_) {
-        fail(input_, "a mesh, which is written as a mesh or a body model; 'korvel section' makes a "
-                     "map of it");
+        throw kit::input_error(shown(input_) + ": a mesh, which is written as a mesh or a body "
+                                               "model; 'korvel section' makes a map of it",
+                               {.file = shown(input_)});
     }
     if (makes_mesh() && output_ == "-") {
-        fail(output_, "a mesh is written into a file, a body model to standard output");
+        throw kit::input_error("a mesh is written into a file, a body model to standard output");
     }
     if (output_ == "-") {
         report_to_standard_error();
@@ -81,12 +82,9 @@ void MeshConversion::write(const kit::Solids& solids) const {
 }
 
 void MeshConversion::write(const kit::Mesh& mesh) const {
+    warn_of_precision(mesh, output_, to_);
     const Task task("writing " + output_);
     kit::write_mesh(mesh, kit::path_of(output_), to_);
-}
-
-void MeshConversion::fail(const std::string& file, const std::string& reason) const {
-    throw kit::input_error(shown(file) + ": " + reason, {.file = shown(file)});
 }
 
 } // namespace korvel::command

@@ -30,7 +30,6 @@ private:
     bool makes_mesh() const { return to_.has_value(); }
     void write(const kit::Solids& solids) const;
     void write(const kit::Mesh& mesh) const;
-    void fail(const std::string& file, const std::string& reason) const;
 
     std::string input_;
     std::string output_;

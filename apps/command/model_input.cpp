@@ -10,6 +10,11 @@
 #include "apps/command/task.h"
 
 namespace korvel::command {
+namespace {
+
+double extent_of(const kit::Box& box);
+
+} // namespace
 
 void ModelReader::add_option(Options options) {
     weld_ = options
@@ -29,7 +34,7 @@ void ModelReader::check(bool is_mesh) const {
 }
 
 kit::Solids ModelReader::read(const std::string& name, Record& record, bool is_printed) const {
-    const bool is_mesh = holds_mesh(name);
+    const bool is_mesh = holds_mesh(name, true);
     check(is_mesh);
     if (is_mesh) {
         const kit::Mesh mesh = [&] {
@@ -119,15 +124,23 @@ void refuse_collapse(const kit::Solids& solids, const std::string& subject,
 
 void warn_of_rounding(const kit::Solids& solids, const std::string& advice) {
     const double change = solids.change_by_file();
-    const kit::Box box = solids.bounds();
-    double extent = 0;
-    for (std::size_t k = 0; k < 3; ++k) {
-        extent = std::max(extent, box.high[k] - box.low[k]);
-    }
-    if (change > 1e-5 * extent) {
+    if (change > 1e-5 * extent_of(solids.bounds())) {
         warn("the file holds six decimals and is read in single precision, which moves vertices by "
              "up to " +
              number_text(change) + advice);
+    }
+}
+
+void warn_of_precision(const kit::Mesh& mesh, const std::string& file,
+                       std::optional<kit::MeshFormat> format) {
+    const double change = format ? kit::change_by_format(mesh, *format) : 0;
+    kit::Box box;
+    for (const kit::Point3& point : mesh.points) {
+        box.take_in(point);
+    }
+    if (change > 0 && change > 1e-5 * extent_of(box)) {
+        warn(file + ": single precision moves vertices by up to " + number_text(change) +
+             "; .ply, .obj and .glb keep them");
     }
 }
 
@@ -191,4 +204,15 @@ Record mesh_record(const kit::MeshReport& report, Record record) {
     return record;
 }
 
+namespace {
+
+double extent_of(const kit::Box& box) {
+    double extent = 0;
+    for (std::size_t k = 0; k < 3; ++k) {
+        extent = std::max(extent, box.high[k] - box.low[k]);
+    }
+    return extent;
+}
+
+} // namespace
 } // namespace korvel::command

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "apps/command/options.h"
@@ -72,6 +73,11 @@ void report_bodies(const std::string& name, const kit::Solids& solids);
 /// Warns when a model file would put vertices off by more than 10⁻⁵ of the model's extent. `advice`
 /// ends the warning, such as "; --unit brings it closer to 0,0".
 void warn_of_rounding(const kit::Solids& solids, const std::string& advice = {});
+
+/// Warns when the single precision of a format would put points off by more than 10⁻⁵ of the mesh's
+/// extent.
+void warn_of_precision(const kit::Mesh& mesh, const std::string& file,
+                       std::optional<kit::MeshFormat> format);
 
 /// Throws an input error when a model file would take the area from a face.
 void refuse_collapse(const kit::Solids& solids, const std::string& subject,

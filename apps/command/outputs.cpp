@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apps/command/arguments.h"
+#include "apps/command/model_input.h"
 #include "apps/command/report.h"
 #include "apps/command/task.h"
 #include "kit/kit.h"
@@ -19,7 +20,6 @@ kit::PictureFormat format_of(const std::string& picture);
 std::string name_of(const std::string& file);
 bool is_feature_file(const std::string& name);
 bool is_mesh_file(const std::string& name);
-void warn_of_precision(const kit::Mesh& mesh, const std::string& name);
 
 } // namespace
 
@@ -139,7 +139,7 @@ void Outputs::write_model(const kit::Solids& solids) const {
     Content content = [&](kit::OutputFile& out) { solids.write(out); };
     content.mesh = [&] {
         kit::Mesh mesh = kit::mesh_of(solids);
-        warn_of_precision(mesh, file_);
+        warn_of_precision(mesh, file_, kit::mesh_format(kit::path_of(file_)));
         return mesh;
     };
     write(content);
@@ -171,21 +171,6 @@ std::string name_of(const std::string& file) {
 
 bool is_feature_file(const std::string& name) {
     return !kit::feature_format(kit::path_of(name)).empty();
-}
-
-void warn_of_precision(const kit::Mesh& mesh, const std::string& name) {
-    const auto format = kit::mesh_format(kit::path_of(name));
-    const double change = format ? kit::change_by_format(mesh, *format) : 0;
-    kit::Box box;
-    for (const kit::Point3& point : mesh.points) {
-        box.take_in(point);
-    }
-    const double extent =
-        std::max({box.high[0] - box.low[0], box.high[1] - box.low[1], box.high[2] - box.low[2]});
-    if (change > 1e-5 * extent) {
-        warn(name + ": single precision moves vertices by up to " + kit::number_text(change) +
-             "; .ply, .obj and .glb keep them");
-    }
 }
 
 bool is_mesh_file(const std::string& name) {

@@ -39,7 +39,7 @@ TEST_F(MeshCommand, EveryFormatGivesTheSameModel) {
     }
     EXPECT_EQ(run("convert c.obj - -q", "piped").status, 0);
     EXPECT_THAT(run("info - <piped").out, HasSubstr(figures));
-    EXPECT_THAT(run("info - <c.obj").out, HasSubstr(figures));
+    EXPECT_THAT(run("clean - -o cleaned.ply <c.obj").out, HasSubstr("left: 2 bodies"));
     EXPECT_THAT(run("inside c.stl 1,2,3 20,0,0 9,9,9").out,
                 HasSubstr("1,2,3 0\n20,0,0 1\n9,9,9 none\n"));
     EXPECT_THAT(run("info c.glb --csv").out, StartsWith("body,"));
@@ -90,7 +90,7 @@ TEST_F(MeshCommand, RefusesWhatDoesNotFit) {
         std::string message;
     } cases[] = {
         {"convert a.stl a.geojson", "a.stl: a mesh, which is written as a mesh or a body model"},
-        {"convert a.stl - --to PLY", "-: a mesh is written into a file"},
+        {"convert a.stl - --to PLY", "a mesh is written into a file"},
         {"convert a.stl a.ply --decimals 2", "--decimals are for features"},
         {"info a.stl --weld -1", "--weld"},
         {"starter cube --size 1,1,1 -o no/a.stl", "no/a.stl"},
