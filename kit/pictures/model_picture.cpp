@@ -215,11 +215,11 @@ bool is_hatching(const TMOD3D& model, const LINE3D& edge, double pixel) {
     });
 }
 
+// As it was painted before, so that its depths are the same.
 void fill_face(const TMOD3D& model, int face, const GlColour& colour) {
-    glBegin(GL_POLYGON);
-    glColor3d(colour.red, colour.green, colour.blue);
-    operand(model).polys[face].gl_draw_poly(&operand(model).verts);
-    glEnd();
+    TrianglePainter().add(model, model.polys[face],
+                          {static_cast<float>(colour.red), static_cast<float>(colour.green),
+                           static_cast<float>(colour.blue), 1});
 }
 
 void draw_edge(const TMOD3D& model, const LINE3D& edge, const GlColour& colour) {

@@ -136,7 +136,7 @@ TEST_F(FilesCommand, CheckRepairs) {
     EXPECT_EQ(run("check r -o x").err, "korvel: --output needs --fix\n");
     ASSERT_EQ(run("triangles r -o t").status, 0);
     EXPECT_EQ(run("check t --fix -o x").err,
-              "korvel: t: a triangle file, --fix repairs curves, regions and models\n");
+              "korvel: t: a triangle file, --fix repairs curves, regions, models and meshes\n");
 }
 
 } // namespace
