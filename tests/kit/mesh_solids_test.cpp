@@ -11,6 +11,7 @@
 
 #include "kit/kit.h"
 #include "tests/support/dice.h"
+#include "tests/support/random_curves.h"
 
 namespace korvel::test {
 namespace {
@@ -134,16 +135,8 @@ TEST(MeshSolids, MakesBodiesOfShells) {
 /// edges and at points.
 kit::Solids random_bodies(Dice& dice) {
     kit::Network network;
-    const int size = dice(4, 9);
-    const int curves = dice(3, 9);
-    for (int curve = 0; curve < curves; ++curve) {
-        std::vector<kit::GridPoint> points;
-        const int corners = dice(2, 6);
-        for (int i = 0; i < corners; ++i) {
-            points.push_back({dice(0, size), dice(0, size)});
-        }
-        points.push_back(points.front());
-        network.add_curve(points);
+    for (const std::vector<tagPOINT>& curve : random_curves(dice)) {
+        network.add_curve(curve);
     }
     const kit::Map map = kit::find_regions(network).map();
     kit::RaiseOptions options;

@@ -19,6 +19,7 @@
 #include "kit/solids/join.h"
 #include "kit/solids/own_orientation.h"
 #include "tests/support/dice.h"
+#include "tests/support/random_curves.h"
 
 namespace korvel::test {
 namespace {
@@ -57,17 +58,9 @@ TEST(OwnOrientation, TurnsCavitiesInwards) {
 
 /// The regions of a few random curves on a small grid, which touch themselves and one another.
 kit::Map random_map(Dice& dice) {
-    const int size = dice(4, 9);
     kit::Network network;
-    const int curves = dice(3, 9);
-    for (int curve = 0; curve < curves; ++curve) {
-        std::vector<kit::GridPoint> points;
-        const int corners = dice(2, 6);
-        for (int i = 0; i < corners; ++i) {
-            points.push_back({dice(0, size), dice(0, size)});
-        }
-        points.push_back(points.front());
-        network.add_curve(points);
+    for (const std::vector<tagPOINT>& curve : random_curves(dice)) {
+        network.add_curve(curve);
     }
     return kit::Map(kit::faces_of(kit::node(network)).regions);
 }
