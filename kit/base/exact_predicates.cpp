@@ -152,8 +152,8 @@ private:
     std::vector<double> parts_; // without zeros
 };
 
-Expansion determinant(const Expansion& ax, const Expansion& ay, const Expansion& bx,
-                      const Expansion& by) {
+Expansion difference_of_products(const Expansion& ax, const Expansion& ay, const Expansion& bx,
+                                 const Expansion& by) {
     Expansion result = ax * by;
     result.add(ay * bx, -1);
     return result;
@@ -184,8 +184,8 @@ int exact_turn(PlanePoint a, PlanePoint b, PlanePoint c) {
     if (take_difference(a, c, largest_in_turn, p) && take_difference(b, c, largest_in_turn, q)) {
         return sign_of(p.x * q.y - p.y * q.x);
     }
-    return determinant(Expansion::difference(a.x, c.x), Expansion::difference(a.y, c.y),
-                       Expansion::difference(b.x, c.x), Expansion::difference(b.y, c.y))
+    return difference_of_products(Expansion::difference(a.x, c.x), Expansion::difference(a.y, c.y),
+                                  Expansion::difference(b.x, c.x), Expansion::difference(b.y, c.y))
         .sign();
 }
 
@@ -210,7 +210,7 @@ int exact_side_of_circle(PlanePoint a, PlanePoint b, PlanePoint c, PlanePoint d)
         const int k = (i + 2) % 3;
         Expansion lift = x[i] * x[i];
         lift.add(y[i] * y[i]);
-        determinant.add(lift * determinant(x[j], y[j], x[k], y[k]));
+        determinant.add(lift * difference_of_products(x[j], y[j], x[k], y[k]));
     }
     return determinant.sign();
 }

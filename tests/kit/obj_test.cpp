@@ -18,13 +18,13 @@ using kit::Colour;
 using kit::Mesh;
 using kit::MeshFormat;
 
-Mesh mesh_of_text(const std::string& text) {
+Mesh mesh_of_obj(const std::string& text) {
     return kit::read_mesh(kit::stream_of({"", text}).get(), "f", MeshFormat::obj);
 }
 
 std::string refusal_of(const std::string& text) {
     try {
-        mesh_of_text(text);
+        mesh_of_obj(text);
     } catch (const kit::Error& error) {
         return error.what();
     }
@@ -66,11 +66,11 @@ TEST_F(Obj, ColoursOfPointsAndFacesComeBack) {
 // Comments, the ends of lines, indices that count back, continued faces, points after their faces.
 TEST_F(Obj, ReadsWhatOthersWrite) {
     const Mesh mesh =
-        mesh_of_text("\xEF\xBB\xBF# by hand\r\nmtllib none.mtl\r\n"
-                     "v 0 0 0 1.0\r\nv +1 0 0\r\nv 1 1 -0.5e-1 # corner\r\nvn 0 0 1\r\n"
-                     "g first one\r\ns off\r\nf 1/1/1 2//1 3/1\r\n"
-                     "f -3 -2 -1 \\\r\n 4 # continued\r\nusemtl red\r\nf 1 2 4\r\n"
-                     "l 1 2\r\ncurv 0 1 \\\r\n 1 2\r\nv 0 1 0");
+        mesh_of_obj("\xEF\xBB\xBF# by hand\r\nmtllib none.mtl\r\n"
+                    "v 0 0 0 1.0\r\nv +1 0 0\r\nv 1 1 -0.5e-1 # corner\r\nvn 0 0 1\r\n"
+                    "g first one\r\ns off\r\nf 1/1/1 2//1 3/1\r\n"
+                    "f -3 -2 -1 \\\r\n 4 # continued\r\nusemtl red\r\nf 1 2 4\r\n"
+                    "l 1 2\r\ncurv 0 1 \\\r\n 1 2\r\nv 0 1 0");
     EXPECT_EQ(mesh.points[2], (kit::Point3{1, 1, -0.05}));
     EXPECT_THAT(mesh.corners, testing::ElementsAre(0, 1, 2, 0, 1, 2, 3, 0, 1, 3));
     EXPECT_THAT(mesh.face_ends, testing::ElementsAre(3U, 7U, 10U));
