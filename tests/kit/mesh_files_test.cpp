@@ -65,7 +65,7 @@ const std::vector<float> two_faces = {0, 0, 0, 1, 0, 0, 0, 1, 0, //
                                       0, 1, 0, 1, 0, 0, 1, 1, -0.0F};
 
 // Two tetrahedra that share a point.
-Mesh two_bodies() {
+Mesh two_tetrahedra() {
     Mesh mesh;
     mesh.points = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {2, 0, 0}, {2, 0.5, 0}, {2, 0, 1}};
     mesh.corners = {0, 2, 1, 0, 1, 3, 1, 2, 3, 2, 0, 3, 1, 5, 4, 1, 4, 6, 4, 5, 6, 5, 1, 6};
@@ -84,7 +84,7 @@ protected:
 };
 
 TEST_F(MeshFiles, KeepBodiesColoursAndPlacementAsFarAsFormatsDo) {
-    const Mesh mesh = two_bodies();
+    const Mesh mesh = two_tetrahedra();
     const struct {
         MeshFormat format;
         bool bodies, names, colours;
