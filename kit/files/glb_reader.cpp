@@ -23,13 +23,13 @@ namespace {
 
 /// The two chunks of a file.
 struct GlbChunks {
-    nlohmann::json json;
+    std::string text; // JSON
     std::vector<char> bytes;
 };
 
 class GlbReader {
 public:
-    GlbReader(const GlbChunks& chunks, const ByteInput& input);
+    GlbReader(const nlohmann::json& json, const std::vector<char>& bytes, const ByteInput& input);
     Mesh read();
 
 private:
@@ -54,7 +54,7 @@ private:
     void reserve();
     void take(const Instance& instance);
 
-    const GlbChunks& chunks_;
+    const std::vector<char>& bytes_;
     const ByteInput& input_;
     GlbValue root_;
     std::vector<Instance> instances_;
@@ -69,7 +69,8 @@ void refuse_attributes(const GlbValue& attributes);
 
 Mesh read_glb(ByteInput& input) {
     const GlbChunks chunks = read_chunks(input);
-    return GlbReader(chunks, input).read();
+    const nlohmann::json json = parse_glb_json(chunks.text, input);
+    return GlbReader(json, chunks.bytes, input).read();
 }
 
 namespace {
@@ -97,7 +98,6 @@ GlbChunks read_chunks(ByteInput& input) {
     constexpr std::uint32_t json_chunk = 0x4E4F534A;
     constexpr std::uint32_t binary_chunk = 0x004E4942;
     GlbChunks chunks;
-    std::string text;
     for (bool is_first = true;
          is_first || (chunks.bytes.empty() && input.position() < std::int64_t{length_of_file});
          is_first = false) {
@@ -114,12 +114,11 @@ GlbChunks read_chunks(ByteInput& input) {
         std::vector<char> chunk(length);
         input.read(chunk.data(), length, "a chunk");
         if (is_first) {
-            text.assign(chunk.begin(), chunk.end());
+            chunks.text.assign(chunk.begin(), chunk.end());
         } else if (type == binary_chunk) {
             chunks.bytes = std::move(chunk);
         }
     }
-    chunks.json = parse_glb_json(text, input);
     return chunks;
 }
 
@@ -131,8 +130,9 @@ std::uint32_t read_word(ByteInput& input, const char* what) {
            static_cast<std::uint32_t>(bytes[3]) << 24U;
 }
 
-GlbReader::GlbReader(const GlbChunks& chunks, const ByteInput& input)
-    : chunks_(chunks), input_(input), root_(chunks.json, input.name()) {}
+GlbReader::GlbReader(const nlohmann::json& json, const std::vector<char>& bytes,
+                     const ByteInput& input)
+    : bytes_(bytes), input_(input), root_(json, input.name()) {}
 
 Mesh GlbReader::read() {
     refuse_features();
@@ -172,9 +172,9 @@ void GlbReader::refuse_features() const {
         if (i > 0 || buffer.find("uri")) {
             buffer.fail("a buffer outside the file is not read");
         }
-        if (buffer.member("byteLength").whole() > chunks_.bytes.size()) {
+        if (buffer.member("byteLength").whole() > bytes_.size()) {
             buffer.fail("the buffer is longer than the binary chunk of " +
-                        std::to_string(chunks_.bytes.size()) + " bytes");
+                        std::to_string(bytes_.size()) + " bytes");
         }
     }
 }
@@ -285,13 +285,12 @@ void GlbReader::add_primitive(const GlbValue& primitive, const GlbTransform& tra
     }
     const GlbValue attributes = primitive.member("attributes");
     refuse_attributes(attributes);
-    Instance instance = {
-        GlbAccessor(root_, attributes.member("POSITION").whole(), chunks_.bytes, true),
-        {},
-        transform,
-        {.name = name, .colour = colour_of(primitive)}};
+    Instance instance = {GlbAccessor(root_, attributes.member("POSITION").whole(), bytes_, true),
+                         {},
+                         transform,
+                         {.name = name, .colour = colour_of(primitive)}};
     if (const auto indices = primitive.find("indices")) {
-        instance.corners.emplace(root_, indices->whole(), chunks_.bytes, false);
+        instance.corners.emplace(root_, indices->whole(), bytes_, false);
     }
     if (instance.corner_count() % 3 != 0) {
         primitive.fail(std::to_string(instance.corner_count()) +

@@ -56,7 +56,7 @@ namespace {
 fs::path library_file(const std::string& library, const fs::path& folder) {
     std::string name = library;
     for (int attempt = 0; attempt < 2; ++attempt) {
-        const fs::path file = folder / path_of(name);
+        fs::path file = folder / path_of(name);
         if (std::error_code error; fs::is_regular_file(file, error)) {
             return file;
         }
