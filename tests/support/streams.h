@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <string>
 
@@ -9,9 +10,24 @@ namespace korvel::test {
 /// An open stream, closed at the end of its scope.
 using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
 
+/// An empty temporary file. Of programs that run side by side Windows may give two the same name,
+/// of which one gets no file; it gets another name with the next attempt.
+inline Stream temporary_stream() {
+    constexpr int attempts = 100;
+    FILE* stream = nullptr;
+    for (int attempt = 0; attempt < attempts && stream == nullptr; ++attempt) {
+        stream = std::tmpfile();
+    }
+    if (stream == nullptr) {
+        std::perror("no temporary file");
+        std::abort();
+    }
+    return {stream, std::fclose};
+}
+
 /// A temporary file with this text, open at its start.
 inline Stream stream_of(const std::string& text = {}) {
-    Stream stream(std::tmpfile(), std::fclose);
+    Stream stream = temporary_stream();
     std::fwrite(text.data(), 1, text.size(), stream.get());
     std::rewind(stream.get());
     return stream;
