@@ -97,6 +97,46 @@ TEST_F(ForeignMeshes, AssimpConvertsOurs) {
     }
 }
 
+/// The rows of an array of arrays in JavaScript, each behind `prefix`, and their number.
+std::pair<std::string, std::size_t> rows_of(const std::string& script, const std::string& name,
+                                            const std::string& prefix) {
+    const std::size_t start = script.find(name + "=[[") + name.size() + 3;
+    std::string rows = prefix;
+    std::size_t count = 1;
+    for (std::size_t i = start; i < script.size() && script.compare(i, 2, "]]") != 0; ++i) {
+        if (script.compare(i, 3, "],[") == 0) {
+            rows += "\n" + prefix;
+            ++count;
+            i += 2;
+        } else {
+            rows += script[i] == ',' ? ' ' : script[i];
+        }
+    }
+    return {rows + "\n", count};
+}
+
+// A scanned model, the package "bunny" of npm.
+TEST_F(ForeignMeshes, BunnyStaysTheSameInEachFormat) {
+    if (!run("cd " + directory_.string() +
+             " && timeout 20 npm pack --silent --fetch-retries=0 bunny && tar xzf bunny-*.tgz")) {
+        GTEST_SKIP() << "npm or its registry is not there";
+    }
+    const std::string script = read("package/index.js");
+    const auto [points, point_count] = rows_of(script, "exports.positions", "");
+    const auto [faces, face_count] = rows_of(script, "exports.cells", "3 ");
+    write("bunny.off", "OFF " + std::to_string(point_count) + " " + std::to_string(face_count) +
+                           " 0\n" + points + faces);
+    Solids bunny = kit::read_solids(path("bunny.off"));
+    EXPECT_EQ(bunny.face_count(), 3674);
+    EXPECT_TRUE(bunny[0].surface().is_clean());
+    for (const char* const file : {"b.stl", "b.ply", "b.obj", "b.off", "b.glb"}) {
+        kit::write_solids(bunny, path(file));
+        const Solids again = kit::read_solids(path(file));
+        EXPECT_EQ(again.size(), 1) << file;
+        EXPECT_NEAR(again.volume(), 194.288371, 1e-4) << file;
+    }
+}
+
 #ifdef KORVEL_TESTS_WITH_OPENMESH
 struct DoublePoints : OpenMesh::DefaultTraits {
     using Point = OpenMesh::Vec3d;
