@@ -1,11 +1,10 @@
 #include "kit/solids/face_sides.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <utility>
 
 #include "kit/base/points.h"
-#include "kit/base/radix_sort.h"
 #include "kit/base/vectors.h"
 
 namespace korvel::kit {
@@ -32,17 +31,7 @@ std::vector<FaceSide> sides_of(const TMOD3D& model, int body) {
             }
         }
     }
-    const auto edge = [](const FaceSide& side) { // one comparison instead of two
-        return static_cast<std::uint64_t>(side.low) << 32 | static_cast<std::uint64_t>(side.high);
-    };
-    constexpr std::size_t first_for_radix = 4096;
-    if (sides.size() >= first_for_radix) {
-        radix_sort(sides, edge);
-    } else {
-        std::sort(sides.begin(), sides.end(), [&](const FaceSide& a, const FaceSide& b) {
-            return edge(a) != edge(b) ? edge(a) < edge(b) : a.position < b.position;
-        });
-    }
+    sort_by_edge(sides);
     return sides;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <algorithm>
 #include <span>
 #include <vector>
 
+#include "kit/solids/edge_sides.h"
 #include "korvel/module/korvel.h"
 
 namespace korvel::kit {
@@ -22,18 +22,6 @@ std::vector<FaceSide> sides_of(const TMOD3D& model, int body);
 
 /// Whether an entry of a body's list is a face, all corners of which are vertices.
 bool is_face(const TMOD3D& model, int face);
-
-/// Calls `visit` with the sides at each edge, a range of `sides`.
-template <class Sides, class Visit>
-void for_each_edge(Sides& sides, Visit visit) {
-    for (auto side = sides.begin(); side != sides.end();) {
-        const auto end = std::find_if(side, sides.end(), [&](const FaceSide& other) {
-            return other.low != side->low || other.high != side->high;
-        });
-        visit(std::span(side, end));
-        side = end;
-    }
-}
 
 /// Sorts the sides at an edge by the direction in which their faces lead away from it,
 /// counter-clockwise seen against the direction from the lower to the higher vertex. Faces of a

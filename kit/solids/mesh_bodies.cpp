@@ -113,7 +113,7 @@ DisjointSets parts_at_open_edges(const TriangleList& list) {
     std::vector<int> all(list.size());
     std::iota(all.begin(), all.end(), 0);
     const std::vector<TriangleSide> sides = sides_of(list, all);
-    for_each_edge_of(sides, [&](std::span<const TriangleSide> edge) {
+    for_each_edge(sides, [&](std::span<const TriangleSide> edge) {
         int open = -1; // the last part with an odd number of triangles here
         for (std::size_t i = 0; i < edge.size();) {
             const std::size_t part = part_of(list, edge[i].position());
@@ -220,7 +220,7 @@ void SurfaceCounter::count(const std::vector<int>& group, const std::vector<Tria
     DisjointSets pieces(static_cast<int>(group.size()));
     std::vector<std::pair<int, int>> at_edge; // body and position
     std::vector<int> bodies_at;
-    for_each_edge_of(sides, [&](std::span<const TriangleSide> edge) {
+    for_each_edge(sides, [&](std::span<const TriangleSide> edge) {
         at_edge.clear();
         for (const TriangleSide& side : edge) {
             at_edge.emplace_back(body_of_[group[side.position()]], side.position());

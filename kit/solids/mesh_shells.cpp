@@ -79,7 +79,7 @@ Shells ShellFinder::run() {
 void ShellFinder::find_coincident() {
     bool is_any_doubled = false;
     std::vector<TriangleSide> sorted;
-    for_each_edge_of(sides_, [&](std::span<const TriangleSide> edge) {
+    for_each_edge(sides_, [&](std::span<const TriangleSide> edge) {
         if (edge.size() == 1 || (edge.size() == 2 && edge[0].third != edge[1].third)) {
             return;
         }
@@ -106,7 +106,7 @@ void ShellFinder::find_coincident() {
 }
 
 void ShellFinder::connect_pairs() {
-    for_each_edge_of(sides_, [&](std::span<const TriangleSide> edge) {
+    for_each_edge(sides_, [&](std::span<const TriangleSide> edge) {
         if (edge.size() == 2) {
             sets_.join(edge[0].position(), edge[1].position(),
                        edge[0].ascends() == edge[1].ascends());
@@ -134,7 +134,7 @@ void ShellFinder::run_as_most() {
 // A piece of the mesh, connected over any edges, that is inside out.
 void ShellFinder::run_outward_in_pieces() {
     DisjointSets pieces(count());
-    for_each_edge_of(sides_, [&](std::span<const TriangleSide> edge) {
+    for_each_edge(sides_, [&](std::span<const TriangleSide> edge) {
         for (std::size_t i = 1; i < edge.size(); ++i) {
             pieces.join(edge[0].position(), edge[i].position());
         }
@@ -154,7 +154,7 @@ void ShellFinder::run_outward_in_pieces() {
 
 void ShellFinder::connect_crowded() {
     std::vector<bool> ascends;
-    for_each_edge_of(sides_, [&](std::span<const TriangleSide> edge) {
+    for_each_edge(sides_, [&](std::span<const TriangleSide> edge) {
         if (edge.size() <= 2) {
             return;
         }

@@ -89,7 +89,7 @@ void refuse_books(const std::vector<MeshBody>& bodies, const TriangleList& list)
     double neighbours = 0;
     std::size_t crowd = 0;
     const std::vector<TriangleSide> sides = sides_of(list, triangles);
-    for_each_edge_of(sides, [&](std::span<const TriangleSide> edge) {
+    for_each_edge(sides, [&](std::span<const TriangleSide> edge) {
         neighbours += static_cast<double>(edge.size()) * static_cast<double>(edge.size());
         crowd = std::max(crowd, edge.size());
     });

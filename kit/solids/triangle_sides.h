@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "kit/base/radix_sort.h"
+#include "kit/solids/edge_sides.h"
 #include "kit/solids/mesh_triangles.h"
 
 namespace korvel::kit {
@@ -38,30 +38,8 @@ inline std::vector<TriangleSide> sides_of(const TriangleList& list,
                              2 * number + (from < to ? 0 : 1)});
         }
     }
-    const auto edge = [](const TriangleSide& side) {
-        return static_cast<std::uint64_t>(side.low) << 32 | static_cast<std::uint64_t>(side.high);
-    };
-    constexpr std::size_t first_for_radix = 4096;
-    if (sides.size() >= first_for_radix) {
-        radix_sort(sides, edge);
-    } else {
-        std::sort(sides.begin(), sides.end(), [&](const TriangleSide& a, const TriangleSide& b) {
-            return edge(a) != edge(b) ? edge(a) < edge(b) : a.use < b.use;
-        });
-    }
+    sort_by_edge(sides);
     return sides;
-}
-
-/// Calls `visit` with the sides at each edge, a range of `sides`.
-template <class Sides, class Visit>
-void for_each_edge_of(Sides& sides, Visit visit) {
-    for (auto side = sides.begin(); side != sides.end();) {
-        const auto end = std::find_if(side, sides.end(), [&](const TriangleSide& other) {
-            return other.low != side->low || other.high != side->high;
-        });
-        visit(std::span(side, end));
-        side = end;
-    }
 }
 
 /// Of the sides at an edge the pairs between whose triangles the inside of a body is, by position.
