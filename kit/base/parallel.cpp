@@ -78,6 +78,8 @@ void for_each_in_parallel(int count, int threads, const std::function<void(int)>
             while (queue.work_on_next()) {
                 context.report(stage, queue.begun(), count);
             }
+            // Where the others took the last indices, nothing was reported after a request to stop.
+            context.stop_if_requested(stage);
         } catch (...) {
             queue.keep_failure(behind_all);
         }

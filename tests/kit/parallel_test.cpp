@@ -1,5 +1,7 @@
 #include <atomic>
 #include <stdexcept>
+#include <stop_token>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -46,6 +48,21 @@ TEST(Parallel, RethrowsTheFirstFailureAndStops) {
     EXPECT_THROW(
         kit::for_each_in_parallel(100000, 2, stop_it, "trying", {.stop = stop.get_token()}),
         kit::Error);
+}
+
+TEST(Parallel, StopsAlsoWhenTheOthersHaveTakenTheLastIndex) {
+    std::stop_source stop;
+    std::atomic<int> done = 0;
+    kit::Context context{.stop = stop.get_token()};
+    context.on_progress = [&](const kit::Progress& /*progress*/) {
+        while (done < 2) {
+            std::this_thread::yield();
+        }
+        stop.request_stop();
+    };
+    EXPECT_THROW(kit::for_each_in_parallel(
+                     2, 2, [&](int /*i*/) { ++done; }, "trying", context),
+                 kit::Error);
 }
 
 } // namespace
