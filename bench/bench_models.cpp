@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/inputs/models.h"
+#include "korvel/body/edit/edit_state.h"
 
 namespace {
 
@@ -61,6 +62,20 @@ void BM_TestCrossings(benchmark::State& state) {
     count_faces(state);
 }
 
+/// Tests the edges at about sixty vertices, as a drag does.
+void BM_TestNeighbourhood(benchmark::State& state) {
+    TMOD3D model;
+    start_ball(model, state);
+    model.edit_state[korvel::edit_picked_vertex] = 100;
+    model.edit_state[korvel::edit_neighbourhood_depth] = 4;
+    model.set_rel_triangle_vert();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(model.legal_body_rel_side());
+    }
+    count_faces(state);
+    state.counters["edges"] = model.relat_list_3.GetSize();
+}
+
 void start_ball(TMOD3D& model, const benchmark::State& state) {
     double centre[3] = {1, 2, 3};
     double radius[3] = {2, 2, 2};
@@ -82,5 +97,8 @@ BENCHMARK(BM_ReadModel)->DenseRange(fewest_rounds, most_rounds)->Unit(benchmark:
 BENCHMARK(BM_FindRelations)->DenseRange(fewest_rounds, most_rounds)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CutSection)->DenseRange(fewest_rounds, most_rounds)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_TestCrossings)->DenseRange(fewest_rounds, 6)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TestNeighbourhood)
+    ->DenseRange(fewest_rounds, most_rounds)
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace

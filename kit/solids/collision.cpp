@@ -1,70 +1,53 @@
 #include "kit/solids/collision.h"
 
 #include <algorithm>
-#include <utility>
+#include <array>
 
 namespace korvel::kit {
 namespace {
 
-int first_illegal_edge(TMOD3D& model, const Context& context);
+int first_crossed_face(const TMOD3D& model);
+int first_edge_across(TMOD3D& model, int face);
 
 } // namespace
 
 std::optional<Collision> first_collision(TMOD3D& model, const Context& context) {
-    context.report("checking the move", 0, 2);
+    context.report("checking the move", 0, 1);
     const CheckPointScope calls = context.follow_calls();
-    if (model.legal_body_rel_side()) {
-        context.report("checking the move", 2, 2);
-        return {};
+    std::optional<Collision> collision;
+    if (!model.legal_body_rel_side()) {
+        const int face = first_crossed_face(model);
+        collision = {first_edge_across(model, face), face};
     }
-    const int e = first_illegal_edge(model, context);
-    LINE3D& edge = model.lines[e];
-    const auto is_met = [&](POLY3D& face) {
-        return !face.is_composed_vert(edge.start_vert) && !face.is_composed_vert(edge.end_vert) &&
-               edge.detect_line_cross_poly(face, model.verts);
-    };
-    int f = 0; // there is one
-    while (f + 1 < model.polys.GetSize() && !is_met(model.polys[f])) {
-        ++f;
-    }
-    context.report("checking the move", 2, 2);
-    return Collision{e, f};
+    context.report("checking the move", 1, 1);
+    return collision;
 }
 
 namespace {
 
-/// Restores the list of gathered edges when it is destroyed.
-class WholeList {
-public:
-    explicit WholeList(CArray<int>& list) : list_(list) { whole.Copy(list); }
-    ~WholeList() { list_ = std::move(whole); }
-    WholeList(const WholeList&) = delete;
-    WholeList& operator=(const WholeList&) = delete;
+// The test marks the faces that an edge does not cross, in their order, until it finds one.
+int first_crossed_face(const TMOD3D& model) {
+    constexpr int is_tested = 32;
+    const auto* const found =
+        std::find_if(model.polys.begin(), model.polys.end(),
+                     [](const POLY3D& face) { return (face.state_flags & is_tested) == 0; });
+    return static_cast<int>(found - model.polys.begin());
+}
 
-    CArray<int> whole;
-
-private:
-    CArray<int>& list_;
-};
-
-// Bisects the list of edges, since the exact class only reports whether all of them are free.
-int first_illegal_edge(TMOD3D& model, const Context& context) {
-    const WholeList list(model.relat_list_3);
-    int first = 0;
-    int count = list.whole.GetSize();
-    while (count > 1) {
-        context.report("checking the move", 1, 2);
-        const int half = count / 2;
-        model.relat_list_3.SetSize(half);
-        std::copy_n(list.whole.begin() + first, half, model.relat_list_3.begin());
-        if (model.legal_body_rel_side()) {
-            first += half;
-            count -= half;
-        } else {
-            count = half;
-        }
-    }
-    return list.whole[first];
+// The edges before it cross no face at all.
+int first_edge_across(TMOD3D& model, int face) {
+    const auto has_end_on_face = [&](const LINE3D& edge) {
+        const std::array ends = {edge.start_vert, edge.end_vert};
+        return std::any_of(ends.begin(), ends.end(), [&](int v) {
+            const CArray<int>& faces = model.verts[v].faces;
+            return std::find(faces.begin(), faces.end(), face) != faces.end();
+        });
+    };
+    return *std::find_if(model.relat_list_3.begin(), model.relat_list_3.end(), [&](int e) {
+        LINE3D& edge = model.lines[e];
+        return !has_end_on_face(edge) &&
+               edge.detect_line_cross_poly(model.polys[face], model.verts);
+    });
 }
 
 } // namespace

@@ -15,8 +15,7 @@ struct Collision {
 
 /// The first gathered edge that passes through a face or touches one, and the first such face.
 /// Edges without length and faces without area collide with everything. Other edges are not tested.
-/// Costs twice `TMOD3D::legal_body_rel_side` where there is one. When it is cancelled, the list of
-/// gathered edges is as it was.
+/// Costs one `TMOD3D::legal_body_rel_side`, whose marks stay.
 std::optional<Collision> first_collision(TMOD3D& model, const Context& context);
 
 } // namespace korvel::kit

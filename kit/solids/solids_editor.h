@@ -101,8 +101,8 @@ public:
 
     /// Whether the last move leaves coordinates that a file can contain, and no gathered edge that
     /// passes through a face, touches one other than those at its ends, or has no length. Other
-    /// edges are not tested, nor is the path of the move. Near-linear in the model for many edges,
-    /// linear for each of a few. Cancelling it changes nothing.
+    /// edges are not tested, nor is the path of the move. Linear in the model, near-linear where
+    /// many edges are gathered. Cancelling it changes nothing.
     Verdict judge(const Context& context = {});
 
     // Insert a vertex.

@@ -99,8 +99,9 @@ public:
     void rel_aux_parm();
 
     /// False when a gathered edge passes through a face that has neither of its ends as a vertex.
-    /// For many edges the triangles are searched in a tree of boxes; each other face, and each
-    /// triangle without a proper plane, is tested against every edge.
+    /// Triangles far from all of these edges cost one comparison, for many edges the others are in
+    /// a tree of boxes; each other face, and each triangle without a proper plane, is tested
+    /// against every edge.
     bool legal_body_rel_side();
 
     // Starter models.

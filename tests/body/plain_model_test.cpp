@@ -317,11 +317,15 @@ TEST(PlainModel, CrossingsAgree) {
             leave_stale(model, dice);
         }
         for (int e = 0; e < model.lines.GetSize(); ++e) {
-            // Alone, and often enough for a search tree; then with the edges before it.
-            for (const int times : {1, 40}) {
+            // Alone, with a few others, and often enough for a search tree; then with the edges
+            // before it.
+            for (const int times : {1, 3, 40}) {
                 model.relat_list_3.SetSize(times);
                 std::fill_n(model.relat_list_3.begin(), times, e);
-                if (times > 1 && dice.one_in(4)) {
+                if (times == 3) {
+                    model.relat_list_3[0] = dice(0, model.lines.GetUpperBound());
+                    model.relat_list_3[1] = dice(0, model.lines.GetUpperBound());
+                } else if (times > 3 && dice.one_in(4)) {
                     std::iota(model.relat_list_3.begin(),
                               model.relat_list_3.begin() + std::min(e, times), 0);
                 }

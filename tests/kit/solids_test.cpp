@@ -286,6 +286,37 @@ TEST(Editor, UndoRestoresEveryBit) {
     EXPECT_FALSE(editor.undo());
 }
 
+/// The first gathered edge that meets a face without one of its ends, and the first such face.
+std::pair<int, int> first_crossing(const kit::SolidsEditor& editor, TMOD3D model) {
+    for (const int e : editor.edges()) {
+        LINE3D& edge = model.lines[e];
+        for (int f = 0; f < model.polys.GetSize(); ++f) {
+            POLY3D& face = model.polys[f];
+            if (!face.is_composed_vert(edge.start_vert) && !face.is_composed_vert(edge.end_vert) &&
+                edge.detect_line_cross_poly(face, model.verts)) {
+                return {e, f};
+            }
+        }
+    }
+    return {-1, -1};
+}
+
+TEST(Editor, NamesTheFirstEdgeAndFaceThatMeet) {
+    int illegal = 0;
+    for (int vertex = 0; vertex < 60; ++vertex) {
+        kit::SolidsEditor editor(cuboid_and_ball());
+        editor.set_view({0, 0});
+        editor.gather_vertex(8 + vertex, vertex % 4);
+        editor.move({0.3 * (vertex % 5) - 0.6, 0.1, -0.4 * (vertex % 9)});
+        const kit::Verdict verdict = editor.judge();
+        const auto [edge, face] = first_crossing(editor, editor.solids().model());
+        EXPECT_EQ(std::pair(verdict.edge, verdict.face), std::pair(edge, face)) << vertex;
+        illegal += verdict.is_legal() ? 0 : 1;
+    }
+    EXPECT_GT(illegal, 10);
+    EXPECT_LT(illegal, 50);
+}
+
 TEST(Editor, JudgesAMove) {
     kit::SolidsEditor editor(cuboid_and_ball());
     EXPECT_THAT(input_error_of([&] { editor.move({1, 0, 0}); }), HasSubstr("nothing is gathered"));

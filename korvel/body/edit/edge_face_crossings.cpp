@@ -1,8 +1,11 @@
 // Whether a gathered edge passes through a face.
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "korvel/base/indices.h"
@@ -27,24 +30,33 @@ public:
     int first_crossed(int edge);
 
 private:
-    double largest_coordinate(const std::vector<int>& edges) const;
+    void copy_points();
+    void include_far_ends(const std::vector<int>& edges);
+    void include_magnitudes(const double* point);
+    void find_faces_in_reach();
+    bool is_boxable(const POLY3D& face) const;
+    bool is_beside_reach(const POLY3D& face) const;
     bool box_edge(const LINE3D& edge, Box3& box) const;
-    bool box_face(const POLY3D& face, Box3& box) const;
-    bool box_corners(const POLY3D& face, Box3& box) const;
-    double twice_area(const POLY3D& face, int i, int j) const;
+    Box3 box_of(const POLY3D& face) const;
+    Box3 corner_box(const POLY3D& face) const;
+    double twice_area(const POLY3D& face) const;
     void box_along(int axis, const double* plane, Box3& box) const;
     double slack() const;
+    double turn_error() const;
 
     TMOD3D& model_;
-    double largest_ = 0; ///< largest magnitude of a coordinate that takes part
-    bool uses_boxes_ = false;
-    std::vector<int> boxed_;   ///< faces in the tree, ascending
-    std::vector<int> unboxed_; ///< the other faces, ascending
-    korvel::BoxTree tree_{{}};
+    std::vector<std::array<double, 3>> points_; ///< of the vertices; not a number for unsound ones
+    double largest_ = 0;       ///< largest magnitude of a coordinate that takes part
+    Box3 reach_;               ///< around the boxes of all edges that have one
+    std::vector<int> boxed_;   ///< faces whose box meets the reach, ascending
+    std::vector<Box3> boxes_;  ///< theirs, which a tree takes over
+    std::vector<int> unboxed_; ///< faces without a box, ascending
+    std::optional<korvel::BoxTree> tree_;
     std::vector<int> last_edge_; ///< by face: the last edge with an end on it
 };
 
 std::vector<int> gathered_edges(const TMOD3D& model);
+bool all_finite(const double* point);
 void mark_faces(TMOD3D& model, int edge, int crossed);
 
 } // namespace
@@ -94,49 +106,74 @@ void for_each_face_at_ends(const TMOD3D& model, const LINE3D& edge, Visit visit)
 
 CrossingFinder::CrossingFinder(TMOD3D& model, const std::vector<int>& edges)
     : model_(model), last_edge_(static_cast<std::size_t>(model.polys.GetSize()), -1) {
-    // Fewer edges are tested in less time than the tree takes to build.
+    // Fewer edges are compared with each box in less time than the tree takes to build.
     constexpr std::size_t worth_a_tree = 32;
-    // Beyond these, products of rounding errors underflow or overflow.
-    constexpr double smallest = 1e-50;
-    constexpr double greatest = 1e50;
-    if (edges.size() >= worth_a_tree) {
-        largest_ = largest_coordinate(edges);
-        uses_boxes_ = largest_ > smallest && largest_ < greatest;
-    }
-    std::vector<Box3> boxes;
-    for (int f = 0; f < model.polys.GetSize(); ++f) {
-        Box3 box;
-        if (uses_boxes_ && box_face(model.polys[f], box)) {
-            boxed_.push_back(f);
-            boxes.push_back(box);
-        } else {
-            unboxed_.push_back(f);
+    copy_points();
+    include_far_ends(edges);
+    Box3 box;
+    for (const int e : edges) {
+        if (box_edge(model.lines[e], box)) {
+            reach_.include(box);
         }
     }
-    tree_ = korvel::BoxTree(std::move(boxes));
+    find_faces_in_reach();
+    if (edges.size() >= worth_a_tree) {
+        tree_.emplace(std::move(boxes_));
+    }
 }
 
-/// The largest magnitude of a coordinate of all vertices and of the gathered edges' far ends.
-double CrossingFinder::largest_coordinate(const std::vector<int>& edges) const {
-    double largest = 0;
-    const auto include = [&](double x) {
-        if (std::isfinite(x)) { // no box is made from other values
-            largest = std::max(largest, std::fabs(x));
-        }
-    };
+bool all_finite(const double* point) {
+    return std::all_of(point, point + 3, [](double x) { return std::isfinite(x); });
+}
+
+/// Copies the vertices' coordinates, which lie far apart in their records, and finds the largest
+/// magnitude.
+void CrossingFinder::copy_points() {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    points_.reserve(static_cast<std::size_t>(model_.verts.GetSize()));
     for (const VERT3D& vertex : model_.verts) {
-        std::for_each_n(vertex.model_xyz, 3, include);
+        const double* const at = vertex.model_xyz;
+        points_.push_back(all_finite(at) ? std::array{at[0], at[1], at[2]}
+                                         : std::array{nan, nan, nan});
+        include_magnitudes(at);
     }
+}
+
+void CrossingFinder::include_far_ends(const std::vector<int>& edges) {
     for (const int e : edges) {
         const LINE3D& edge = model_.lines[e];
         if (has_element(model_.verts, edge.start_vert)) {
+            double end[3];
             for (int k = 0; k < 3; ++k) {
-                include(model_.verts[edge.start_vert].model_xyz[k] +
-                        edge.length * edge.direction[k]);
+                end[k] =
+                    model_.verts[edge.start_vert].model_xyz[k] + edge.length * edge.direction[k];
+            }
+            include_magnitudes(end);
+        }
+    }
+}
+
+void CrossingFinder::include_magnitudes(const double* point) {
+    for (int k = 0; k < 3; ++k) {
+        if (std::isfinite(point[k])) { // no box is made from other values
+            largest_ = std::max(largest_, std::fabs(point[k]));
+        }
+    }
+}
+
+void CrossingFinder::find_faces_in_reach() {
+    for (int f = 0; f < model_.polys.GetSize(); ++f) {
+        const POLY3D& face = model_.polys[f];
+        if (!is_boxable(face)) {
+            unboxed_.push_back(f);
+        } else if (!is_beside_reach(face)) {
+            const Box3 box = box_of(face);
+            if (box.meets(reach_)) {
+                boxed_.push_back(f);
+                boxes_.push_back(box);
             }
         }
     }
-    return largest;
 }
 
 int CrossingFinder::first_crossed(int edge) {
@@ -150,11 +187,19 @@ int CrossingFinder::first_crossed(int edge) {
         }
     };
     Box3 box;
-    if (boxed_.empty() || box_edge(line, box)) {
-        tree_.for_each_meeting(box, [&](int i) { test(boxed_[i]); });
-    } else {
-        for (const int f : boxed_) {
+    if (!box_edge(line, box)) {
+        for (int f = 0; f < model_.polys.GetSize() && first < 0; ++f) {
             test(f);
+        }
+        return first;
+    }
+    if (tree_) {
+        tree_->for_each_meeting(box, [&](int i) { test(boxed_[i]); });
+    } else {
+        for (std::size_t i = 0; i < boxes_.size() && first < 0; ++i) {
+            if (boxes_[i].meets(box)) {
+                test(boxed_[i]);
+            }
         }
     }
     for (const int f : unboxed_) {
@@ -195,8 +240,9 @@ bool CrossingFinder::box_edge(const LINE3D& edge, Box3& box) const {
     return true;
 }
 
-bool all_finite(const double* point) {
-    return std::all_of(point, point + 3, [](double x) { return std::isfinite(x); });
+/// More than the rounding error of a turn of a point about a side.
+double CrossingFinder::turn_error() const {
+    return 64 * rounding * largest_ * largest_;
 }
 
 /// Whether a plane's equation has about unit length, a bounded offset, and its main axis as stored.
@@ -206,8 +252,8 @@ bool is_sound(const double* plane, int axis) {
            std::fabs(plane[3]) <= greatest_offset && std::fabs(plane[axis]) >= 0.5;
 }
 
-/// A box around every point that the full test can find in a triangle. False for faces where this
-/// is no bound: other polygons, triangles with too little area seen along the main axis, or with
+/// Whether a box bounds every point that the full test can find in a face. Not for polygons other
+/// than triangles, triangles with too little area seen along the main axis, or with coordinates or
 /// equations that are not finite.
 ///
 /// Seen along the main axis, the exact turns of a point about the three sides are its barycentric
@@ -216,46 +262,56 @@ bool is_sound(const double* plane, int axis) {
 /// width. Farther out, the computed sign of one turn is therefore certainly negative, while that of
 /// the largest turn, at least a third of the area, is certainly positive: the test returns false.
 /// In the direction of the main axis the point lies on the plane.
-bool CrossingFinder::box_face(const POLY3D& face, Box3& box) const {
+bool CrossingFinder::is_boxable(const POLY3D& face) const {
+    // Beyond these, products of rounding errors underflow or overflow.
+    constexpr double smallest = 1e-50;
+    constexpr double greatest = 1e50;
+    return largest_ > smallest && largest_ < greatest && face.main_axis >= 0 &&
+           face.main_axis <= 2 && face.verts.GetSize() == 3 &&
+           korvel::has_elements(model_.verts, face.verts) && is_sound(face.plane, face.main_axis) &&
+           twice_area(face) > 100 * turn_error();
+}
+
+/// Whether a face has no part in the reach, as far as its corners show beside the main axis: most
+/// faces are excluded before their box is known. The margin is more than that of any box.
+bool CrossingFinder::is_beside_reach(const POLY3D& face) const {
+    const Box3 corners = corner_box(face);
+    const auto is_beside = [&](int k) {
+        const double margin = 0.08 * (corners.high[k] - corners.low[k]) + 2 * slack();
+        return corners.low[k] - margin > reach_.high[k] || corners.high[k] + margin < reach_.low[k];
+    };
+    return is_beside((face.main_axis + 1) % 3) || is_beside((face.main_axis + 2) % 3);
+}
+
+Box3 CrossingFinder::box_of(const POLY3D& face) const {
     const int axis = face.main_axis;
-    if (axis < 0 || axis > 2 || !box_corners(face, box) || !is_sound(face.plane, axis)) {
-        return false;
-    }
-    const int i = (axis + 1) % 3;
-    const int j = (axis + 2) % 3;
-    const double area = twice_area(face, i, j);
-    const double turn_error = 64 * rounding * largest_ * largest_;
-    if (!(area > 100 * turn_error)) {
-        return false;
-    }
-    for (const int k : {i, j}) {
-        const double margin = 7 * turn_error / area * (box.high[k] - box.low[k]) + slack();
+    Box3 box = corner_box(face);
+    const double area = twice_area(face);
+    for (const int k : {(axis + 1) % 3, (axis + 2) % 3}) {
+        const double margin = 7 * turn_error() / area * (box.high[k] - box.low[k]) + slack();
         box.low[k] -= margin;
         box.high[k] += margin;
     }
     box_along(axis, face.plane, box);
-    return true;
+    return box;
 }
 
-/// The bounds of a triangle's corners; false when there are not three that exist and are finite.
-bool CrossingFinder::box_corners(const POLY3D& face, Box3& box) const {
-    if (face.verts.GetSize() != 3) {
-        return false;
-    }
+Box3 CrossingFinder::corner_box(const POLY3D& face) const {
+    Box3 box;
     for (const int v : face.verts) {
-        if (!has_element(model_.verts, v) || !all_finite(model_.verts[v].model_xyz)) {
-            return false;
-        }
-        box.include(model_.verts[v].model_xyz);
+        box.include(points_[v].data());
     }
-    return true;
+    return box;
 }
 
-/// Twice the area of a triangle's projection onto the axes i and j.
-double CrossingFinder::twice_area(const POLY3D& face, int i, int j) const {
-    const double* const a = model_.verts[face.verts[0]].model_xyz;
-    const double* const b = model_.verts[face.verts[1]].model_xyz;
-    const double* const c = model_.verts[face.verts[2]].model_xyz;
+/// Twice the area of a triangle's projection along its main axis; not a number where a corner is
+/// not finite.
+double CrossingFinder::twice_area(const POLY3D& face) const {
+    const int i = (face.main_axis + 1) % 3;
+    const int j = (face.main_axis + 2) % 3;
+    const std::array<double, 3>& a = points_[face.verts[0]];
+    const std::array<double, 3>& b = points_[face.verts[1]];
+    const std::array<double, 3>& c = points_[face.verts[2]];
     return std::fabs((b[i] - a[i]) * (c[j] - a[j]) - (b[j] - a[j]) * (c[i] - a[i]));
 }
 
