@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # install_packages.sh [GROUP|PACKAGE]…: installs the Debian packages that a build of the exact classes
-# needs, those of the groups named (command, tests, bench, windows, fuzz) and the further packages named,
+# needs, those of the groups named (command, workbench, tests, bench, windows, fuzz) and the further packages named,
 # unless they are there. Needs root, or sudo, only when something is missing.
 set -euo pipefail
 
@@ -13,6 +13,8 @@ for name in "$@"; do
         tests) # with the manual page and the Debian packages of the command
             packages+=(libgtest-dev libgmock-dev libgeos-dev help2man groff-base dpkg-dev file
                 python3-jsonschema gdal-bin assimp-utils libopenmesh-dev) ;;
+        workbench) # with a display in memory, on which its tests run
+            packages+=(qt6-base-dev libqt6opengl6-dev libzip-dev xvfb xauth fonts-dejavu-core) ;;
         bench) packages+=(libbenchmark-dev libgeos-dev) ;;
         windows) # cross-compiling, and running the result with its windows and OpenGL
             packages+=(g++-mingw-w64-x86-64-posix googletest wine64 wine xvfb xauth libgl1

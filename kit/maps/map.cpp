@@ -9,6 +9,7 @@
 #include "kit/files/file_kind.h"
 #include "kit/files/placement_line.h"
 #include "kit/files/region_file.h"
+#include "kit/maps/inner_point.h"
 #include "kit/maps/region_colours.h"
 #include "kit/maps/region_sets.h"
 #include "kit/maps/ring_rule.h"
@@ -235,6 +236,11 @@ int Region::point_count() const {
 
 double Region::area() const {
     return map_->placement_.grid.area(region_area(*map_->regions_, record(), map_->is_on_grid_));
+}
+
+std::optional<Point2> Region::inner_point() const {
+    const std::optional<Point2> steps = kit::inner_point(map_->regions(), index_);
+    return steps ? std::optional(map_->placement().grid.to_user(*steps)) : std::nullopt;
 }
 
 double Region::perimeter() const {

@@ -67,6 +67,10 @@ public:
     /// The area inside a ring alone.
     double ring_area(int which) const;
 
+    /// A point inside the region, far from its border as a rule; nothing for a region without area.
+    /// Linear in the corners, n log n for those that are met by a few lines of equal y.
+    std::optional<Point2> inner_point() const;
+
     Rectangle bounds() const;
     Colour colour() const;
     const std::string& name() const; ///< empty unless one was set

@@ -1,0 +1,82 @@
+#include "apps/workbench/document/find_map.h"
+
+#include <QCoreApplication>
+
+namespace korvel::workbench {
+namespace {
+
+void take_notes(FoundMap& found, const std::vector<RegionNote>& notes);
+void list_problems(FoundMap& found, const kit::FoundRegions& regions);
+Problem problem_of(const kit::Dropped& dropped, const kit::Grid& grid);
+
+} // namespace
+
+std::shared_ptr<const FoundMap> find_map(kit::Network network, const kit::FindOptions& options,
+                                         const std::vector<RegionNote>& notes,
+                                         const kit::Context& context) {
+    kit::FoundRegions regions = kit::find_regions(std::move(network), options, context);
+    auto found = std::make_shared<FoundMap>(regions.map());
+    found->map.colour_distinctly();
+    found->neighbours = found->map.neighbours();
+    found->report = regions.report();
+    context.stop_if_requested("finding regions");
+    take_notes(*found, notes);
+    list_problems(*found, regions);
+    return found;
+}
+
+namespace {
+
+// Of several notes in a region the last one holds.
+void take_notes(FoundMap& found, const std::vector<RegionNote>& notes) {
+    found.levels.resize(static_cast<std::size_t>(found.map.size()));
+    for (const RegionNote& note : notes) {
+        if (const auto region = found.locator.region_at(note.place)) {
+            found.map.set_name(*region, note.name);
+            found.levels[static_cast<std::size_t>(*region)] = note.levels;
+        }
+    }
+}
+
+void list_problems(FoundMap& found, const kit::FoundRegions& regions) {
+    const kit::Grid& grid = found.map.placement().grid;
+    for (const kit::Dropped& dropped : regions.dropped()) {
+        found.problems.push_back(problem_of(dropped, grid));
+    }
+    for (const int sliver : found.map.slivers()) {
+        found.problems.push_back(
+            {Problem::Kind::sliver,
+             QCoreApplication::translate("Problem", "region %1 is a sliver").arg(sliver),
+             found.map[sliver].bounds()});
+    }
+}
+
+Problem problem_of(const kit::Dropped& dropped, const kit::Grid& grid) {
+    using Reason = kit::Dropped::Reason;
+    Problem problem;
+    switch (dropped.reason) {
+    case Reason::no_length:
+        problem.kind = Problem::Kind::no_length;
+        break;
+    case Reason::duplicate:
+        problem.kind = Problem::Kind::duplicate;
+        break;
+    case Reason::bridge:
+        problem.kind = Problem::Kind::bridge;
+        break;
+    case Reason::dangling:
+    case Reason::touching_itself:
+        problem.kind = Problem::Kind::loose_end;
+        break;
+    }
+    problem.text = QString::fromStdString(kit::text(dropped));
+    for (const kit::GridPoint& point : dropped.line) {
+        const kit::Point2 user = grid.to_user(point);
+        problem.bounds.take_in(user[0], user[1]);
+    }
+    return problem;
+}
+
+} // namespace
+
+} // namespace korvel::workbench

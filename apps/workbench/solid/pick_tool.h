@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+
+#include "apps/workbench/solid/solid_tool.h"
+
+namespace korvel::workbench {
+
+class SolidView;
+
+/// A click marks what is there, with its numbers and coordinates in the status bar, and selects the
+/// body.
+class PickTool : public SolidTool {
+public:
+    explicit PickTool(SolidView& view) : view_(view) {}
+
+    bool press(const SolidMouse& mouse) override;
+    bool release(const SolidMouse& mouse) override;
+    void draw() override;
+    void cancel() override { pick_.reset(); }
+    QString hint() const override;
+
+    const std::optional<kit::Pick>& pick() const { return pick_; }
+
+private:
+    SolidView& view_;
+    QPointF pressed_;
+    std::optional<kit::Pick> pick_;
+};
+
+} // namespace korvel::workbench

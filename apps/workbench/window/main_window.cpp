@@ -1,0 +1,181 @@
+#include "apps/workbench/window/main_window.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolButton>
+#include <QUrl>
+
+#include "apps/workbench/map/map_view.h"
+#include "apps/workbench/section/section_view.h"
+#include "apps/workbench/solid/solid_view.h"
+
+namespace korvel::workbench {
+
+MainWindow::MainWindow() {
+    setWindowTitle(QStringLiteral("korvel[*]"));
+    setAcceptDrops(true);
+    add_views();
+    add_menus();
+    add_status_bar();
+    connect_worker();
+    update_history();
+}
+
+void MainWindow::open(const std::filesystem::path& file) {
+    document_.open(file);
+}
+
+void MainWindow::add_views() {
+    map_view_ = new MapView(document_);
+    solid_view_ = new SolidView(document_);
+    section_view_ = new SectionView(document_);
+    auto* right = new QSplitter(Qt::Vertical);
+    right->addWidget(solid_view_);
+    right->addWidget(section_view_);
+    views_ = new QSplitter(Qt::Horizontal);
+    views_->addWidget(map_view_);
+    views_->addWidget(right);
+    setCentralWidget(views_);
+}
+
+void MainWindow::add_menus() {
+    menus_.file = menuBar()->addMenu(tr("&File"));
+    menus_.edit = menuBar()->addMenu(tr("&Edit"));
+    menus_.map = menuBar()->addMenu(tr("&Map"));
+    menus_.solid = menuBar()->addMenu(tr("&Solids"));
+    menus_.section = menuBar()->addMenu(tr("Se&ction"));
+    menus_.view = menuBar()->addMenu(tr("&View"));
+    menus_.help = menuBar()->addMenu(tr("&Help"));
+    menus_.tools = addToolBar(tr("Tools"));
+    menus_.tools->setObjectName(QStringLiteral("tools"));
+    add_file_actions();
+    add_edit_actions();
+    add_view_actions();
+    map_view_->add_actions(menus_);
+    solid_view_->add_actions(menus_);
+    section_view_->add_actions(menus_);
+}
+
+void MainWindow::add_file_actions() {
+    QAction* open = menus_.file->addAction(tr("&Open…"), QKeySequence::Open, this,
+                                           [this] { open_with_dialog(false); });
+    menus_.file->addAction(tr("&Add Model…"), this, [this] { open_with_dialog(true); });
+    menus_.file->addSeparator();
+    menus_.file->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close);
+    menus_.tools->addAction(open);
+}
+
+void MainWindow::add_edit_actions() {
+    History& history = document_.history();
+    undo_ = menus_.edit->addAction(tr("&Undo"), QKeySequence::Undo, &history, &History::undo);
+    redo_ = menus_.edit->addAction(tr("&Redo"), QKeySequence::Redo, &history, &History::redo);
+    menus_.tools->addActions({undo_, redo_});
+    connect(&history, &History::changed, this, &MainWindow::update_history);
+}
+
+void MainWindow::add_view_actions() {
+    const auto add = [this](const QString& text, QWidget* widget, Qt::Key key) {
+        QAction* action = menus_.view->addAction(text, QKeySequence(key));
+        action->setCheckable(true);
+        action->setChecked(true);
+        connect(action, &QAction::toggled, widget, &QWidget::setVisible);
+    };
+    add(tr("&Map"), map_view_, Qt::Key_F5);
+    add(tr("&Solids"), solid_view_, Qt::Key_F6);
+    add(tr("Se&ction"), section_view_, Qt::Key_F7);
+    menus_.view->addSeparator();
+}
+
+void MainWindow::add_status_bar() {
+    hint_ = new QLabel;
+    position_ = new QLabel;
+    progress_ = new QProgressBar;
+    cancel_ = new QToolButton;
+    progress_->setRange(0, 1000);
+    progress_->setMaximumWidth(200);
+    progress_->setAccessibleName(tr("Progress"));
+    cancel_->setText(tr("Cancel"));
+    progress_->hide();
+    cancel_->hide();
+    statusBar()->addWidget(hint_, 1);
+    for (QWidget* widget : std::initializer_list<QWidget*>{position_, progress_, cancel_}) {
+        statusBar()->addPermanentWidget(widget);
+    }
+    connect(map_view_, &MapView::hint_changed, hint_, &QLabel::setText);
+    connect(solid_view_, &SolidView::hint_changed, hint_, &QLabel::setText);
+    connect(map_view_, &MapView::position_changed, position_, &QLabel::setText);
+    connect(solid_view_, &SolidView::position_changed, position_, &QLabel::setText);
+    connect(section_view_, &SectionView::position_changed, position_, &QLabel::setText);
+}
+
+void MainWindow::connect_worker() {
+    Worker& worker = document_.worker();
+    connect(cancel_, &QToolButton::clicked, &worker, &Worker::cancel);
+    connect(&worker, &Worker::begun, this, [this](const QString& title) {
+        progress_->setValue(0);
+        progress_->setFormat(title);
+        progress_->show();
+        cancel_->show();
+    });
+    connect(&worker, &Worker::progressed, this, [this](const QString& /*stage*/, double fraction) {
+        progress_->setValue(static_cast<int>(fraction * progress_->maximum()));
+    });
+    connect(&worker, &Worker::ended, this, [this] {
+        progress_->hide();
+        cancel_->hide();
+    });
+    connect(&worker, &Worker::failed, this, [this](const QString& title, const QString& message) {
+        QMessageBox::warning(this, title.isEmpty() ? windowTitle() : title, message);
+    });
+    connect(&document_.solids(), &SolidModel::refused, this,
+            [this](const QString& title, const QString& reason) {
+                QMessageBox::warning(this, title, reason);
+            });
+    connect(&worker, &Worker::warned, this,
+            [this](const QString& /*title*/, const QString& message) { hint_->setText(message); });
+    connect(&document_, &Document::opened, this,
+            [this](const QString& file, const QString& report) {
+                hint_->setText(file + QStringLiteral(": ") + report);
+            });
+}
+
+void MainWindow::open_with_dialog(bool adds) {
+    const QString file = QFileDialog::getOpenFileName(this, tr("Open"));
+    if (!file.isEmpty()) {
+        document_.open(kit::path_of(file.toStdString()), {.adds = adds});
+    }
+}
+
+void MainWindow::update_history() {
+    const History& history = document_.history();
+    undo_->setEnabled(history.can_undo());
+    redo_->setEnabled(history.can_redo());
+    undo_->setText(tr("&Undo %1").arg(history.undo_text()));
+    redo_->setText(tr("&Redo %1").arg(history.redo_text()));
+    setWindowModified(!history.is_saved());
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls()) {
+        event->acceptProposedAction();
+    }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    for (const QUrl& url : event->mimeData()->urls()) {
+        if (url.isLocalFile()) {
+            open(kit::path_of(url.toLocalFile().toStdString()));
+        }
+    }
+}
+
+} // namespace korvel::workbench
