@@ -8,7 +8,7 @@
 #include "kit/base/error.h"
 #include "kit/solids/collision.h"
 #include "kit/solids/exact.h"
-#include "kit/solids/undo_record.h"
+#include "kit/solids/undo.h"
 
 namespace korvel::kit {
 namespace {
@@ -18,66 +18,6 @@ std::optional<Verdict> coordinate_out_of_range(const TMOD3D& model);
 Verdict verdict_on(const TMOD3D& model, const Collision& collision);
 
 } // namespace
-
-/// The records of changes, and the marks of the model before the last of them.
-class Undo {
-public:
-    using Selection = SolidsEditor::Selection;
-
-    explicit Undo(const TMOD3D& model) : marks_(model) {}
-
-    int count() const { return static_cast<int>(steps_.size()); }
-
-    /// Takes a record before a move of what is gathered.
-    void keep_move(const Selection& selected, const TMOD3D& model) {
-        steps_.push_back(
-            {selected, marks_.update(model), std::make_unique<MoveRecord>(model), nullptr});
-    }
-
-    /// Takes a record of an insertion that has been made.
-    void keep_insertion(const Selection& selected, std::unique_ptr<TMOD3D> before,
-                        const TMOD3D& model) {
-        std::vector<Marks::Change> changes = marks_.update(*before);
-        steps_.push_back({selected, std::move(changes), nullptr, std::move(before)});
-        marks_ = Marks(model);
-    }
-
-    /// Returns what was selected then.
-    Selection undo_last(Solids& solids) {
-        Step step = std::move(steps_.back());
-        steps_.pop_back();
-        if (step.before) {
-            undo_insertion(std::move(step.before), solids);
-        } else {
-            marks_.restore(solids.model());
-            step.move->restore(solids.model());
-            solids.model().rotate_model();
-            step.move->restore_selection(solids.model());
-        }
-        marks_.revert(step.changes);
-        return step.selected;
-    }
-
-private:
-    struct Step {
-        Selection selected;
-        std::vector<Marks::Change> changes; // of the marks since the step before
-        std::unique_ptr<MoveRecord> move;
-        std::unique_ptr<TMOD3D> before; // of an insertion
-    };
-
-    void undo_insertion(std::unique_ptr<TMOD3D> before, Solids& solids) {
-        const ViewAngles angles = solids.view();
-        solids.model_ = Owned(std::move(before));
-        if (angles != solids.view()) {
-            solids.set_view(angles);
-        }
-        marks_ = Marks(solids.model());
-    }
-
-    std::vector<Step> steps_;
-    Marks marks_;
-};
 
 SolidsEditor::SolidsEditor(Solids solids)
     : solids_(std::move(solids)), undo_(std::make_unique<Undo>(solids_.model())) {}
@@ -265,16 +205,35 @@ bool SolidsEditor::insert(bool (TMOD3D::*operation)()) {
 }
 
 int SolidsEditor::undo_count() const {
-    return undo_->count();
+    return undo_->undo_count();
+}
+
+int SolidsEditor::redo_count() const {
+    return undo_->redo_count();
 }
 
 bool SolidsEditor::undo() {
-    if (undo_->count() == 0) {
-        return false;
-    }
-    selected_ = undo_->undo_last(solids_);
-    is_current_ = true;
+    return undo_->undo_count() > 0 && go(&Undo::undo);
+}
+
+bool SolidsEditor::redo() {
+    return undo_->redo_count() > 0 && go(&Undo::redo);
+}
+
+template <class Way>
+bool SolidsEditor::go(Way way) {
+    const Undo::Side side = ((*undo_).*way)(solids_, {selected_, is_current_});
+    selected_ = side.selected;
+    is_current_ = side.is_current;
     return true;
+}
+
+std::size_t SolidsEditor::undo_bytes() const {
+    return undo_->bytes();
+}
+
+void SolidsEditor::drop_oldest_undo() {
+    undo_->drop_oldest();
 }
 
 void SolidsEditor::bring_up_to_date() {

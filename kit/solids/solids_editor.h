@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <span>
@@ -16,7 +17,8 @@ namespace korvel::kit {
 class Undo;
 
 /// Changes solids step by step: pick, gather what is to move, move it in the view, judge the
-/// result, and undo. Positions and distances are in view coordinates u, v, w (`Solids::to_view`).
+/// result, undo and redo. Positions and distances are in view coordinates u, v, w
+/// (`Solids::to_view`).
 ///
 /// The editor has the solids while it exists and returns them by `take`. It is moved, not copied,
 /// and used by one thread at a time.
@@ -115,14 +117,28 @@ public:
     bool insert_on_face();
     bool insert_on_edge();
 
-    // Undo.
+    // Undo and redo.
 
-    /// The number of moves and insertions that can be undone.
+    /// The number of moves and insertions that can be undone, and of those that can be done again.
     int undo_count() const;
+    int redo_count() const;
 
     /// Undoes the last move or insertion: the model is as it was before, to the last bit, with what
     /// was picked and gathered then. False when there is nothing to undo. Linear.
     bool undo();
+
+    /// Does again what was undone last: the model is as it was when that was undone, to the last
+    /// bit, with what was picked and gathered then. A new move or insertion drops what could be
+    /// done again. False when there is nothing. Linear.
+    bool redo();
+
+    /// The bytes that all of this takes, about: for a move some hundred for each vertex that moves,
+    /// for an insertion a copy of the model.
+    std::size_t undo_bytes() const;
+
+    /// Drops the record of the oldest move or insertion that can be undone. Where there is none, of
+    /// the one that would be done again last. Then `undo_count()` or `redo_count()` is less by one.
+    void drop_oldest_undo();
 
 private:
     friend class Undo;
@@ -138,6 +154,8 @@ private:
     void begin_move();
     void change(int mode, Point3 p, Point3 q = {});
     bool insert(bool (TMOD3D::*operation)());
+    template <class Way>
+    bool go(Way way);
 
     Solids solids_;
     std::unique_ptr<Undo> undo_;

@@ -1,4 +1,4 @@
-// The public classes for solids: making, files, changes, sections, and editing with undo.
+// The public classes for solids: making, files, changes and sections.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "kit/kit.h"
+#include "tests/kit/cuboid_and_ball.h"
 #include "tests/support/model_state.h"
 #include "tests/support/models.h"
 #include "tests/support/scratch.h"
@@ -31,16 +32,6 @@ std::string error_of(const std::function<void()>& call, kit::Error::Kind kind) {
 
 std::string input_error_of(const std::function<void()>& call) {
     return error_of(call, kit::Error::Kind::input);
-}
-
-/// A cuboid, and a ball above it that it does not touch, turned in the view.
-kit::Solids cuboid_and_ball() {
-    kit::Solids both = kit::make_cuboid({0, 0, 0}, {6, 4, 2}, 1);
-    both.set_name(0, "box");
-    both.add(kit::make_ball({0, 0, 4}, 2, 2));
-    both.set_colour(1, {200, 0.25, 0.75});
-    both.set_view({25, -65});
-    return both;
 }
 
 /// A square with a square hole, a triangle beside it, and a region without area.
@@ -222,123 +213,6 @@ TEST(Solids, AnswerSeveralThreads) {
     std::thread other(ask);
     ask();
     other.join();
-}
-
-/// Carries out edits, and keeps a copy of the model before each.
-class RecordedEdits {
-public:
-    RecordedEdits() : editor(cuboid_and_ball()) {}
-
-    void step(const std::string& what, const std::function<void()>& run) {
-        names.push_back(what);
-        before.emplace_back(editor.solids().model());
-        run();
-        EXPECT_EQ(editor.undo_count(), static_cast<int>(before.size())) << what;
-    }
-
-    kit::SolidsEditor editor;
-    std::vector<std::string> names;
-    std::vector<TMOD3D> before;
-};
-
-TEST(Editor, UndoRestoresEveryBit) {
-    RecordedEdits edits;
-    kit::SolidsEditor& editor = edits.editor;
-    const auto seen = [&] { return editor.solids().to_view({0, 0, 4}); };
-    const auto click = [&] {
-        const auto found = editor.pick(seen()[0] + 0.3, seen()[1] + 0.2);
-        ASSERT_TRUE(found);
-        editor.gather_vertex(found->vertex, 2);
-    };
-    click();
-    edits.step("move", [&] { editor.move({0.2, -0.1, 0.4}); });
-    EXPECT_TRUE(editor.judge().is_legal());
-    edits.step("move by weight", [&] { editor.move_by_weight({-0.3, 0.2}); });
-    edits.step("move in depth", [&] { editor.move_in_depth(0.3); });
-    editor.weigh();
-    edits.step("move in depth, with weights", [&] { editor.move_in_depth_with_weights(-0.2); });
-    click();
-    edits.step("insert on a face", [&] { EXPECT_TRUE(editor.insert_on_face()); });
-    edits.step("move the new vertex", [&] { editor.move({0, 0, 0.5}); });
-    click();
-    const auto edge = editor.solids().edge(editor.pick(seen()[0], seen()[1])->edge);
-    const kit::Point3 from = editor.solids().to_view(editor.solids().vertex(edge[0]));
-    const kit::Point3 to = editor.solids().to_view(editor.solids().vertex(edge[1]));
-    editor.pick(0.49 * (from[0] + to[0]) + 0.02 * seen()[0],
-                0.49 * (from[1] + to[1]) + 0.02 * seen()[1]);
-    edits.step("insert on an edge", [&] { EXPECT_TRUE(editor.insert_on_edge()); });
-    editor.solids().cut(kit::Plane::at_x(0.1)); // leaves its marks
-    editor.gather_body(1);
-    edits.step("move a body", [&] { editor.move({9, 1, 0}); });
-    edits.step("move a body onto a point", [&] { editor.move_picked_onto({-3, 5}); });
-    edits.step("scale", [&] {
-        const kit::Point3 middle = seen();
-        editor.scale({middle[0] + 1, middle[1] + 1}, {middle[0] - 4, middle[1] + 2});
-    });
-    EXPECT_GT(editor.solids()[1].volume(), 0) << "mirrored, and its faces turned";
-    editor.gather_all();
-    edits.step("move all", [&] { editor.move({1, 1, 1}); });
-    edits.step("flatten", [&] { editor.move_onto({0.5, 0.5}); });
-    for (std::size_t i = edits.before.size(); i-- > 0;) {
-        ASSERT_TRUE(editor.undo());
-        EXPECT_PRED_FORMAT2(same_state, editor.solids().model(), edits.before[i]) << edits.names[i];
-    }
-    EXPECT_FALSE(editor.undo());
-}
-
-/// The first gathered edge that meets a face without one of its ends, and the first such face.
-std::pair<int, int> first_crossing(const kit::SolidsEditor& editor, TMOD3D model) {
-    for (const int e : editor.edges()) {
-        LINE3D& edge = model.lines[e];
-        for (int f = 0; f < model.polys.GetSize(); ++f) {
-            POLY3D& face = model.polys[f];
-            if (!face.is_composed_vert(edge.start_vert) && !face.is_composed_vert(edge.end_vert) &&
-                edge.detect_line_cross_poly(face, model.verts)) {
-                return {e, f};
-            }
-        }
-    }
-    return {-1, -1};
-}
-
-TEST(Editor, NamesTheFirstEdgeAndFaceThatMeet) {
-    int illegal = 0;
-    for (int vertex = 0; vertex < 60; ++vertex) {
-        kit::SolidsEditor editor(cuboid_and_ball());
-        editor.set_view({0, 0});
-        editor.gather_vertex(8 + vertex, vertex % 4);
-        editor.move({0.3 * (vertex % 5) - 0.6, 0.1, -0.4 * (vertex % 9)});
-        const kit::Verdict verdict = editor.judge();
-        const auto [edge, face] = first_crossing(editor, editor.solids().model());
-        EXPECT_EQ(std::pair(verdict.edge, verdict.face), std::pair(edge, face)) << vertex;
-        illegal += verdict.is_legal() ? 0 : 1;
-    }
-    EXPECT_GT(illegal, 10);
-    EXPECT_LT(illegal, 50);
-}
-
-TEST(Editor, JudgesAMove) {
-    kit::SolidsEditor editor(cuboid_and_ball());
-    EXPECT_THAT(input_error_of([&] { editor.move({1, 0, 0}); }), HasSubstr("nothing is gathered"));
-    EXPECT_THAT(input_error_of([&] { editor.gather_body(2); }), HasSubstr("body 2"));
-    EXPECT_THAT(input_error_of([&] { editor.gather_vertex(-1, 0); }), HasSubstr("vertex -1"));
-    editor.set_view({0, 0});
-    editor.gather_body(1);
-    editor.move({0, 0, -1.5});
-    const kit::Verdict verdict = editor.judge();
-    EXPECT_EQ(verdict.kind, kit::Verdict::Kind::edge_meets_face);
-    EXPECT_EQ(verdict.body, 0);
-    EXPECT_THAT(kit::text(verdict), HasSubstr("of body 0 or touch it"));
-    EXPECT_TRUE(editor.undo());
-    EXPECT_TRUE(editor.judge().is_legal());
-    editor.move({1e39, 0, 0});
-    EXPECT_EQ(editor.judge().kind, kit::Verdict::Kind::out_of_range);
-    EXPECT_TRUE(editor.undo());
-    editor.move({0, 0, 3});
-    EXPECT_TRUE(editor.judge().is_legal());
-    const kit::Solids moved = editor.take();
-    EXPECT_NEAR(moved[1].bounds().high[2], 9, 1e-2);
-    EXPECT_EQ(moved[0].name(), "box");
 }
 
 } // namespace

@@ -1,0 +1,322 @@
+// Editing of solids: moves, insertions, verdicts, undo and redo.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "kit/kit.h"
+#include "tests/kit/cuboid_and_ball.h"
+#include "tests/support/dice.h"
+#include "tests/support/model_state.h"
+
+namespace korvel::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::ThrowsMessage;
+
+/// Carries out edits, and keeps a copy of the model before each.
+class RecordedEdits {
+public:
+    RecordedEdits() : editor(cuboid_and_ball()) {}
+
+    void step(const std::string& what, const std::function<void()>& run) {
+        names.push_back(what);
+        before.emplace_back(editor.solids().model());
+        run();
+        EXPECT_EQ(editor.undo_count(), static_cast<int>(before.size())) << what;
+    }
+
+    kit::SolidsEditor editor;
+    std::vector<std::string> names;
+    std::vector<TMOD3D> before;
+};
+
+TEST(Editor, UndoAndRedoRestoreEveryBit) {
+    RecordedEdits edits;
+    kit::SolidsEditor& editor = edits.editor;
+    const auto seen = [&] { return editor.solids().to_view({0, 0, 4}); };
+    const auto click = [&] {
+        const auto found = editor.pick(seen()[0] + 0.3, seen()[1] + 0.2);
+        ASSERT_TRUE(found);
+        editor.gather_vertex(found->vertex, 2);
+    };
+    click();
+    edits.step("move", [&] { editor.move({0.2, -0.1, 0.4}); });
+    EXPECT_TRUE(editor.judge().is_legal());
+    edits.step("move by weight", [&] { editor.move_by_weight({-0.3, 0.2}); });
+    edits.step("move in depth", [&] { editor.move_in_depth(0.3); });
+    editor.weigh();
+    edits.step("move in depth, with weights", [&] { editor.move_in_depth_with_weights(-0.2); });
+    click();
+    edits.step("insert on a face", [&] { EXPECT_TRUE(editor.insert_on_face()); });
+    edits.step("move the new vertex", [&] { editor.move({0, 0, 0.5}); });
+    click();
+    const auto edge = editor.solids().edge(editor.pick(seen()[0], seen()[1])->edge);
+    const kit::Point3 from = editor.solids().to_view(editor.solids().vertex(edge[0]));
+    const kit::Point3 to = editor.solids().to_view(editor.solids().vertex(edge[1]));
+    editor.pick(0.49 * (from[0] + to[0]) + 0.02 * seen()[0],
+                0.49 * (from[1] + to[1]) + 0.02 * seen()[1]);
+    edits.step("insert on an edge", [&] { EXPECT_TRUE(editor.insert_on_edge()); });
+    editor.solids().cut(kit::Plane::at_x(0.1)); // leaves its marks
+    editor.gather_body(1);
+    edits.step("move a body", [&] { editor.move({9, 1, 0}); });
+    edits.step("move a body onto a point", [&] { editor.move_picked_onto({-3, 5}); });
+    edits.step("scale", [&] {
+        const kit::Point3 middle = seen();
+        editor.scale({middle[0] + 1, middle[1] + 1}, {middle[0] - 4, middle[1] + 2});
+    });
+    EXPECT_GT(editor.solids()[1].volume(), 0) << "mirrored, and its faces turned";
+    editor.gather_all();
+    edits.step("move all", [&] { editor.move({1, 1, 1}); });
+    edits.step("flatten", [&] { editor.move_onto({0.5, 0.5}); });
+    const TMOD3D after = editor.solids().model();
+    for (std::size_t i = edits.before.size(); i-- > 0;) {
+        ASSERT_TRUE(editor.undo());
+        EXPECT_PRED_FORMAT2(same_state, editor.solids().model(), edits.before[i]) << edits.names[i];
+    }
+    EXPECT_FALSE(editor.undo());
+    for (std::size_t i = 1; i <= edits.before.size(); ++i) {
+        ASSERT_TRUE(editor.redo());
+        EXPECT_PRED_FORMAT2(same_state, editor.solids().model(),
+                            i < edits.before.size() ? edits.before[i] : after)
+            << edits.names[i - 1];
+    }
+    EXPECT_FALSE(editor.redo());
+}
+
+/// Edits at random, and keeps copies of the model as it should be at each undo and redo.
+class RandomEdits {
+public:
+    explicit RandomEdits(unsigned seed) : dice_(seed), editor(cuboid_and_ball()) {}
+
+    void step() {
+        switch (dice_(0, 9)) {
+        case 0:
+        case 1:
+            return go(past_, future_, &kit::SolidsEditor::undo);
+        case 2:
+        case 3:
+            return go(future_, past_, &kit::SolidsEditor::redo);
+        case 4:
+            return gather();
+        case 5:
+            editor.judge();
+            editor.solids().cut(kit::Plane::at_x(0.1 * dice_(-5, 5))); // leaves its marks
+            return;
+        case 6:
+            if (dice_.one_in(4)) {
+                editor.drop_oldest_undo();
+                std::vector<TMOD3D>& states = past_.empty() ? future_ : past_;
+                states.erase(states.begin(), states.begin() + (states.empty() ? 0 : 1));
+            }
+            return;
+        default:
+            return change();
+        }
+    }
+
+    void gather() {
+        const kit::Point3 seen = editor.solids().to_view({0, 0, 4});
+        const auto found = editor.pick(seen[0] + 0.1 * dice_(-9, 9), seen[1] + 0.1 * dice_(-9, 9));
+        if (found && dice_.one_in(2)) {
+            editor.gather_vertex(found->vertex, dice_(0, 3));
+        } else if (dice_.one_in(2)) {
+            editor.gather_body(dice_(0, 1));
+        } else {
+            editor.gather_all();
+        }
+    }
+
+    void change() {
+        if (editor.vertices().empty()) {
+            gather();
+        }
+        TMOD3D before = editor.solids().model();
+        const double by = 0.1 * dice_(-5, 5);
+        switch (dice_(0, 5)) {
+        case 0:
+        case 1:
+            if (!(dice_.one_in(2) ? editor.insert_on_face() : editor.insert_on_edge())) {
+                return;
+            }
+            ++insertions;
+            break;
+        case 2:
+            editor.move_in_depth(by);
+            break;
+        case 3:
+            editor.move_picked_onto({by, 0.2});
+            break;
+        default:
+            editor.move({by, 0.1 * dice_(-5, 5), by});
+            break;
+        }
+        past_.push_back(std::move(before));
+        future_.clear();
+    }
+
+    void go(std::vector<TMOD3D>& from, std::vector<TMOD3D>& to, bool (kit::SolidsEditor::*way)()) {
+        TMOD3D now = editor.solids().model();
+        ASSERT_EQ((editor.*way)(), !from.empty());
+        if (!from.empty()) {
+            ASSERT_PRED_FORMAT2(same_state, editor.solids().model(), from.back());
+            from.pop_back();
+            to.push_back(std::move(now));
+            ++ways;
+        }
+    }
+
+    void expect_counts() {
+        ASSERT_EQ(editor.undo_count(), static_cast<int>(past_.size()));
+        ASSERT_EQ(editor.redo_count(), static_cast<int>(future_.size()));
+        ASSERT_EQ(editor.undo_bytes() == 0, past_.empty() && future_.empty());
+    }
+
+private:
+    Dice dice_;
+    std::vector<TMOD3D> past_;
+    std::vector<TMOD3D> future_;
+
+public:
+    kit::SolidsEditor editor;
+    int insertions = 0;
+    int ways = 0;
+};
+
+TEST(Editor, GoesBackAndForthToEveryBit) {
+    int insertions = 0;
+    int ways = 0;
+    for (unsigned seed = 0; seed < 30; ++seed) {
+        SCOPED_TRACE(seed);
+        RandomEdits edits(seed);
+        for (int i = 0; i < 80; ++i) {
+            ASSERT_NO_FATAL_FAILURE(edits.step()) << i;
+            ASSERT_NO_FATAL_FAILURE(edits.expect_counts()) << i;
+        }
+        insertions += edits.insertions;
+        ways += edits.ways;
+    }
+    EXPECT_GT(insertions, 60);
+    EXPECT_GT(ways, 500);
+}
+
+TEST(Editor, RedoesAMoveThatWasOnlyJudged) {
+    kit::SolidsEditor editor(cuboid_and_ball());
+    editor.gather_vertex(20, 2);
+    const auto move = [&] { editor.move({0.3, -0.2, 0.7}); };
+    move();
+    const kit::Verdict verdict = editor.judge();
+    ASSERT_TRUE(editor.undo());
+    editor.set_view({50, -20});
+    ASSERT_TRUE(editor.redo());
+    EXPECT_EQ(editor.judge().edge, verdict.edge);
+    const TMOD3D seen_otherwise = editor.solids().model();
+    ASSERT_TRUE(editor.undo());
+    editor.set_view({25, -65});
+    ASSERT_TRUE(editor.redo());
+    const TMOD3D redone = editor.solids().model();
+    ASSERT_TRUE(editor.undo());
+    move();
+    EXPECT_PRED_FORMAT2(same_state, redone, editor.solids().model());
+    editor.set_view({50, -20});
+    EXPECT_PRED_FORMAT2(same_state, seen_otherwise, editor.solids().model());
+    EXPECT_FALSE(editor.redo());
+}
+
+TEST(Editor, KeepsLittleOfMovesAndDropsTheOldest) {
+    kit::SolidsEditor editor(kit::make_ball({0, 0, 0}, 1, 3));
+    editor.gather_vertex(100, 3);
+    editor.judge();
+    editor.move({0.1, 0, 0});
+    editor.judge();
+    const std::size_t one = editor.undo_bytes();
+    EXPECT_GT(one, 37 * 6 * sizeof(double));
+    EXPECT_LT(one, 20'000U);
+    for (int i = 0; i < 99; ++i) {
+        editor.move({0.001, 0, 0});
+    }
+    EXPECT_LT(editor.undo_bytes(), 150 * one);
+    for (int i = 0; i < 50; ++i) {
+        ASSERT_TRUE(editor.undo());
+        editor.judge();
+    }
+    EXPECT_LT(editor.undo_bytes(), 150 * one);
+    while (editor.undo_bytes() > 20 * one) {
+        editor.drop_oldest_undo();
+    }
+    EXPECT_EQ(editor.undo_count(), 0);
+    EXPECT_GT(editor.redo_count(), 5);
+    EXPECT_TRUE(editor.redo());
+    ASSERT_TRUE(editor.pick(0, 0));
+    ASSERT_TRUE(editor.insert_on_face());
+    EXPECT_GT(editor.undo_bytes(), editor.solids().model().polys.GetSize() * sizeof(POLY3D));
+}
+
+/// The first gathered edge that meets a face without one of its ends, and the first such face.
+std::pair<int, int> first_crossing(const kit::SolidsEditor& editor, TMOD3D model) {
+    for (const int e : editor.edges()) {
+        LINE3D& edge = model.lines[e];
+        for (int f = 0; f < model.polys.GetSize(); ++f) {
+            POLY3D& face = model.polys[f];
+            if (!face.is_composed_vert(edge.start_vert) && !face.is_composed_vert(edge.end_vert) &&
+                edge.detect_line_cross_poly(face, model.verts)) {
+                return {e, f};
+            }
+        }
+    }
+    return {-1, -1};
+}
+
+TEST(Editor, NamesTheFirstEdgeAndFaceThatMeet) {
+    int illegal = 0;
+    for (int vertex = 0; vertex < 60; ++vertex) {
+        kit::SolidsEditor editor(cuboid_and_ball());
+        editor.set_view({0, 0});
+        editor.gather_vertex(8 + vertex, vertex % 4);
+        editor.move({0.3 * (vertex % 5) - 0.6, 0.1, -0.4 * (vertex % 9)});
+        const kit::Verdict verdict = editor.judge();
+        const auto [edge, face] = first_crossing(editor, editor.solids().model());
+        EXPECT_EQ(std::pair(verdict.edge, verdict.face), std::pair(edge, face)) << vertex;
+        illegal += verdict.is_legal() ? 0 : 1;
+    }
+    EXPECT_GT(illegal, 10);
+    EXPECT_LT(illegal, 50);
+}
+
+TEST(Editor, JudgesAMove) {
+    kit::SolidsEditor editor(cuboid_and_ball());
+    EXPECT_THAT(
+        [&] {
+            editor.move({1, 0, 0});
+        },
+        ThrowsMessage<kit::Error>(HasSubstr("nothing is gathered")));
+    EXPECT_THAT([&] { editor.gather_body(2); }, ThrowsMessage<kit::Error>(HasSubstr("body 2")));
+    EXPECT_THAT([&] { editor.gather_vertex(-1, 0); },
+                ThrowsMessage<kit::Error>(HasSubstr("vertex -1")));
+    editor.set_view({0, 0});
+    editor.gather_body(1);
+    editor.move({0, 0, -1.5});
+    const kit::Verdict verdict = editor.judge();
+    EXPECT_EQ(verdict.kind, kit::Verdict::Kind::edge_meets_face);
+    EXPECT_EQ(verdict.body, 0);
+    EXPECT_THAT(kit::text(verdict), HasSubstr("of body 0 or touch it"));
+    EXPECT_TRUE(editor.undo());
+    EXPECT_TRUE(editor.judge().is_legal());
+    editor.move({1e39, 0, 0});
+    EXPECT_EQ(editor.judge().kind, kit::Verdict::Kind::out_of_range);
+    EXPECT_TRUE(editor.undo());
+    editor.move({0, 0, 3});
+    EXPECT_TRUE(editor.judge().is_legal());
+    const kit::Solids moved = editor.take();
+    EXPECT_NEAR(moved[1].bounds().high[2], 9, 1e-2);
+    EXPECT_EQ(moved[0].name(), "box");
+}
+
+} // namespace
+} // namespace korvel::test
