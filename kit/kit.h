@@ -70,6 +70,7 @@
 #include "kit/solids/solid_files.h"
 #include "kit/solids/solids.h"
 #include "kit/solids/solids_editor.h"
+#include "kit/solids/stored_solids.h"
 #include "kit/solids/surface.h"
 #include "kit/solids/verdict.h"
 #include "kit/solids/view_angles.h"

@@ -9,6 +9,7 @@
 #include "kit/base/number_text.h"
 #include "kit/pictures/flat_section.h"
 #include "kit/pictures/label_place.h"
+#include "kit/pictures/scale_bar.h"
 
 namespace korvel::kit {
 namespace {
@@ -36,22 +37,24 @@ struct Scale {
 
 class SectionPainter {
 public:
-    SectionPainter(CDC& dc, const Rectangle& box, const PlaneAxes& axes,
+    SectionPainter(const Rectangle& box, const PlaneAxes& axes,
                    const SectionPictureOptions& options);
 
     Rectangle shown() const { return {u_.from, v_.from, u_.to, v_.to}; }
-    void paint_grid();
-    void paint_polygons(FlatSection& polygons);
-    void write_numbers(const Section& section, const FlatSection& polygons);
-    void paint_axes();
+    Rectangle pixels() const { return {u_.start, v_.end, u_.end, v_.start}; }
+    void paint_grid(CDC& dc);
+    void paint_polygons(FlatSection& polygons, CDC& dc);
+    void write_names(const Section& section, const FlatSection& polygons, CDC& dc);
+    void paint_axes(CDC& dc);
+    void paint_bar(CDC& dc);
 
 private:
     void set_room(double left_labels);
     void fit();
+    void fill();
     void set_steps();
-    void line(double x0, double y0, double x1, double y1);
+    void line(CDC& dc, double x0, double y0, double x1, double y1);
 
-    CDC& dc_;
     const Rectangle box_;
     const PlaneAxes axes_;
     const SectionPictureOptions& options_;
@@ -62,27 +65,68 @@ private:
 };
 
 double round_below(double value);
+Rectangle box_of(const Section& section, const SectionPictureOptions& options);
 
 } // namespace
 
 void draw(const Section& section, CDC& dc, const SectionPictureOptions& options) {
-    const Rectangle box = options.part ? *options.part : section.bounds();
+    const Rectangle box = box_of(section, options);
     if (box.is_empty()) {
         return;
     }
-    SectionPainter painter(dc, box, section.axes(), options);
+    SectionPainter painter(box, section.axes(), options);
     FlatSection polygons = flatten(section, painter.shown());
-    painter.paint_grid();
-    painter.paint_polygons(polygons);
-    painter.write_numbers(section, polygons);
-    painter.paint_axes();
+    painter.paint_grid(dc);
+    painter.paint_polygons(polygons, dc);
+    painter.write_names(section, polygons, dc);
+    painter.paint_axes(dc);
+    if (options.scale_bar) {
+        painter.paint_bar(dc);
+    }
+}
+
+SectionPlot plot_of(const Section& section, const SectionPictureOptions& options) {
+    const Rectangle box = box_of(section, options);
+    if (box.is_empty()) {
+        return {};
+    }
+    const SectionPainter painter(box, section.axes(), options);
+    return {painter.pixels(), painter.shown()};
+}
+
+SectionScale SectionPlot::scale() const {
+    return {.middle = {(shown.left + shown.right) / 2, (shown.top + shown.bottom) / 2},
+            .u = (shown.right - shown.left) / (pixels.right - pixels.left),
+            .v = (shown.bottom - shown.top) / (pixels.bottom - pixels.top)};
+}
+
+Point2 SectionPlot::to_pixel(const Point2& seen) const {
+    const SectionScale lengths = scale();
+    return {pixels.left + (seen[0] - shown.left) / lengths.u,
+            pixels.bottom - (seen[1] - shown.top) / lengths.v};
+}
+
+Point2 SectionPlot::from_pixel(const Point2& pixel) const {
+    const SectionScale lengths = scale();
+    return {shown.left + (pixel[0] - pixels.left) * lengths.u,
+            shown.top + (pixels.bottom - pixel[1]) * lengths.v};
 }
 
 namespace {
 
-SectionPainter::SectionPainter(CDC& dc, const Rectangle& box, const PlaneAxes& axes,
+// That of a scale is its middle.
+Rectangle box_of(const Section& section, const SectionPictureOptions& options) {
+    if (options.scale) {
+        Rectangle middle;
+        middle.take_in(options.scale->middle[0], options.scale->middle[1]);
+        return middle;
+    }
+    return options.part ? *options.part : section.bounds();
+}
+
+SectionPainter::SectionPainter(const Rectangle& box, const PlaneAxes& axes,
                                const SectionPictureOptions& options)
-    : dc_(dc), box_(box), axes_(axes), options_(options) {
+    : box_(box), axes_(axes), options_(options) {
     constexpr double smallest_with_text = 200;
     const double side = std::min(options.size.width, options.size.height);
     labels_ = side >= smallest_with_text ? options.labels : nullptr;
@@ -117,6 +161,10 @@ void SectionPainter::set_room(double left_labels) {
 // Gives both axes the same scale unless that leaves one of them a quarter of its room or less; then
 // narrows the plot to what is in it, with a little air around.
 void SectionPainter::fit() {
+    if (options_.scale) {
+        fill();
+        return;
+    }
     constexpr double strip = 0.25;
     constexpr double air = 0.04;
     const double room_u = u_.end - u_.start;
@@ -150,6 +198,20 @@ void SectionPainter::fit() {
     narrow(v_, box_.top, span_v, scale * v_.exaggeration);
 }
 
+void SectionPainter::fill() {
+    const SectionScale& scale = *options_.scale;
+    const auto spread = [](Scale& axis, double middle, double unit) {
+        const double half = std::abs(axis.end - axis.start) / 2 * unit;
+        axis.from = middle - half;
+        axis.to = middle + half;
+    };
+    spread(u_, scale.middle[0], scale.u);
+    spread(v_, scale.middle[1], scale.v);
+    constexpr double parts = 1000; // what is shown of a factor
+    u_.exaggeration = std::round(scale.v / scale.u * parts) / parts;
+    v_.exaggeration = std::round(scale.u / scale.v * parts) / parts;
+}
+
 void SectionPainter::set_steps() {
     const auto step = [](const Scale& axis, double pixels) {
         // The next round number above.
@@ -166,40 +228,40 @@ void SectionPainter::set_steps() {
     u_.step = step(u_, std::max(font_ * 4, widest + 2 * font_));
 }
 
-void SectionPainter::paint_grid() {
+void SectionPainter::paint_grid(CDC& dc) {
     if (labels_ == nullptr) {
         return;
     }
     CPen pen(PS_SOLID, options_.units_per_pixel, pale);
-    CPen* const previous = dc_.SelectObject(&pen);
+    CPen* const previous = dc.SelectObject(&pen);
     for (const double value : u_.ticks()) {
-        line(u_.place(value), v_.start, u_.place(value), v_.end);
+        line(dc, u_.place(value), v_.start, u_.place(value), v_.end);
     }
     for (const double value : v_.ticks()) {
-        line(u_.start, v_.place(value), u_.end, v_.place(value));
+        line(dc, u_.start, v_.place(value), u_.end, v_.place(value));
     }
-    dc_.SelectObject(previous);
+    dc.SelectObject(previous);
 }
 
-void SectionPainter::paint_polygons(FlatSection& polygons) {
+void SectionPainter::paint_polygons(FlatSection& polygons, CDC& dc) {
     const int units = options_.units_per_pixel;
     CPen outline(PS_SOLID, units * 3 / 4, ink);
-    CPen* const previous = dc_.SelectObject(&outline);
+    CPen* const previous = dc.SelectObject(&outline);
     // A negative unit of v lets it grow upward.
     polygons.model.draw_filled_model(
         0, 1, static_cast<int>(u_.start * units), static_cast<int>(v_.start * units), u_.from,
-        v_.from, 1 / u_.pixels_per_unit(), -1 / v_.pixels_per_unit(), units, &dc_);
-    dc_.SelectObject(previous);
+        v_.from, 1 / u_.pixels_per_unit(), -1 / v_.pixels_per_unit(), units, &dc);
+    dc.SelectObject(previous);
 }
 
 // Each as large as it fits into its body, if that can be read.
-void SectionPainter::write_numbers(const Section& section, const FlatSection& polygons) {
+void SectionPainter::write_names(const Section& section, const FlatSection& polygons, CDC& dc) {
     if (labels_ == nullptr) {
         return;
     }
     constexpr double smallest_font = 6.5;
     CPen pen(PS_SOLID, 1, ink);
-    CPen* const previous = dc_.SelectObject(&pen);
+    CPen* const previous = dc.SelectObject(&pen);
     const double largest_font = font_ * 0.8;
     TakenPlaces taken(largest_font);
     for (std::size_t i = 0; i < section.bodies().size(); ++i) {
@@ -209,8 +271,10 @@ void SectionPainter::write_numbers(const Section& section, const FlatSection& po
                 corner = {u_.place(corner[0]), v_.place(corner[1])};
             }
         }
-        const std::string number = std::to_string(section.bodies()[i].body);
-        const double width = labels_->text_width(number, largest_font) + 0.4 * largest_font;
+        const auto body = static_cast<std::size_t>(section.bodies()[i].body);
+        const bool has_name = body < options_.names.size() && !options_.names[body].empty();
+        const std::string name = has_name ? options_.names[body] : std::to_string(body);
+        const double width = labels_->text_width(name, largest_font) + 0.4 * largest_font;
         const auto place =
             find_label_place(rings, width, largest_font, smallest_font / largest_font);
         if (!place) {
@@ -221,30 +285,30 @@ void SectionPainter::write_numbers(const Section& section, const FlatSection& po
         const double half_height = size * largest_font / 2;
         const double half_width = size * width / 2;
         if (taken.take({x - half_width, y - half_height, x + half_width, y + half_height})) {
-            labels_->write_text(number, x, y, size * largest_font, Anchor::middle);
+            labels_->write_text(name, x, y, size * largest_font, Anchor::middle);
         }
     }
-    dc_.SelectObject(previous);
+    dc.SelectObject(previous);
 }
 
-void SectionPainter::paint_axes() {
+void SectionPainter::paint_axes(CDC& dc) {
     if (labels_ == nullptr) {
         return;
     }
     CPen pen(PS_SOLID, options_.units_per_pixel, ink);
-    CPen* const previous = dc_.SelectObject(&pen);
-    line(u_.start, v_.end, u_.start, v_.start);
-    line(u_.start, v_.start, u_.end, v_.start);
-    line(u_.end, v_.start, u_.end, v_.end);
-    line(u_.end, v_.end, u_.start, v_.end);
+    CPen* const previous = dc.SelectObject(&pen);
+    line(dc, u_.start, v_.end, u_.start, v_.start);
+    line(dc, u_.start, v_.start, u_.end, v_.start);
+    line(dc, u_.end, v_.start, u_.end, v_.end);
+    line(dc, u_.end, v_.end, u_.start, v_.end);
     const double tick = font_ * 0.4;
     for (const double value : u_.ticks()) {
-        line(u_.place(value), v_.start, u_.place(value), v_.start + tick);
+        line(dc, u_.place(value), v_.start, u_.place(value), v_.start + tick);
         labels_->write_text(u_.label(value), u_.place(value), v_.start + tick + font_ * 0.8, font_,
                             Anchor::middle);
     }
     for (const double value : v_.ticks()) {
-        line(u_.start, v_.place(value), u_.start - tick, v_.place(value));
+        line(dc, u_.start, v_.place(value), u_.start - tick, v_.place(value));
         labels_->write_text(v_.label(value), u_.start - tick - font_ * 0.3, v_.place(value), font_,
                             Anchor::end);
     }
@@ -256,15 +320,32 @@ void SectionPainter::paint_axes() {
                         v_name.size() > 1 ? Anchor::start : Anchor::middle);
     labels_->write_text(options_.title, u_.start, v_.end - font_ * 2.8, name_size, Anchor::start);
     labels_->write_text(options_.remark, u_.end, v_.end - font_ * 2.8, name_size, Anchor::end);
-    dc_.SelectObject(previous);
+    dc.SelectObject(previous);
 }
 
-void SectionPainter::line(double x0, double y0, double x1, double y1) {
+// Along u; both axes state their own scales.
+void SectionPainter::paint_bar(CDC& dc) {
+    if (labels_ == nullptr) {
+        return;
+    }
+    constexpr double largest_part = 0.25; // of the plot
+    const double length = round_below(largest_part * (u_.to - u_.from));
+    const double width = length * u_.pixels_per_unit();
+    paint_scale_bar(dc, *labels_,
+                    {.right = u_.end - font_,
+                     .bottom = v_.start - font_,
+                     .width = width,
+                     .font = font_,
+                     .units_per_pixel = options_.units_per_pixel},
+                    number_text(length));
+}
+
+void SectionPainter::line(CDC& dc, double x0, double y0, double x1, double y1) {
     const auto device = [&](double pixel) {
         return static_cast<int>(pixel * options_.units_per_pixel);
     };
-    dc_.MoveTo(device(x0), device(y0));
-    dc_.LineTo(device(x1), device(y1));
+    dc.MoveTo(device(x0), device(y0));
+    dc.LineTo(device(x1), device(y1));
 }
 
 std::string Scale::name(const Point3& axis) const {

@@ -2,13 +2,22 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "kit/base/points.h"
 #include "kit/base/rectangle.h"
 #include "kit/pictures/label_writer.h"
 #include "kit/pictures/picture_size.h"
 #include "kit/solids/section.h"
 
 namespace korvel::kit {
+
+/// What a plot of a section shows, by the middle of it and the lengths to a pixel along both axes.
+struct SectionScale {
+    Point2 middle = {};
+    double u = 1;
+    double v = 1;
+};
 
 /// How a section is drawn.
 struct SectionPictureOptions {
@@ -17,6 +26,16 @@ struct SectionPictureOptions {
     /// What the picture shows, along the `PlaneAxes` of the section: u from `left` to `right`, v
     /// from `top` (its least) to `bottom` (its greatest). Without it the whole section.
     std::optional<Rectangle> part = {};
+
+    /// The plot takes all the room that the page has, in this scale: for views that are zoomed and
+    /// moved. `part` has no effect then.
+    std::optional<SectionScale> scale = {};
+
+    /// Of bodies, by their numbers. A name is written in place of the number unless it is empty.
+    std::vector<std::string> names = {};
+
+    /// A bar of a round length in the lower right corner, in pictures with labels.
+    bool scale_bar = false;
 
     std::string title = {};
     std::string remark = {}; ///< at the other end of the title's line
@@ -38,5 +57,21 @@ struct SectionPictureOptions {
 /// "z × 20". Nothing is drawn of an empty section unless a part is given. Linear in the section but
 /// for the search for the places of the numbers, which visits a polygon up to 2000 times.
 void draw(const Section& section, CDC& dc, const SectionPictureOptions& options = {});
+
+/// Where in a picture what of a section is.
+struct SectionPlot {
+    Rectangle pixels; ///< between the axes; y counts downward from the upper left corner
+    Rectangle shown;  ///< along the axes of the section
+
+    SectionScale scale() const;
+
+    /// Coordinates along the axes of the section in pixels, and back.
+    Point2 to_pixel(const Point2& seen) const;
+    Point2 from_pixel(const Point2& pixel) const;
+};
+
+/// The plot of the picture that `draw` draws with these options; empty rectangles where it draws
+/// nothing. As fast as `Section::bounds`, which it asks for unless a part or a scale is given.
+SectionPlot plot_of(const Section& section, const SectionPictureOptions& options);
 
 } // namespace korvel::kit

@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <map>
 #include <numbers>
 #include <sstream>
+#include <string>
 
 #include "kit/kit.h"
 #include "kit/pictures/label_place.h"
@@ -119,6 +121,53 @@ TEST(SectionPicture, APartEndsAtTheFrame) {
     EXPECT_NEAR(box.top, 50, 3);
     EXPECT_LE(box.bottom, 98);
     EXPECT_GT(box.bottom, 90);
+}
+
+/// Remembers texts with their places.
+struct RecordedLabels final : kit::LabelWriter {
+    void write_text(const std::string& text, double x, double y, double /*size*/,
+                    kit::Anchor /*anchor*/) override {
+        places[text] = {x, y};
+    }
+    double text_width(const std::string& text, double size) override {
+        return static_cast<double>(text.size()) * size / 2;
+    }
+    std::map<std::string, kit::Point2> places;
+};
+
+TEST(SectionPicture, AScaleFillsThePlotAndNamesAndABarAreWritten) {
+    const kit::Section cut = kit::make_cuboid({0, 0, 0}, {6, 4, 2}).cut(kit::Plane::at_y(0.5));
+    RecordingDC dc;
+    RecordedLabels labels;
+    const kit::SectionPictureOptions options = {
+        .size = {600, 400},
+        .scale = kit::SectionScale{.middle = {1, 0}, .u = 0.02, .v = 0.01},
+        .names = {"Tower"},
+        .scale_bar = true,
+        .labels = &labels};
+    kit::draw(cut, dc, options);
+    const kit::SectionPlot plot = kit::plot_of(cut, options);
+    EXPECT_NEAR(plot.scale().u, 0.02, 1e-15);
+    EXPECT_NEAR(plot.scale().v, 0.01, 1e-15);
+    EXPECT_GT((plot.pixels.right - plot.pixels.left) * (plot.pixels.bottom - plot.pixels.top),
+              0.7 * 600 * 400);
+    kit::Rectangle box;
+    const std::vector<PaintedRing> rings = painted(dc, 1);
+    ASSERT_FALSE(rings.empty());
+    for (const auto& [x, y] : rings[0]) {
+        box.take_in(x, y);
+    }
+    EXPECT_NEAR(box.left, plot.to_pixel({-3, 1})[0], 1);
+    EXPECT_NEAR(box.right, plot.to_pixel({3, 1})[0], 1);
+    EXPECT_NEAR(box.top, plot.to_pixel({0, 1})[1], 1);
+    EXPECT_NEAR(box.right - box.left, 300, 2);
+    EXPECT_NEAR(box.bottom - box.top, 200, 2);
+    const kit::Point2 there = plot.from_pixel(plot.to_pixel({0.25, -0.5}));
+    EXPECT_NEAR(there[0], 0.25, 1e-12);
+    EXPECT_NEAR(there[1], -0.5, 1e-12);
+    EXPECT_EQ(labels.places.count("Tower"), 1U);
+    EXPECT_EQ(labels.places.count("z × 2"), 1U);
+    EXPECT_EQ(labels.places.count("2"), 1U); // the bar
 }
 
 /// Whether a rectangle around a place is inside of rings, by trying many of its points.
