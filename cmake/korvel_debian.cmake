@@ -1,6 +1,6 @@
-# `cpack` makes up to three Debian packages: korvel, with the command and the shared libraries;
-# korvel-formats, with the kit's modules, so that korvel itself does not need GDAL and PROJ; and
-# korvel-dev, with what programs are built with. Configure with -DCMAKE_INSTALL_PREFIX=/usr.
+# `cpack` makes up to four Debian packages: korvel, with the command and the shared libraries;
+# korvel-workbench, with the desktop program; korvel-formats, with the kit's modules, so that the
+# others do not need GDAL and PROJ; and korvel-dev, with what programs are built with. Configure with -DCMAKE_INSTALL_PREFIX=/usr.
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "The korvel developers")
@@ -28,6 +28,12 @@ set(CPACK_DEBIAN_FORMATS_PACKAGE_SECTION libs)
 set(CPACK_COMPONENT_FORMATS_DESCRIPTION
     "Lets korvel read and write shapefiles, GeoPackages and the other formats of GDAL, and transform coordinates between reference systems with PROJ."
 )
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_NAME korvel-workbench)
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS ${CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS})
+set(CPACK_COMPONENT_WORKBENCH_DESCRIPTION
+    "Draws curves and finds their regions, raises these to solids, and turns, changes and cuts them, in a window."
+)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME korvel-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
@@ -39,6 +45,9 @@ if(KORVEL_BUILD_APPS OR NOT korvel_is_static)
 endif()
 if(modules)
     list(APPEND CPACK_COMPONENTS_ALL formats)
+endif()
+if(korvel_has_workbench)
+    list(APPEND CPACK_COMPONENTS_ALL workbench)
 endif()
 if(korvel_is_static)
     set(needed libgl-dev)
@@ -52,6 +61,7 @@ if(korvel_is_static)
 else()
     set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS runtime)
     set(CPACK_COMPONENT_FORMATS_DEPENDS runtime)
+    set(CPACK_COMPONENT_WORKBENCH_DEPENDS runtime)
     set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 endif()
 include(CPack)

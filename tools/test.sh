@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tools/install_packages.sh command tests
+tools/install_packages.sh command workbench tests
 cmake --preset release -DKORVEL_BUILD_BENCH=OFF
 cmake --build --preset release
 ctest --preset release -j "$(nproc)"

@@ -99,6 +99,16 @@ if(EXISTS ${prefix}/bin/korvel)
         expect("${script}" "triangles")
     endforeach()
 endif()
+if(EXISTS ${prefix}/bin/korvel-workbench) # answers without a display
+    run(${prefix}/bin/korvel-workbench --version)
+    foreach(file IN ITEMS applications/korvel-workbench.desktop mime/packages/korvel.xml
+                          icons/hicolor/48x48/apps/korvel-workbench.png
+                          korvel/samples/us-states.curves)
+        if(NOT EXISTS ${prefix}/share/${file})
+            message(FATAL_ERROR "share/${file} was not installed")
+        endif()
+    endforeach()
+endif()
 find_program(GROFF groff)
 if(GROFF AND EXISTS ${prefix}/share/man/man1/korvel.1)
     # With its warnings, of which there are none.

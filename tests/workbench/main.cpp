@@ -1,10 +1,11 @@
 // Runs the tests of the workbench on a display. Every warning of Qt is a failure.
 
 #include <QApplication>
+#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 
-#include "apps/workbench/window/application.h"
+#include "apps/workbench/window/program.h"
 
 namespace {
 
@@ -20,6 +21,7 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     korvel::workbench::set_up_application();
     const QApplication application(argc, argv);
+    QStandardPaths::setTestModeEnabled(true); // settings of nobody
     qInstallMessageHandler(fail_on_warning);
     return RUN_ALL_TESTS();
 }

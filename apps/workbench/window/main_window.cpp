@@ -17,6 +17,8 @@
 #include "apps/workbench/map/map_view.h"
 #include "apps/workbench/section/section_view.h"
 #include "apps/workbench/solid/solid_view.h"
+#include "apps/workbench/window/preferences.h"
+#include "apps/workbench/window/samples.h"
 
 namespace korvel::workbench {
 
@@ -27,6 +29,7 @@ MainWindow::MainWindow() {
     add_menus();
     add_status_bar();
     connect_worker();
+    document_.history().set_memory_limit(Preferences::load().undo_memory);
     update_history();
 }
 
@@ -60,6 +63,7 @@ void MainWindow::add_menus() {
     add_file_actions();
     add_edit_actions();
     add_view_actions();
+    add_help_actions();
     map_view_->add_actions(menus_);
     solid_view_->add_actions(menus_);
     section_view_->add_actions(menus_);
@@ -69,8 +73,10 @@ void MainWindow::add_file_actions() {
     QAction* open = menus_.file->addAction(tr("&Open…"), QKeySequence::Open, this,
                                            [this] { open_with_dialog(false); });
     menus_.file->addAction(tr("&Add Model…"), this, [this] { open_with_dialog(true); });
+    add_samples();
     menus_.file->addSeparator();
-    menus_.file->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close);
+    menus_.file->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close)
+        ->setMenuRole(QAction::QuitRole);
     menus_.tools->addAction(open);
 }
 
@@ -80,6 +86,10 @@ void MainWindow::add_edit_actions() {
     redo_ = menus_.edit->addAction(tr("&Redo"), QKeySequence::Redo, &history, &History::redo);
     menus_.tools->addActions({undo_, redo_});
     connect(&history, &History::changed, this, &MainWindow::update_history);
+    menus_.edit->addSeparator();
+    QAction* preferences =
+        menus_.edit->addAction(tr("&Preferences…"), this, &MainWindow::edit_preferences);
+    preferences->setMenuRole(QAction::PreferencesRole);
 }
 
 void MainWindow::add_view_actions() {
@@ -93,6 +103,24 @@ void MainWindow::add_view_actions() {
     add(tr("&Solids"), solid_view_, Qt::Key_F6);
     add(tr("Se&ction"), section_view_, Qt::Key_F7);
     menus_.view->addSeparator();
+}
+
+void MainWindow::add_help_actions() {
+    menus_.help->addAction(tr("&About korvel"), this, &MainWindow::show_about)
+        ->setMenuRole(QAction::AboutRole);
+    menus_.help->addAction(tr("About &Qt"), qApp, &QApplication::aboutQt)
+        ->setMenuRole(QAction::AboutQtRole);
+}
+
+void MainWindow::add_samples() {
+    const QFileInfoList files = sample_files();
+    QMenu* menu = menus_.file->addMenu(tr("Open &Sample"));
+    menu->setEnabled(!files.empty());
+    for (const QFileInfo& file : files) {
+        menu->addAction(file.fileName(), this, [this, path = file.absoluteFilePath()] {
+            open(kit::path_of(path.toStdString()));
+        });
+    }
 }
 
 void MainWindow::add_status_bar() {
@@ -133,13 +161,8 @@ void MainWindow::connect_worker() {
         progress_->hide();
         cancel_->hide();
     });
-    connect(&worker, &Worker::failed, this, [this](const QString& title, const QString& message) {
-        QMessageBox::warning(this, title.isEmpty() ? windowTitle() : title, message);
-    });
-    connect(&document_.solids(), &SolidModel::refused, this,
-            [this](const QString& title, const QString& reason) {
-                QMessageBox::warning(this, title, reason);
-            });
+    connect(&worker, &Worker::failed, this, &MainWindow::report_problem);
+    connect(&document_.solids(), &SolidModel::refused, this, &MainWindow::report_problem);
     connect(&worker, &Worker::warned, this,
             [this](const QString& /*title*/, const QString& message) { hint_->setText(message); });
     connect(&document_, &Document::opened, this,
@@ -152,6 +175,32 @@ void MainWindow::open_with_dialog(bool adds) {
     const QString file = QFileDialog::getOpenFileName(this, tr("Open"));
     if (!file.isEmpty()) {
         document_.open(kit::path_of(file.toStdString()), {.adds = adds});
+    }
+}
+
+void MainWindow::edit_preferences() {
+    PreferencesDialog dialog(Preferences::load(), this);
+    if (dialog.exec() == QDialog::Accepted) {
+        const Preferences preferences = dialog.preferences();
+        preferences.save();
+        preferences.apply_palette();
+        document_.history().set_memory_limit(preferences.undo_memory);
+    }
+}
+
+void MainWindow::show_about() {
+    QMessageBox::about(this, tr("About korvel"),
+                       tr("korvel %1\n\nDraws curves and finds their regions, raises these to "
+                          "solids, and turns, changes and cuts them.")
+                           .arg(QApplication::applicationVersion()));
+}
+
+void MainWindow::report_problem(const QString& title, const QString& message) {
+    if (on_problem_) {
+        on_problem_(title, message);
+    } else {
+        QMessageBox::warning(this, title.isEmpty() ? QApplication::applicationName() : title,
+                             message);
     }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <utility>
 
 #include <QMainWindow>
 
@@ -32,6 +34,10 @@ public:
 
     void open(const std::filesystem::path& file);
 
+    /// Receives what the user has to know of failures, instead of a message box.
+    using ProblemHandler = std::function<void(const QString& title, const QString& message)>;
+    void set_problem_handler(ProblemHandler handler) { on_problem_ = std::move(handler); }
+
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -42,11 +48,17 @@ private:
     void add_file_actions();
     void add_edit_actions();
     void add_view_actions();
+    void add_help_actions();
+    void add_samples();
+    void edit_preferences();
+    void show_about();
     void add_status_bar();
     void connect_worker();
     void open_with_dialog(bool adds);
     void update_history();
+    void report_problem(const QString& title, const QString& message);
 
+    ProblemHandler on_problem_;
     Document document_;
     Menus menus_;
     QSplitter* views_ = nullptr;

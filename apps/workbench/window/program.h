@@ -6,4 +6,8 @@ namespace korvel::workbench {
 /// and names the program.
 void set_up_application();
 
+/// The whole program: options, a window with the files of the command line, events. Returns its
+/// exit status.
+int run_program(int argc, char** argv);
+
 } // namespace korvel::workbench
