@@ -1,5 +1,6 @@
 #include "apps/workbench/document/section_model.h"
 
+#include <exception>
 #include <utility>
 
 #include "apps/workbench/document/history.h"
@@ -53,20 +54,37 @@ void SectionModel::apply(const std::optional<kit::Plane>& plane) {
     cut();
 }
 
+// While a plane is dragged each cut is finished and shown; to stop it for the next plane would show
+// none until the mouse rests.
 void SectionModel::cut() {
-    is_current_ = false;
+    is_stale_ = is_cutting_;
+    if (is_cutting_) {
+        return;
+    }
+    is_cutting_ = true;
     solids_.follow("section", [this, plane = plane_](kit::SolidsEditor& editor,
                                                      const kit::Context& /*context*/) {
         std::shared_ptr<const kit::Section> section;
-        if (plane && !editor.solids().empty()) {
-            section = std::make_shared<const kit::Section>(editor.solids().cut(*plane));
+        QString problem;
+        try {
+            if (plane && !editor.solids().empty()) {
+                section = std::make_shared<const kit::Section>(editor.solids().cut(*plane));
+            }
+        } catch (const std::exception& error) {
+            problem = QString::fromUtf8(error.what());
         }
-        return [this, section] {
-            section_ = section;
-            is_current_ = true;
-            emit section_changed();
-        };
+        return [this, section, problem] { take(section, problem); };
     });
+}
+
+void SectionModel::take(std::shared_ptr<const kit::Section> section, const QString& problem) {
+    section_ = std::move(section);
+    problem_ = problem;
+    is_cutting_ = false;
+    emit section_changed();
+    if (is_stale_) {
+        cut();
+    }
 }
 
 } // namespace korvel::workbench

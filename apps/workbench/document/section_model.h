@@ -4,6 +4,7 @@
 #include <optional>
 
 #include <QObject>
+#include <QString>
 
 #include "kit/kit.h"
 
@@ -13,7 +14,7 @@ class History;
 class SolidModel;
 
 /// The plane of a document and the section that it cuts from the solids. The section follows both:
-/// the worker cuts, and only the last of several changes counts.
+/// the worker cuts one plane after another, leaving out those that were replaced in the meantime.
 class SectionModel : public QObject {
     Q_OBJECT
 
@@ -33,7 +34,10 @@ public:
     std::shared_ptr<const kit::Section> section() const { return section_; }
 
     /// Whether it is that of the plane and the solids as they are now.
-    bool is_current() const { return is_current_; }
+    bool is_current() const { return !is_cutting_; }
+
+    /// Why there is no section; empty if the last cut succeeded.
+    const QString& problem() const { return problem_; }
 
 signals:
     void plane_changed();
@@ -44,13 +48,16 @@ private:
 
     void apply(const std::optional<kit::Plane>& plane);
     void cut();
+    void take(std::shared_ptr<const kit::Section> section, const QString& problem);
 
     History& history_;
     SolidModel& solids_;
     std::optional<kit::Plane> plane_;
     std::optional<kit::Plane> before_; // the last one that is a step
     std::shared_ptr<const kit::Section> section_;
-    bool is_current_ = true;
+    QString problem_;
+    bool is_cutting_ = false;
+    bool is_stale_ = false; // what is cut was replaced
 };
 
 } // namespace korvel::workbench

@@ -8,6 +8,8 @@
 
 #include "apps/workbench/document/document.h"
 #include "apps/workbench/solid/pick_tool.h"
+#include "apps/workbench/solid/plane_drawing.h"
+#include "apps/workbench/solid/plane_tool.h"
 
 namespace korvel::workbench {
 
@@ -19,12 +21,18 @@ SolidView::SolidView(Document& document, QWidget* parent)
     look_.outlines = true;
     connect(&document_.solids(), &SolidModel::solids_changed, this, &SolidView::fit);
     connect(&document_.solids(), &SolidModel::view_changed, this, qOverload<>(&SolidView::update));
+    connect(&document_.section(), &SectionModel::plane_changed, this,
+            qOverload<>(&SolidView::update));
 }
 
 SolidView::~SolidView() = default;
 
 void SolidView::add_actions(const Menus& menus) {
     menus.view->addAction(tr("&Fit Solids"), this, &SolidView::fit);
+    QAction* drag_plane = menus.section->addAction(tr("&Drag Plane"), this, [this] {
+        choose(std::make_unique<PlaneTool>(*this));
+    });
+    drag_plane->setStatusTip(tr("Moves the plane by the mouse in the view of the solids"));
 }
 
 void SolidView::fit() {
@@ -43,6 +51,9 @@ void SolidView::choose(std::unique_ptr<SolidTool> tool) {
 
 void SolidView::paintGL() {
     kit::draw_view(document_.solids().solids(), frame_, look_);
+    if (const auto& plane = document_.section().plane()) {
+        draw_plane(document_.solids().solids(), *plane);
+    }
     tool_->draw();
 }
 

@@ -1,6 +1,7 @@
 #include "apps/workbench/window/main_window.h"
 
 #include <QApplication>
+#include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileDialog>
@@ -48,6 +49,9 @@ void MainWindow::add_views() {
     views_->addWidget(map_view_);
     views_->addWidget(right);
     setCentralWidget(views_);
+    for (QDockWidget* dock : section_view_->docks()) {
+        addDockWidget(Qt::RightDockWidgetArea, dock);
+    }
 }
 
 void MainWindow::add_menus() {

@@ -1,0 +1,183 @@
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QSlider>
+#include <QTableView>
+
+#include "apps/workbench/document/plane_range.h"
+#include "apps/workbench/section/section_areas.h"
+#include "apps/workbench/solid/plane_drawing.h"
+#include "apps/workbench/solid/plane_tool.h"
+#include "tests/workbench/shown_window.h"
+
+namespace korvel::test {
+namespace {
+
+/// Two boxes beside each other along x, the second one higher.
+kit::Solids two_boxes() {
+    kit::Solids boxes = kit::make_cuboid({0, 0, 0}, {10, 8, 6});
+    boxes.add(kit::make_cuboid({20, 0, 1}, {10, 8, 8}));
+    boxes.set_name(0, "Low");
+    boxes.set_colour(0, {.hue = 120});
+    return boxes;
+}
+
+void show_solids(ShownWindow& window, kit::Solids solids) {
+    window.document().solids().replacing("Put", std::move(solids))();
+    window.wait();
+}
+
+template <class Widget>
+Widget& named(ShownWindow& window, const char* name) {
+    for (auto* widget : window->findChildren<Widget*>()) {
+        if (widget->accessibleName() == QLatin1String(name)) {
+            return *widget;
+        }
+    }
+    throw std::runtime_error(std::string(name) + " is not there");
+}
+
+QAction& action(ShownWindow& window, const char* text) {
+    for (auto* action : window->findChildren<QAction*>()) {
+        if (action->text() == QLatin1String(text)) {
+            return *action;
+        }
+    }
+    throw std::runtime_error(std::string(text) + " is not there");
+}
+
+QColor colour_at(ShownWindow& window, const kit::Point2& seen) {
+    const kit::Point2 at = window.section().plot().to_pixel(seen);
+    return ShownWindow::picture(window.section())
+        .pixelColor(static_cast<int>(at[0]), static_cast<int>(at[1]));
+}
+
+TEST(Section, MenuCutsAndStepsAndTheSectionIsThatOfTheKit) {
+    ShownWindow window;
+    QAction& cut = action(window, "Cut at &y in the Middle");
+    EXPECT_FALSE(cut.isEnabled());
+    show_solids(window, two_boxes());
+    ASSERT_TRUE(cut.isEnabled());
+    cut.trigger();
+    window.wait();
+    workbench::SectionModel& model = window.document().section();
+    ASSERT_NE(model.section(), nullptr);
+    const kit::Section expected = two_boxes().cut(kit::Plane::at_y(0));
+    EXPECT_EQ(model.section()->area(), expected.area());
+    EXPECT_NEAR(model.section()->area(), 60 + 80, 1e-9);
+    const kit::Colour low = expected[0].colour();
+    EXPECT_EQ(colour_at(window, {-4, -2}), QColor(low.red, low.green, low.blue));
+    EXPECT_EQ(colour_at(window, {9.2, 0.3}), QColor(Qt::white));
+    const QString areas = window.section().areas().text();
+    EXPECT_TRUE(areas.contains("0\tLow\t1\t60\n")) << areas.toStdString();
+    EXPECT_TRUE(areas.contains("All\t\t2\t140\n")) << areas.toStdString();
+    action(window, "&Next Step").trigger();
+    window.wait();
+    EXPECT_NEAR(workbench::place_of(*model.plane()), 8.0 / 50, 1e-12);
+    action(window, "&Remove Plane").trigger();
+    window.wait();
+    EXPECT_EQ(model.section(), nullptr);
+    window.document().history().undo();
+    window.document().history().undo();
+    window.wait();
+    EXPECT_EQ(model.plane(), kit::Plane::at_y(0));
+    EXPECT_NE(model.section(), nullptr);
+}
+
+TEST(Section, TheDockTypesSlidesAndTurnsThePlane) {
+    ShownWindow window;
+    show_solids(window, two_boxes());
+    const auto type = [&](const char* field, const char* text) {
+        auto& edit = named<QLineEdit>(window, field);
+        edit.setFocus();
+        edit.selectAll();
+        QTest::keyClicks(&edit, text);
+        QTest::keyClick(&edit, Qt::Key_Return);
+        window.wait();
+    };
+    workbench::SectionModel& model = window.document().section();
+    auto& kind = named<QComboBox>(window, "Kind of plane");
+    kind.setFocus();
+    QTest::keyClick(&kind, Qt::Key_Down);
+    window.wait();
+    EXPECT_EQ(model.plane(), kit::Plane::at_x(10));
+    type("Value", "-2.5");
+    EXPECT_EQ(model.plane(), kit::Plane::at_x(-2.5));
+    auto& slider = named<QSlider>(window, "Place of the plane");
+    QTest::keyClick(&slider, Qt::Key_End);
+    window.wait();
+    EXPECT_EQ(model.plane(), kit::Plane::at_x(25));
+    type("Value", "1e999");
+    EXPECT_EQ(model.plane(), kit::Plane::at_x(25));
+    kind.setFocus();
+    QTest::keyClick(&kind, Qt::Key_End);
+    type("Normal y", "1");
+    ASSERT_TRUE(model.plane().has_value());
+    EXPECT_NEAR(model.plane()->b / model.plane()->a, 1, 1e-12);
+    EXPECT_NEAR(model.plane()->distance({25, 0, 1}), 0, 1e-9);
+    QTest::keyClick(&named<QSlider>(window, "Tilt from level in degrees"), Qt::Key_Home);
+    window.wait();
+    EXPECT_NEAR(model.plane()->c, 1, 1e-12);
+    EXPECT_NEAR(model.section()->area(), two_boxes().cut(*model.plane()).area(), 1e-9);
+}
+
+TEST(Section, WheelZoomsDragMovesClickSelectsAndDoubleClickShowsAll) {
+    ShownWindow window;
+    show_solids(window, two_boxes());
+    window.document().section().set_plane(kit::Plane::at_y(0));
+    window.wait();
+    workbench::SectionView& view = window.section();
+    const kit::SectionPlot whole = view.plot();
+    const auto pixel = [&](const kit::Point2& seen) {
+        const kit::Point2 at = view.plot().to_pixel(seen);
+        return QPointF(at[0], at[1]);
+    };
+    ShownWindow::click(view, pixel({20, 1}));
+    EXPECT_EQ(window.document().solids().selected(), (std::set{1}));
+    EXPECT_TRUE(named<QTableView>(window, "Section areas").selectionModel()->isRowSelected(1));
+    const QPointF at = pixel({20, 1});
+    QWheelEvent wheel(at, view.mapToGlobal(at), {}, {0, 240}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&view, &wheel);
+    EXPECT_NEAR(view.plot().scale().u, whole.scale().u / 1.44, 1e-9);
+    EXPECT_NEAR(pixel({20, 1}).x(), at.x(), 1);
+    ShownWindow::drag(view, at, at + QPointF(-60, 10));
+    EXPECT_NEAR(pixel({20, 1}).x(), at.x() - 60, 2);
+    EXPECT_NEAR(pixel({20, 1}).y(), at.y() + 10, 2);
+    QTest::mouseDClick(&view, Qt::LeftButton, {}, at.toPoint());
+    EXPECT_EQ(view.plot().scale().u, whole.scale().u);
+}
+
+TEST(Section, ThePlaneIsDraggedAlongItsNormalInTheViewOfTheSolids) {
+    ShownWindow window;
+    show_solids(window, two_boxes());
+    workbench::SolidModel& solids = window.document().solids();
+    workbench::SectionModel& model = window.document().section();
+    solids.set_view({0, -90}); // from the front: z upward
+    model.set_plane(kit::Plane::at_z(0));
+    window.solids().fit();
+    window.wait();
+    action(window, "&Drag Plane").trigger();
+    const auto pixel = [&](const kit::Point3& point) {
+        const kit::ViewFrame& frame = window.solids().frame();
+        const kit::Point3 seen = solids.solids().to_view(point);
+        return QPointF((seen[0] - frame.left) / frame.unit, (frame.top() - seen[1]) / frame.unit) /
+               window.solids().devicePixelRatioF();
+    };
+    const kit::Box box = solids.solids().bounds();
+    const QPointF handle = pixel(workbench::plane_handle(*model.plane(), box).tip);
+    const std::size_t steps = window.document().history().undo_count();
+    ShownWindow::drag(window.solids(), handle, handle + pixel({0, 0, 2}) - pixel({0, 0, 0}), 20);
+    window.wait();
+    EXPECT_NEAR(workbench::place_of(*model.plane()), 2, window.solids().frame().unit);
+    EXPECT_EQ(window.document().history().undo_count(), steps + 1);
+    EXPECT_TRUE(model.is_current());
+    EXPECT_EQ(model.section()->area(), two_boxes().cut(*model.plane()).area());
+    window.document().history().undo();
+    EXPECT_EQ(model.plane(), kit::Plane::at_z(0));
+}
+
+} // namespace
+} // namespace korvel::test
