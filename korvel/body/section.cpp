@@ -1,6 +1,7 @@
 // Sections of a model by a plane.
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "korvel/base/indices.h"
@@ -19,6 +20,8 @@ namespace {
 class FacesAtEdges;
 
 std::vector<int> cut_edges(TMOD3D& model, const double* plane, TMOD2D& out);
+std::vector<double> heights_above(const double* plane, const TMOD3D& model);
+bool is_certainly_missed(double height, const LINE3D& edge, const double* plane);
 void mark_cut_edges(TMOD3D& model, BODY3D& body, const std::vector<int>& vertex_of,
                     std::vector<int>& body_cuts);
 void trace_body(TMOD3D& model, const BODY3D& body, std::vector<int>& body_cuts,
@@ -26,14 +29,16 @@ void trace_body(TMOD3D& model, const BODY3D& body, std::vector<int>& body_cuts,
 bool trace_loop(TMOD3D& model, const FacesAtEdges& faces_at, int face, int edge,
                 std::vector<int>& loop);
 
-/// The marks of the faces of the body that is cut. All faces are cleared before the first such
-/// body; after that only the faces of the body before it have marks to be cleared.
+/// Clears the marks of the faces that do not belong to the body that is cut. Before the first such
+/// body all others are cleared; after that only the faces of the body before it have marks.
 class CutBodyMarks {
 public:
     explicit CutBodyMarks(TMOD3D& model) : model_(model) {}
-    void move_to(const BODY3D& body);
+    void clear_before(const BODY3D& body);
 
 private:
+    void clear_all_but(const BODY3D& body);
+
     TMOD3D& model_;
     const BODY3D* marked_ = nullptr;
 };
@@ -58,7 +63,7 @@ void TMOD3D::get_section(double* plane, TMOD2D& out) {
     for (BODY3D& body : bodies) {
         mark_cut_edges(*this, body, vertex_of, body_cuts);
         if (!body_cuts.empty()) {
-            body_marks.move_to(body);
+            body_marks.clear_before(body);
             trace_body(*this, body, body_cuts, vertex_of, out);
         }
     }
@@ -70,6 +75,7 @@ namespace {
 /// edge, −1 for the others. Clears the marks of all edges, unless the model has no body to walk.
 std::vector<int> cut_edges(TMOD3D& model, const double* plane, TMOD2D& out) {
     const int cleared = model.bodies.IsEmpty() ? 0 : edge_mark::cut;
+    const std::vector<double> heights = heights_above(plane, model);
     std::vector<int> vertex_of(static_cast<std::size_t>(model.lines.GetSize()), -1);
     std::vector<double> points;
     int next = 0;
@@ -80,6 +86,7 @@ std::vector<int> cut_edges(TMOD3D& model, const double* plane, TMOD2D& out) {
         }
         double point[3] = {};
         if (has_element(model.verts, edge.start_vert) &&
+            !is_certainly_missed(heights[edge.start_vert], edge, plane) &&
             korvel::segment_meets_plane(model.verts[edge.start_vert].model_xyz, edge.direction,
                                         edge.length, plane, point)) {
             vertex_of[e] = next++;
@@ -91,6 +98,25 @@ std::vector<int> cut_edges(TMOD3D& model, const double* plane, TMOD2D& out) {
         std::copy_n(points.begin() + 3 * v, 3, out.verts[v].model_xyz);
     }
     return vertex_of;
+}
+
+/// Of all vertices, since the records of an edge's vertices are far from each other and large.
+std::vector<double> heights_above(const double* plane, const TMOD3D& model) {
+    std::vector<double> heights;
+    heights.reserve(static_cast<std::size_t>(model.verts.GetSize()));
+    for (const VERT3D& vertex : model.verts) {
+        heights.push_back(korvel::height_above(plane, vertex.model_xyz));
+    }
+    return heights;
+}
+
+/// Whether `segment_meets_plane` is certain to return false, since it computes a place t along the
+/// edge that is more than 1e-7 of the length away from both ends, and so large that the product of
+/// its distances from them does not underflow. Excludes most edges before a division.
+bool is_certainly_missed(double height, const LINE3D& edge, const double* plane) {
+    constexpr double least = 1e-140;
+    const double reach = 1.0000001 * (std::fabs(edge.length) + least);
+    return std::fabs(height) > std::fabs(korvel::climb_along(plane, edge.direction)) * reach;
 }
 
 /// Moves the edges' marks from one body, whose cut edges `body_cuts` contains, to the next one.
@@ -110,34 +136,50 @@ void mark_cut_edges(TMOD3D& model, BODY3D& body, const std::vector<int>& vertex_
     }
 }
 
-void CutBodyMarks::move_to(const BODY3D& body) {
-    const auto for_each_face = [&](const BODY3D& of, auto visit) {
-        for (const int f : of.polys) {
+/// Writes nothing where the mark is as it shall be, which saves time on many faces.
+void change_mark(int& flags, int mark) {
+    if ((flags & face_mark::in_cut_body) != mark) {
+        flags ^= face_mark::in_cut_body;
+    }
+}
+
+void CutBodyMarks::clear_before(const BODY3D& body) {
+    if (marked_ == nullptr) {
+        clear_all_but(body);
+    } else {
+        for (const int f : marked_->polys) {
             if (has_element(model_.polys, f)) {
-                visit(model_.polys[f].state_flags);
+                change_mark(model_.polys[f].state_flags, 0);
             }
         }
-    };
-    const auto clear = [](int& flags) { flags &= ~face_mark::in_cut_body; };
-    if (marked_ != nullptr) {
-        for_each_face(*marked_, clear);
-    } else {
-        for (POLY3D& face : model_.polys) {
-            clear(face.state_flags);
+    }
+    marked_ = &body;
+}
+
+void CutBodyMarks::clear_all_but(const BODY3D& body) {
+    std::vector<bool> stays(static_cast<std::size_t>(model_.polys.GetSize()), false);
+    for (const int f : body.polys) {
+        if (has_element(model_.polys, f)) {
+            stays[f] = true;
         }
     }
-    for_each_face(body, [](int& flags) { flags |= face_mark::in_cut_body; });
-    marked_ = &body;
+    for (int f = 0; f < model_.polys.GetSize(); ++f) {
+        if (!stays[f]) {
+            change_mark(model_.polys[f].state_flags, 0);
+        }
+    }
 }
 
 /// The faces of one body at each of its edges, in the order of the body's face list.
 class FacesAtEdges {
 public:
-    /// Contains the edges for which `counts(edge)` holds.
-    template <class Counts>
-    FacesAtEdges(const TMOD3D& model, const BODY3D& body, Counts counts) {
+    /// Contains the edges for which `counts(edge)` holds. Calls `visit(face)` for each face, whose
+    /// record is then in the cache.
+    template <class Counts, class Visit>
+    FacesAtEdges(TMOD3D& model, const BODY3D& body, Counts counts, Visit visit) {
         for (const int f : body.polys) {
             if (has_element(model.polys, f)) {
+                visit(model.polys[f]);
                 for (const int e : model.polys[f].lines) {
                     if (has_element(model.lines, e) && counts(e)) {
                         add(e, f);
@@ -209,9 +251,12 @@ void add_section_face(TMOD2D& out, const std::vector<int>& loop, const std::vect
 /// no loop before it has taken.
 void trace_body(TMOD3D& model, const BODY3D& body, std::vector<int>& body_cuts,
                 const std::vector<int>& vertex_of, TMOD2D& out) {
-    const FacesAtEdges faces_at(model, body, [&](int e) {
+    const auto is_cut = [&](int e) {
         // The first condition excludes most edges without a look at the record.
         return vertex_of[e] >= 0 && (model.lines[e].state_flags & edge_mark::cut) != 0;
+    };
+    const FacesAtEdges faces_at(model, body, is_cut, [](POLY3D& face) {
+        change_mark(face.state_flags, face_mark::in_cut_body);
     });
     std::sort(body_cuts.begin(), body_cuts.end());
     std::vector<int> loop;
@@ -264,7 +309,8 @@ bool TMOD3D::trace_section_poly(int body, int face, int edge, CArray<int>& loop)
     if (!has_element(bodies, body)) {
         return false;
     }
-    const FacesAtEdges faces_at(*this, bodies[body], [](int) { return true; });
+    const FacesAtEdges faces_at(
+        *this, bodies[body], [](int) { return true; }, [](const POLY3D&) {});
     std::vector<int> walked;
     const bool closed = trace_loop(*this, faces_at, face, edge, walked);
     for (const int e : walked) {

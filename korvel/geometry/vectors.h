@@ -55,17 +55,25 @@ inline void plane_through(const double* p0, const double* p1, const double* p2, 
     plane[3] = -(plane[0] * p0[0] + plane[1] * p0[1] + plane[2] * p0[2]);
 }
 
+/// What the plane's equation gives for a point: its distance where the normal has unit length.
+inline double height_above(const double* plane, const double* p) {
+    return plane[0] * p[0] + plane[1] * p[1] + plane[2] * p[2] + plane[3];
+}
+
+/// How much that grows along a direction.
+inline double climb_along(const double* plane, const double* direction) {
+    return plane[0] * direction[0] + plane[1] * direction[1] + plane[2] * direction[2];
+}
+
 /// Where a segment (start, unit direction, length) meets a plane, both ends included. False where
 /// it does not or runs parallel; `point` is then left alone.
 inline bool segment_meets_plane(const double* start, const double* direction, double length,
                                 const double* plane, double* point) {
-    const double approach =
-        plane[0] * direction[0] + plane[1] * direction[1] + plane[2] * direction[2];
+    const double approach = climb_along(plane, direction);
     if (approach == 0.0) {
         return false;
     }
-    const double t =
-        -(plane[0] * start[0] + plane[1] * start[1] + plane[2] * start[2] + plane[3]) / approach;
+    const double t = -height_above(plane, start) / approach;
     if ((t - length) * t > 0) {
         return false;
     }
