@@ -2,6 +2,7 @@
 
 // The one header of the kit that a host includes.
 
+#include "kit/base/box_tree.h"
 #include "kit/base/colour.h"
 #include "kit/base/context.h"
 #include "kit/base/error.h"
@@ -35,6 +36,7 @@
 #include "kit/maps/feature_network.h"
 #include "kit/maps/find_regions.h"
 #include "kit/maps/flaw.h"
+#include "kit/maps/gaps.h"
 #include "kit/maps/map.h"
 #include "kit/maps/map_features.h"
 #include "kit/maps/network.h"

@@ -19,7 +19,8 @@ public:
     ShownWindow() {
         window_.resize(1024, 700);
         window_.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
+        window_.activateWindow(); // without a window manager nobody else does
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
     }
 
     workbench::MainWindow* operator->() { return &window_; }

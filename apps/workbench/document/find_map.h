@@ -35,14 +35,23 @@ struct FoundMap {
     kit::RegionLocator locator{map};
     std::vector<std::vector<int>> neighbours;
     std::vector<std::optional<kit::Levels>> levels; ///< of each region
+    std::vector<double> areas;                      ///< of each region
+    std::vector<kit::Rectangle> boxes;              ///< around each region
+    std::vector<std::optional<kit::Point2>> places; ///< `Region::inner_point` of each
     std::vector<Problem> problems;
     kit::NetworkReport report;
 
     explicit FoundMap(kit::Map regions) : map(std::move(regions)) {}
 };
 
+/// In the user's units.
+struct FindMapOptions {
+    std::optional<double> tolerance = {}; ///< `kit::FindOptions::tolerance`
+    double gap_reach = 0;                 ///< gaps up to this are listed
+};
+
 /// The regions of a network with names and levels from notes. Throws a kit::Error.
-std::shared_ptr<const FoundMap> find_map(kit::Network network, const kit::FindOptions& options,
+std::shared_ptr<const FoundMap> find_map(kit::Network network, const FindMapOptions& options,
                                          const std::vector<RegionNote>& notes,
                                          const kit::Context& context = {});
 

@@ -37,6 +37,9 @@ public:
     /// Another tool was chosen, or Escape was pressed: drops what is not finished.
     virtual void cancel() {}
 
+    /// Curves are others now, by this tool or not: their numbers and points may differ.
+    virtual void curves_changed() {}
+
     /// What can be done now, for the status bar.
     virtual QString hint() const = 0;
 };

@@ -52,6 +52,11 @@ void MainWindow::add_views() {
     for (QDockWidget* dock : section_view_->docks()) {
         addDockWidget(Qt::RightDockWidgetArea, dock);
     }
+    for (QDockWidget* dock : map_view_->docks()) {
+        addDockWidget(Qt::LeftDockWidgetArea, dock);
+    }
+    tabifyDockWidget(map_view_->docks().front(), map_view_->docks().back());
+    map_view_->docks().front()->raise();
 }
 
 void MainWindow::add_menus() {
@@ -107,6 +112,9 @@ void MainWindow::add_view_actions() {
     add(tr("&Solids"), solid_view_, Qt::Key_F6);
     add(tr("Se&ction"), section_view_, Qt::Key_F7);
     menus_.view->addSeparator();
+    for (const QDockWidget* dock : map_view_->docks()) {
+        menus_.view->addAction(dock->toggleViewAction());
+    }
 }
 
 void MainWindow::add_help_actions() {
