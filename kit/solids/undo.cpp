@@ -75,8 +75,10 @@ Undo::Side Undo::go(States& from, States& to, Solids& solids, const Side& presen
         left.changes = marks_.change(state.changes);
         state.move->restore(model);
         change_marks(left.changes, model);
-        if (state.side.is_current) {
+        if (state.side.is_current && present.is_current) {
             model.rotate_model();
+        } else if (state.side.is_current) {
+            state.move->restore_view(model);
         }
         state.move->restore_selection(model);
     }

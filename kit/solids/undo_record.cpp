@@ -206,9 +206,8 @@ void MoveRecord::restore(TMOD3D& model) const {
     copy_bounds(rest_, model);
 }
 
-// In the order of the records where much has moved.
 void MoveRecord::restore_equations(TMOD3D& model) const {
-    if (moved_.size() > static_cast<std::size_t>(model.verts.GetSize()) / 16) {
+    if (has_moved_much(model)) {
         for (LINE3D& edge : model.lines) {
             edge.set_line_eqt(model.verts);
         }
@@ -226,6 +225,35 @@ void MoveRecord::restore_equations(TMOD3D& model) const {
             model.polys[f].set_poly_eql(model.verts);
         }
     }
+}
+
+// One pass over all records is then faster than many around the vertices.
+bool MoveRecord::has_moved_much(const TMOD3D& model) const {
+    return moved_.size() > static_cast<std::size_t>(model.verts.GetSize()) / 16;
+}
+
+// Origin and bounds of the view are as they were.
+void MoveRecord::restore_view(TMOD3D& model) const {
+    if (has_moved_much(model)) {
+        model.rotate_model();
+        return;
+    }
+    for (const Moved& moved : moved_) {
+        VERT3D& vertex = model.verts[moved.vertex];
+        vertex.rotate(model.rot_matrix);
+        vertex.trans_uvw_org(model.view_center);
+    }
+    for (const Moved& moved : moved_) {
+        const VERT3D& vertex = model.verts[moved.vertex];
+        for (const int e : vertex.lines) {
+            model.lines[e].set_line_2d_eqt(model.verts);
+        }
+        for (const int f : vertex.faces) {
+            model.polys[f].get_rotated_poly_eql(model.verts);
+            model.polys[f].detect_rotated_poly_vis(model.view_dir);
+        }
+    }
+    model.roate_wrap_cuboid();
 }
 
 void MoveRecord::restore_selection(TMOD3D& model) const {

@@ -56,6 +56,9 @@ public:
     /// are computed again, which gives the same values.
     void restore(TMOD3D& model) const;
 
+    /// Restores the view from before a move after which it was not brought up to date.
+    void restore_view(TMOD3D& model) const;
+
     /// What the gathering and the pick were.
     void restore_selection(TMOD3D& model) const;
 
@@ -72,6 +75,7 @@ private:
     void take(const TMOD3D& model, int vertex);
     void take_rest(const TMOD3D& model);
     void restore_equations(TMOD3D& model) const;
+    bool has_moved_much(const TMOD3D& model) const;
 
     std::vector<Moved> moved_;
     std::vector<double> volumes_;
