@@ -86,7 +86,8 @@ GapLines::GapLines(const Network& network) {
     }
 }
 
-// None where a line passes the end: the network is split there.
+// None where a line passes the end: the network is split there. What the end goes across has been
+// met before it.
 std::optional<Gap> gap_at(const CurveEnd& end, const GapLines& lines, const BoxTree& tree,
                           double reach) {
     static constexpr double greatest = std::numeric_limits<std::int32_t>::max();
@@ -111,7 +112,9 @@ std::optional<Gap> gap_at(const CurveEnd& end, const GapLines& lines, const BoxT
         const GridSegment& segment = lines.segments[i];
         if (lines.curves[i] != end.curve) {
             is_met = is_met || passes(segment, end.place);
-            offer(place_within(end, segment, reach));
+            if (!cross(segment, lines.segments[end.segment])) {
+                offer(place_within(end, segment, reach));
+            }
         } else if (i != end.segment) {
             is_met = is_met || passes(segment, end.place);
         }

@@ -9,7 +9,8 @@
 
 namespace korvel::kit {
 
-/// An end of a curve that meets no other curve, but comes close to one.
+/// An end of a curve that meets no other curve, but comes close to one that its last segment does
+/// not cross.
 struct Gap {
     int curve = 0; ///< of the network
     GridPoint end;
