@@ -48,6 +48,20 @@ public:
     /// Calls `visit(i)` for each box i that meets the given one, in no particular order.
     template <class Visit>
     void for_each_meeting(const Box3& box, Visit visit) const {
+        find_meeting(box, [&](int i) {
+            visit(i);
+            return false;
+        });
+    }
+
+    bool has_meeting(const Box3& box) const {
+        return find_meeting(box, [](int) { return true; });
+    }
+
+private:
+    /// Calls `visit(i)` for the boxes that meet the given one, until it returns true.
+    template <class Visit>
+    bool find_meeting(const Box3& box, Visit visit) const {
         // A node's halves follow it in the list; `skip` is the index behind both.
         for (std::size_t at = 0; at < nodes_.size();) {
             const Node& node = nodes_[at];
@@ -57,15 +71,15 @@ public:
             }
             for (int position = node.begin; position < node.end; ++position) {
                 const int i = order_[position];
-                if (boxes_[i].meets(box)) {
-                    visit(i);
+                if (boxes_[i].meets(box) && visit(i)) {
+                    return true;
                 }
             }
             ++at;
         }
+        return false;
     }
 
-private:
     static constexpr int leaf_size = 4;
 
     struct Node {

@@ -33,6 +33,7 @@ private:
     void copy_points();
     void include_far_ends(const std::vector<int>& edges);
     void include_magnitudes(const double* point);
+    void box_edges(const std::vector<int>& edges);
     void find_faces_in_reach();
     bool is_boxable(const POLY3D& face) const;
     bool is_beside_reach(const POLY3D& face) const;
@@ -46,9 +47,10 @@ private:
 
     TMOD3D& model_;
     std::vector<std::array<double, 3>> points_; ///< of the vertices; not a number for unsound ones
-    double largest_ = 0;       ///< largest magnitude of a coordinate that takes part
-    Box3 reach_;               ///< around the boxes of all edges that have one
-    std::vector<int> boxed_;   ///< faces whose box meets the reach, ascending
+    double largest_ = 0;                   ///< largest magnitude of a coordinate that takes part
+    Box3 reach_;                           ///< around the boxes of all edges that have one
+    std::optional<korvel::BoxTree> edges_; ///< those boxes, if they are few
+    std::vector<int> boxed_;   ///< faces whose box meets one of an edge, or the reach, ascending
     std::vector<Box3> boxes_;  ///< theirs, which a tree takes over
     std::vector<int> unboxed_; ///< faces without a box, ascending
     std::optional<korvel::BoxTree> tree_;
@@ -110,12 +112,7 @@ CrossingFinder::CrossingFinder(TMOD3D& model, const std::vector<int>& edges)
     constexpr std::size_t worth_a_tree = 32;
     copy_points();
     include_far_ends(edges);
-    Box3 box;
-    for (const int e : edges) {
-        if (box_edge(model.lines[e], box)) {
-            reach_.include(box);
-        }
-    }
+    box_edges(edges);
     find_faces_in_reach();
     if (edges.size() >= worth_a_tree) {
         tree_.emplace(std::move(boxes_));
@@ -161,6 +158,22 @@ void CrossingFinder::include_magnitudes(const double* point) {
     }
 }
 
+void CrossingFinder::box_edges(const std::vector<int>& edges) {
+    // Of more edges the tree excludes fewer faces than it takes time for.
+    constexpr std::size_t faces_to_an_edge = 64;
+    std::vector<Box3> boxes;
+    Box3 box;
+    for (const int e : edges) {
+        if (box_edge(model_.lines[e], box)) {
+            reach_.include(box);
+            boxes.push_back(box);
+        }
+    }
+    if (boxes.size() * faces_to_an_edge < static_cast<std::size_t>(model_.polys.GetSize())) {
+        edges_.emplace(std::move(boxes));
+    }
+}
+
 void CrossingFinder::find_faces_in_reach() {
     for (int f = 0; f < model_.polys.GetSize(); ++f) {
         const POLY3D& face = model_.polys[f];
@@ -168,7 +181,7 @@ void CrossingFinder::find_faces_in_reach() {
             unboxed_.push_back(f);
         } else if (!is_beside_reach(face)) {
             const Box3 box = box_of(face);
-            if (box.meets(reach_)) {
+            if (box.meets(reach_) && (!edges_ || edges_->has_meeting(box))) {
                 boxed_.push_back(f);
                 boxes_.push_back(box);
             }
