@@ -33,6 +33,9 @@ struct GapLines {
 
 std::optional<Gap> gap_at(const CurveEnd& end, const GapLines& lines, const BoxTree& tree,
                           double reach);
+bool is_last_of(const CurveEnd& end, std::size_t segment);
+BoxTree::Box box_around(const GridPoint& point, double reach);
+std::int32_t whole(double value);
 std::optional<Point2> place_within(const CurveEnd& end, const GridSegment& segment, double reach);
 Point2 nearest_on(const GridSegment& segment, const GridPoint& point);
 double steps_between(const Point2& a, const Point2& b);
@@ -86,19 +89,19 @@ GapLines::GapLines(const Network& network) {
     }
 }
 
-// None where a line passes the end: the network is split there. What the end goes across has been
-// met before it.
+// None where a line passes the end: the network is split there. Most ends are so, for which few
+// segments are looked at. What the end goes across has been met before it.
 std::optional<Gap> gap_at(const CurveEnd& end, const GapLines& lines, const BoxTree& tree,
                           double reach) {
-    static constexpr double greatest = std::numeric_limits<std::int32_t>::max();
-    static constexpr double least = std::numeric_limits<std::int32_t>::min();
-    const auto at = [](double value) {
-        return static_cast<std::int32_t>(std::clamp(value, least, greatest));
-    };
-    const double around = std::ceil(reach);
-    const BoxTree::Box box = {at(end.place.x - around), at(end.place.y - around),
-                              at(end.place.x + around), at(end.place.y + around)};
     bool is_met = false;
+    tree.for_each_in(
+        [&](const BoxTree::Box& box) { return !is_met && box.meets(box_around(end.place, 0)); },
+        [&](std::size_t i) {
+            is_met = is_met || (!is_last_of(end, i) && passes(lines.segments[i], end.place));
+        });
+    if (is_met) {
+        return std::nullopt;
+    }
     double shortest = reach;
     std::optional<Point2> to;
     const auto offer = [&](const std::optional<Point2>& place) {
@@ -108,25 +111,35 @@ std::optional<Gap> gap_at(const CurveEnd& end, const GapLines& lines, const BoxT
             to = place;
         }
     };
-    tree.for_each_at(box, [&](std::size_t i) {
+    tree.for_each_at(box_around(end.place, reach), [&](std::size_t i) {
         const GridSegment& segment = lines.segments[i];
-        if (lines.curves[i] != end.curve) {
-            is_met = is_met || passes(segment, end.place);
-            if (!cross(segment, lines.segments[end.segment])) {
-                offer(place_within(end, segment, reach));
-            }
-        } else if (i != end.segment) {
-            is_met = is_met || passes(segment, end.place);
+        if (lines.curves[i] != end.curve && !cross(segment, lines.segments[end.segment])) {
+            offer(place_within(end, segment, reach));
         }
     });
-    if (!is_met) {
-        offer(to_point(end.other));
-    }
-    if (is_met || !to) {
+    offer(to_point(end.other));
+    if (!to) {
         return std::nullopt;
     }
-    const auto whole = [&](double value) { return at(std::floor(value + 0.5)); };
     return Gap{end.curve, end.place, {whole((*to)[0]), whole((*to)[1])}};
+}
+
+// Whether a segment is the one of the curve that ends there.
+bool is_last_of(const CurveEnd& end, std::size_t segment) {
+    return segment == end.segment;
+}
+
+BoxTree::Box box_around(const GridPoint& point, double reach) {
+    const double steps = std::ceil(reach);
+    return {whole(point.x - steps), whole(point.y - steps), whole(point.x + steps),
+            whole(point.y + steps)};
+}
+
+// The nearest whole number of 32 bits.
+std::int32_t whole(double value) {
+    constexpr double greatest = std::numeric_limits<std::int32_t>::max();
+    constexpr double least = std::numeric_limits<std::int32_t>::min();
+    return static_cast<std::int32_t>(std::clamp(std::floor(value + 0.5), least, greatest));
 }
 
 // The nearer end of the segment if it is within reach.

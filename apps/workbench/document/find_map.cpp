@@ -21,7 +21,7 @@ std::shared_ptr<const FoundMap> find_map(kit::Network network, const FindMapOpti
         kit::find_gaps(network, options.gap_reach, options.tolerance, context);
     const kit::FindOptions find = {.tolerance = options.tolerance};
     kit::FoundRegions regions = kit::find_regions(std::move(network), find, context);
-    auto found = std::make_shared<FoundMap>(regions.map());
+    auto found = std::make_shared<FoundMap>(regions.take_map());
     found->map.colour_distinctly();
     found->neighbours = found->map.neighbours();
     found->report = regions.report();

@@ -9,6 +9,7 @@
 #include "apps/workbench/map/cut_tool.h"
 #include "apps/workbench/map/draw_tool.h"
 #include "apps/workbench/map/edit_tool.h"
+#include "apps/workbench/map/import_dialog.h"
 #include "apps/workbench/map/join_tool.h"
 #include "apps/workbench/map/map_view.h"
 #include "apps/workbench/map/measure_tool.h"
@@ -46,8 +47,8 @@ void MapActions::add_changes(QMenu& menu) {
     remove_curves = add(menu, tr("Delete C&urves"), tr("Delete the curves of the chosen points"),
                         QKeySequence(Qt::SHIFT | Qt::Key_Delete));
     cut_at_points = add(menu, tr("Cut at P&oints"), tr("Cut curves at the chosen points"));
-    join_ends = add(menu, tr("Join E&nds"), tr("Join the two chosen ends of curves"));
-    reverse = add(menu, tr("&Reverse"), tr("Reverse the direction of the chosen curves"));
+    join_ends = add(menu, tr("Join T&wo Ends"), tr("Join the two chosen ends of curves"));
+    reverse = add(menu, tr("Re&verse"), tr("Reverse the direction of the chosen curves"));
     connect(remove_points, &QAction::triggered, this, &MapActions::remove_chosen_points);
     connect(remove_curves, &QAction::triggered, this, &MapActions::remove_chosen_curves);
     connect(cut_at_points, &QAction::triggered, this, &MapActions::cut_at_chosen_points);
@@ -56,7 +57,7 @@ void MapActions::add_changes(QMenu& menu) {
 }
 
 void MapActions::add_settings(const Menus& menus) {
-    snaps = add(*menus.map, tr("Sn&ap"), tr("Move new points to ends and lines close to them"));
+    snaps = add(*menus.map, tr("S&nap"), tr("Move new points to ends and lines close to them"));
     snaps->setCheckable(true);
     snaps->setChecked(view_.snapping().is_on);
     connect(snaps, &QAction::toggled, this, [this](bool is_on) {
@@ -72,6 +73,9 @@ void MapActions::add_settings(const Menus& menus) {
 }
 
 void MapActions::add_background(QMenu& menu) {
+    QAction* import_action =
+        add(menu, tr("Impo&rt Map…"), tr("Choose the grid and the layer of a map that is read"));
+    connect(import_action, &QAction::triggered, this, [this] { import_map(view_); });
     QAction* open = add(menu, tr("Background P&icture…"), tr("Digitise over a scanned picture"));
     connect(open, &QAction::triggered, this, [this] { open_background(view_); });
     place_background = add(menu, tr("Place Back&ground"),
@@ -83,7 +87,7 @@ void MapActions::add_background(QMenu& menu) {
             view_.choose(std::make_unique<BackgroundTool>(view_));
         }
     });
-    QAction* remove = add(menu, tr("Remo&ve Background"), tr("No picture under the map"));
+    QAction* remove = add(menu, tr("Remove &Background"), tr("No picture under the map"));
     connect(remove, &QAction::triggered, this,
             [this] { view_.map().set_background(tr("Remove background"), {}); });
     const auto follow = [this, remove] {
@@ -96,9 +100,9 @@ void MapActions::add_background(QMenu& menu) {
 }
 
 void MapActions::add_sights(QMenu& menu) {
-    QAction* all = add(menu, tr("Sho&w All"), tr("Show the whole map"), Qt::Key_Home);
+    QAction* all = add(menu, tr("&Fit Map"), tr("Show the whole map"), Qt::Key_Home);
     connect(all, &QAction::triggered, &view_, &MapView::show_all);
-    shows_labels = add(menu, tr("La&bels"), tr("Names or numbers of regions"));
+    shows_labels = add(menu, tr("L&abels"), tr("Names or numbers of regions"));
     shows_problems = add(menu, tr("Problem Mar&ks"), tr("Circles around loose ends and gaps"));
     shows_triangles = add(menu, tr("&Triangles"), tr("The triangles that cover the regions"));
     for (QAction* action : {shows_labels, shows_problems, shows_triangles}) {

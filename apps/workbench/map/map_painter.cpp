@@ -106,10 +106,19 @@ void MapPainter::paint_curves(const Curves& curves) {
         }
         lines_.end_line();
     }
-    painter_.setPen(QPen(palette_.color(QPalette::Text), 1));
-    for (const QPolygonF& line : lines_.take()) {
+    const std::vector<QPolygonF> seen = lines_.take();
+    qsizetype points = 0;
+    for (const QPolygonF& line : seen) {
+        points += line.size();
+    }
+    // Smoothed lines take several times as long, and do not show where they are that dense.
+    constexpr qsizetype most_smooth = 10000;
+    painter_.setRenderHint(QPainter::Antialiasing, points <= most_smooth);
+    painter_.setPen(QPen(palette_.color(QPalette::Text), points <= most_smooth ? 1 : 0));
+    for (const QPolygonF& line : seen) {
         painter_.drawPolyline(line);
     }
+    painter_.setRenderHint(QPainter::Antialiasing);
 }
 
 void MapPainter::paint_labels(const FoundMap& found) {

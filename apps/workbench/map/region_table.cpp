@@ -24,6 +24,12 @@ RegionTable::RegionTable(MapView& view)
     table_->sortByColumn(RegionModel::number, Qt::AscendingOrder);
     table_->setWordWrap(false);
     table_->verticalHeader()->hide();
+    constexpr int row_margin = 6;
+    table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + row_margin);
+    table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    for (const int column : {RegionModel::number, RegionModel::low, RegionModel::high}) {
+        table_->setColumnWidth(column, table_->fontMetrics().horizontalAdvance(tr("Region ▼ 00")));
+    }
     table_->horizontalHeader()->setStretchLastSection(true);
     setWidget(table_);
     connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
