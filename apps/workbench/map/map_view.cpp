@@ -23,6 +23,8 @@ MapView::MapView(Document& document, QWidget* parent)
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Map"));
+    constexpr QSize least(320, 240);
+    setMinimumSize(least);
     const kit::Rectangle first_part = {.left = 0, .top = 0, .right = 1000, .bottom = 1000};
     viewport_.resize(size());
     viewport_.show(first_part);

@@ -49,14 +49,27 @@ void MainWindow::add_views() {
     views_->addWidget(map_view_);
     views_->addWidget(right);
     setCentralWidget(views_);
-    for (QDockWidget* dock : section_view_->docks()) {
-        addDockWidget(Qt::RightDockWidgetArea, dock);
-    }
-    for (QDockWidget* dock : map_view_->docks()) {
-        addDockWidget(Qt::LeftDockWidgetArea, dock);
-    }
-    tabifyDockWidget(map_view_->docks().front(), map_view_->docks().back());
-    map_view_->docks().front()->raise();
+    add_docks();
+}
+
+// In one column of tabs, so that the views have room in a small window.
+void MainWindow::add_docks() {
+    constexpr int width = 240;
+    QDockWidget* first = map_view_->docks().front();
+    addDockWidget(Qt::LeftDockWidgetArea, first);
+    QDockWidget* last = first;
+    const auto add = [&](const auto& docks) {
+        for (QDockWidget* dock : docks) {
+            if (dock != first) {
+                tabifyDockWidget(last, dock);
+                last = dock;
+            }
+        }
+    };
+    add(map_view_->docks());
+    add(section_view_->docks());
+    first->raise();
+    resizeDocks({first}, {width}, Qt::Horizontal);
 }
 
 void MainWindow::add_menus() {
