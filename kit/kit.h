@@ -46,6 +46,7 @@
 #include "kit/pictures/flat_picture.h"
 #include "kit/pictures/gl_view.h"
 #include "kit/pictures/label_writer.h"
+#include "kit/pictures/model_painter.h"
 #include "kit/pictures/model_picture.h"
 #include "kit/pictures/model_view.h"
 #include "kit/pictures/picture_fit.h"

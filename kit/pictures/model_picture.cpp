@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "kit/base/rectangle.h"
+#include "kit/pictures/face_colour.h"
 #include "kit/solids/exact.h"
 
 namespace korvel::kit {
@@ -45,7 +46,6 @@ private:
 };
 
 void draw_faces(const TMOD3D& model);
-std::array<float, 4> face_colour(const BODY3D& body, const POLY3D& face);
 std::vector<double> outline_strengths(const TMOD3D& model, double pixel);
 bool is_hatching(const TMOD3D& model, const LINE3D& edge, double pixel);
 void fill_face(const TMOD3D& model, int face, const GlColour& colour);
@@ -72,10 +72,15 @@ void draw_model(const TMOD3D& shown, bool with_edges, bool with_box) {
     }
 }
 
+void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges, double angle) {
+    draw_outlines(model, frame, with_edges, outline_edges(model, angle));
+}
+
 // In front of the faces by little more than these recede from one pixel to the next, lest what is
 // behind an edge of a face comes through; where all edges are drawn, as far as the library lifts
 // those, which the outlines cover.
-void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges, double angle) {
+void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges,
+                   std::span<const int> edges) {
     const double depth = model.view_bounds[5] - model.view_bounds[4];
     const double lift = with_edges ? 0.005 * depth : std::max(2.5 * frame.unit, 1e-5 * depth);
     const std::vector<double> strengths = outline_strengths(model, frame.unit);
@@ -84,7 +89,7 @@ void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges,
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glLineWidth(frame.line_width());
     glBegin(GL_LINES);
-    for (const int e : outline_edges(model, angle)) {
+    for (const int e : edges) {
         const LINE3D& edge = model.lines[e];
         if (!is_hatching(model, edge, frame.unit)) {
             double strength = 0;
@@ -127,17 +132,6 @@ void draw_faces(const TMOD3D& model) {
             painter.add(model, face, face_colour(body, face));
         }
     }
-}
-
-std::array<float, 4> face_colour(const BODY3D& body, const POLY3D& face) {
-    constexpr float per_turn = 0.6F;
-    constexpr float edge_on = 0.2F;
-    const auto lightness = static_cast<float>(std::abs(face.rotated_plane[2]) * per_turn + edge_on);
-    std::array<float, 4> colour = {};
-    colour[3] = static_cast<float>(body.alpha);
-    CMYColor().HLSToRGBf(static_cast<float>(body.hue), lightness,
-                         static_cast<float>(body.saturation), colour[0], colour[1], colour[2]);
-    return colour;
 }
 
 TrianglePainter::TrianglePainter() {

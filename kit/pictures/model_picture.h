@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "kit/pictures/view_frame.h"
 #include "kit/solids/outline_edges.h"
 #include "kit/solids/pick.h"
@@ -15,12 +17,15 @@ namespace korvel::kit {
 void draw_model(const TMOD3D& shown, bool with_edges, bool with_box);
 
 /// Over a drawn model its outlines (`outline_edges` with the angle), thin and dark, where no face
-/// hides them;
-/// those of bodies that are small as seen are paler. Blending is off afterwards. Of the upright
-/// edges of a finely divided wall those that would be a few pixels apart are left out. Covers the
-/// edges if `draw_model` drew them. The relations must be current.
+/// hides them; those of bodies that are small as seen are paler. Blending is off afterwards. Of the
+/// upright edges of a finely divided wall those that would be a few pixels apart are left out.
+/// Covers the edges if `draw_model` drew them. The relations must be current.
 void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges,
                    double angle = smooth_angle);
+
+/// The same with edges that the caller keeps from one picture to the next.
+void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges,
+                   std::span<const int> edges);
 
 /// Marks over a drawn model what was picked: the face yellow where it is seen, and in front of
 /// everything the edge red, the vertex as a blue dot and the point as a smaller white one.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 #include "kit/solids/exact.h"
 
@@ -22,6 +23,31 @@ std::optional<Pick> pick(TMOD3D& model, double u, double v) {
     found.depth = click[2];
     std::copy_n(model.pick_data + pick_point, 3, found.point.begin());
     std::copy_n(model.pick_data + pick_edge_point, 3, found.on_edge.begin());
+    return found;
+}
+
+// The exact class passes over what does not face the viewer.
+std::optional<Pick> pick(TMOD3D& model, double u, double v, const std::set<int>& hidden) {
+    constexpr int faces_viewer = 16;
+    const auto is_shown = [&](int body) { return !hidden.contains(body); };
+    std::vector<int> passed_over;
+    for (int f = 0; f < model.polys.GetSize() && !hidden.empty(); ++f) {
+        POLY3D& face = model.polys[f];
+        if ((face.state_flags & faces_viewer) != 0 &&
+            std::none_of(face.bodies.begin(), face.bodies.end(), is_shown)) {
+            face.state_flags &= ~faces_viewer;
+            passed_over.push_back(f);
+        }
+    }
+    std::optional<Pick> found = pick(model, u, v);
+    for (const int f : passed_over) {
+        model.polys[f].state_flags |= faces_viewer;
+    }
+    if (found && !is_shown(found->body)) { // the first of two that share the face
+        const CArray<int>& bodies = model.polys[found->face].bodies;
+        found->body = *std::find_if(bodies.begin(), bodies.end(), is_shown);
+        model.edit_state[edit_picked_body] = found->body;
+    }
     return found;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 
 #include "kit/base/points.h"
 #include "korvel/module/korvel.h"
@@ -25,5 +26,8 @@ struct Pick {
 /// as it was.
 std::optional<Pick> pick(TMOD3D& model, double u, double v);
 std::optional<Pick> pick(const TMOD3D& model, double u, double v);
+
+/// The same, through the faces of which every body is hidden.
+std::optional<Pick> pick(TMOD3D& model, double u, double v, const std::set<int>& hidden);
 
 } // namespace korvel::kit

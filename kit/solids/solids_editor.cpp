@@ -41,9 +41,9 @@ void SolidsEditor::set_view(const ViewAngles& angles) {
     solids_.set_view(angles);
 }
 
-std::optional<Pick> SolidsEditor::pick(double u, double v) {
+std::optional<Pick> SolidsEditor::pick(double u, double v, const std::set<int>& hidden) {
     bring_up_to_date();
-    selected_.pick = kit::pick(model(), u, v);
+    selected_.pick = kit::pick(model(), u, v, hidden);
     return selected_.pick;
 }
 

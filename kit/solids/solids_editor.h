@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "kit/base/context.h"
@@ -43,8 +45,9 @@ public:
 
     // Pick and gather.
 
-    /// What is seen at u, v, as `Solids::pick`; insertions go there.
-    std::optional<Pick> pick(double u, double v);
+    /// What is seen at u, v, as `Solids::pick`; insertions go there. Bodies that are hidden are
+    /// looked through.
+    std::optional<Pick> pick(double u, double v, const std::set<int>& hidden = {});
 
     /// Gathers a body, to move it as it is, and the faces and edges of other bodies at its
     /// vertices. Throws an `Error` for a number that is no body, and for a body without faces.
@@ -116,6 +119,11 @@ public:
     /// picked point, or a triangle would be degenerate. Linear, and keeps a copy of the model.
     bool insert_on_face();
     bool insert_on_edge();
+
+    // Name and colour, as in `Solids`. Undo does not change them back.
+
+    void set_name(int body, std::string_view name) { solids_.set_name(body, name); }
+    void set_colour(int body, const BodyColour& colour) { solids_.set_colour(body, colour); }
 
     // Undo and redo.
 

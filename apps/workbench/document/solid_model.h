@@ -37,9 +37,12 @@ public:
     /// Up to date also after moves that are not finished (`SolidsEditor::solids`).
     const kit::Solids& solids() const;
 
-    /// For picks, and for changes that are tried while the mouse drags. What was tried is undone
-    /// before anything else of this class is called, except for `finish`.
-    kit::SolidsEditor& editor();
+    /// The same without bringing anything up to date, for drawing while a change is tried: the
+    /// positions in the view are current, also of what moves; orientation and volumes may not be.
+    const kit::Solids& drawn() const { return *pair_.drawn; }
+
+    /// What is seen at u, v in the view; hidden bodies are looked through.
+    std::optional<kit::Pick> pick(double u, double v);
 
     /// Whether solids can be changed: no operation is at work.
     bool can_change() const;
@@ -58,8 +61,9 @@ public:
     /// reported by `refused`.
     void change(const QString& text, const SolidChange& change);
 
-    /// The same for a change that was just made with `editor()` and is kept.
-    void finish(const QString& text, SolidChange change);
+    /// Sets what belongs to a body, as a step.
+    void set_name(int body, const QString& name);
+    void set_colour(int body, const kit::BodyColour& colour);
 
     /// Makes other solids from the current ones in the worker, as an operation and a step. `make`
     /// gets a copy of its own.
@@ -72,6 +76,27 @@ public:
     /// Turns the view of this thread's copy; no step.
     void set_view(const kit::ViewAngles& angles);
 
+    // Try a change on this thread's copy, while the mouse drags. Everything else that changes the
+    // solids or the view first ends the trial.
+
+    /// Begins with what is to move: `gather` does not change anything. False, with the reason
+    /// reported by `refused`, if it throws a kit::Error, and while `can_change` is false. The
+    /// result of `gathered` is valid until the trial ends.
+    bool begin_trial(SolidChange gather);
+    kit::SolidsEditor& gathered() { return *pair_.shown; }
+
+    /// Makes a move in the place of the one tried before, and judges it. Of a large model the
+    /// verdict may be missing unless it is waited for.
+    std::optional<kit::Verdict> try_move(const SolidChange& move, bool waits_for_verdict = false);
+
+    bool is_trying() const { return trial_.has_value(); }
+
+    /// The move that was tried last becomes a step.
+    void keep_trial(const QString& text);
+
+    /// It is undone, and everything as before.
+    void end_trial();
+
     // The worker.
 
     /// Calls `ask` with the worker's copy, in its thread, after all changes so far.
@@ -79,8 +104,11 @@ public:
     void follow(const std::string& key, Ask ask);
 
 signals:
-    void solids_changed(); ///< other bodies, or coordinates
-    void view_changed();   ///< turned
+    void solids_changed();  ///< other bodies, or coordinates
+    void solids_replaced(); ///< by others, before `solids_changed`
+    void bodies_changed();  ///< names or colours
+    void trial_changed();   ///< tried another move, or ended
+    void view_changed();    ///< turned
     void hidden_changed();
     void selection_changed(); ///< of bodies
     void refused(const QString& text, const QString& reason);
@@ -90,15 +118,24 @@ private:
     struct Pair {
         std::unique_ptr<kit::SolidsEditor> shown;
         std::shared_ptr<kit::SolidsEditor> worked;
+        const kit::Solids* drawn = nullptr; // of `shown`
+    };
+    struct Trial {
+        SolidChange gather;
+        SolidChange move; // that was tried last
     };
     class ChangeStep;
+    class BodyStep;
     class WholeStep;
 
     static Pair pair_of(kit::Solids solids); // called in the worker: copies
 
     void replace(const QString& text, Pair pair);
     void set_replaced(const kit::ViewAngles& angles);
+    void finish(const QString& text, SolidChange change);
+    void make(const SolidChange& change);
     void on_both(const SolidChange& change);
+    void set_body(const QString& text, SolidChange change, SolidChange back);
     void on_worked(const SolidChange& change);
 
     History& history_;
@@ -106,6 +143,7 @@ private:
     Pair pair_;
     std::set<int> hidden_;
     std::set<int> selected_;
+    std::optional<Trial> trial_;
 };
 
 } // namespace korvel::workbench

@@ -22,21 +22,51 @@ bool PickTool::release(const SolidMouse& mouse) {
         return false;
     }
     SolidModel& solids = view_.document().solids();
-    pick_ = solids.editor().pick(mouse.u, mouse.v);
-    solids.select(pick_ ? std::set<int>{pick_->body} : std::set<int>{});
+    pick_ = solids.pick(mouse.u, mouse.v);
+    select(mouse);
+    view_.report_pick(pick_);
     view_.update();
     return true;
 }
 
-void PickTool::draw() {
-    if (pick_) {
-        kit::draw_pick(view_.document().solids().solids().model(), *pick_, view_.frame());
+void PickTool::select(const SolidMouse& mouse) {
+    SolidModel& solids = view_.document().solids();
+    std::set<int> bodies;
+    if (mouse.modifiers.testFlag(Qt::ControlModifier)) {
+        bodies = solids.selected();
+        if (pick_ && bodies.erase(pick_->body) == 0) {
+            bodies.insert(pick_->body);
+        }
+    } else if (pick_) {
+        bodies.insert(pick_->body);
     }
+    solids.select(std::move(bodies));
+}
+
+void PickTool::draw() {
+    if (!pick_ || !is_as_picked()) {
+        return;
+    }
+    const kit::Solids& solids = view_.document().solids().drawn();
+    kit::Pick shown = *pick_;
+    const kit::Point3 at = solids.to_view(shown.point);
+    shown.u = at[0];
+    shown.v = at[1];
+    shown.depth = at[2];
+    kit::draw_pick(solids.model(), shown, view_.frame());
+}
+
+// After insertions and undoing the numbers may be those of something else.
+bool PickTool::is_as_picked() const {
+    const kit::Solids& solids = view_.document().solids().drawn();
+    return pick_->face < solids.face_count() && pick_->edge < solids.edge_count() &&
+           pick_->vertex < solids.vertex_count();
 }
 
 QString PickTool::hint() const {
     return QCoreApplication::translate(
-        "PickTool", "Click picks a face; drag turns, the right button pans, the wheel zooms");
+        "PickTool", "Click picks a face, Ctrl adds its body to the selection; drag turns, the "
+                    "right button moves, the wheel zooms");
 }
 
 } // namespace korvel::workbench

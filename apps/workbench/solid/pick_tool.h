@@ -8,8 +8,7 @@ namespace korvel::workbench {
 
 class SolidView;
 
-/// A click marks what is there, with its numbers and coordinates in the status bar, and selects the
-/// body.
+/// A click marks what is there, reports its numbers and coordinates, and selects the body.
 class PickTool : public SolidTool {
 public:
     explicit PickTool(SolidView& view) : view_(view) {}
@@ -23,6 +22,9 @@ public:
     const std::optional<kit::Pick>& pick() const { return pick_; }
 
 private:
+    void select(const SolidMouse& mouse);
+    bool is_as_picked() const;
+
     SolidView& view_;
     QPointF pressed_;
     std::optional<kit::Pick> pick_;

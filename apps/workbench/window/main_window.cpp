@@ -89,6 +89,27 @@ void MainWindow::add_menus() {
     map_view_->add_actions(menus_);
     solid_view_->add_actions(menus_);
     section_view_->add_actions(menus_);
+    add_docks();
+}
+
+void MainWindow::add_docks() {
+    QDockWidget* before = nullptr;
+    for (QDockWidget* dock : solid_view_->docks()) {
+        addDockWidget(Qt::RightDockWidgetArea, dock);
+        if (before != nullptr) {
+            tabifyDockWidget(before, dock);
+        }
+        before = dock;
+    }
+    QMenu* lists = menus_.view->addMenu(tr("&Lists"));
+    for (const auto& docks : {map_view_->docks(), solid_view_->docks(), section_view_->docks()}) {
+        for (const QDockWidget* dock : docks) {
+            lists->addAction(dock->toggleViewAction());
+        }
+    }
+    for (QDockWidget* dock : solid_view_->docks()) {
+        dock->hide(); // the views need the room first
+    }
 }
 
 void MainWindow::add_file_actions() {

@@ -46,6 +46,7 @@ private:
     void add_views();
     void add_docks();
     void add_menus();
+    void add_docks();
     void add_file_actions();
     void add_edit_actions();
     void add_view_actions();
