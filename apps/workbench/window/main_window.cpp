@@ -67,6 +67,7 @@ void MainWindow::add_docks() {
         }
     };
     add(map_view_->docks());
+    add(solid_view_->docks());
     add(section_view_->docks());
     first->raise();
     resizeDocks({first}, {width}, Qt::Horizontal);
@@ -89,27 +90,6 @@ void MainWindow::add_menus() {
     map_view_->add_actions(menus_);
     solid_view_->add_actions(menus_);
     section_view_->add_actions(menus_);
-    add_docks();
-}
-
-void MainWindow::add_docks() {
-    QDockWidget* before = nullptr;
-    for (QDockWidget* dock : solid_view_->docks()) {
-        addDockWidget(Qt::RightDockWidgetArea, dock);
-        if (before != nullptr) {
-            tabifyDockWidget(before, dock);
-        }
-        before = dock;
-    }
-    QMenu* lists = menus_.view->addMenu(tr("&Lists"));
-    for (const auto& docks : {map_view_->docks(), solid_view_->docks(), section_view_->docks()}) {
-        for (const QDockWidget* dock : docks) {
-            lists->addAction(dock->toggleViewAction());
-        }
-    }
-    for (QDockWidget* dock : solid_view_->docks()) {
-        dock->hide(); // the views need the room first
-    }
 }
 
 void MainWindow::add_file_actions() {
@@ -146,8 +126,11 @@ void MainWindow::add_view_actions() {
     add(tr("&Solids"), solid_view_, Qt::Key_F6);
     add(tr("Se&ction"), section_view_, Qt::Key_F7);
     menus_.view->addSeparator();
-    for (const QDockWidget* dock : map_view_->docks()) {
-        menus_.view->addAction(dock->toggleViewAction());
+    QMenu* lists = menus_.view->addMenu(tr("&Lists"));
+    for (const auto& docks : {map_view_->docks(), solid_view_->docks(), section_view_->docks()}) {
+        for (const QDockWidget* dock : docks) {
+            lists->addAction(dock->toggleViewAction());
+        }
     }
 }
 

@@ -44,7 +44,6 @@ protected:
 
 private:
     void add_views();
-    void add_docks();
     void add_menus();
     void add_docks();
     void add_file_actions();
