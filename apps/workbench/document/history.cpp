@@ -5,8 +5,8 @@
 namespace korvel::workbench {
 
 void History::add(std::unique_ptr<Step> step) {
-    if (saved_ > done_) {
-        is_saved_state_known_ = false;
+    for (State* state : {&saved_, &marked_}) {
+        state->is_known = state->is_known && state->at <= done_;
     }
     steps_.resize(done_);
     steps_.push_back(std::move(step));
@@ -52,16 +52,20 @@ void History::set_memory_limit(std::size_t bytes) {
 }
 
 void History::set_saved() {
-    saved_ = done_;
-    is_saved_state_known_ = true;
+    mark();
+    set_marked_saved();
+}
+
+void History::set_marked_saved() {
+    saved_ = marked_;
     emit changed();
 }
 
-void History::clear() {
+void History::clear(bool is_saved) {
     steps_.clear();
     done_ = 0;
-    saved_ = 0;
-    is_saved_state_known_ = true;
+    saved_ = {.is_known = is_saved};
+    marked_ = {};
     emit changed();
 }
 
@@ -72,10 +76,9 @@ void History::drop_oldest() {
         steps_.front()->forget();
         steps_.pop_front();
         --done_;
-        if (saved_ == 0) {
-            is_saved_state_known_ = false;
-        } else {
-            --saved_;
+        for (State* state : {&saved_, &marked_}) {
+            state->is_known = state->is_known && state->at > 0;
+            state->at -= state->at > 0 ? 1 : 0;
         }
     }
 }

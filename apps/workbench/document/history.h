@@ -59,10 +59,16 @@ public:
     void set_memory_limit(std::size_t bytes);
 
     /// Whether the document is as it was at the last call of `set_saved`.
-    bool is_saved() const { return is_saved_state_known_ && saved_ == done_; }
+    bool is_saved() const { return saved_.is_known && saved_.at == done_; }
     void set_saved();
 
-    void clear();
+    /// For saving that takes a while, during which there may be further changes: what is saved now
+    /// is marked, and is the state of `is_saved` from `set_marked_saved` on.
+    void mark() { marked_ = {done_}; }
+    void set_marked_saved();
+
+    /// Without steps the document is saved, or not until it is.
+    void clear(bool is_saved = true);
 
     /// So many steps are kept whatever memory they take.
     static constexpr std::size_t kept_steps = 100;
@@ -71,12 +77,17 @@ signals:
     void changed();
 
 private:
+    struct State {
+        std::size_t at = 0;   // after so many steps
+        bool is_known = true; // the steps lead to it
+    };
+
     void drop_oldest();
 
     std::deque<std::unique_ptr<Step>> steps_;
     std::size_t done_ = 0; // steps that are not undone
-    std::size_t saved_ = 0;
-    bool is_saved_state_known_ = true; // the steps lead to the state that was saved
+    State saved_;
+    State marked_;
     std::size_t memory_limit_ = std::size_t{1} << 30U;
 };
 

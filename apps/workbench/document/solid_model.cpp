@@ -302,9 +302,13 @@ void SolidModel::on_worked(const SolidChange& change) {
 }
 
 void SolidModel::follow(const std::string& key, Ask ask) {
-    worker_.follow(key, [ask = std::move(ask), worked = pair_.worked](const kit::Context& context) {
+    worker_.follow(key, asking(std::move(ask)));
+}
+
+Worker::Work SolidModel::asking(Ask ask) const {
+    return [ask = std::move(ask), worked = pair_.worked](const kit::Context& context) {
         return ask(*worked, context);
-    });
+    };
 }
 
 } // namespace korvel::workbench

@@ -103,6 +103,9 @@ public:
     using Ask = std::function<Worker::Deliver(kit::SolidsEditor&, const kit::Context&)>;
     void follow(const std::string& key, Ask ask);
 
+    /// The same as work for `Worker::run`.
+    Worker::Work asking(Ask ask) const;
+
 signals:
     void solids_changed();  ///< other bodies, or coordinates
     void solids_replaced(); ///< by others, before `solids_changed`
