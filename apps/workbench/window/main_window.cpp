@@ -1,6 +1,7 @@
 #include "apps/workbench/window/main_window.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -18,13 +19,14 @@
 #include "apps/workbench/map/map_view.h"
 #include "apps/workbench/section/section_view.h"
 #include "apps/workbench/solid/solid_view.h"
+#include "apps/workbench/window/export_actions.h"
 #include "apps/workbench/window/preferences.h"
 #include "apps/workbench/window/samples.h"
 
 namespace korvel::workbench {
 
-MainWindow::MainWindow() {
-    setWindowTitle(QStringLiteral("korvel[*]"));
+MainWindow::MainWindow(const std::filesystem::path& autosave)
+    : file_actions_(document_, *this, autosave) {
     setAcceptDrops(true);
     add_views();
     add_menus();
@@ -35,7 +37,11 @@ MainWindow::MainWindow() {
 }
 
 void MainWindow::open(const std::filesystem::path& file) {
-    document_.open(file);
+    if (is_project_file(file)) {
+        file_actions_.open_project(file);
+    } else {
+        document_.open(file);
+    }
 }
 
 void MainWindow::add_views() {
@@ -97,6 +103,16 @@ void MainWindow::add_file_actions() {
                                            [this] { open_with_dialog(false); });
     menus_.file->addAction(tr("&Add Model…"), this, [this] { open_with_dialog(true); });
     add_samples();
+    file_actions_.add_actions(menus_);
+    export_actions_ = new ExportActions(document_, *solid_view_, *section_view_, *this);
+    export_actions_->add_actions(menus_);
+    connect(&file_actions_, &FileActions::import_requested, this,
+            [this](const QString& file) { this->open(kit::path_of(file.toStdString())); });
+    connect(&file_actions_.autosave(), &Autosave::failed, this, [this](const QString& message) {
+        report_problem(tr("Unsaved work is not kept"), message);
+    });
+    connect(export_actions_, &ExportActions::written, this,
+            [this](const QString& file) { hint_->setText(tr("Wrote %1").arg(file)); });
     menus_.file->addSeparator();
     menus_.file->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close)
         ->setMenuRole(QAction::QuitRole);
@@ -196,14 +212,18 @@ void MainWindow::connect_worker() {
             [this](const QString& /*title*/, const QString& message) { hint_->setText(message); });
     connect(&document_, &Document::opened, this,
             [this](const QString& file, const QString& report) {
+                file_actions_.add_recent(kit::path_of(file.toStdString()));
                 hint_->setText(file + QStringLiteral(": ") + report);
             });
 }
 
 void MainWindow::open_with_dialog(bool adds) {
     const QString file = QFileDialog::getOpenFileName(this, tr("Open"));
-    if (!file.isEmpty()) {
-        document_.open(kit::path_of(file.toStdString()), {.adds = adds});
+    const std::filesystem::path path = kit::path_of(file.toStdString());
+    if (!file.isEmpty() && is_project_file(path)) {
+        open(path);
+    } else if (!file.isEmpty()) {
+        document_.open(path, {.adds = adds});
     }
 }
 
@@ -240,6 +260,10 @@ void MainWindow::update_history() {
     undo_->setText(tr("&Undo %1").arg(history.undo_text()));
     redo_->setText(tr("&Redo %1").arg(history.redo_text()));
     setWindowModified(!history.is_saved());
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->setAccepted(file_actions_.may_leave());
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

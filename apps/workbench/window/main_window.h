@@ -8,6 +8,7 @@
 
 #include "apps/workbench/actions/menus.h"
 #include "apps/workbench/document/document.h"
+#include "apps/workbench/window/file_actions.h"
 
 class QLabel;
 class QProgressBar;
@@ -16,6 +17,7 @@ class QToolButton;
 
 namespace korvel::workbench {
 
+class ExportActions;
 class MapView;
 class SectionView;
 class SolidView;
@@ -25,12 +27,15 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    MainWindow();
+    /// What is not saved is kept in a folder for the case of a crash.
+    explicit MainWindow(const std::filesystem::path& autosave = Autosave::usual_folder());
 
     Document& document() { return document_; }
     MapView& map_view() { return *map_view_; }
     SolidView& solid_view() { return *solid_view_; }
     SectionView& section_view() { return *section_view_; }
+    FileActions& file_actions() { return file_actions_; }
+    ExportActions& export_actions() { return *export_actions_; }
 
     void open(const std::filesystem::path& file);
 
@@ -39,13 +44,13 @@ public:
     void set_problem_handler(ProblemHandler handler) { on_problem_ = std::move(handler); }
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
     void add_views();
     void add_menus();
-    void add_docks();
     void add_file_actions();
     void add_edit_actions();
     void add_view_actions();
@@ -61,11 +66,13 @@ private:
 
     ProblemHandler on_problem_;
     Document document_;
+    FileActions file_actions_;
     Menus menus_;
     QSplitter* views_ = nullptr;
     MapView* map_view_ = nullptr;
     SolidView* solid_view_ = nullptr;
     SectionView* section_view_ = nullptr;
+    ExportActions* export_actions_ = nullptr;
     QAction* undo_ = nullptr;
     QAction* redo_ = nullptr;
     QLabel* hint_ = nullptr;

@@ -34,6 +34,7 @@ public:
 
     QStringList files() const { return parser_.positionalArguments(); }
     QString screenshot() const { return parser_.value(screenshot_); }
+    std::filesystem::path autosave() const;
 
     /// Nothing if it is no size.
     std::optional<QSize> size() const;
@@ -42,6 +43,7 @@ private:
     QCommandLineParser parser_;
     QCommandLineOption screenshot_;
     QCommandLineOption size_;
+    QCommandLineOption autosave_;
 };
 
 int fail(const QString& message) {
@@ -74,7 +76,7 @@ int run_program(int argc, char** argv) {
     if (!size) {
         return fail(text_for_user("--size takes WIDTHxHEIGHT in pixels"));
     }
-    MainWindow window;
+    MainWindow window(arguments.autosave());
     window.resize(*size);
     if (!arguments.screenshot().isEmpty()) {
         const std::optional<QString> problem =
@@ -82,6 +84,7 @@ int run_program(int argc, char** argv) {
         return problem ? fail(*problem) : 0;
     }
     window.show();
+    window.file_actions().offer_kept();
     for (const QString& file : arguments.files()) {
         window.open(kit::path_of(file.toStdString()));
     }
@@ -95,13 +98,16 @@ Arguments::Arguments()
                   text_for_user("Write a picture of the window with the files open, and end."),
                   QStringLiteral("PNG")),
       size_(QStringLiteral("size"), text_for_user("Size of the window in pixels."),
-            QStringLiteral("WIDTHxHEIGHT"), QStringLiteral("1280x800")) {
+            QStringLiteral("WIDTHxHEIGHT"), QStringLiteral("1280x800")),
+      autosave_(QStringLiteral("autosave-dir"),
+                text_for_user("Where work that is not saved is kept for the case of a crash."),
+                QStringLiteral("FOLDER")) {
     parser_.setApplicationDescription(text_for_user(
         "Draws curves and finds their regions, raises these to solids, and turns, changes and cuts "
         "them. Opens maps and solids of every format that `korvel formats` lists."));
     parser_.addHelpOption();
     parser_.addVersionOption();
-    parser_.addOptions({screenshot_, size_});
+    parser_.addOptions({screenshot_, size_, autosave_});
     parser_.addPositionalArgument(QStringLiteral("FILE"), text_for_user("Maps or solids to open."),
                                   QStringLiteral("[FILE...]"));
 }
@@ -116,6 +122,11 @@ void Arguments::answer_or_exit(int argc, char** argv) {
     if (parser_.isSet(QStringLiteral("version"))) {
         parser_.showVersion();
     }
+}
+
+std::filesystem::path Arguments::autosave() const {
+    return parser_.isSet(autosave_) ? kit::path_of(parser_.value(autosave_).toStdString())
+                                    : Autosave::usual_folder();
 }
 
 std::optional<QSize> Arguments::size() const {
