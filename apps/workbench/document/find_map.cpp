@@ -70,7 +70,8 @@ void list_problems(FoundMap& found, const kit::FoundRegions& regions,
         found.problems.push_back(
             {Problem::Kind::sliver,
              QCoreApplication::translate("Problem", "region %1 is a sliver").arg(sliver),
-             found.map[sliver].bounds()});
+             found.map[sliver].bounds(),
+             {}});
     }
 }
 
@@ -107,9 +108,11 @@ Problem problem_of(const kit::Dropped& dropped, const kit::Grid& grid) {
         break;
     }
     problem.text = QString::fromStdString(kit::text(dropped));
+    problem.line.reserve(dropped.line.size());
     for (const kit::GridPoint& point : dropped.line) {
         const kit::Point2 user = grid.to_user(point);
         problem.bounds.take_in(user[0], user[1]);
+        problem.line.push_back(user);
     }
     return problem;
 }

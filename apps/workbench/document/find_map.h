@@ -24,8 +24,9 @@ struct RegionNote {
 struct Problem {
     enum class Kind { loose_end, bridge, duplicate, no_length, sliver, gap };
     Kind kind = Kind::loose_end;
-    QString text;          ///< for the list
-    kit::Rectangle bounds; ///< in the user's coordinates
+    QString text;                  ///< for the list
+    kit::Rectangle bounds;         ///< in the user's coordinates
+    std::vector<kit::Point2> line; ///< that is the problem, if it is one
 };
 
 /// The regions of curves with what belongs to them. Never changed, so that views and the worker can

@@ -31,6 +31,7 @@ void MapPainter::paint_background(const QImage& picture, const Background& backg
 void MapPainter::paint_regions(const FoundMap& found, const std::set<int>& selected,
                                double opacity) {
     painter_.setRenderHint(QPainter::Antialiasing, false);
+    constexpr int selected_factor = 140;
     painter_.setPen(Qt::NoPen);
     painter_.setOpacity(opacity);
     for (const kit::Region region : found.map) {
@@ -39,7 +40,8 @@ void MapPainter::paint_regions(const FoundMap& found, const std::set<int>& selec
         }
         const kit::Colour colour = region.colour();
         const QColor shown(colour.red, colour.green, colour.blue);
-        painter_.setBrush(selected.contains(region.index()) ? shown.darker() : shown);
+        painter_.setBrush(selected.contains(region.index()) ? shown.darker(selected_factor)
+                                                            : shown);
         painter_.drawPath(path_of(region, lines_));
     }
     painter_.setOpacity(1);
@@ -155,17 +157,29 @@ void MapPainter::paint_label(const FoundMap& found, int region) {
     painter_.drawText(QPointF(box.left(), box.top() + metrics.ascent()), text);
 }
 
+// Lines in the colour of marks, and circles around what is hard to see.
 void MapPainter::paint_problems(const std::vector<Problem>& problems) {
-    constexpr double room = 6;
+    constexpr double room = 5;
+    constexpr double large = 30;
     painter_.setBrush(Qt::NoBrush);
     painter_.setPen(QPen(mark_colour(), 2));
     for (const Problem& problem : problems) {
-        if (lines_.is_seen(problem.bounds)) {
-            const kit::Rectangle& box = problem.bounds;
+        const kit::Rectangle& box = problem.bounds;
+        if (!lines_.is_seen(box)) {
+            continue;
+        }
+        for (const kit::Point2& point : problem.line) {
+            lines_.add(point);
+        }
+        lines_.end_line();
+        if (lines_.size(box) < large) {
             const QRectF mark(viewport_.to_screen({box.left, box.bottom}),
                               viewport_.to_screen({box.right, box.top}));
             painter_.drawEllipse(mark.adjusted(-room, -room, room, room));
         }
+    }
+    for (const QPolygonF& line : lines_.take()) {
+        painter_.drawPolyline(line);
     }
 }
 

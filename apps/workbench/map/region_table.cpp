@@ -1,5 +1,7 @@
 #include "apps/workbench/map/region_table.h"
 
+#include <utility>
+
 #include <QHeaderView>
 #include <QScopedValueRollback>
 #include <QSortFilterProxyModel>
@@ -27,8 +29,12 @@ RegionTable::RegionTable(MapView& view)
     constexpr int row_margin = 6;
     table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + row_margin);
     table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
-    for (const int column : {RegionModel::number, RegionModel::low, RegionModel::high}) {
-        table_->setColumnWidth(column, table_->fontMetrics().horizontalAdvance(tr("Region ▼ 00")));
+    for (const auto& [column, widest] :
+         {std::pair(RegionModel::number, "Region ▼ "), std::pair(RegionModel::name, "Name of it"),
+          std::pair(RegionModel::area, "1234567890.5 "), std::pair(RegionModel::low, "Low ▼ 00"),
+          std::pair(RegionModel::high, "High ▼ 00")}) {
+        table_->setColumnWidth(column,
+                               table_->fontMetrics().horizontalAdvance(QString::fromUtf8(widest)));
     }
     table_->horizontalHeader()->setStretchLastSection(true);
     setWidget(table_);
