@@ -56,11 +56,12 @@ void PickTool::draw() {
     kit::draw_pick(solids.model(), shown, view_.frame());
 }
 
-// After insertions and undoing the numbers may be those of something else.
+// The body may be hidden, and after insertions and undoing the numbers those of something else.
 bool PickTool::is_as_picked() const {
-    const kit::Solids& solids = view_.document().solids().drawn();
-    return pick_->face < solids.face_count() && pick_->edge < solids.edge_count() &&
-           pick_->vertex < solids.vertex_count();
+    const SolidModel& model = view_.document().solids();
+    const kit::Solids& solids = model.drawn();
+    return !model.hidden().contains(pick_->body) && pick_->face < solids.face_count() &&
+           pick_->edge < solids.edge_count() && pick_->vertex < solids.vertex_count();
 }
 
 QString PickTool::hint() const {
