@@ -50,6 +50,7 @@ protected:
 
 private:
     void add_views();
+    void add_docks();
     void add_menus();
     void add_file_actions();
     void add_edit_actions();
