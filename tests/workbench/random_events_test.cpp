@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdlib>
 #include <random>
 #include <set>
@@ -52,10 +53,17 @@ private:
     int below(int end) { return static_cast<int>(random_() % static_cast<unsigned>(end)); }
 
     QWidget& any_view() {
-        const int view = below(3);
-        return view == 0   ? static_cast<QWidget&>(window_.map())
-               : view == 1 ? static_cast<QWidget&>(window_.solids())
-                           : static_cast<QWidget&>(window_.section());
+        const std::array<QWidget*, 3> views = {&window_.map(), &window_.solids(),
+                                               &window_.section()};
+        QWidget* view = nullptr;
+        while (view == nullptr || !view->isVisible()) {
+            view = views[static_cast<std::size_t>(below(4) % 3)]; // most in the map
+            if (!window_.map().isVisible() && !window_.solids().isVisible() &&
+                !window_.section().isVisible()) {
+                return *window_.operator->();
+            }
+        }
+        return *view;
     }
 
     QPointF any_place(const QWidget& view) {

@@ -133,21 +133,52 @@ void MainWindow::add_edit_actions() {
 }
 
 void MainWindow::add_view_actions() {
-    const auto add = [this](const QString& text, QWidget* widget, Qt::Key key) {
-        QAction* action = menus_.view->addAction(text, QKeySequence(key));
-        action->setCheckable(true);
-        action->setChecked(true);
-        connect(action, &QAction::toggled, widget, &QWidget::setVisible);
-    };
-    add(tr("&Map"), map_view_, Qt::Key_F5);
-    add(tr("&Solids"), solid_view_, Qt::Key_F6);
-    add(tr("Se&ction"), section_view_, Qt::Key_F7);
+    map_shown_ = add_view_action(tr("&Map"), *map_view_, Qt::Key_F5);
+    solids_shown_ = add_view_action(tr("&Solids"), *solid_view_, Qt::Key_F6);
+    section_shown_ = add_view_action(tr("Se&ction"), *section_view_, Qt::Key_F7);
+    solids_shown_->setChecked(false);
+    section_shown_->setChecked(false);
+    connect(&document_.map(), &MapModel::curves_changed, this, &MainWindow::show_views_in_use);
+    connect(&document_.solids(), &SolidModel::solids_changed, this, &MainWindow::show_views_in_use);
+    connect(&document_.section(), &SectionModel::plane_changed, this,
+            &MainWindow::show_views_in_use);
     menus_.view->addSeparator();
     QMenu* lists = menus_.view->addMenu(tr("&Lists"));
     for (const auto& docks : {map_view_->docks(), solid_view_->docks(), section_view_->docks()}) {
         for (const QDockWidget* dock : docks) {
             lists->addAction(dock->toggleViewAction());
         }
+    }
+}
+
+QAction* MainWindow::add_view_action(const QString& text, QWidget& view, Qt::Key key) {
+    QAction* action = menus_.view->addAction(text, QKeySequence(key));
+    action->setCheckable(true);
+    action->setChecked(true);
+    connect(action, &QAction::toggled, &view, [this, &view](bool is_shown) {
+        view.setVisible(is_shown);
+        solid_view_->parentWidget()->setVisible(solids_shown_->isChecked() ||
+                                                section_shown_->isChecked());
+    });
+    return action;
+}
+
+// A view comes into sight with the first thing that it shows; a map without curves makes room then.
+// What the user shows or hides later stays so.
+void MainWindow::show_views_in_use() {
+    const bool has_map = !document_.map().curves().empty();
+    if (!document_.solids().empty() && !has_shown_solids_) {
+        has_shown_solids_ = true;
+        solids_shown_->setChecked(true);
+        map_shown_->setChecked(has_map);
+    }
+    if (has_map && !has_shown_map_) {
+        has_shown_map_ = true;
+        map_shown_->setChecked(true);
+    }
+    if (document_.section().plane() && !has_shown_section_) {
+        has_shown_section_ = true;
+        section_shown_->setChecked(true);
     }
 }
 

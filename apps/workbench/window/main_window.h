@@ -55,6 +55,8 @@ private:
     void add_file_actions();
     void add_edit_actions();
     void add_view_actions();
+    QAction* add_view_action(const QString& text, QWidget& view, Qt::Key key);
+    void show_views_in_use();
     void add_help_actions();
     void add_samples();
     void edit_preferences();
@@ -74,6 +76,12 @@ private:
     SolidView* solid_view_ = nullptr;
     SectionView* section_view_ = nullptr;
     ExportActions* export_actions_ = nullptr;
+    QAction* map_shown_ = nullptr;
+    QAction* solids_shown_ = nullptr;
+    QAction* section_shown_ = nullptr;
+    bool has_shown_map_ = false;
+    bool has_shown_solids_ = false;
+    bool has_shown_section_ = false;
     QAction* undo_ = nullptr;
     QAction* redo_ = nullptr;
     QLabel* hint_ = nullptr;
