@@ -83,7 +83,7 @@ PlanePoint place_of(const Outline& outline, int number) {
     return outline.places[static_cast<std::size_t>(number)];
 }
 
-Point2 to_point(PlanePoint p) {
+Point2 in_doubles(PlanePoint p) {
     return {p.x, p.y};
 }
 
@@ -154,7 +154,7 @@ std::optional<std::pair<FlawReason, Point2>> meeting(const Outline& outline, con
         const int first = std::max(std::min(s.from, s.to), std::min(t.from, t.to));
         const int last = std::min(std::max(s.from, s.to), std::max(t.from, t.to));
         return first < last ? std::optional(std::pair(FlawReason::rings_overlap,
-                                                      to_point(place_of(outline, first))))
+                                                      in_doubles(place_of(outline, first))))
                             : std::nullopt;
     }
     if (c_side * d_side >= 0 || turn(c, d, a) * turn(c, d, b) >= 0) {
@@ -222,7 +222,7 @@ Flaw misplaced_ring(const Outline& outline, const DelaunayTriangles& triangles) 
     }
     const std::vector<int>& ring = triangles.rings[of_side];
     const int number = outline.numbers[of_side];
-    const Point2 first = to_point(place_of(outline, ring.front()));
+    const Point2 first = in_doubles(place_of(outline, ring.front()));
     if (of_side > 0 && !is_in_ring(outline, outline.rings.front(), middle)) {
         return {FlawReason::hole_outside, first, number, 0};
     }
@@ -232,7 +232,7 @@ Flaw misplaced_ring(const Outline& outline, const DelaunayTriangles& triangles) 
                     std::min(outline.numbers[i], number), std::max(outline.numbers[i], number)};
         }
     }
-    return {FlawReason::rings_cross, to_point(place_of(outline, first_repeated(ring))), number,
+    return {FlawReason::rings_cross, in_doubles(place_of(outline, first_repeated(ring))), number,
             number};
 }
 
@@ -269,13 +269,13 @@ std::optional<Flaw> cut(const Outline& outline, const DelaunayTriangles& triangl
     }
     // A place where two pieces touch.
     std::vector<int> piece_at(outline.places.size(), -1);
-    Flaw flaw{FlawReason::cut_apart, to_point(outline.places.front()), 0, 0};
+    Flaw flaw{FlawReason::cut_apart, in_doubles(outline.places.front()), 0, 0};
     for (std::size_t i = 0; i < triangles.corners.size(); ++i) {
         const int piece = pieces.root(static_cast<int>(i));
         for (const int place : triangles.corners[i]) {
             int& known = piece_at[static_cast<std::size_t>(place)];
             if (known >= 0 && known != piece) {
-                flaw.place = to_point(place_of(outline, place));
+                flaw.place = in_doubles(place_of(outline, place));
             }
             known = piece;
         }

@@ -64,7 +64,7 @@ private:
         std::array<int, 3> vertices = {};
     };
 
-    void add_body(const TMOD3D& model, int body, bool hides_backs);
+    void add_body(const TMOD3D& model, int body, bool is_closed);
     void share_positions(std::size_t vertices);
     void take_position(const TMOD3D& model, std::size_t vertex);
     void take_part(const TMOD3D& model, Part& part, bool also_from_behind);

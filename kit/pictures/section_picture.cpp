@@ -158,14 +158,15 @@ void SectionPainter::set_room(double left_labels) {
     v_.end = has_text ? font_ * 4.2 : margin;
 }
 
-// Gives both axes the same scale unless that leaves one of them a quarter of its room or less; then
-// narrows the plot to what is in it, with a little air around.
+// Gives both axes the same scale unless that leaves the shorter side of a long section a quarter of
+// its room or less; then narrows the plot to what is in it, with a little air around.
 void SectionPainter::fit() {
     if (options_.scale) {
         fill();
         return;
     }
     constexpr double strip = 0.25;
+    constexpr double longish = 0.5;
     constexpr double air = 0.04;
     const double room_u = u_.end - u_.start;
     const double room_v = v_.start - v_.end;
@@ -180,8 +181,8 @@ void SectionPainter::fit() {
     const double scale = std::min(inner_u / span_u, inner_v / span_v);
     const double part_u = scale * span_u / inner_u;
     const double part_v = scale * span_v / inner_v;
-    u_.exaggeration = part_u < strip ? round_below(1 / part_u) : 1;
-    v_.exaggeration = part_v < strip ? round_below(1 / part_v) : 1;
+    u_.exaggeration = part_u < strip && span_u < longish * span_v ? round_below(1 / part_u) : 1;
+    v_.exaggeration = part_v < strip && span_v < longish * span_u ? round_below(1 / part_v) : 1;
 
     const auto narrow = [](Scale& axis, double least_value, double span, double pixels) {
         const double towards_end = axis.end > axis.start ? 1 : -1;
@@ -323,7 +324,7 @@ void SectionPainter::paint_axes(CDC& dc) {
     dc.SelectObject(previous);
 }
 
-// Along u; both axes state their own scales.
+// Along u, in the line of its name; both axes state their own scales.
 void SectionPainter::paint_bar(CDC& dc) {
     if (labels_ == nullptr) {
         return;
@@ -332,8 +333,8 @@ void SectionPainter::paint_bar(CDC& dc) {
     const double length = round_below(largest_part * (u_.to - u_.from));
     const double width = length * u_.pixels_per_unit();
     paint_scale_bar(dc, *labels_,
-                    {.right = u_.end - font_,
-                     .bottom = v_.start - font_,
+                    {.right = u_.end,
+                     .bottom = v_.start + font_ * 4,
                      .width = width,
                      .font = font_,
                      .units_per_pixel = options_.units_per_pixel},

@@ -15,7 +15,7 @@ namespace {
 /// The corners of a face around it, beginning with the one of the least number.
 std::vector<int> from_least(std::span<const int> corners) {
     std::vector<int> around(corners.begin(), corners.end());
-    std::ranges::rotate(around, std::ranges::min_element(around));
+    std::rotate(around.begin(), std::min_element(around.begin(), around.end()), around.end());
     return around;
 }
 

@@ -39,7 +39,8 @@ std::size_t bytes_of(const kit::Solids& solids) {
 class SolidModel::ChangeStep : public Step {
 public:
     ChangeStep(SolidModel& model, const QString& text, SolidChange change, std::size_t bytes)
-        : Step(text), model_(model), change_(std::move(change)), bytes_(bytes) {}
+        : Step(text), model_(model), change_(std::move(change)), bytes_(bytes),
+          shown_(model.pair_.shown.get()), worked_(model.pair_.worked) {}
 
     void undo() override {
         model_.on_both([](kit::SolidsEditor& editor) { editor.undo(); });
@@ -47,10 +48,18 @@ public:
     void redo() override { model_.on_both(change_); }
     std::size_t bytes() const override { return bytes_; }
 
+    // Other solids may have come since: then the editors are kept by the step that brought those.
+    void forget() override {
+        shown_->drop_oldest_undo();
+        model_.worker_.post([worked = worked_] { worked->drop_oldest_undo(); });
+    }
+
 private:
     SolidModel& model_;
     SolidChange change_;
     std::size_t bytes_;
+    kit::SolidsEditor* shown_;
+    std::shared_ptr<kit::SolidsEditor> worked_;
 };
 
 // Name or colour of a body, which the editors do not undo.
@@ -165,9 +174,10 @@ void SolidModel::make(const SolidChange& change) {
 
 void SolidModel::finish(const QString& text, SolidChange change) {
     on_worked(change);
-    const std::size_t bytes = pair_.shown->vertices().size() * sizeof(VERT3D);
+    const std::size_t before = std::exchange(pair_.undo_bytes, pair_.shown->undo_bytes());
+    const std::size_t bytes = pair_.undo_bytes > before ? pair_.undo_bytes - before : 0;
     emit solids_changed();
-    history_.add(std::make_unique<ChangeStep>(*this, text, std::move(change), bytes));
+    history_.add(std::make_unique<ChangeStep>(*this, text, std::move(change), 2 * bytes));
 }
 
 void SolidModel::set_name(int body, const QString& name) {

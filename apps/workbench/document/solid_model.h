@@ -121,6 +121,7 @@ private:
     struct Pair {
         std::unique_ptr<kit::SolidsEditor> shown;
         std::shared_ptr<kit::SolidsEditor> worked;
+        std::size_t undo_bytes = 0;         // of the records of `shown`, after the last change
         const kit::Solids* drawn = nullptr; // of `shown`
     };
     struct Trial {

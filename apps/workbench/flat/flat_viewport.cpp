@@ -16,6 +16,9 @@ kit::Point2 FlatViewport::from_screen(const QPointF& pixel) const {
 
 void FlatViewport::resize(const QSize& size) {
     size_ = size.expandedTo({1, 1});
+    if (shown_) {
+        show(*shown_);
+    }
 }
 
 void FlatViewport::show(const kit::Rectangle& part) {
@@ -23,6 +26,7 @@ void FlatViewport::show(const kit::Rectangle& part) {
     if (part.is_empty()) {
         return;
     }
+    shown_ = part;
     middle_ = {(part.left + part.right) / 2, (part.top + part.bottom) / 2};
     const double unit = margin * std::max((part.right - part.left) / size_.width(),
                                           (part.bottom - part.top) / size_.height());
@@ -32,6 +36,7 @@ void FlatViewport::show(const kit::Rectangle& part) {
 }
 
 void FlatViewport::zoom(double factor, const QPointF& pixel) {
+    shown_.reset();
     constexpr double finest = 1e-12;
     constexpr double coarsest = 1e12;
     const kit::Point2 before = from_screen(pixel);
@@ -42,6 +47,7 @@ void FlatViewport::zoom(double factor, const QPointF& pixel) {
 }
 
 void FlatViewport::pan(const QPointF& pixels) {
+    shown_.reset();
     middle_[0] -= pixels.x() * unit_;
     middle_[1] += pixels.y() * unit_;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include <QPointF>
 #include <QSize>
 
@@ -16,7 +18,8 @@ public:
     /// Units of the plane to a pixel.
     double unit() const { return unit_; }
 
-    void resize(const QSize& size); ///< keeps the middle where it is
+    /// Keeps in sight what was shown last; after that was zoomed or moved, only the middle.
+    void resize(const QSize& size);
     QSize size() const { return size_; }
 
     /// Shows a rectangle with a margin; one without extent, or an empty one, at the unit that it
@@ -34,6 +37,7 @@ private:
     QSize size_{1, 1};
     kit::Point2 middle_ = {};
     double unit_ = 1;
+    std::optional<kit::Rectangle> shown_; // by `show`, and not moved since
 };
 
 } // namespace korvel::workbench

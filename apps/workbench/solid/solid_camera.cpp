@@ -38,8 +38,10 @@ void SolidCamera::fit(const kit::Solids& solids, const std::set<int>& hidden, bo
             }
         }
         show(solids, bounds_in_view(solids, shown));
+        is_fitted_ = true;
         return;
     }
+    is_fitted_ = true;
     const kit::ViewFrame whole = kit::view_frame(solids, {.size = frame_.size, .box = with_box});
     frame_.left = whole.left;
     frame_.bottom = whole.bottom;
@@ -50,6 +52,7 @@ void SolidCamera::show(const kit::Solids& solids, const kit::Rectangle& part) {
     if (part.is_empty()) {
         return;
     }
+    is_fitted_ = false;
     const kit::ViewFrame shown = kit::view_frame(solids, {.size = frame_.size, .part = part});
     frame_.left = shown.left;
     frame_.bottom = shown.bottom;
@@ -57,12 +60,14 @@ void SolidCamera::show(const kit::Solids& solids, const kit::Rectangle& part) {
 }
 
 void SolidCamera::pan(const QPointF& pixels) {
+    is_fitted_ = false;
     frame_.left -= pixels.x() * frame_.unit;
     frame_.bottom += pixels.y() * frame_.unit;
 }
 
 // Positions have 24 binary digits: at the nearest a pixel is still some of the last ones wide.
 void SolidCamera::zoom(double factor, const QPointF& pixel) {
+    is_fitted_ = false;
     constexpr double nearest = 1e-4;
     constexpr double farthest = 100;
     const double u = u_of(pixel);
@@ -86,6 +91,7 @@ void SolidCamera::keep(const kit::ViewAngles& angles) {
 }
 
 std::optional<kit::ViewAngles> SolidCamera::go_back() {
+    is_fitted_ = false;
     if (!kept_.empty() && kept_.back() == now(angles_)) {
         kept_.pop_back();
     }

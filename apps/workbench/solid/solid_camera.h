@@ -26,6 +26,9 @@ public:
     void fit(const kit::Solids& solids, const std::set<int>& hidden, bool with_box);
     void show(const kit::Solids& solids, const kit::Rectangle& part);
 
+    /// Whether what `fit` showed was neither moved nor zoomed since.
+    bool is_fitted() const { return is_fitted_; }
+
     /// By pixels of the device.
     void pan(const QPointF& pixels);
 
@@ -58,6 +61,7 @@ private:
     kit::Point3 centre_ = {};
     kit::ViewAngles angles_ = {};
     std::vector<Kept> kept_;
+    bool is_fitted_ = false;
 };
 
 /// Around bodies in the view; empty for none. Linear.

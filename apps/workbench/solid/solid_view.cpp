@@ -119,7 +119,7 @@ void SolidView::paintGL() {
 
 void SolidView::resizeGL(int /*width*/, int /*height*/) {
     camera_.resize(pixels());
-    if (!std::exchange(is_shown_, true)) {
+    if (!std::exchange(is_shown_, true) || camera_.is_fitted()) {
         fit();
     }
 }
