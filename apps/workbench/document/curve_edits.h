@@ -51,14 +51,19 @@ kit::GridPoint way_between(const kit::GridPoint& from, const kit::GridPoint& to)
 /// Removes points, and curves with less than two left.
 std::vector<CurveChange> without(const Curves& curves, const PointSet& points);
 
-/// Joins two ends of curves, which are points of the numbers 0 or the last: the joined curve takes
-/// the place of the first of both. Two ends of the same curve close it. Nothing for other points.
+/// A point of a curve, by the numbers of both.
 struct CurvePoint {
     int curve = 0;
     int point = 0;
 
-    auto operator<=>(const CurvePoint& other) const = default;
+    friend bool operator==(const CurvePoint&, const CurvePoint&) = default;
+    friend bool operator<(const CurvePoint& a, const CurvePoint& b) {
+        return a.curve != b.curve ? a.curve < b.curve : a.point < b.point;
+    }
 };
+
+/// Joins two ends of curves, which are points of the numbers 0 or the last: the joined curve takes
+/// the place of the first of both. Two ends of the same curve close it. Nothing for other points.
 std::vector<CurveChange> joined(const Curves& curves, const CurvePoint& a, const CurvePoint& b);
 
 } // namespace korvel::workbench

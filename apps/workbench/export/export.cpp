@@ -16,7 +16,7 @@ bool is_feature_file(const std::filesystem::path& file);
 kit::Features with_levels(const FoundMap& found);
 QString picture_formats();
 QString feature_formats();
-QString translated(const char* text);
+QString export_text(const char* text);
 
 constexpr QLatin1String between(";;");
 
@@ -63,21 +63,22 @@ void export_image(const QImage& image, const std::filesystem::path& file) {
 }
 
 QString region_formats() {
-    return QStringList{feature_formats(), picture_formats(), translated("Region file (*.regions)")}
+    return QStringList{feature_formats(), picture_formats(), export_text("Region file (*.regions)")}
         .join(between);
 }
 
 QString curve_formats() {
-    return QStringList{translated("Curve file (*.curves)"), feature_formats()}.join(between);
+    return QStringList{export_text("Curve file (*.curves)"), feature_formats()}.join(between);
 }
 
 QString section_formats() {
-    return QStringList{picture_formats(), feature_formats(), translated("Section file (*.section)")}
+    return QStringList{picture_formats(), feature_formats(),
+                       export_text("Section file (*.section)")}
         .join(between);
 }
 
 QString solid_formats() {
-    QStringList formats = {translated("Model file (*.model)")};
+    QStringList formats = {export_text("Model file (*.model)")};
     for (const kit::MeshFormatInfo& format : kit::mesh_formats()) {
         if (!format.suffix.empty()) {
             formats.append(QStringLiteral("%1 (*%2)")
@@ -134,16 +135,16 @@ kit::Features with_levels(const FoundMap& found) {
 }
 
 QString picture_formats() {
-    return translated("Picture (*.png);;Drawing (*.svg);;Page (*.pdf)");
+    return export_text("Picture (*.png);;Drawing (*.svg);;Page (*.pdf)");
 }
 
 // The usual ones; any other suffix that the kit knows can be typed.
 QString feature_formats() {
-    return translated("GeoJSON (*.geojson);;GeoPackage (*.gpkg);;Shapefile (*.shp);;"
-                      "FlatGeobuf (*.fgb);;KML (*.kml);;DXF (*.dxf)");
+    return export_text("GeoJSON (*.geojson);;GeoPackage (*.gpkg);;Shapefile (*.shp);;"
+                       "FlatGeobuf (*.fgb);;KML (*.kml);;DXF (*.dxf)");
 }
 
-QString translated(const char* text) {
+QString export_text(const char* text) {
     return QCoreApplication::translate("Export", text);
 }
 

@@ -24,7 +24,7 @@
 namespace korvel::workbench {
 namespace {
 
-QString translated(const char* source);
+QString background_text(const char* source);
 Background across_view(const MapView& view, const QString& file, const QSize& size);
 kit::Point2 pixel_at(const Background& background, const kit::Point2& user);
 std::optional<kit::Point2> point_in(const QLineEdit& x, const QLineEdit& y);
@@ -49,8 +49,8 @@ private:
 
 void open_background(MapView& view) {
     const QString file = QFileDialog::getOpenFileName(
-        &view, translated("Background Picture"), QString(),
-        translated("Pictures (*.png *.jpg *.jpeg *.PNG *.JPG *.JPEG);;All files (*)"));
+        &view, background_text("Background Picture"), QString(),
+        background_text("Pictures (*.png *.jpg *.jpeg *.PNG *.JPG *.JPEG);;All files (*)"));
     if (!file.isEmpty()) {
         take_background_file(view, file);
     }
@@ -60,11 +60,11 @@ void take_background_file(MapView& view, const QString& file) {
     QImageReader reader(file);
     const QSize size = reader.size();
     if (!reader.canRead() || size.isEmpty()) {
-        QMessageBox::warning(&view, translated("Background Picture"),
+        QMessageBox::warning(&view, background_text("Background Picture"),
                              QStringLiteral("%1: %2").arg(file, reader.errorString()));
         return;
     }
-    view.map().set_background(translated("Set background"), across_view(view, file, size));
+    view.map().set_background(background_text("Set background"), across_view(view, file, size));
 }
 
 void ask_background_places(MapView& view, const std::array<kit::Point2, 2>& places) {
@@ -75,7 +75,7 @@ void ask_background_places(MapView& view, const std::array<kit::Point2, 2>& plac
 
 namespace {
 
-QString translated(const char* source) {
+QString background_text(const char* source) {
     return QCoreApplication::translate("BackgroundDialog", source);
 }
 
@@ -92,16 +92,16 @@ Background across_view(const MapView& view, const QString& file, const QSize& si
 PlacesDialog::PlacesDialog(MapView& view, const std::array<kit::Point2, 2>& places)
     : QDialog(&view), view_(view) {
     setObjectName(QStringLiteral("places"));
-    setWindowTitle(translated("Place Background Picture"));
+    setWindowTitle(background_text("Place Background Picture"));
     auto* form = new QFormLayout(this);
-    form->addRow(new QLabel(translated("Coordinates of the two places of the picture:")));
+    form->addRow(new QLabel(background_text("Coordinates of the two places of the picture:")));
     static constexpr std::array names = {"&x of the first", "&y of the first", "x of the &second",
                                          "y of &the second"};
     const double unit = view.viewport().unit();
     for (std::size_t i = 0; i < numbers_.size(); ++i) {
         numbers_[i] = new QLineEdit(number_shown(places[i / 2][i % 2], unit));
         numbers_[i]->setObjectName(QStringLiteral("number%1").arg(i));
-        form->addRow(translated(names[i]), numbers_[i]);
+        form->addRow(background_text(names[i]), numbers_[i]);
         connect(numbers_[i], &QLineEdit::textChanged, this, &PlacesDialog::check);
     }
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
@@ -121,7 +121,7 @@ void PlacesDialog::check() {
 
 void PlacesDialog::take() {
     if (auto background = this->background()) {
-        view_.map().set_background(translated("Place background"), std::move(*background));
+        view_.map().set_background(background_text("Place background"), std::move(*background));
     }
 }
 

@@ -57,10 +57,11 @@ void MapView::show_part(const kit::Rectangle& part) {
 void MapView::show_all() {
     kit::Rectangle all = map().curves().bounds();
     if (!background_.isNull()) {
-        for (const int corner : {0, 1, 2, 3}) {
-            const kit::Point2 user =
-                map().background().user({corner % 2 * static_cast<double>(background_.width()),
-                                         corner / 2 * static_cast<double>(background_.height())});
+        const auto width = static_cast<double>(background_.width());
+        const auto height = static_cast<double>(background_.height());
+        for (const kit::Point2& corner :
+             {kit::Point2{0, 0}, {width, 0}, {0, height}, {width, height}}) {
+            const kit::Point2 user = map().background().user(corner);
             all.take_in(user[0], user[1]);
         }
     }

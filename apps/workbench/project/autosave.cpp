@@ -29,9 +29,9 @@ std::filesystem::path Autosave::usual_folder() {
     return kit::path_of((folder + QStringLiteral("/unsaved")).toStdString());
 }
 
-Autosave::Autosave(Document& document, ProjectStore& store, const std::filesystem::path& folder,
+Autosave::Autosave(Document& document, ProjectStore& store, std::filesystem::path folder,
                    QObject* parent)
-    : QObject(parent), document_(document), store_(store), folder_(folder) {
+    : QObject(parent), document_(document), store_(store), folder_(std::move(folder)) {
     writer_.setMaxThreadCount(1);
     timer_.setSingleShot(true);
     timer_.setInterval(milliseconds);

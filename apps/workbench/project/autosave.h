@@ -34,7 +34,7 @@ public:
     /// Where the system keeps data of the program.
     static std::filesystem::path usual_folder();
 
-    Autosave(Document& document, ProjectStore& store, const std::filesystem::path& folder,
+    Autosave(Document& document, ProjectStore& store, std::filesystem::path folder,
              QObject* parent = nullptr);
     ~Autosave() override; // ends with the program: nothing is kept
 

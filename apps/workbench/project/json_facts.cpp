@@ -77,7 +77,7 @@ std::vector<double> JsonFacts::numbers(const char* member, int count) const {
     const QJsonArray found = array(member);
     std::vector<double> values;
     values.reserve(static_cast<std::size_t>(found.size()));
-    for (const QJsonValue& element : found) {
+    for (const auto element : found) {
         values.push_back(element.toDouble(std::numeric_limits<double>::quiet_NaN()));
         if (!std::isfinite(values.back())) {
             fail_kind(member, "an array of finite numbers");
@@ -94,7 +94,7 @@ std::vector<int> JsonFacts::wholes(const char* member) const {
     const QJsonArray found = array(member);
     std::vector<int> values;
     values.reserve(static_cast<std::size_t>(found.size()));
-    for (const QJsonValue& element : found) {
+    for (const auto element : found) {
         const std::optional<int> number = whole_number(element);
         if (!number) {
             fail_kind(member, "an array of whole numbers");
@@ -108,7 +108,7 @@ std::vector<JsonFacts> JsonFacts::objects(const char* member) const {
     const QJsonArray found = array(member);
     std::vector<JsonFacts> values;
     values.reserve(static_cast<std::size_t>(found.size()));
-    for (const QJsonValue& element : found) {
+    for (const auto element : found) {
         if (!element.isObject()) {
             fail_kind(member, "an array of objects");
         }

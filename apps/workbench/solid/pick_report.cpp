@@ -11,14 +11,14 @@ namespace {
 QString body_text(const kit::Body& body);
 QString number(double value);
 
-QString translated(const char* text) {
+QString pick_text(const char* text) {
     return QCoreApplication::translate("PickReport", text);
 }
 
 } // namespace
 
 QString pick_line(const kit::Solids& solids, const kit::Pick& pick) {
-    return translated("%1, face %2, edge %3, vertex %4, at %5")
+    return pick_text("%1, face %2, edge %3, vertex %4, at %5")
         .arg(body_text(solids[pick.body]))
         .arg(pick.face)
         .arg(pick.edge)
@@ -38,17 +38,17 @@ QString pick_report(const kit::Solids& solids, const kit::Pick& pick) {
     const double length = std::hypot(end[0] - start[0], end[1] - start[1], end[2] - start[2]);
     return QStringList{
         body_text(solids[pick.body]),
-        translated("Face %1: vertices %2; area %3")
+        pick_text("Face %1: vertices %2; area %3")
             .arg(pick.face)
             .arg(corners.join(QStringLiteral(", ")))
             .arg(number(face.area())),
-        translated("Edge %1: from vertex %2 to %3; length %4")
+        pick_text("Edge %1: from vertex %2 to %3; length %4")
             .arg(pick.edge)
             .arg(ends[0])
             .arg(ends[1])
             .arg(number(length)),
-        translated("Vertex %1: %2").arg(pick.vertex).arg(point_text(solids.vertex(pick.vertex))),
-        translated("Point: %1").arg(point_text(pick.point)),
+        pick_text("Vertex %1: %2").arg(pick.vertex).arg(point_text(solids.vertex(pick.vertex))),
+        pick_text("Point: %1").arg(point_text(pick.point)),
     }
         .join(QLatin1Char('\n'));
 }
@@ -61,8 +61,8 @@ namespace {
 
 QString body_text(const kit::Body& body) {
     const QString name = QString::fromStdString(body.name());
-    return name.isEmpty() ? translated("Body %1").arg(body.index())
-                          : translated("Body %1 “%2”").arg(body.index()).arg(name);
+    return name.isEmpty() ? pick_text("Body %1").arg(body.index())
+                          : pick_text("Body %1 “%2”").arg(body.index()).arg(name);
 }
 
 QString number(double value) {

@@ -107,7 +107,7 @@ void ExportActions::update() {
     const auto found = document_.map().found();
     const bool has_solids = !document_.solids().empty();
     const std::array<bool, 5> can = {
-        found != nullptr && found->map.size() > 0, !document_.map().curves().empty(),
+        found != nullptr && !found->map.empty(), !document_.map().curves().empty(),
         document_.section().section() != nullptr, has_solids, has_solids};
     for (std::size_t i = 0; i < actions_.size(); ++i) {
         actions_[i]->setEnabled(can[i]);
