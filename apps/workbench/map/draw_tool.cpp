@@ -38,28 +38,6 @@ bool DrawTool::move(const MapMouse& mouse) {
     return true;
 }
 
-// Its first click added a point already.
-bool DrawTool::double_click(const MapMouse& /*mouse*/) {
-    finish();
-    return true;
-}
-
-bool DrawTool::key(const QKeyEvent& event) {
-    switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        finish();
-        return true;
-    case Qt::Key_Backspace:
-        if (!points_.empty()) {
-            points_.pop_back();
-        }
-        return true;
-    default:
-        return false;
-    }
-}
-
 void DrawTool::paint(QPainter& painter) {
     QPolygonF line;
     for (const kit::Point2& point : points_) {
@@ -84,8 +62,7 @@ void DrawTool::paint(QPainter& painter) {
 }
 
 void DrawTool::cancel() {
-    points_.clear();
-    next_.reset();
+    ClickedLineTool::cancel();
     snapped_to_.reset();
 }
 

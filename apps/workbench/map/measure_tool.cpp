@@ -33,27 +33,6 @@ bool MeasureTool::move(const MapMouse& mouse) {
     return true;
 }
 
-bool MeasureTool::double_click(const MapMouse& /*mouse*/) {
-    is_ended_ = true;
-    return true;
-}
-
-bool MeasureTool::key(const QKeyEvent& event) {
-    switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        is_ended_ = true;
-        return true;
-    case Qt::Key_Backspace:
-        if (!points_.empty()) {
-            points_.pop_back();
-        }
-        return true;
-    default:
-        return false;
-    }
-}
-
 void MeasureTool::paint(QPainter& painter) {
     constexpr double margin = 4;
     constexpr double away = 12;
@@ -83,8 +62,7 @@ void MeasureTool::paint(QPainter& painter) {
 }
 
 void MeasureTool::cancel() {
-    points_.clear();
-    next_.reset();
+    ClickedLineTool::cancel();
     is_ended_ = false;
 }
 

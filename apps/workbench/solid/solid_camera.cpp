@@ -42,10 +42,7 @@ void SolidCamera::fit(const kit::Solids& solids, const std::set<int>& hidden, bo
         return;
     }
     is_fitted_ = true;
-    const kit::ViewFrame whole = kit::view_frame(solids, {.size = frame_.size, .box = with_box});
-    frame_.left = whole.left;
-    frame_.bottom = whole.bottom;
-    frame_.unit = whole.unit;
+    take(kit::view_frame(solids, {.size = frame_.size, .box = with_box}));
 }
 
 void SolidCamera::show(const kit::Solids& solids, const kit::Rectangle& part) {
@@ -53,10 +50,13 @@ void SolidCamera::show(const kit::Solids& solids, const kit::Rectangle& part) {
         return;
     }
     is_fitted_ = false;
-    const kit::ViewFrame shown = kit::view_frame(solids, {.size = frame_.size, .part = part});
-    frame_.left = shown.left;
-    frame_.bottom = shown.bottom;
-    frame_.unit = shown.unit;
+    take(kit::view_frame(solids, {.size = frame_.size, .part = part}));
+}
+
+void SolidCamera::take(const kit::ViewFrame& frame) {
+    frame_.left = frame.left;
+    frame_.bottom = frame.bottom;
+    frame_.unit = frame.unit;
 }
 
 void SolidCamera::pan(const QPointF& pixels) {

@@ -55,6 +55,7 @@ private:
     };
     Kept now(const kit::ViewAngles& angles) const;
     void look_at(double u, double v);
+    void take(const kit::ViewFrame& frame);
 
     kit::ViewFrame frame_;
     double whole_unit_ = 1; // at which everything is seen

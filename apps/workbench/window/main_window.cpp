@@ -60,7 +60,7 @@ void MainWindow::add_views() {
 
 // In one column of tabs, so that the views have room in a small window.
 void MainWindow::add_docks() {
-    constexpr int width = 240;
+    constexpr int width = 260;
     setTabPosition(Qt::LeftDockWidgetArea, QTabWidget::West);
     QDockWidget* first = map_view_->docks().front();
     addDockWidget(Qt::LeftDockWidgetArea, first);
