@@ -36,6 +36,15 @@ MainWindow::MainWindow(const std::filesystem::path& autosave)
     update_history();
 }
 
+// With the document still there: fields that lose the focus with the window ask it.
+MainWindow::~MainWindow() {
+    hide();
+    for (const auto& docks : {map_view_->docks(), solid_view_->docks(), section_view_->docks()}) {
+        qDeleteAll(docks);
+    }
+    delete views_;
+}
+
 void MainWindow::open(const std::filesystem::path& file) {
     if (is_project_file(file)) {
         file_actions_.open_project(file);

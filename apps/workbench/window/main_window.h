@@ -29,6 +29,7 @@ class MainWindow : public QMainWindow {
 public:
     /// What is not saved is kept in a folder for the case of a crash.
     explicit MainWindow(const std::filesystem::path& autosave = Autosave::usual_folder());
+    ~MainWindow() override;
 
     Document& document() { return document_; }
     MapView& map_view() { return *map_view_; }
