@@ -285,12 +285,14 @@ void MainWindow::show_about() {
                            .arg(QApplication::applicationVersion()));
 }
 
+// What follows from a change has no title: a message box after each click would be in the way.
 void MainWindow::report_problem(const QString& title, const QString& message) {
     if (on_problem_) {
         on_problem_(title, message);
+    } else if (title.isEmpty()) {
+        hint_->setText(message);
     } else {
-        QMessageBox::warning(this, title.isEmpty() ? QApplication::applicationName() : title,
-                             message);
+        QMessageBox::warning(this, title, message);
     }
 }
 
