@@ -9,7 +9,6 @@
 #include "apps/workbench/document/plane_range.h"
 #include "apps/workbench/section/section_areas.h"
 #include "apps/workbench/solid/plane_drawing.h"
-#include "apps/workbench/solid/plane_tool.h"
 #include "tests/workbench/shown_window.h"
 
 namespace korvel::test {
@@ -150,33 +149,117 @@ TEST(Section, WheelZoomsDragMovesClickSelectsAndDoubleClickShowsAll) {
     EXPECT_EQ(view.plot().scale().u, whole.scale().u);
 }
 
-TEST(Section, ThePlaneIsDraggedAlongItsNormalInTheViewOfTheSolids) {
+QPointF pixel_of(ShownWindow& window, const kit::Point3& point) {
+    const kit::Point3 seen = window.document().solids().solids().to_view(point);
+    return window.solids().camera().to_pixel(seen[0], seen[1]) /
+           window.solids().devicePixelRatioF();
+}
+
+/// Two boxes seen from angles, cut by a plane that can be dragged.
+struct DraggedPlane {
+    DraggedPlane(const kit::Plane& plane, const kit::ViewAngles& angles) {
+        show_solids(window, two_boxes());
+        window.document().solids().set_view(angles);
+        model.set_plane(plane);
+        window.solids().fit();
+        window.wait();
+        action(window, "&Drag Plane").trigger();
+        steps = window.document().history().undo_count();
+    }
+
+    workbench::PlaneHandle handle() {
+        return workbench::plane_handle(*model.plane(), two_boxes().bounds());
+    }
+    QPointF end() { return pixel_of(window, handle().end).toPoint(); }
+
+    /// By its end to a place, which is rounded to a pixel.
+    void turn_to(const QPointF& pixel, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        ShownWindow::drag(window.solids(), end(), pixel.toPoint(), 7, Qt::LeftButton, modifiers);
+        window.wait();
+    }
+
     ShownWindow window;
-    show_solids(window, two_boxes());
-    workbench::SolidModel& solids = window.document().solids();
     workbench::SectionModel& model = window.document().section();
-    solids.set_view({0, -90}); // from the front: z upward
-    model.set_plane(kit::Plane::at_z(0));
-    window.solids().fit();
-    window.wait();
-    action(window, "&Drag Plane").trigger();
-    const auto pixel = [&](const kit::Point3& point) {
-        const kit::ViewFrame& frame = window.solids().frame();
-        const kit::Point3 seen = solids.solids().to_view(point);
-        return QPointF((seen[0] - frame.left) / frame.unit, (frame.top() - seen[1]) / frame.unit) /
-               window.solids().devicePixelRatioF();
-    };
-    const kit::Box box = solids.solids().bounds();
-    const QPointF handle = pixel(workbench::plane_handle(*model.plane(), box).tip);
-    const std::size_t steps = window.document().history().undo_count();
-    ShownWindow::drag(window.solids(), handle, handle + pixel({0, 0, 2}) - pixel({0, 0, 0}), 20);
+    std::size_t steps = 0;
+};
+
+constexpr kit::ViewAngles from_the_front = {0, -90}; // x to the right, z upward
+
+TEST(Section, ThePlaneIsDraggedAlongItsNormalInTheViewOfTheSolids) {
+    DraggedPlane dragged(kit::Plane::at_z(0), from_the_front);
+    ShownWindow& window = dragged.window;
+    workbench::SectionModel& model = dragged.model;
+    const QPointF tip = pixel_of(window, dragged.handle().tip);
+    const QPointF by = pixel_of(window, {0, 0, 2}) - pixel_of(window, {0, 0, 0});
+    ShownWindow::drag(window.solids(), tip, tip + by, 20);
     window.wait();
     EXPECT_NEAR(workbench::place_of(*model.plane()), 2, window.solids().frame().unit);
-    EXPECT_EQ(window.document().history().undo_count(), steps + 1);
+    EXPECT_EQ(window.document().history().undo_count(), dragged.steps + 1);
     EXPECT_TRUE(model.is_current());
     EXPECT_EQ(model.section()->area(), two_boxes().cut(*model.plane()).area());
     window.document().history().undo();
     EXPECT_EQ(model.plane(), kit::Plane::at_z(0));
+}
+
+TEST(Section, TheEndOfANormalInThePictureTurnsThePlaneWithinThePicture) {
+    DraggedPlane dragged(kit::Plane::at_z(1), from_the_front);
+    workbench::SectionModel& model = dragged.model;
+    const kit::Point3 foot = dragged.handle().foot;
+    const QPointF centre = pixel_of(dragged.window, foot);
+    const QPointF from = dragged.end() - centre;
+    const QPoint target = (centre + QPointF(-70, -50)).toPoint();
+    dragged.turn_to(target);
+    const QPointF to = QPointF(target) - centre;
+    const double angle = std::atan2(-to.y(), to.x()) - std::atan2(-from.y(), from.x());
+    ASSERT_GT(angle, 0.5);
+    EXPECT_NEAR(model.plane()->a, -std::sin(angle), 1e-9);
+    EXPECT_NEAR(model.plane()->b, 0, 1e-9);
+    EXPECT_NEAR(model.plane()->c, std::cos(angle), 1e-9);
+    EXPECT_NEAR(model.plane()->distance(foot), 0, 1e-12);
+    EXPECT_TRUE(model.is_current());
+    EXPECT_EQ(model.section()->area(), two_boxes().cut(*model.plane()).area());
+    EXPECT_EQ(dragged.window.document().history().undo_count(), dragged.steps + 1);
+    dragged.window.document().history().undo();
+    EXPECT_EQ(model.plane(), kit::Plane::at_z(1));
+
+    dragged.turn_to(centre); // which has no direction
+    EXPECT_EQ(model.plane(), kit::Plane::at_z(1));
+    dragged.turn_to(centre + QPointF(-72, -69), Qt::ShiftModifier);
+    EXPECT_NEAR(model.plane()->c, std::sqrt(0.5), 1e-12);
+    EXPECT_NEAR(model.plane()->a, -model.plane()->c, 1e-12);
+    EXPECT_NEAR(model.plane()->distance(foot), 0, 1e-12);
+    dragged.window.document().history().undo();
+    dragged.turn_to(centre + QPointF(80, 5), Qt::ShiftModifier);
+    EXPECT_EQ(model.plane(), kit::Plane::at_x(foot[0]));
+}
+
+TEST(Section, TheEndOfANormalThatPointsOutOfThePictureFollowsTheMouse) {
+    DraggedPlane dragged(kit::Plane::at_x(3), {30, -60});
+    const workbench::PlaneHandle before = dragged.handle();
+    const QPointF at = dragged.end();
+    const QPointF by = QPointF(-32, 21);
+    QTest::mouseMove(&dragged.window.solids(), at.toPoint());
+    EXPECT_EQ(dragged.window.solids().cursor().shape(), Qt::OpenHandCursor);
+    const QColor knob = ShownWindow::picture(dragged.window.solids()).pixelColor(at.toPoint());
+    EXPECT_GT(std::min(knob.red(), knob.blue()), knob.green() + 60) << knob.name().toStdString();
+    dragged.turn_to(at + by);
+    const kit::Plane& plane = *dragged.model.plane();
+    EXPECT_NEAR(plane.normal_length(), 1, 1e-12);
+    EXPECT_NEAR(plane.distance(before.foot), 0, 1e-12);
+    EXPECT_FALSE(workbench::fixed_axis(plane));
+    const workbench::PlaneHandle after =
+        workbench::plane_handle(plane, two_boxes().bounds(), before.foot);
+    const QPointF came = pixel_of(dragged.window, after.end) - pixel_of(dragged.window, before.end);
+    EXPECT_NEAR(came.x(), by.x(), 1e-6);
+    EXPECT_NEAR(came.y(), by.y(), 1e-6);
+    EXPECT_GT(plane.a, 0); // on the side of the viewer, or the other, as it was
+    EXPECT_EQ(dragged.model.section()->area(), two_boxes().cut(plane).area());
+    // Escape takes back what is not let go, without a step.
+    QTest::mousePress(&dragged.window.solids(), Qt::LeftButton, {}, dragged.end().toPoint());
+    QTest::mouseMove(&dragged.window.solids(), QPoint(5, 5));
+    QTest::keyClick(&dragged.window.solids(), Qt::Key_Escape);
+    EXPECT_EQ(dragged.model.plane(), plane);
+    EXPECT_EQ(dragged.window.document().history().undo_count(), dragged.steps + 1);
 }
 
 } // namespace

@@ -50,16 +50,17 @@ public:
     }
 
     static void drag(QWidget& widget, const QPointF& from, const QPointF& to, int steps = 5,
-                     Qt::MouseButton button = Qt::LeftButton) {
-        QTest::mousePress(&widget, button, Qt::NoModifier, from.toPoint());
+                     Qt::MouseButton button = Qt::LeftButton,
+                     Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::mousePress(&widget, button, modifiers, from.toPoint());
         for (int step = 1; step <= steps; ++step) {
             // QTest::mouseMove does not report the button that is down.
             const QPointF at = from + (to - from) * step / steps;
             QMouseEvent move(QEvent::MouseMove, at, widget.mapToGlobal(at), Qt::NoButton, button,
-                             Qt::NoModifier);
+                             modifiers);
             QCoreApplication::sendEvent(&widget, &move);
         }
-        QTest::mouseRelease(&widget, button, Qt::NoModifier, to.toPoint());
+        QTest::mouseRelease(&widget, button, modifiers, to.toPoint());
     }
 
 private:

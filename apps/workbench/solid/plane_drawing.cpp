@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 
 #include <qopengl.h>
 
@@ -14,7 +15,9 @@ namespace {
 kit::Box enlarged(const kit::Box& box);
 double size_of(const kit::Box& box);
 void put_corners(const kit::Solids& solids, const std::vector<kit::Point3>& corners);
-void draw_handle(const kit::Solids& solids, const PlaneHandle& handle);
+void draw_line(const kit::Point3& from, const kit::Point3& to);
+void draw_arrow(const kit::Point3& foot, const kit::Point3& tip, double unit, bool is_thick);
+void draw_circle(GLenum mode, const kit::Point3& middle, double radius);
 
 } // namespace
 
@@ -42,8 +45,35 @@ void draw_plane(const kit::Solids& solids, const kit::Plane& plane) {
     glBegin(GL_LINE_LOOP);
     put_corners(solids, outline);
     glEnd();
+    glPopAttrib();
+}
+
+// In the depth of the foot, as the end of a long normal may be outside of what is drawn.
+void draw_plane_handle(const kit::Solids& solids, const PlaneHandle& handle, double unit,
+                       PlanePart under_mouse, bool is_turned) {
+    constexpr std::array<float, 3> turning = {0.5F, 0.1F, 0.6F};
+    constexpr std::array<float, 3> turning_hovered = {0.8F, 0.3F, 0.9F};
+    constexpr double knob = 6; // pixels
+    const kit::Point3 foot = solids.to_view(handle.foot);
+    kit::Point3 tip = solids.to_view(handle.tip);
+    kit::Point3 end = solids.to_view(handle.end);
+    tip[2] = end[2] = foot[2];
+    const bool is_end = under_mouse == PlanePart::end;
+    const auto& colour = is_end ? turning_hovered : turning;
+    glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_LINE_BIT);
     glDisable(GL_DEPTH_TEST);
-    draw_handle(solids, plane_handle(plane, box));
+    glColor3fv(colour.data());
+    glLineWidth(1.5F);
+    if (is_turned) {
+        draw_circle(GL_LINE_LOOP, foot, handle.radius);
+    }
+    draw_line(foot, end);
+    draw_arrow(foot, tip, unit, under_mouse == PlanePart::plane);
+    const double radius = (is_end ? knob + 2 : knob) * unit;
+    glColor3f(1, 1, 1);
+    draw_circle(GL_POLYGON, end, radius + 2 * unit);
+    glColor3fv(colour.data());
+    draw_circle(GL_POLYGON, end, radius);
     glPopAttrib();
 }
 
@@ -86,12 +116,20 @@ std::vector<kit::Point3> plane_outline(const kit::Plane& plane, const kit::Box& 
     return points;
 }
 
+PlaneHandle plane_handle(const kit::Plane& plane, const kit::Box& box, const kit::Point3& foot) {
+    constexpr double arrow = 0.2;
+    constexpr double end = 0.3;
+    const double size = size_of(box);
+    const auto along = [&](double part) {
+        const double factor = part * size / plane.normal_length();
+        return kit::Point3{foot[0] + factor * plane.a, foot[1] + factor * plane.b,
+                           foot[2] + factor * plane.c};
+    };
+    return {foot, along(arrow), along(end), end * size};
+}
+
 PlaneHandle plane_handle(const kit::Plane& plane, const kit::Box& box) {
-    constexpr double part = 0.2;
-    const kit::Point3 foot = middle_of(plane, box);
-    const double factor = part * size_of(box) / plane.normal_length();
-    return {foot,
-            {foot[0] + factor * plane.a, foot[1] + factor * plane.b, foot[2] + factor * plane.c}};
+    return plane_handle(plane, box, middle_of(plane, box));
 }
 
 namespace {
@@ -117,20 +155,44 @@ void put_corners(const kit::Solids& solids, const std::vector<kit::Point3>& corn
     }
 }
 
-void draw_handle(const kit::Solids& solids, const PlaneHandle& handle) {
-    constexpr std::array<float, 3> colour = {0.9F, 0.4F, 0.0F};
-    constexpr float tip_size = 12;
-    const kit::Point3 foot = solids.to_view(handle.foot);
-    const kit::Point3 tip = solids.to_view(handle.tip);
-    glColor3fv(colour.data());
-    glLineWidth(3);
+void draw_line(const kit::Point3& from, const kit::Point3& to) {
     glBegin(GL_LINES);
-    glVertex3dv(foot.data());
-    glVertex3dv(tip.data());
+    glVertex3dv(from.data());
+    glVertex3dv(to.data());
     glEnd();
-    glPointSize(tip_size);
-    glBegin(GL_POINTS);
-    glVertex3dv(tip.data());
+}
+
+void draw_arrow(const kit::Point3& foot, const kit::Point3& tip, double unit, bool is_thick) {
+    constexpr std::array<float, 3> colour = {0.9F, 0.4F, 0.0F};
+    constexpr std::array<float, 3> hovered = {1.0F, 0.6F, 0.1F};
+    constexpr double head = 12; // pixels
+    const double along_u = tip[0] - foot[0];
+    const double along_v = tip[1] - foot[1];
+    const double length = std::hypot(along_u, along_v);
+    glColor3fv((is_thick ? hovered : colour).data());
+    glLineWidth(is_thick ? 5 : 3);
+    draw_line(foot, tip);
+    if (!(length > 0)) {
+        return; // points to the viewer
+    }
+    const double size = std::min(head * unit, length);
+    const double u = size * along_u / length;
+    const double v = size * along_v / length;
+    glBegin(GL_TRIANGLES);
+    glVertex3d(tip[0] + u / 2, tip[1] + v / 2, tip[2]);
+    glVertex3d(tip[0] - u / 2 - v / 2, tip[1] - v / 2 + u / 2, tip[2]);
+    glVertex3d(tip[0] - u / 2 + v / 2, tip[1] - v / 2 - u / 2, tip[2]);
+    glEnd();
+}
+
+void draw_circle(GLenum mode, const kit::Point3& middle, double radius) {
+    constexpr int corners = 48;
+    glBegin(mode);
+    for (int k = 0; k < corners; ++k) {
+        const double angle = 2 * std::numbers::pi * k / corners;
+        glVertex3d(middle[0] + radius * std::cos(angle), middle[1] + radius * std::sin(angle),
+                   middle[2]);
+    }
     glEnd();
 }
 
