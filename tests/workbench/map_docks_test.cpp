@@ -3,19 +3,15 @@
 #include <utility>
 
 #include <QDialog>
-#include <QDialogButtonBox>
 #include <QDockWidget>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QPushButton>
 #include <QTableView>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include "apps/workbench/map/background_dialog.h"
-#include "apps/workbench/map/import_dialog.h"
 #include "apps/workbench/map/map_actions.h"
 #include "apps/workbench/map/region_model.h"
 #include "tests/workbench/shown_window.h"
@@ -154,34 +150,6 @@ TEST(BackgroundTool, TwoPlacesGetTheCoordinatesThatWereTyped) {
     EXPECT_EQ(window.document().map().background(), before);
     window.document().history().undo();
     EXPECT_TRUE(window.document().map().background().file.isEmpty());
-}
-
-TEST(ImportDialog, ShowsWhatTheGridDoesBeforeTheMapIsReplaced) {
-    ShownWindow window;
-    const std::filesystem::path file = std::filesystem::path(KORVEL_DATA_DIR) / "us-states.geojson";
-    workbench::open_import_dialog(window.map(), file);
-    auto* dialog = window.map().findChild<QDialog*>("import");
-    ASSERT_NE(dialog, nullptr);
-    const auto preview = [&] {
-        window.wait();
-        return dialog->findChild<QLabel*>("preview")->text();
-    };
-    EXPECT_TRUE(preview().contains("step 0.0001 from 0, 0")) << preview().toStdString();
-    QPushButton& ok = *dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
-    for (const auto& [step, text] :
-         {std::pair("wide", "The step has to be"), {"0.01", "step 0.01"}}) {
-        dialog->findChild<QLineEdit*>("Grid step:")->setText(step);
-        EXPECT_TRUE(preview().contains(text)) << preview().toStdString();
-        EXPECT_EQ(ok.isEnabled(), preview().contains("curves"));
-    }
-    EXPECT_TRUE(window.document().map().curves().empty());
-    ok.click();
-    window.wait();
-    const workbench::Curves& curves = window.document().map().curves();
-    EXPECT_EQ(curves.placement().grid.step_text(), "0.01");
-    EXPECT_EQ(
-        curves.size(),
-        workbench::import_file(file, {.grid = {.step = kit::Grid(1, 100)}}, {}).curves->size());
 }
 
 TEST(MapView, KeysAndTheMiddleButtonMoveThePictureAndTrianglesCoverIt) {

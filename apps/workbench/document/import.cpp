@@ -1,5 +1,7 @@
 #include "apps/workbench/document/import.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 #include <variant>
 
@@ -12,9 +14,13 @@ Imported from_features(const std::filesystem::path& file, const ImportOptions& o
                        const kit::Context& context);
 Imported from_text(const std::filesystem::path& file, const ImportOptions& options,
                    const kit::Context& context);
+Imported from_curves(const kit::TextFile& text, const kit::Network& network,
+                     const ImportOptions& options);
+Imported from_map(kit::Map map, const ImportOptions& options, const kit::Context& context);
 Imported from_network(const kit::Network& network);
-Imported from_map(const kit::Map& map, const kit::Context& context);
 Imported from_solids(kit::Solids solids);
+SourceCoordinates transform(std::vector<kit::Point2>& points, std::string& reference,
+                            const ImportOptions& options);
 kit::Network network_of(const kit::Map& map);
 std::vector<RegionNote> notes_of(const kit::Map& map);
 
@@ -25,6 +31,9 @@ QString counted(int count, const char* one, const char* many);
 
 Imported import_file(const std::filesystem::path& file, const ImportOptions& options,
                      const kit::Context& context) {
+    for (const std::string& system : {options.reference, options.project}) {
+        kit::reference_name(system); // throws for one that is not known
+    }
     if (kit::holds_mesh(file)) {
         return from_solids(kit::read_solids(file, {}, nullptr, context));
     }
@@ -39,16 +48,25 @@ namespace {
 // Borders that polygons share become one curve, and names go to the regions.
 Imported from_features(const std::filesystem::path& file, const ImportOptions& options,
                        const kit::Context& context) {
-    const kit::Features features = kit::read_features(file, options.features, context);
+    kit::Features features = kit::read_features(file, options.features, context);
+    SourceCoordinates source = transform(features.points, features.reference, options);
     const kit::Network network = kit::network_of(features, options.grid);
-    if (!kit::has_shape(features, kit::Shape::polygons)) {
-        return from_network(network);
+    if (network.curve_count() == 0) {
+        throw kit::input_error(kit::text_of(file) + ": contains neither lines nor polygons" +
+                                   (options.features.where.empty() ? "" : " of the condition"),
+                               {.file = kit::text_of(file)});
     }
-    const kit::FoundRegions found = kit::find_regions(network, {}, context);
-    kit::SourceReport report;
-    const kit::Map map = kit::with_sources(found.map(), features, true, report, context);
-    Imported imported = from_network(found.noded());
-    imported.notes = notes_of(map);
+    Imported imported;
+    if (kit::has_shape(features, kit::Shape::polygons)) {
+        const kit::FoundRegions found = kit::find_regions(network, {}, context);
+        kit::SourceReport report;
+        imported = from_network(found.noded());
+        imported.notes = notes_of(kit::with_sources(found.map(), features, true, report, context));
+    } else {
+        imported = from_network(network);
+    }
+    imported.source = std::move(source);
+    imported.largest_shift = network.largest_shift();
     return imported;
 }
 
@@ -56,11 +74,11 @@ Imported from_text(const std::filesystem::path& file, const ImportOptions& optio
                    const kit::Context& context) {
     const kit::TextFile text(file);
     kit::AnyFile any = kit::read_any(text, context);
-    if (std::holds_alternative<kit::Network>(any.contents)) {
-        return from_network(kit::Network::read(text, options.grid));
+    if (const auto* network = std::get_if<kit::Network>(&any.contents)) {
+        return from_curves(text, *network, options);
     }
-    if (const auto* map = std::get_if<kit::Map>(&any.contents)) {
-        return from_map(*map, context);
+    if (auto* map = std::get_if<kit::Map>(&any.contents)) {
+        return from_map(std::move(*map), options, context);
     }
     if (auto* solids = std::get_if<kit::Solids>(&any.contents)) {
         return from_solids(std::move(*solids));
@@ -68,6 +86,44 @@ Imported from_text(const std::filesystem::path& file, const ImportOptions& optio
     throw kit::input_error(kit::text_of(file) + ": a " + kit::kind_name(any.kind) +
                                ", which contains neither a map nor solids",
                            {.file = kit::text_of(file)});
+}
+
+// The grid that was chosen is one of the coordinates after they are transformed.
+Imported from_curves(const kit::TextFile& text, const kit::Network& network,
+                     const ImportOptions& options) {
+    kit::Features curves = kit::features_of(network);
+    SourceCoordinates source = transform(curves.points, curves.reference, options);
+    kit::Network placed = source.are_transformed ? kit::network_of(curves, options.grid)
+                                                 : kit::Network::read(text, options.grid);
+    placed.set_placement({placed.placement().grid, curves.reference});
+    Imported imported = from_network(placed);
+    imported.source = std::move(source);
+    imported.largest_shift = placed.largest_shift();
+    return imported;
+}
+
+Imported from_map(kit::Map map, const ImportOptions& options, const kit::Context& context) {
+    std::vector<kit::Point2> points = map.points();
+    std::string reference = map.placement().reference;
+    SourceCoordinates source = transform(points, reference, options);
+    const bool has_choice = options.grid.step || options.grid.origin;
+    const bool keeps_grid = map.is_on_grid() && !has_choice && !source.are_transformed;
+    const kit::Grid grid = keeps_grid ? map.placement().grid : kit::grid_for(points, options.grid);
+    double largest_shift = 0;
+    if (!keeps_grid) {
+        for (const kit::Point2& point : points) {
+            const kit::Point2 moved = grid.to_user(grid.nearest(point));
+            largest_shift = std::max(
+                {largest_shift, std::abs(moved[0] - point[0]), std::abs(moved[1] - point[1])});
+        }
+        map.move_points(points, {grid, reference});
+    }
+    map.set_placement({grid, std::move(reference)});
+    Imported imported = from_network(kit::find_regions(network_of(map), {}, context).noded());
+    imported.notes = notes_of(map);
+    imported.source = std::move(source);
+    imported.largest_shift = largest_shift;
+    return imported;
 }
 
 Imported from_network(const kit::Network& network) {
@@ -78,18 +134,36 @@ Imported from_network(const kit::Network& network) {
     return imported;
 }
 
-Imported from_map(const kit::Map& map, const kit::Context& context) {
-    Imported imported = from_network(kit::find_regions(network_of(map), {}, context).noded());
-    imported.notes = notes_of(map);
-    return imported;
-}
-
 Imported from_solids(kit::Solids solids) {
     Imported imported;
     imported.report = counted(solids.size(), "%1 body", "%1 bodies") +
                       counted(solids.face_count(), " of %1 face", " of %1 faces");
     imported.solids = std::move(solids);
     return imported;
+}
+
+// Points and their system become those that were chosen.
+SourceCoordinates transform(std::vector<kit::Point2>& points, std::string& reference,
+                            const ImportOptions& options) {
+    SourceCoordinates source = {.reference = reference};
+    for (const auto& [x, y] : points) {
+        source.bounds.take_in(x, y);
+    }
+    if (!options.reference.empty()) {
+        reference = options.reference;
+    }
+    if (options.project.empty() || options.project == reference) {
+        return source;
+    }
+    if (reference.empty()) {
+        throw kit::input_error("the file does not name its reference system, from which to "
+                               "transform to " +
+                               options.project);
+    }
+    kit::projection(reference, options.project)->forward(points);
+    reference = options.project;
+    source.are_transformed = true;
+    return source;
 }
 
 kit::Network network_of(const kit::Map& map) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include <QString>
@@ -12,11 +13,20 @@
 
 namespace korvel::workbench {
 
-/// How a file is read.
+/// How a file is read. Reference systems are as `kit::projection` takes them.
 struct ImportOptions {
-    kit::GridChoice grid = {};
+    kit::GridChoice grid = {};              ///< in the coordinates that the map gets
     kit::ReadFeaturesOptions features = {}; ///< the layer and a condition
-    bool adds = false;                      ///< solids to those that there are
+    std::string reference = {}; ///< what the file's coordinates are in; empty: what the file names
+    std::string project = {};   ///< what they are transformed to; empty: nothing
+    bool adds = false;          ///< solids to those that there are
+};
+
+/// The coordinates of a map as its file has them.
+struct SourceCoordinates {
+    std::string reference = {}; ///< the system that the file names
+    kit::Rectangle bounds = {};
+    bool are_transformed = false;
 };
 
 /// What a file contains.
@@ -24,11 +34,13 @@ struct Imported {
     std::optional<Curves> curves = {};
     std::vector<RegionNote> notes = {}; ///< names of regions
     std::optional<kit::Solids> solids = {};
-    QString report = {}; ///< for the user: "48 curves with 3300 points"
+    QString report = {};           ///< for the user: "48 curves with 3300 points"
+    SourceCoordinates source = {}; ///< of a map
+    double largest_shift = 0; ///< the farthest that a coordinate of the map was moved to the grid
 };
 
 /// Reads a file of any kind that the kit reads as a map or as solids. Throws a kit::Error, also for
-/// a section or a triangle file, which contain neither.
+/// a section or a triangle file, which contain neither, and for a map that cannot be transformed.
 Imported import_file(const std::filesystem::path& file, const ImportOptions& options,
                      const kit::Context& context);
 

@@ -4,7 +4,9 @@
 #include <cmath>
 #include <optional>
 #include <utility>
+#include <vector>
 
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -14,12 +16,24 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalBlocker>
 
 #include "apps/workbench/document/document.h"
+#include "apps/workbench/document/reference_systems.h"
 #include "apps/workbench/map/map_view.h"
 
 namespace korvel::workbench {
 namespace {
+
+// What comes of the fields.
+struct ImportPreview {
+    QString text;
+    bool can_take = false;
+    SourceCoordinates source = {};
+    std::vector<SystemChoice> systems = {}; // to transform to
+};
 
 // Reads the file with each change of a field, in the worker.
 class ImportDialog : public QDialog {
@@ -27,23 +41,36 @@ public:
     ImportDialog(MapView& view, std::filesystem::path file);
 
 private:
+    QWidget* fields();
     QLineEdit* add_field(QFormLayout& form, const char* name, const char* usual);
+    void add_systems(QFormLayout& form);
+    QWidget* scrolled(QWidget* fields);
     std::optional<ImportOptions> options() const;
+    std::string chosen_system() const;
     void follow();
+    void show_preview(const ImportPreview& preview);
+    void show_systems(const std::vector<SystemChoice>& systems);
     void take();
 
     MapView& view_;
     std::filesystem::path file_;
-    QLineEdit* step_ = nullptr;
-    std::array<QLineEdit*, 2> origin_ = {};
     QLineEdit* layer_ = nullptr;
     QLineEdit* where_ = nullptr;
+    QLineEdit* reference_ = nullptr;
+    QComboBox* project_ = nullptr;
+    QLineEdit* step_ = nullptr;
+    std::array<QLineEdit*, 2> origin_ = {};
     QLabel* preview_ = nullptr;
     QPushButton* ok_ = nullptr;
+    std::vector<SystemChoice> systems_; // in the list of `project_`
+    int asked_ = 0;                     // previews, of which the last is shown
 };
 
 QString in_import_dialog(const char* source);
+ImportPreview preview_of(const std::filesystem::path& file, const ImportOptions& options,
+                         const kit::Context& context);
 QString description(const Imported& imported);
+QString shift_text(double shift);
 
 } // namespace
 
@@ -64,27 +91,40 @@ namespace {
 
 ImportDialog::ImportDialog(MapView& view, std::filesystem::path file)
     : QDialog(&view), view_(view), file_(std::move(file)), preview_(new QLabel) {
-    constexpr int least_width = 420;
+    constexpr int lines_of_preview = 5;
     setObjectName(QStringLiteral("import"));
     setWindowTitle(in_import_dialog("Import Map"));
-    setMinimumWidth(least_width);
-    auto* form = new QFormLayout(this);
-    form->addRow(new QLabel(QString::fromStdString(kit::text_of(file_.filename()))));
-    step_ = add_field(*form, "Grid &step:", "as fine as the coordinates");
-    origin_ = {add_field(*form, "Origin &x:", "chosen by the coordinates"),
-               add_field(*form, "Origin &y:", "chosen by the coordinates")};
-    layer_ = add_field(*form, "&Layer:", "the first one");
-    where_ = add_field(*form, "&Condition:", "all features");
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(new QLabel(QString::fromStdString(kit::text_of(file_.filename()))));
+    layout->addWidget(scrolled(fields()), 1);
     preview_->setObjectName(QStringLiteral("preview"));
+    preview_->setAccessibleName(in_import_dialog("What is imported"));
     preview_->setWordWrap(true);
-    form->addRow(preview_);
+    preview_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    preview_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    preview_->setMinimumHeight(lines_of_preview * fontMetrics().lineSpacing());
+    layout->addWidget(preview_);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     ok_ = buttons->button(QDialogButtonBox::Ok);
-    form->addRow(buttons);
+    layout->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(this, &QDialog::accepted, this, &ImportDialog::take);
+    resize(sizeHint().boundedTo(view_.window()->size()));
     follow();
+}
+
+QWidget* ImportDialog::fields() {
+    auto* widget = new QWidget;
+    auto* form = new QFormLayout(widget);
+    form->setContentsMargins({});
+    layer_ = add_field(*form, "&Layer:", "the first one");
+    where_ = add_field(*form, "&Condition:", "all features");
+    add_systems(*form);
+    step_ = add_field(*form, "Grid &step:", "as fine as the coordinates");
+    origin_ = {add_field(*form, "Origin &x:", "chosen by the coordinates"),
+               add_field(*form, "Origin &y:", "chosen by the coordinates")};
+    return widget;
 }
 
 QLineEdit* ImportDialog::add_field(QFormLayout& form, const char* name, const char* usual) {
@@ -96,11 +136,47 @@ QLineEdit* ImportDialog::add_field(QFormLayout& form, const char* name, const ch
     return field;
 }
 
+void ImportDialog::add_systems(QFormLayout& form) {
+    constexpr int least_characters = 36;
+    reference_ = add_field(form, "&Reference system:", "not known");
+    reference_->setToolTip(in_import_dialog(
+        "The system that the coordinates of the file are in, such as EPSG:4326; what is typed here "
+        "counts instead of what the file names"));
+    project_ = new QComboBox;
+    project_->setObjectName(QStringLiteral("Transform to:"));
+    project_->setToolTip(in_import_dialog("The system that coordinates are transformed to, such as "
+                                          "EPSG:3857; the grid is one of this system"));
+    project_->setEditable(true);
+    project_->setInsertPolicy(QComboBox::NoInsert);
+    project_->setCompleter(nullptr);
+    project_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    project_->setMinimumContentsLength(least_characters);
+    project_->lineEdit()->setPlaceholderText(in_import_dialog("not transformed"));
+    project_->lineEdit()->setClearButtonEnabled(true);
+    form.addRow(in_import_dialog("&Transform to:"), project_);
+    connect(project_, &QComboBox::editTextChanged, this, &ImportDialog::follow);
+}
+
+// With a bar where the window is too low for all fields, but never for their width.
+QWidget* ImportDialog::scrolled(QWidget* fields) {
+    auto* area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(fields);
+    area->setMinimumWidth(fields->minimumSizeHint().width() +
+                          area->verticalScrollBar()->sizeHint().width());
+    return area;
+}
+
 // Nothing for a step that is none, or an origin of which one coordinate is no number.
 std::optional<ImportOptions> ImportDialog::options() const {
     ImportOptions options;
     options.features.layer = layer_->text().toStdString();
     options.features.where = where_->text().toStdString();
+    if (reference_->isModified()) {
+        options.reference = reference_->text().trimmed().toStdString();
+    }
+    options.project = chosen_system();
     if (const QString step = step_->text().trimmed(); !step.isEmpty()) {
         options.grid.step = kit::Grid::parse(step.toStdString());
         if (!options.grid.step) {
@@ -119,8 +195,20 @@ std::optional<ImportOptions> ImportDialog::options() const {
     return options;
 }
 
+// What was chosen in the list is shown by its name.
+std::string ImportDialog::chosen_system() const {
+    std::string text = project_->currentText().trimmed().toStdString();
+    for (const SystemChoice& choice : systems_) {
+        if (choice.name == text) {
+            return choice.reference;
+        }
+    }
+    return text;
+}
+
 void ImportDialog::follow() {
     ok_->setEnabled(false);
+    const int asked = ++asked_;
     const auto options = this->options();
     if (!options) {
         preview_->setText(in_import_dialog("The step has to be a number above 0, such as 0.01 or "
@@ -128,25 +216,50 @@ void ImportDialog::follow() {
         return;
     }
     preview_->setText(in_import_dialog("Reading…"));
-    const auto show = [dialog = QPointer<ImportDialog>(this)](const QString& text, bool can_take) {
-        if (dialog != nullptr) {
-            dialog->preview_->setText(text);
-            dialog->ok_->setEnabled(can_take);
+    const auto show = [asked, dialog = QPointer<ImportDialog>(this)](const ImportPreview& preview) {
+        if (dialog != nullptr && dialog->asked_ == asked) {
+            dialog->show_preview(preview);
         }
     };
     view_.document().worker().follow(
         "import", [show, file = file_, options = *options](const kit::Context& context) {
-            QString text;
-            bool can_take = false;
-            try {
-                const Imported imported = import_file(file, options, context);
-                text = description(imported);
-                can_take = imported.curves.has_value();
-            } catch (const kit::Error& error) {
-                text = QString::fromUtf8(error.what());
-            }
-            return [show, text, can_take] { show(text, can_take); };
+            return [show, preview = preview_of(file, options, context)] { show(preview); };
         });
+}
+
+void ImportDialog::show_preview(const ImportPreview& preview) {
+    preview_->setText(preview.text);
+    ok_->setEnabled(preview.can_take);
+    if (preview.can_take) {
+        if (!reference_->isModified()) {
+            const QSignalBlocker blocker(reference_);
+            reference_->setText(QString::fromStdString(preview.source.reference));
+            reference_->setCursorPosition(0);
+        }
+        show_systems(preview.systems);
+    }
+}
+
+void ImportDialog::show_systems(const std::vector<SystemChoice>& systems) {
+    if (systems == systems_) {
+        return;
+    }
+    const QSignalBlocker blocker(project_);
+    const QString system = QString::fromStdString(chosen_system());
+    QString text = project_->currentText();
+    const bool was_in_list = text.trimmed() != system;
+    text = was_in_list ? system : text;
+    systems_ = systems;
+    project_->clear();
+    for (const SystemChoice& choice : systems_) {
+        const QString name = QString::fromStdString(choice.name);
+        project_->addItem(name);
+        if (was_in_list && system == QString::fromStdString(choice.reference)) {
+            text = name;
+        }
+    }
+    project_->setCurrentIndex(-1);
+    project_->setEditText(text);
 }
 
 void ImportDialog::take() {
@@ -159,31 +272,54 @@ QString in_import_dialog(const char* source) {
     return QCoreApplication::translate("ImportDialog", source);
 }
 
-QString description(const Imported& imported) {
-    if (!imported.curves) {
-        return in_import_dialog("The file contains no map: %1").arg(imported.report);
+ImportPreview preview_of(const std::filesystem::path& file, const ImportOptions& options,
+                         const kit::Context& context) {
+    try {
+        const Imported imported = import_file(file, options, context);
+        if (!imported.curves) {
+            return {in_import_dialog("The file contains no map: %1").arg(imported.report)};
+        }
+        const SourceCoordinates& source = imported.source;
+        return {.text = description(imported),
+                .can_take = true,
+                .source = source,
+                .systems =
+                    usual_systems(options.reference.empty() ? source.reference : options.reference,
+                                  source.bounds)};
+    } catch (const kit::Error& error) {
+        return {QString::fromUtf8(error.what())};
     }
+}
+
+QString description(const Imported& imported) {
     const auto number = [](double value) {
         return QString::fromStdString(kit::number_text(value));
     };
     const kit::Placement& placement = imported.curves->placement();
     const kit::Rectangle box = imported.curves->bounds();
     QStringList lines = {imported.report,
-                         in_import_dialog("Grid: step %1 from %2, %3")
+                         in_import_dialog("Grid: step %1 from %2, %3; %4")
                              .arg(QString::fromStdString(placement.grid.step_text()),
                                   number(placement.grid.origin()[0]),
-                                  number(placement.grid.origin()[1]))};
+                                  number(placement.grid.origin()[1]),
+                                  shift_text(imported.largest_shift))};
     if (!box.is_empty()) {
         lines.append(
             in_import_dialog("x from %1 to %2, y from %3 to %4")
                 .arg(number(box.left), number(box.right), number(box.top), number(box.bottom)));
     }
     if (!placement.reference.empty()) {
-        constexpr qsizetype most = 60;
-        lines.append(in_import_dialog("Reference system: %1")
-                         .arg(QString::fromStdString(placement.reference).left(most)));
+        lines.append(
+            in_import_dialog("Reference system: %1").arg(shown_reference(placement.reference)));
     }
     return lines.join(QLatin1Char('\n'));
+}
+
+QString shift_text(double shift) {
+    constexpr int digits = 2;
+    return shift == 0 ? in_import_dialog("no point moves to it")
+                      : in_import_dialog("points move to it by up to %1")
+                            .arg(QString::number(shift, 'g', digits));
 }
 
 } // namespace

@@ -138,6 +138,25 @@ TEST(Project, ComesBackToTheLastDigitWithAnEmptyHistory) {
     expect_same(other.document, empty.document);
 }
 
+TEST(Project, KeepsTheReferenceSystemThatWasChosenOnImport) {
+    if (!kit::has_projections()) {
+        GTEST_SKIP() << "without PROJ";
+    }
+    const std::filesystem::path states =
+        std::filesystem::path(KORVEL_DATA_DIR) / "us-states.geojson";
+    for (const char* system : {"EPSG:3857", "+proj=laea +lat_0=37 +lon_0=-96 +datum=WGS84"}) {
+        Saved one;
+        one.document.open(states, {.grid = {.step = kit::Grid::parse("0.25")}, .project = system});
+        one.document.worker().wait();
+        one.save("one.korvel");
+        Saved other;
+        other.open(one.file("one.korvel"));
+        EXPECT_EQ(one.problem + other.problem, "");
+        EXPECT_EQ(other.document.map().curves().placement().reference, system);
+        expect_same(one.document, other.document);
+    }
+}
+
 TEST(Project, WhatIsChangedWhileItIsWrittenIsNotSaved) {
     Saved one;
     fill(one.document);
