@@ -3,6 +3,12 @@
 #include <utility>
 #include <vector>
 
+#include <QAction>
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QDoubleSpinBox>
+#include <QPushButton>
 #include <gtest/gtest.h>
 
 #include "apps/workbench/map/map_actions.h"
@@ -64,6 +70,13 @@ void go_back_and_forth(ShownWindow& window, int steps) {
     }
 }
 
+// The place of the grid that is nearest to a pixel.
+std::pair<int, int> steps_at(ShownWindow& window, const QPointF& pixel) {
+    const kit::GridPoint point =
+        window.document().map().curves().nearest(window.map().viewport().from_screen(pixel));
+    return {point.x, point.y};
+}
+
 // A frame, a line across it, lines from it to the frame, and an island.
 void digitise_five_regions(ShownWindow& window) {
     window.map().actions_of_map().draw->trigger();
@@ -111,13 +124,9 @@ TEST(DrawTool, BackspaceRemovesThePointBeforeEscapeAllADoubleClickEnds) {
     QTest::keyClick(&window.map(), Qt::Key_Backspace);
     click_at(window, {200, 200});
     QTest::mouseDClick(&window.map(), Qt::LeftButton, {}, QPoint(200, 200));
-    const auto at = [&](int x, int y) {
-        const workbench::Curves& curves = window.document().map().curves();
-        const kit::GridPoint point =
-            curves.nearest(window.map().viewport().from_screen(QPointF(x, y)));
-        return std::pair<int, int>(point.x, point.y);
-    };
-    EXPECT_EQ(drawn(window), (std::vector<Points>{{at(100, 100), at(200, 100), at(200, 200)}}));
+    EXPECT_EQ(drawn(window),
+              (std::vector<Points>{{steps_at(window, {100, 100}), steps_at(window, {200, 100}),
+                                    steps_at(window, {200, 200})}}));
     draw(window, {{300, 100}, {350, 100}}, false);
     QTest::keyClick(&window.map(), Qt::Key_Escape);
     QTest::keyClick(&window.map(), Qt::Key_Return);
@@ -140,7 +149,49 @@ TEST(DrawTool, TheFirstCurveOfAMapGetsAGridAsFineAsAPixel) {
     }
 }
 
-TEST(EditTool, MovesAllPointsAtAPlaceOrWithAltOneInsertsAndDeletes) {
+TEST(SnappingDistance, IsSetInPixelsOrInUnitsOfTheMap) {
+    ShownWindow window;
+    workbench::MapView& map = window.map();
+    map.actions_of_map().draw->trigger();
+    draw(window, {{100, 100}, {200, 100}});
+    const auto set_distance = [&](const char* distance, int unit, auto button) {
+        for (QAction* action : map.actions()) {
+            if (action->text() == "Sna&pping Distance…") {
+                action->trigger();
+            }
+        }
+        auto* dialog = map.findChild<QDialog*>("snapping");
+        ASSERT_NE(dialog, nullptr);
+        auto* number = dialog->findChild<QDoubleSpinBox*>();
+        number->selectAll();
+        QTest::keyClicks(number, distance);
+        dialog->findChild<QComboBox*>()->setCurrentIndex(unit);
+        QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(button), Qt::LeftButton);
+        QTest::qWait(1); // deleted
+    };
+    const auto drawn_to = [&](const QPointF& pixel) {
+        draw(window, {{100, 300}, pixel});
+        const std::pair<int, int> end = drawn(window).back().back();
+        window.document().history().undo();
+        return end;
+    };
+    const std::pair<int, int> corner = drawn(window)[0][1];
+    const QPointF beside(225, 100);
+    const std::pair<int, int> apart = steps_at(window, beside);
+    set_distance("30", 0, QDialogButtonBox::Ok);
+    EXPECT_EQ(drawn_to(beside), corner);
+    set_distance("20", 0, QDialogButtonBox::Ok);
+    EXPECT_EQ(drawn_to(beside), apart);
+    set_distance("30", 0, QDialogButtonBox::Cancel);
+    EXPECT_EQ(map.snapping().distance, 20);
+    const double way = 25 * map.viewport().unit();
+    set_distance(std::to_string(1.2 * way).c_str(), 1, QDialogButtonBox::Ok);
+    EXPECT_EQ(drawn_to(beside), corner);
+    set_distance(std::to_string(0.8 * way).c_str(), 1, QDialogButtonBox::Ok);
+    EXPECT_EQ(drawn_to(beside), apart);
+}
+
+TEST(EditTool, MovesAllPointsAtAPlaceInsertsAndDeletes) {
     ShownWindow window;
     workbench::MapView& map = window.map();
     map.actions_of_map().draw->trigger();
@@ -176,6 +227,71 @@ TEST(EditTool, MovesAllPointsAtAPlaceOrWithAltOneInsertsAndDeletes) {
     map.actions_of_map().remove_curves->trigger();
     EXPECT_EQ(drawn(window), (std::vector<Points>{before[1]}));
     go_back_and_forth(window, 2);
+}
+
+TEST(EditTool, WithAltOneEndMovesAndTheOthersAtItsPlaceStay) {
+    ShownWindow window;
+    workbench::MapView& map = window.map();
+    map.actions_of_map().draw->trigger();
+    draw(window, {{100, 100}, {200, 100}});
+    draw(window, {{200, 100}, {200, 200}});
+    draw(window, {{300, 50}, {200, 100}});
+    map.actions_of_map().snaps->setChecked(false);
+    map.actions_of_map().edit->trigger();
+    std::vector<Points> expected = drawn(window);
+    const std::pair<int, int> shared = expected[1][0];
+    EXPECT_EQ(expected[0][1], shared);
+    EXPECT_EQ(expected[2][1], shared);
+    ShownWindow::drag(map, {200, 100}, {240, 130}, 5, Qt::LeftButton, Qt::AltModifier);
+    ASSERT_EQ(map.chosen().size(), 1U);
+    const auto& [curve, points] = *map.chosen().begin();
+    ASSERT_EQ(points.size(), 1U);
+    expected[static_cast<std::size_t>(curve)][static_cast<std::size_t>(*points.begin())] =
+        steps_at(window, {240, 130});
+    EXPECT_EQ(drawn(window), expected);
+    go_back_and_forth(window, 1);
+}
+
+TEST(MapActions, ChangeTheCurvesOfThePointsInARectangle) {
+    ShownWindow window;
+    workbench::MapView& map = window.map();
+    workbench::MapActions& actions = map.actions_of_map();
+    actions.draw->trigger();
+    draw(window, {{100, 100}, {200, 100}});
+    draw(window, {{300, 100}, {300, 200}});
+    draw(window, {{100, 300}, {300, 300}});
+    const std::vector<Points> lines = drawn(window);
+    actions.edit->trigger();
+    EXPECT_FALSE(actions.join_ends->isEnabled());
+    ShownWindow::drag(map, {180, 80}, {320, 220}); // three ends
+    EXPECT_EQ(map.chosen(), (workbench::PointSet{{0, {1}}, {1, {0, 1}}}));
+    actions.join_ends->trigger();
+    EXPECT_EQ(drawn(window), lines);
+    ShownWindow::drag(map, {180, 80}, {320, 120});
+    EXPECT_EQ(map.chosen(), (workbench::PointSet{{0, {1}}, {1, {0}}}));
+    actions.join_ends->trigger();
+    const Points joined = {lines[0][0], lines[0][1], lines[1][0], lines[1][1]};
+    EXPECT_EQ(drawn(window), (std::vector<Points>{joined, lines[2]}));
+    go_back_and_forth(window, 1);
+
+    ShownWindow::drag(map, {180, 80}, {320, 120});
+    actions.reverse->trigger();
+    EXPECT_EQ(drawn(window), (std::vector<Points>{{joined.rbegin(), joined.rend()}, lines[2]}));
+    EXPECT_EQ(map.chosen(), (workbench::PointSet{{0, {1, 2}}}));
+    go_back_and_forth(window, 1);
+    ShownWindow::drag(map, {320, 120}, {180, 80}); // from the other corner
+    actions.cut_at_points->trigger();
+    EXPECT_EQ(
+        drawn(window),
+        (std::vector<Points>{
+            {joined[3], joined[2]}, {joined[2], joined[1]}, {joined[1], joined[0]}, lines[2]}));
+    go_back_and_forth(window, 1);
+    ShownWindow::drag(map, {180, 80}, {320, 120}); // the ends of three parts
+    EXPECT_EQ(map.chosen(), (workbench::PointSet{{0, {1}}, {1, {0, 1}}, {2, {0}}}));
+    map.setFocus();
+    QTest::keyClick(&map, Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_EQ(drawn(window), (std::vector<Points>{lines[2]}));
+    go_back_and_forth(window, 1);
 }
 
 TEST(CutAndJoinTools, CutALineInTwoAndJoinItAgain) {

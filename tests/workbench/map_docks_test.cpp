@@ -8,6 +8,7 @@
 #include <QListView>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -189,6 +190,40 @@ TEST(MapView, KeysAndTheMiddleButtonMoveThePictureAndTrianglesCoverIt) {
     EXPECT_NE(ShownWindow::picture(map), before);
     map.actions_of_map().shows_triangles->trigger();
     EXPECT_EQ(ShownWindow::picture(map), before);
+}
+
+TEST(MapView, TheWheelZoomsAsFarAsNumbersReachAndHomeShowsTheMapAgain) {
+    ShownWindow window;
+    window.open("us-states.curves");
+    workbench::MapView& map = window.map();
+    const QPointF beside(200, 150);
+    const auto turn = [&](int angle, int times) {
+        for (int i = 0; i < times; ++i) {
+            QWheelEvent event(beside, map.mapToGlobal(beside), {}, {0, angle}, Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(&map, &event);
+        }
+        map.grab();
+    };
+    const double unit = map.viewport().unit();
+    const kit::Rectangle part = map.viewport().part();
+    const kit::Point2 place = map.viewport().from_screen(beside);
+    turn(120, 1);
+    EXPECT_NEAR(map.viewport().unit(), unit / 1.2, 1e-9 * unit);
+    EXPECT_NEAR(map.viewport().from_screen(beside)[0], place[0], 1e-6);
+    EXPECT_NEAR(map.viewport().from_screen(beside)[1], place[1], 1e-6);
+    turn(120, 500);
+    EXPECT_EQ(map.viewport().unit(), 1e-12);
+    EXPECT_NEAR(map.viewport().from_screen(beside)[0], place[0], 1e-6);
+    QTest::mouseMove(&map, {50, 50});
+    turn(-120, 1000);
+    EXPECT_EQ(map.viewport().unit(), 1e12);
+    QTest::mouseMove(&map, {60, 60});
+    map.setFocus();
+    QTest::keyClick(&map, Qt::Key_Home);
+    EXPECT_EQ(map.viewport().unit(), unit);
+    EXPECT_EQ(map.viewport().part().left, part.left);
+    EXPECT_EQ(map.viewport().part().bottom, part.bottom);
 }
 
 } // namespace
