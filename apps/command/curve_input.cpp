@@ -50,7 +50,7 @@ void CurveInput::load(const kit::TextFile& file) {
     file_ = file.name;
     kit::Network network = [&] {
         const Task task("reading curves");
-        return kit::Network::read(file, source_.grid());
+        return kit::Network::read(file, source_.may_project() ? kit::GridChoice() : source_.grid());
     }();
     if (source_.is_projected()) {
         kit::Features curves = kit::features_of(network);

@@ -29,6 +29,12 @@ public:
     /// Reads a file of features, or standard input for the name `-`.
     kit::Features read(const std::string& name) const;
 
+    /// Whether coordinates may change, so that the grid is not one of those that the file has.
+    bool may_project() const {
+        return project_.empty() ? is_projected() && default_ == Default::automatic
+                                : project_ != "none";
+    }
+
     /// Brings features, or a map, into the projection that was asked for, and notes the way back.
     /// Does nothing where there is none.
     void project(kit::Features& features);

@@ -157,6 +157,12 @@ TEST_F(MapFilesCommand, AreasOfLongitudeAndLatitudeAreInSquareMetres) {
     EXPECT_NEAR(json::parse(run("info m --json").out)["model"]["volume"].get<double>(), 3.10034e11,
                 1e8);
     EXPECT_THAT(run("regions b.geojson --project EPSG:999999").err, HasSubstr("EPSG:999999"));
+    // The grid is one of metres, not of the degrees before.
+    write("d.curves", "1\n4 7.25 50 7.5 50 7.25 50.125 7.25 50\n");
+    const json metres = json::parse(
+        run("regions d.curves --reference EPSG:4326 --project EPSG:32632 --grid 1 --json").out);
+    EXPECT_EQ(metres["grid"]["step"], "1");
+    EXPECT_NEAR(metres["area"].get<double>(), 1.2455e8, 1e5);
 }
 
 } // namespace
