@@ -20,7 +20,8 @@ void paint_scale_bar(CDC& dc, LabelWriter& labels, const ScaleBar& bar, const st
     CBrush black(RGB(0, 0, 0));
     CPen* const former_pen = dc.SelectObject(&page);
     CBrush* const former_brush = dc.SelectObject(&white);
-    fill_box(dc, bar, left - air, top - 2 * bar.font, bar.right + air, bar.bottom + air);
+    constexpr double ground = 1.65; // above the bar: its length, but not what is written above that
+    fill_box(dc, bar, left - air, top - ground * bar.font, bar.right + air, bar.bottom + air);
     dc.SelectObject(&ink);
     fill_box(dc, bar, left, top, bar.right, bar.bottom);
     dc.SelectObject(&black);
