@@ -2,42 +2,28 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include "kit/base/number_text.h"
 #include "kit/pictures/flat_section.h"
 #include "kit/pictures/label_place.h"
+#include "kit/pictures/plot_axis.h"
 #include "kit/pictures/scale_bar.h"
+#include "kit/pictures/section_legend.h"
 
 namespace korvel::kit {
 namespace {
 
 constexpr COLORREF ink = RGB(50, 50, 50);
 constexpr COLORREF pale = RGB(226, 226, 226);
-
-/// One axis of the picture: a range of the model on a range of pixels.
-struct Scale {
-    double from = 0; ///< in the model
-    double to = 0;
-    double start = 0; ///< in pixels; of a vertical axis the lower end, with the greater y
-    double end = 0;
-    double exaggeration = 1; ///< against the other axis
-    double step = 1;         ///< from tick to tick
-
-    double pixels_per_unit() const { return std::abs(end - start) / (to - from); }
-    double place(double value) const {
-        return start + (value - from) * (end - start) / (to - from);
-    }
-    std::string label(double value) const;
-    std::string name(const Point3& axis) const;
-    std::vector<double> ticks() const;
-};
+constexpr double outer_lines = 4.2; // above and below the plot, in heights of the font
+constexpr double legend_gap = 2;    // between plot and legend, likewise
 
 class SectionPainter {
 public:
-    SectionPainter(const Rectangle& box, const PlaneAxes& axes,
+    SectionPainter(const Rectangle& box, const Section& section,
                    const SectionPictureOptions& options);
 
     Rectangle shown() const { return {u_.from, v_.from, u_.to, v_.to}; }
@@ -47,6 +33,7 @@ public:
     void write_names(const Section& section, const FlatSection& polygons, CDC& dc);
     void paint_axes(CDC& dc);
     void paint_bar(CDC& dc);
+    void paint_legend(CDC& dc);
 
 private:
     void set_room(double left_labels);
@@ -60,11 +47,11 @@ private:
     const SectionPictureOptions& options_;
     double font_;
     LabelWriter* labels_; ///< null where the polygons are shown alone, as in small pictures
-    Scale u_;
-    Scale v_;
+    std::optional<SectionLegend> legend_;
+    PlotAxis u_;
+    PlotAxis v_;
 };
 
-double round_below(double value);
 Rectangle box_of(const Section& section, const SectionPictureOptions& options);
 
 } // namespace
@@ -74,7 +61,7 @@ void draw(const Section& section, CDC& dc, const SectionPictureOptions& options)
     if (box.is_empty()) {
         return;
     }
-    SectionPainter painter(box, section.axes(), options);
+    SectionPainter painter(box, section, options);
     FlatSection polygons = flatten(section, painter.shown());
     painter.paint_grid(dc);
     painter.paint_polygons(polygons, dc);
@@ -83,6 +70,7 @@ void draw(const Section& section, CDC& dc, const SectionPictureOptions& options)
     if (options.scale_bar) {
         painter.paint_bar(dc);
     }
+    painter.paint_legend(dc);
 }
 
 SectionPlot plot_of(const Section& section, const SectionPictureOptions& options) {
@@ -90,7 +78,7 @@ SectionPlot plot_of(const Section& section, const SectionPictureOptions& options
     if (box.is_empty()) {
         return {};
     }
-    const SectionPainter painter(box, section.axes(), options);
+    const SectionPainter painter(box, section, options);
     return {painter.pixels(), painter.shown()};
 }
 
@@ -124,13 +112,19 @@ Rectangle box_of(const Section& section, const SectionPictureOptions& options) {
     return options.part ? *options.part : section.bounds();
 }
 
-SectionPainter::SectionPainter(const Rectangle& box, const PlaneAxes& axes,
+SectionPainter::SectionPainter(const Rectangle& box, const Section& section,
                                const SectionPictureOptions& options)
-    : box_(box), axes_(axes), options_(options) {
+    : box_(box), axes_(section.axes()), options_(options) {
     constexpr double smallest_with_text = 200;
+    constexpr double largest_legend = 0.3; // of the picture's width
     const double side = std::min(options.size.width, options.size.height);
     labels_ = side >= smallest_with_text ? options.labels : nullptr;
     font_ = std::max(9.0, side * 0.017);
+    if (options.legend && labels_ != nullptr && !section.empty()) {
+        legend_.emplace(section, options.names, *labels_,
+                        LegendRoom{largest_legend * options.size.width,
+                                   options.size.height - 2 * outer_lines * font_, font_});
+    }
     // The width of the labels depends on the steps and these on the room that the labels leave.
     set_room(font_ * 4);
     fit();
@@ -153,9 +147,9 @@ void SectionPainter::set_room(double left_labels) {
     const PictureSize size = options_.size;
     const double margin = has_text ? font_ * 1.8 : std::max(2.0, 0.02 * size.width);
     u_.start = has_text ? margin + left_labels + font_ * 0.6 : margin;
-    u_.end = size.width - margin;
-    v_.start = size.height - (has_text ? font_ * 4.2 : margin);
-    v_.end = has_text ? font_ * 4.2 : margin;
+    u_.end = size.width - margin - (legend_ ? legend_gap * font_ + legend_->width() : 0);
+    v_.start = size.height - (has_text ? font_ * outer_lines : margin);
+    v_.end = has_text ? font_ * outer_lines : margin;
 }
 
 // Gives both axes the same scale unless that leaves the shorter side of a long section a quarter of
@@ -184,7 +178,7 @@ void SectionPainter::fit() {
     u_.exaggeration = part_u < strip && span_u < longish * span_v ? round_below(1 / part_u) : 1;
     v_.exaggeration = part_v < strip && span_v < longish * span_u ? round_below(1 / part_v) : 1;
 
-    const auto narrow = [](Scale& axis, double least_value, double span, double pixels) {
+    const auto narrow = [](PlotAxis& axis, double least_value, double span, double pixels) {
         const double towards_end = axis.end > axis.start ? 1 : -1;
         const double room = std::abs(axis.end - axis.start);
         const double padded = std::min(room, span * pixels + 2 * air * room);
@@ -201,7 +195,7 @@ void SectionPainter::fit() {
 
 void SectionPainter::fill() {
     const SectionScale& scale = *options_.scale;
-    const auto spread = [](Scale& axis, double middle, double unit) {
+    const auto spread = [](PlotAxis& axis, double middle, double unit) {
         const double half = std::abs(axis.end - axis.start) / 2 * unit;
         axis.from = middle - half;
         axis.to = middle + half;
@@ -214,7 +208,7 @@ void SectionPainter::fill() {
 }
 
 void SectionPainter::set_steps() {
-    const auto step = [](const Scale& axis, double pixels) {
+    const auto step = [](const PlotAxis& axis, double pixels) {
         // The next round number above.
         const double least = pixels / axis.pixels_per_unit();
         double round = round_below(least);
@@ -341,42 +335,22 @@ void SectionPainter::paint_bar(CDC& dc) {
                     number_text(length));
 }
 
+// Beside the plot; from its upper side, or higher if there are more lines than fit beside it.
+void SectionPainter::paint_legend(CDC& dc) {
+    if (!legend_) {
+        return;
+    }
+    const double lowest_top = options_.size.height - outer_lines * font_ - legend_->height();
+    legend_->paint(dc, *labels_, {u_.end + legend_gap * font_, std::min(v_.end, lowest_top)},
+                   options_.units_per_pixel);
+}
+
 void SectionPainter::line(CDC& dc, double x0, double y0, double x1, double y1) {
     const auto device = [&](double pixel) {
         return static_cast<int>(pixel * options_.units_per_pixel);
     };
     dc.MoveTo(device(x0), device(y0));
     dc.LineTo(device(x1), device(y1));
-}
-
-std::string Scale::name(const Point3& axis) const {
-    std::string name = axis_name(axis);
-    if (exaggeration > 1) {
-        name += " \u00d7 " + number_text(exaggeration);
-    }
-    return name;
-}
-
-std::string Scale::label(double value) const {
-    const int decimals = std::clamp(static_cast<int>(-std::floor(std::log10(step) + 1e-9)), 0, 15);
-    char digits[400];
-    std::snprintf(digits, sizeof digits, "%.*f", decimals, value);
-    return digits;
-}
-
-std::vector<double> Scale::ticks() const {
-    std::vector<double> values;
-    for (double n = std::ceil(from / step); n * step <= to && values.size() < 1000; ++n) {
-        values.push_back(n * step + 0.0); // no minus before a 0
-    }
-    return values;
-}
-
-// The largest of 1, 2 and 5 times a power of ten that is not above a value.
-double round_below(double value) {
-    const double power = std::pow(10, std::floor(std::log10(value) + 1e-9));
-    const double part = value / power * (1 + 1e-9);
-    return part >= 5 ? 5 * power : part >= 2 ? 2 * power : power;
 }
 
 } // namespace

@@ -37,6 +37,11 @@ struct SectionPictureOptions {
     /// A bar of a round length in the lower right corner, in pictures with labels.
     bool scale_bar = false;
 
+    /// A list of the bodies to the right of the plot, in pictures with labels: colours, names or
+    /// numbers, and areas. Where it has more lines than the picture is high, the bodies with the
+    /// largest areas are listed, and how many more there are.
+    bool legend = false;
+
     std::string title = {};
     std::string remark = {}; ///< at the other end of the title's line
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <numbers>
@@ -168,6 +169,90 @@ TEST(SectionPicture, AScaleFillsThePlotAndNamesAndABarAreWritten) {
     EXPECT_EQ(labels.places.count("Tower"), 1U);
     EXPECT_EQ(labels.places.count("z × 2"), 1U);
     EXPECT_EQ(labels.places.count("2"), 1U); // the bar
+}
+
+/// Cuboids beside each other along x, 2 high, as wide as their numbers ask for; the first ones are
+/// named.
+kit::Solids row_of_cuboids(int count) {
+    kit::Solids row;
+    for (int i = 0; i < count; ++i) {
+        row.add(kit::make_cuboid({20.0 * i, 0, 0}, {1.0 + (i * 7) % 16, 4, 2}));
+    }
+    return row;
+}
+
+TEST(SectionPicture, ALegendIsBesideThePlot) {
+    const kit::Section cut = row_of_cuboids(3).cut(kit::Plane::at_y(0.5));
+    RecordingDC dc;
+    RecordedLabels labels;
+    kit::SectionPictureOptions options = {
+        .size = {800, 400},
+        .names = {"Low", "", "A name that is far too wide to be listed in such a picture, or any"},
+        .labels = &labels};
+    const double end = kit::plot_of(cut, options).pixels.right;
+    options.legend = true;
+    kit::draw(cut, dc, options);
+    const kit::Rectangle plot = kit::plot_of(cut, options).pixels;
+    constexpr double font = 9; // the least
+    const double left = plot.right + 2 * font;
+    const double right = labels.places["area"][0];
+    EXPECT_LT(plot.right, end - 100);
+    EXPECT_NEAR(right, 800 - 1.8 * font, 1); // the wide name takes all its room, 0.3 of 800
+    EXPECT_NEAR(right - left, 0.3 * 800, font);
+    struct Row {
+        const char* text;
+        kit::Point2 place;
+    };
+    const double top = plot.top + 0.75 * font;
+    const Row table[] = {{"body", {left + 2.2 * font, top}},
+                         {"2", {right, top + 1.5 * font}}, // the areas
+                         {"16", {right, top + 3 * font}},
+                         {"30", {right, top + 4.5 * font}}};
+    for (const auto& [text, place] : table) {
+        ASSERT_EQ(labels.places.count(text), 1U) << text;
+        EXPECT_NEAR(labels.places[text][0], place[0], 1e-9) << text;
+        EXPECT_NEAR(labels.places[text][1], place[1], 1e-9) << text;
+    }
+    const auto is_cut_off = [](const auto& label) {
+        return label.first.starts_with("A name that is") && label.first.ends_with("\u2026");
+    };
+    EXPECT_EQ(std::ranges::count_if(labels.places, is_cut_off), 1);
+    // Three boxes, of the same colours as the bodies.
+    std::vector<std::string> boxes;
+    for (std::size_t i = 1; i < dc.calls.size(); ++i) {
+        if (dc.calls[i].rfind("polygon ", 0) == 0) {
+            boxes.push_back(dc.calls[i - 1]);
+            const kit::Colour colour = cut[static_cast<int>(boxes.size()) - 1].colour();
+            EXPECT_EQ(boxes.back(), "brush " + std::to_string(+colour.red) + "-" +
+                                        std::to_string(+colour.green) + "-" +
+                                        std::to_string(+colour.blue));
+            EXPECT_EQ(dc.calls[i].find("polygon " + std::to_string(int(left)) + ","), 0U)
+                << dc.calls[i];
+        }
+    }
+    EXPECT_EQ(boxes.size(), 3U);
+}
+
+TEST(SectionPicture, ALegendListsTheLargestBodiesThatFit) {
+    const kit::Section cut = row_of_cuboids(40).cut(kit::Plane::at_y(0.5));
+    RecordingDC dc;
+    RecordedLabels labels;
+    const kit::SectionPictureOptions options = {
+        .size = {500, 300}, .legend = true, .labels = &labels};
+    kit::draw(cut, dc, options);
+    const auto boxes = std::ranges::count_if(
+        dc.calls, [](const std::string& call) { return call.rfind("polygon ", 0) == 0; });
+    EXPECT_EQ(boxes, 14); // of 16 lines of 13.5 pixels between 37.8 from above and from below
+    EXPECT_EQ(labels.places.count("\u2026 and 26 more"), 1U);
+    EXPECT_LE(labels.places["\u2026 and 26 more"][1], 300 - 37.8);
+    EXPECT_EQ(labels.places.count("32"), 1U); // the largest area
+    const double right = labels.places["area"][0];
+    for (const auto& [text, place] : labels.places) {
+        if (place[0] == right && text != "area") {
+            EXPECT_GE(std::stoi(text), 20) << text; // of 2 to 32
+        }
+    }
+    EXPECT_LT(kit::plot_of(cut, options).pixels.right, labels.places["\u2026 and 26 more"][0]);
 }
 
 /// Whether a rectangle around a place is inside of rings, by trying many of its points.

@@ -126,7 +126,7 @@ TEST(Export, WritesWhatTheKitWrites) {
     workbench::ExportActions& actions = window->export_actions();
     const auto found = window.document().map().found();
     const kit::Section section = solids.cut(kit::Plane::at_x(1));
-    const kit::SectionPictureOptions picture = {.names = {""}, .scale_bar = true};
+    const kit::SectionPictureOptions picture = {.names = {""}, .scale_bar = true, .legend = true};
     using File = std::filesystem::path;
     struct Row {
         const char* name;

@@ -94,10 +94,12 @@ void SectionView::take_section() {
 }
 
 kit::SectionPictureOptions SectionView::options() const {
+    constexpr int least_for_legend = 480; // pixels
     return {.size = {width(), height()},
             .scale = scale_,
             .names = names_of(document_.solids().solids()),
             .scale_bar = true,
+            .legend = width() >= least_for_legend,
             .units_per_pixel = units_per_pixel};
 }
 

@@ -30,7 +30,7 @@ public:
     /// The choice of the plane, and the areas.
     std::vector<QDockWidget*> docks() const { return docks_; }
 
-    /// How the section is drawn, as large as the widget.
+    /// How the section is drawn, as large as the widget; with a legend if that has room for it.
     kit::SectionPictureOptions options() const;
 
     /// Where what is shown; empty while there is no section.

@@ -52,6 +52,7 @@ void ExportActions::write_section(const std::filesystem::path& file) {
         kit::SectionPictureOptions options = section_.options();
         options.size = kit::PictureSize();
         options.scale.reset();
+        options.legend = true;
         start(file, [section, options, file] { export_section(*section, options, file); });
     }
 }
