@@ -49,17 +49,6 @@ public:
         return are_triples_ ? 3 * static_cast<std::size_t>(list) : starts_[list];
     }
 
-    /// The list that contains the entry at a position among all entries. Constant time for lists of
-    /// three, otherwise a binary search.
-    int list_at(int position) const {
-        if (are_triples_) {
-            return position / 3;
-        }
-        const auto end =
-            std::upper_bound(starts_.begin(), starts_.end(), static_cast<std::size_t>(position));
-        return static_cast<int>(end - starts_.begin()) - 1;
-    }
-
     /// For each of `indices` indices the lists that contain it, ascending.
     PackedLists inverted(int indices) const {
         return PackedLists(indices, [&](auto add) {

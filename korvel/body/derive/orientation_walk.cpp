@@ -41,12 +41,17 @@ std::vector<int> next_positions_of_same_face(const std::vector<int>& faces) {
 OrientationWalk::OrientationWalk(const std::vector<int>& faces, const PackedLists& verts,
                                  std::span<const int> kinds)
     : verts_(verts), kinds_(kinds), next_position_(next_positions_of_same_face(faces)),
-      next_side_(kinds.size()), is_oriented_(faces.size(), 0), is_turned_(faces.size(), 0),
+      sides_(kinds.size()), is_oriented_(faces.size(), 0), is_turned_(faces.size(), 0),
       pass_(static_cast<int>(faces.size())), next_pass_(static_cast<int>(faces.size())) {
     const int most = kinds.empty() ? -1 : *std::max_element(kinds.begin(), kinds.end());
     look_from_.assign(static_cast<std::size_t>(most) + 1, -1);
-    for (std::size_t side = kinds.size(); side-- > 0;) {
-        next_side_[side] = std::exchange(look_from_[kinds[side]], static_cast<int>(side));
+    std::size_t side = kinds.size();
+    for (int position = verts.size(); position-- > 0;) {
+        for (const std::size_t first = verts.start(position); side > first;) {
+            --side;
+            const int next = std::exchange(look_from_[kinds[side]], static_cast<int>(side));
+            sides_[side] = {position, next};
+        }
     }
 }
 
@@ -75,7 +80,7 @@ void OrientationWalk::orient_neighbours(int position) {
         if (met < 0) {
             continue;
         }
-        const int other = verts_.list_at(met);
+        const int other = sides_[met].position;
         const IndexPair theirs = side_at(other, met);
         const IndexPair ours = side_at(position, own);
         const bool is_same_way = theirs.a == ours.a && theirs.b == ours.b;
@@ -91,8 +96,8 @@ void OrientationWalk::orient_neighbours(int position) {
 /// sides that were skipped once are not looked at again.
 int OrientationWalk::first_not_oriented(int side) {
     int& first = look_from_[kinds_[side]];
-    while (first >= 0 && is_oriented_[verts_.list_at(first)] != 0) {
-        first = next_side_[first];
+    while (first >= 0 && is_oriented_[sides_[first].position] != 0) {
+        first = sides_[first].next;
     }
     return first;
 }

@@ -42,12 +42,17 @@ private:
     void turn(int position);
     void orient(int position, int present);
 
+    struct Side {
+        int position; ///< of its face
+        int next;     ///< the next side of the same kind, or −1
+    };
+
     const PackedLists& verts_;
     std::span<const int> kinds_;
     std::vector<int> next_position_; ///< empty where no face is listed twice
-    std::vector<int> next_side_;     ///< the next side of the same kind, or −1
-    std::vector<int> look_from_;     ///< by kind: the first side whose face may not be oriented yet
-    std::vector<char> is_oriented_;  ///< by position
+    std::vector<Side> sides_;
+    std::vector<int> look_from_;    ///< by kind: the first side whose face may not be oriented yet
+    std::vector<char> is_oriented_; ///< by position
     std::vector<char> is_turned_;
     bool any_turned_ = false;
     // A position after the present one is reached in the same pass, one before it in the next.
