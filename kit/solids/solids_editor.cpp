@@ -163,8 +163,34 @@ void SolidsEditor::begin_move() {
     if (vertices().empty()) {
         throw input_error("nothing is gathered, there is nothing to move");
     }
-    bring_up_to_date();
-    undo_->keep_move(selected_, model());
+    if (!std::exchange(is_replacing_, false)) {
+        bring_up_to_date();
+        undo_->keep_move(selected_, model());
+    }
+}
+
+void SolidsEditor::move_instead(const std::function<void(SolidsEditor&)>& move) {
+    if (is_current_ || !undo_->restore_before_move(model())) {
+        undo();
+        move(*this);
+        return;
+    }
+    is_current_ = true;
+    is_replacing_ = true;
+    try {
+        move(*this);
+    } catch (...) {
+        end_replacing();
+        throw;
+    }
+    end_replacing();
+}
+
+// The record was not taken over by a move.
+void SolidsEditor::end_replacing() {
+    if (std::exchange(is_replacing_, false)) {
+        undo_->drop_restored(model());
+    }
 }
 
 void SolidsEditor::change(int mode, Point3 p, Point3 q) {
@@ -194,11 +220,11 @@ bool SolidsEditor::insert(bool (TMOD3D::*operation)()) {
         return false;
     }
     bring_up_to_date();
-    auto before = std::make_unique<TMOD3D>(model());
+    const TMOD3D before(model());
     if (!(model().*operation)()) {
         return false;
     }
-    undo_->keep_insertion(selected_, std::move(before), model());
+    undo_->keep_insertion(selected_, before, model());
     selected_ = {};
     gather_vertex(model().edit_state[edit_picked_vertex], 0);
     return true;
@@ -222,6 +248,7 @@ bool SolidsEditor::redo() {
 
 template <class Way>
 bool SolidsEditor::go(Way way) {
+    end_replacing();
     const Undo::Side side = ((*undo_).*way)(solids_, {selected_, is_current_});
     selected_ = side.selected;
     is_current_ = side.is_current;
@@ -237,6 +264,7 @@ void SolidsEditor::drop_oldest_undo() {
 }
 
 void SolidsEditor::bring_up_to_date() {
+    end_replacing();
     if (!is_current_) {
         model().comput_mode_aux_parm();
         model().rotate_model();

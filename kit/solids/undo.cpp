@@ -1,6 +1,9 @@
 #include "kit/solids/undo.h"
 
+#include <tuple>
 #include <utility>
+
+#include "kit/solids/kept_members.h"
 
 namespace korvel::kit {
 
@@ -10,11 +13,13 @@ void Undo::keep_move(const Selection& selected, const TMOD3D& model) {
     before_.push_back({{selected}, std::make_unique<MoveRecord>(model), nullptr, {}});
 }
 
-void Undo::keep_insertion(const Selection& selected, std::unique_ptr<TMOD3D> before,
-                          const TMOD3D& model) {
-    anchor(*before);
+void Undo::keep_insertion(const Selection& selected, const TMOD3D& before, const TMOD3D& model) {
+    anchor(before);
     behind_.clear();
-    before_.push_back({{selected}, nullptr, std::move(before), {}});
+    auto insertion = std::make_unique<Insertion>();
+    std::tie(insertion->there, insertion->back) = ModelDifference::between(model, before);
+    copy_selection(before, insertion->selection_there);
+    before_.push_back({{selected}, nullptr, std::move(insertion), {}});
     marks_ = Marks(model);
 }
 
@@ -24,6 +29,24 @@ Undo::Side Undo::undo(Solids& solids, const Side& present) {
 
 Undo::Side Undo::redo(Solids& solids, const Side& present) {
     return go(behind_, before_, solids, present);
+}
+
+bool Undo::restore_before_move(TMOD3D& model) {
+    if (before_.empty() || !before_.back().move || !before_.back().side.is_current) {
+        return false;
+    }
+    behind_.clear();
+    const MoveRecord& record = *before_.back().move;
+    record.restore(model);
+    record.restore_view(model);
+    record.restore_selection(model);
+    return true;
+}
+
+void Undo::drop_restored(TMOD3D& model) {
+    anchor(model);
+    change_marks(marks_.change(before_.back().changes), model);
+    before_.pop_back();
 }
 
 void Undo::drop_oldest() {
@@ -37,11 +60,17 @@ std::size_t Undo::bytes() const {
     std::size_t sum = 0;
     for (const States* const states : {&before_, &behind_}) {
         for (const State& state : *states) {
-            sum += sizeof(State) + bytes_of(state.changes) +
-                   (state.move ? state.move->bytes() : bytes_of(*state.model));
+            sum += sizeof(State) + kit::bytes_of(state.changes) +
+                   (state.move ? state.move->bytes() : bytes_of(*state.insertion));
         }
     }
     return sum;
+}
+
+std::size_t Undo::bytes_of(const Insertion& insertion) {
+    return sizeof(Insertion) + insertion.there.bytes() + insertion.back.bytes() +
+           kit::bytes_of(insertion.changes_there) + kit::bytes_of(insertion.selection_there) -
+           sizeof(TMOD3D);
 }
 
 /// Takes the present marks as those that the next states differ from.
@@ -55,35 +84,49 @@ void Undo::anchor(const TMOD3D& model) {
     }
 }
 
-/// The changes from here to there are those from there to here.
 Undo::Side Undo::go(States& from, States& to, Solids& solids, const Side& present) {
     TMOD3D& model = solids.model();
     anchor(model);
     State state = std::move(from.back());
     from.pop_back();
     State left = {present, nullptr, nullptr, {}};
-    if (state.model) {
-        const ViewAngles angles = solids.view();
-        left.model = solids.model_.release();
-        solids.model_ = Owned(std::move(state.model));
-        if (angles != solids.view()) {
-            solids.set_view(angles);
-        }
-        marks_ = Marks(solids.model());
+    if (state.insertion) {
+        pass_insertion(state, left, model);
     } else {
-        left.move = std::make_unique<MoveRecord>(model, *state.move);
-        left.changes = marks_.change(state.changes);
-        state.move->restore(model);
-        change_marks(left.changes, model);
-        if (state.side.is_current && present.is_current) {
-            model.rotate_model();
-        } else if (state.side.is_current) {
-            state.move->restore_view(model);
-        }
-        state.move->restore_selection(model);
+        pass_move(state, left, model);
     }
     to.push_back(std::move(left));
     return state.side;
+}
+
+void Undo::pass_insertion(State& state, State& left, TMOD3D& model) {
+    Insertion& insertion = *state.insertion;
+    left.insertion = std::make_unique<Insertion>();
+    left.insertion->changes_there = marks_.change(state.changes);
+    copy_selection(model, left.insertion->selection_there);
+    change_marks(left.insertion->changes_there, model);
+    insertion.there.apply(model);
+    copy_selection(insertion.selection_there, model);
+    change_marks(insertion.changes_there, model);
+    model.rotate_model();
+    marks_ = Marks(model);
+    left.changes = std::move(insertion.changes_there);
+    left.insertion->there = std::move(insertion.back);
+    left.insertion->back = std::move(insertion.there);
+}
+
+/// The changes from here to there are those from there to here.
+void Undo::pass_move(const State& state, State& left, TMOD3D& model) {
+    left.move = std::make_unique<MoveRecord>(model, *state.move);
+    left.changes = marks_.change(state.changes);
+    state.move->restore(model);
+    change_marks(left.changes, model);
+    if (state.side.is_current && left.side.is_current) {
+        model.rotate_model();
+    } else if (state.side.is_current) {
+        state.move->restore_view(model);
+    }
+    state.move->restore_selection(model);
 }
 
 } // namespace korvel::kit

@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "kit/solids/model_difference.h"
 #include "kit/solids/solids_editor.h"
 #include "kit/solids/undo_record.h"
 
@@ -31,13 +32,20 @@ public:
     void keep_move(const Selection& selected, const TMOD3D& model);
 
     /// Takes a record of an insertion that has been made.
-    void keep_insertion(const Selection& selected, std::unique_ptr<TMOD3D> before,
-                        const TMOD3D& model);
+    void keep_insertion(const Selection& selected, const TMOD3D& before, const TMOD3D& model);
 
     /// Goes to the state before the last step, or behind the next one, which there is. The present
     /// side is kept for the way back; returns that of the state.
     Side undo(Solids& solids, const Side& present);
     Side redo(Solids& solids, const Side& present);
+
+    /// Puts the model into the state before the last step, if that is a move after which it was not
+    /// brought up to date, and keeps the record for another move. Drops what could be done again.
+    /// False, with nothing changed, if there is no such move.
+    bool restore_before_move(TMOD3D& model);
+
+    /// Drops the record that was kept so, and restores the marks: no other move came.
+    void drop_restored(TMOD3D& model);
 
     /// Drops the state that is farthest back, or, where nothing can be undone, farthest ahead.
     void drop_oldest();
@@ -46,17 +54,29 @@ public:
     std::size_t bytes() const;
 
 private:
+    /// Between the models right before and right behind an insertion. Marks may have changed since.
+    struct Insertion {
+        ModelDifference there;
+        ModelDifference back;
+        Marks::Changes changes_there; // of the marks there, after the insertion
+        TMOD3D selection_there;       // what is gathered and picked, without records
+    };
+
     /// A state on the other side of a step.
     struct State {
         Side side;
         std::unique_ptr<MoveRecord> move; // or …
-        std::unique_ptr<TMOD3D> model;    // … of an insertion, the model with its marks
-        Marks::Changes changes;           // of the marks, from the state next to it
+        std::unique_ptr<Insertion> insertion;
+        Marks::Changes changes; // of the marks, from the state next to it, or …
+                                // … since the model was right beside the insertion
     };
     using States = std::deque<State>; // the one next to the present state comes last
 
     void anchor(const TMOD3D& model);
+    static std::size_t bytes_of(const Insertion& insertion);
     Side go(States& from, States& to, Solids& solids, const Side& present);
+    void pass_insertion(State& state, State& left, TMOD3D& model);
+    void pass_move(const State& state, State& left, TMOD3D& model);
 
     States before_;
     States behind_;

@@ -3,57 +3,13 @@
 #include <algorithm>
 #include <iterator>
 
+#include "kit/solids/kept_members.h"
+
 namespace korvel::kit {
 namespace {
 
-template <class Value>
-void copy_value(const Value& from, Value& to) {
-    if constexpr (std::is_array_v<Value>) {
-        for (std::size_t i = 0; i < std::extent_v<Value>; ++i) {
-            copy_value(from[i], to[i]);
-        }
-    } else if constexpr (requires { to.Copy(from); }) {
-        to.Copy(from);
-    } else {
-        to = from;
-    }
-}
-
-template <class Record, class... Member>
-void copy_members(const Record& from, Record& to, Member Record::*... members) {
-    (copy_value(from.*members, to.*members), ...);
-}
-
-void copy_bounds(const TMOD3D& from, TMOD3D& to) {
-    copy_members(from, to, &TMOD3D::wrap_cuboid, &TMOD3D::wrap_radius, &TMOD3D::cuboid_corners,
-                 &TMOD3D::cuboid_min, &TMOD3D::cuboid_max);
-}
-
-void copy_selection(const TMOD3D& from, TMOD3D& to) {
-    copy_members(from, to, &TMOD3D::relat_list_1, &TMOD3D::relat_list_2, &TMOD3D::relat_list_3,
-                 &TMOD3D::relat_list_4, &TMOD3D::mut_weights, &TMOD3D::edit_state,
-                 &TMOD3D::pick_data);
-}
-
-void copy_span(const BODY3D& from, BODY3D& to) {
-    copy_members(from, to, &BODY3D::model_min, &BODY3D::model_max, &BODY3D::view_mid,
-                 &BODY3D::view_span, &BODY3D::view_min, &BODY3D::view_max, &BODY3D::change_dirt);
-}
-
 int first_corner(const POLY3D& face) {
     return face.verts.IsEmpty() ? -1 : face.verts[0];
-}
-
-void add_change(Marks::Changes& changes, const Marks::Change& change) {
-    if (!changes.empty()) {
-        Marks::Change& last = changes.back();
-        if (last.list == change.list && last.bits == change.bits &&
-            last.first + last.count == change.first) {
-            last.count += change.count;
-            return;
-        }
-    }
-    changes.push_back(change);
 }
 
 // Three indices have room in the list itself.
@@ -79,6 +35,21 @@ Marks::Marks(const TMOD3D& model) {
     update(model);
 }
 
+void Marks::add(Changes& changes, const Change& change) {
+    if (change.bits == 0) {
+        return;
+    }
+    if (!changes.empty()) {
+        Change& last = changes.back();
+        if (last.list == change.list && last.bits == change.bits &&
+            last.first + last.count == change.first) {
+            last.count += change.count;
+            return;
+        }
+    }
+    changes.push_back(change);
+}
+
 Marks::Changes Marks::update(const TMOD3D& model) {
     Changes changes;
     const auto take = [&](List list, const auto& records, auto value_of) {
@@ -86,7 +57,7 @@ Marks::Changes Marks::update(const TMOD3D& model) {
         for (const auto& record : records) {
             int& value = values_[list][static_cast<std::size_t>(index)];
             if (const int now = value_of(record); now != value) {
-                add_change(changes, {list, index, 1, value ^ now});
+                add(changes, {list, index, 1, value ^ now});
                 value = now;
             }
             ++index;
@@ -113,7 +84,7 @@ Marks::Changes Marks::change(const Changes& changes) {
         const std::vector<int>& to = values_[static_cast<std::size_t>(list)];
         for (std::size_t i = 0; i < from.size(); ++i) {
             if (from[i] != to[i]) {
-                add_change(sum, {list, static_cast<int>(i), 1, from[i] ^ to[i]});
+                add(sum, {list, static_cast<int>(i), 1, from[i] ^ to[i]});
             }
         }
     }

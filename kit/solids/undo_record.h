@@ -21,6 +21,10 @@ public:
         int bits;
     };
     using Changes = std::vector<Change>;
+    enum List { vertex_marks, edge_marks, face_marks, first_corners, body_marks, lists };
+
+    /// Appends a change, unless its bits are 0.
+    static void add(Changes& changes, const Change& change);
 
     explicit Marks(const TMOD3D& model);
 
@@ -31,9 +35,6 @@ public:
     Changes change(const Changes& changes);
 
 private:
-    enum List { vertex_marks, edge_marks, face_marks, first_corners, body_marks, lists };
-    friend void change_marks(const Marks::Changes& changes, TMOD3D& model);
-
     std::array<std::vector<int>, lists> values_;
 };
 

@@ -155,6 +155,10 @@ public:
             break;
         default:
             editor.move({by, 0.1 * dice_(-5, 5), by});
+            if (dice_.one_in(2)) {
+                editor.judge();
+                editor.move_instead([&](auto& e) { e.move_in_depth(by); });
+            }
             break;
         }
         past_.push_back(std::move(before));
@@ -281,9 +285,80 @@ TEST(Editor, KeepsLittleOfMovesAndDropsTheOldest) {
     EXPECT_EQ(editor.undo_count(), 0);
     EXPECT_GT(editor.redo_count(), 5);
     EXPECT_TRUE(editor.redo());
-    ASSERT_TRUE(editor.pick(0, 0));
-    ASSERT_TRUE(editor.insert_on_face());
-    EXPECT_GT(editor.undo_bytes(), editor.solids().model().polys.GetSize() * sizeof(POLY3D));
+    std::size_t before = 0;
+    for (const double u : {0.0, 0.3}) { // the first one gives all edges another order
+        before = editor.undo_bytes();
+        ASSERT_TRUE(editor.pick(u, 0));
+        ASSERT_TRUE(editor.insert_on_face());
+    }
+    EXPECT_LT(editor.undo_bytes(), before + 20'000U);
+}
+
+TEST(Editor, MovesInThePlaceOfTheLastMove) {
+    using Move = std::function<void(kit::SolidsEditor&)>;
+    const std::vector<Move> gatherings = {[](auto& editor) { editor.gather_vertex(30, 4); },
+                                          [](auto& editor) { editor.gather_body(0); },
+                                          [](auto& editor) { editor.gather_all(); }};
+    const std::vector<Move> moves = {[](auto& editor) {
+                                         editor.move({0.3, 0.1, -0.4});
+                                     },
+                                     [](auto& editor) {
+                                         editor.move_onto({2, 1});
+                                     },
+                                     [](auto& editor) { editor.move_in_depth(20); }};
+    for (const Move& gather : gatherings) {
+        kit::SolidsEditor editor(cuboid_and_ball());
+        editor.solids().cut(kit::Plane::at_x(0.1)); // leaves its marks
+        gather(editor);
+        const TMOD3D before = editor.solids().model();
+        moves[0](editor);
+        for (const Move& move : moves) {
+            editor.judge();
+            editor.move_instead(move);
+            EXPECT_EQ(editor.undo_count(), 1);
+        }
+        for (const Move& move : moves) {
+            kit::SolidsEditor alone(cuboid_and_ball());
+            alone.solids().cut(kit::Plane::at_x(0.1));
+            gather(alone);
+            move(alone);
+            editor.move_instead(move); // also behind what was brought up to date
+            EXPECT_EQ(editor.judge().kind, alone.judge().kind);
+            EXPECT_PRED_FORMAT2(same_state, editor.solids().model(), alone.solids().model());
+        }
+        editor.undo();
+        EXPECT_PRED_FORMAT2(same_state, editor.solids().model(), before);
+    }
+}
+
+TEST(Editor, HasOnlyTheMoveThatCameInThePlaceOfAnother) {
+    kit::SolidsEditor editor(cuboid_and_ball());
+    editor.gather_vertex(30, 2);
+    editor.move({1, 0, 0});
+    const TMOD3D once = editor.solids().model();
+    editor.move({0, 1, 0});
+    editor.judge();
+    EXPECT_THROW(editor.move_instead([](auto& e) { e.scale({0, 0}, {1, 1}); }), kit::Error);
+    EXPECT_PRED_FORMAT2(same_state, editor.solids().model(), once);
+    EXPECT_EQ(editor.undo_count(), 1);
+    editor.move({5, 5, 5});
+    editor.undo();
+    editor.redo(); // what could be done again is dropped
+    editor.move_instead([](auto& e) {
+        e.gather_body(1);
+        e.move({0, 0, 9});
+        e.move({9, 0, 0});
+    });
+    EXPECT_EQ(editor.undo_count(), 3);
+    EXPECT_EQ(editor.redo_count(), 0);
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(editor.undo());
+    }
+    EXPECT_TRUE(std::ranges::equal(editor.solids().vertex(30), once.verts[30].model_xyz));
+    editor.undo();
+    editor.undo();
+    editor.move_instead([](auto& e) { e.move({0, 0, 1}); }); // in the place of none
+    EXPECT_EQ(editor.undo_count(), 1);
 }
 
 /// The first gathered edge that meets a face without one of its ends, and the first such face.

@@ -219,11 +219,11 @@ bool SolidModel::begin_trial(SolidChange gather) {
 }
 
 std::optional<kit::Verdict> SolidModel::try_move(const SolidChange& move, bool waits_for_verdict) {
-    if (trial_->move) {
-        pair_.shown->undo();
-        trial_->move = {};
+    if (std::exchange(trial_->move, {})) {
+        pair_.shown->move_instead(move);
+    } else {
+        move(*pair_.shown);
     }
-    move(*pair_.shown);
     trial_->move = move;
     std::optional<kit::Verdict> verdict;
     try {
