@@ -48,6 +48,9 @@ struct Features {
     std::vector<FeaturePath> paths;
     std::vector<Point2> points;
 
+    /// The names of the layers of the file that this one was read from, as far as GDAL read it.
+    std::vector<std::string> layers;
+
     /// How many points had a height, or another further coordinate, which is not kept.
     std::size_t heights = 0;
 

@@ -74,7 +74,11 @@ Features read_by_gdal(const std::filesystem::path& file, const ReadFeaturesOptio
     GdalFeatures builder(source.name, *dataset, layer, memory);
     errors.clear(); // of reference systems that GDAL does not know, which do not matter to features
     read_features_of(source, layer, builder, context);
-    return builder.take();
+    Features features = builder.take();
+    for (OGRLayer* each : dataset->GetLayers()) {
+        features.layers.emplace_back(each->GetName());
+    }
+    return features;
 }
 
 namespace {

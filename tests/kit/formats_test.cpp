@@ -207,6 +207,7 @@ TEST_F(Formats, ReadsLayersAndConditions) {
     ogr2ogr("-f GPKG -nln first", "two.gpkg", "lands.json");
     ogr2ogr("-f GPKG -update -nln second -where 'part > 0'", "two.gpkg", "lands.json");
     EXPECT_EQ(read("two.gpkg").name, "first");
+    EXPECT_EQ(read("two.gpkg").layers, (std::vector<std::string>{"first", "second"}));
     EXPECT_EQ(read("two.gpkg", {.layer = "second"}).features.size(), 1U);
     EXPECT_EQ(read("two.gpkg", {.where = "part < 0"}).features.size(), 1U);
     EXPECT_THAT(error_of("two.gpkg", {.layer = "third"}),

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -32,6 +33,7 @@ protected:
     }
 
     QLineEdit& field(const char* name) { return *dialog_->findChild<QLineEdit*>(name); }
+    QComboBox& layers() { return *dialog_->findChild<QComboBox*>("Layer:"); }
     QComboBox& systems() { return *dialog_->findChild<QComboBox*>("Transform to:"); }
     QPushButton& ok() {
         return *dialog_->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
@@ -136,10 +138,11 @@ TEST_F(ImportDialog, ReadsALayerAndACondition) {
         kit::write_features(features, file);
         open(file);
         EXPECT_TRUE(shows("Reference system: WGS 84 (EPSG:4326)")) << preview();
-        type(field("Layer:"), "roads");
+        EXPECT_EQ(layers().count(), 0); // there is one
+        type(*layers().lineEdit(), "roads");
         EXPECT_TRUE(shows("has no layer \"roads\"; it has: ")) << preview();
         EXPECT_FALSE(ok().isEnabled());
-        field("Layer:").clear();
+        layers().clearEditText();
         for (const auto& [condition, text] :
              {std::pair("height > 3", "the condition \"height > 3\" cannot be used"),
               {"name = 'Atlantis'", "contains neither lines nor polygons of the condition"},
@@ -156,6 +159,37 @@ TEST_F(ImportDialog, ReadsALayerAndACondition) {
         expect_imported(file,
                         {.features = {.where = "name = 'Colorado'"}, .project = "EPSG:32613"});
     }
+}
+
+TEST_F(ImportDialog, ListsTheLayersOfAFileAlsoIfTheFirstIsNoMap) {
+    if (kit::feature_formats().size() == 1) {
+        GTEST_SKIP() << "without GDAL";
+    }
+    const QTemporaryDir folder;
+    QString folders;
+    for (const auto& [layer, shape, places] : {std::tuple("peaks", "Point", "7,50"),
+                                               {"rivers", "LineString", "7,50 7.5,50.25 8,50"},
+                                               {"roads", "LineString", "1,2 3,4"}}) {
+        folders += QString("<Folder><name>%1</name><Placemark><%2><coordinates>%3</coordinates>"
+                           "</%2></Placemark></Folder>")
+                       .arg(layer, shape, places);
+    }
+    QFile kml(folder.filePath("lands.kml"));
+    ASSERT_TRUE(kml.open(QFile::WriteOnly));
+    kml.write("<kml xmlns=\"http://www.opengis.net/kml/2.2\"><Document>" + folders.toUtf8() +
+              "</Document></kml>");
+    kml.close();
+    const auto file = kit::path_of(kml.fileName().toStdString());
+    open(file);
+    EXPECT_TRUE(shows("lands.kml: contains neither lines nor polygons")) << preview();
+    ASSERT_EQ(layers().count(), 3);
+    EXPECT_EQ(layers().itemText(2), "roads");
+    QTest::keyClick(&layers(), Qt::Key_Down);
+    QTest::keyClick(&layers(), Qt::Key_Down);
+    EXPECT_TRUE(shows("1 curve with 3 points")) << preview();
+    EXPECT_EQ(layers().currentText(), "rivers");
+    QTest::mouseClick(&ok(), Qt::LeftButton);
+    expect_imported(file, {.features = {.layer = "rivers"}});
 }
 
 TEST_F(ImportDialog, FitsTheWindowAlsoWithLettersOfTwiceTheSize) {

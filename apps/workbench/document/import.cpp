@@ -11,16 +11,17 @@ namespace korvel::workbench {
 namespace {
 
 Imported from_features(const std::filesystem::path& file, const ImportOptions& options,
-                       const kit::Context& context);
+                       const kit::Context& context, MapSource& source);
 Imported from_text(const std::filesystem::path& file, const ImportOptions& options,
-                   const kit::Context& context);
+                   const kit::Context& context, MapSource& source);
 Imported from_curves(const kit::TextFile& text, const kit::Network& network,
-                     const ImportOptions& options);
-Imported from_map(kit::Map map, const ImportOptions& options, const kit::Context& context);
+                     const ImportOptions& options, MapSource& source);
+Imported from_map(kit::Map map, const ImportOptions& options, const kit::Context& context,
+                  MapSource& source);
 Imported from_network(const kit::Network& network);
 Imported from_solids(kit::Solids solids);
-SourceCoordinates transform(std::vector<kit::Point2>& points, std::string& reference,
-                            const ImportOptions& options);
+bool transform(std::vector<kit::Point2>& points, std::string& reference,
+               const ImportOptions& options, MapSource& source);
 kit::Network network_of(const kit::Map& map);
 std::vector<RegionNote> notes_of(const kit::Map& map);
 
@@ -31,6 +32,12 @@ QString counted(int count, const char* one, const char* many);
 
 Imported import_file(const std::filesystem::path& file, const ImportOptions& options,
                      const kit::Context& context) {
+    MapSource source;
+    return import_file(file, options, context, source);
+}
+
+Imported import_file(const std::filesystem::path& file, const ImportOptions& options,
+                     const kit::Context& context, MapSource& source) {
     for (const std::string& system : {options.reference, options.project}) {
         kit::reference_name(system); // throws for one that is not known
     }
@@ -38,18 +45,21 @@ Imported import_file(const std::filesystem::path& file, const ImportOptions& opt
         return from_solids(kit::read_solids(file, {}, nullptr, context));
     }
     if (kit::holds_features(file)) {
-        return from_features(file, options, context);
+        return from_features(file, options, context, source);
     }
-    return from_text(file, options, context);
+    return from_text(file, options, context, source);
 }
 
 namespace {
 
 // Borders that polygons share become one curve, and names go to the regions.
 Imported from_features(const std::filesystem::path& file, const ImportOptions& options,
-                       const kit::Context& context) {
+                       const kit::Context& context, MapSource& source) {
     kit::Features features = kit::read_features(file, options.features, context);
-    SourceCoordinates source = transform(features.points, features.reference, options);
+    if (features.layers.size() > 1) {
+        source.layers = features.layers;
+    }
+    transform(features.points, features.reference, options, source);
     const kit::Network network = kit::network_of(features, options.grid);
     if (network.curve_count() == 0) {
         throw kit::input_error(kit::text_of(file) + ": contains neither lines nor polygons" +
@@ -65,20 +75,19 @@ Imported from_features(const std::filesystem::path& file, const ImportOptions& o
     } else {
         imported = from_network(network);
     }
-    imported.source = std::move(source);
     imported.largest_shift = network.largest_shift();
     return imported;
 }
 
 Imported from_text(const std::filesystem::path& file, const ImportOptions& options,
-                   const kit::Context& context) {
+                   const kit::Context& context, MapSource& source) {
     const kit::TextFile text(file);
     kit::AnyFile any = kit::read_any(text, context);
     if (const auto* network = std::get_if<kit::Network>(&any.contents)) {
-        return from_curves(text, *network, options);
+        return from_curves(text, *network, options, source);
     }
     if (auto* map = std::get_if<kit::Map>(&any.contents)) {
-        return from_map(std::move(*map), options, context);
+        return from_map(std::move(*map), options, context, source);
     }
     if (auto* solids = std::get_if<kit::Solids>(&any.contents)) {
         return from_solids(std::move(*solids));
@@ -90,24 +99,24 @@ Imported from_text(const std::filesystem::path& file, const ImportOptions& optio
 
 // The grid that was chosen is one of the coordinates after they are transformed.
 Imported from_curves(const kit::TextFile& text, const kit::Network& network,
-                     const ImportOptions& options) {
+                     const ImportOptions& options, MapSource& source) {
     kit::Features curves = kit::features_of(network);
-    SourceCoordinates source = transform(curves.points, curves.reference, options);
-    kit::Network placed = source.are_transformed ? kit::network_of(curves, options.grid)
-                                                 : kit::Network::read(text, options.grid);
+    const bool are_other = transform(curves.points, curves.reference, options, source);
+    kit::Network placed =
+        are_other ? kit::network_of(curves, options.grid) : kit::Network::read(text, options.grid);
     placed.set_placement({placed.placement().grid, curves.reference});
     Imported imported = from_network(placed);
-    imported.source = std::move(source);
     imported.largest_shift = placed.largest_shift();
     return imported;
 }
 
-Imported from_map(kit::Map map, const ImportOptions& options, const kit::Context& context) {
+Imported from_map(kit::Map map, const ImportOptions& options, const kit::Context& context,
+                  MapSource& source) {
     std::vector<kit::Point2> points = map.points();
     std::string reference = map.placement().reference;
-    SourceCoordinates source = transform(points, reference, options);
+    const bool are_other = transform(points, reference, options, source);
     const bool has_choice = options.grid.step || options.grid.origin;
-    const bool keeps_grid = map.is_on_grid() && !has_choice && !source.are_transformed;
+    const bool keeps_grid = map.is_on_grid() && !has_choice && !are_other;
     const kit::Grid grid = keeps_grid ? map.placement().grid : kit::grid_for(points, options.grid);
     double largest_shift = 0;
     if (!keeps_grid) {
@@ -121,7 +130,6 @@ Imported from_map(kit::Map map, const ImportOptions& options, const kit::Context
     map.set_placement({grid, std::move(reference)});
     Imported imported = from_network(kit::find_regions(network_of(map), {}, context).noded());
     imported.notes = notes_of(map);
-    imported.source = std::move(source);
     imported.largest_shift = largest_shift;
     return imported;
 }
@@ -142,10 +150,11 @@ Imported from_solids(kit::Solids solids) {
     return imported;
 }
 
-// Points and their system become those that were chosen.
-SourceCoordinates transform(std::vector<kit::Point2>& points, std::string& reference,
-                            const ImportOptions& options) {
-    SourceCoordinates source = {.reference = reference};
+// Points and their system become those that were chosen. Whether the points become other ones.
+bool transform(std::vector<kit::Point2>& points, std::string& reference,
+               const ImportOptions& options, MapSource& source) {
+    source.is_read = true;
+    source.reference = reference;
     for (const auto& [x, y] : points) {
         source.bounds.take_in(x, y);
     }
@@ -153,7 +162,7 @@ SourceCoordinates transform(std::vector<kit::Point2>& points, std::string& refer
         reference = options.reference;
     }
     if (options.project.empty() || options.project == reference) {
-        return source;
+        return false;
     }
     if (reference.empty()) {
         throw kit::input_error("the file does not name its reference system, from which to "
@@ -162,8 +171,7 @@ SourceCoordinates transform(std::vector<kit::Point2>& points, std::string& refer
     }
     kit::projection(reference, options.project)->forward(points);
     reference = options.project;
-    source.are_transformed = true;
-    return source;
+    return true;
 }
 
 kit::Network network_of(const kit::Map& map) {

@@ -22,11 +22,12 @@ struct ImportOptions {
     bool adds = false;          ///< solids to those that there are
 };
 
-/// The coordinates of a map as its file has them.
-struct SourceCoordinates {
-    std::string reference = {}; ///< the system that the file names
-    kit::Rectangle bounds = {};
-    bool are_transformed = false;
+/// A map as its file has it.
+struct MapSource {
+    bool is_read = false;
+    std::vector<std::string> layers = {}; ///< of the file, where there are several
+    std::string reference = {};           ///< the system that the file names
+    kit::Rectangle bounds = {};           ///< of its coordinates
 };
 
 /// What a file contains.
@@ -34,8 +35,7 @@ struct Imported {
     std::optional<Curves> curves = {};
     std::vector<RegionNote> notes = {}; ///< names of regions
     std::optional<kit::Solids> solids = {};
-    QString report = {};           ///< for the user: "48 curves with 3300 points"
-    SourceCoordinates source = {}; ///< of a map
+    QString report = {};      ///< for the user: "48 curves with 3300 points"
     double largest_shift = 0; ///< the farthest that a coordinate of the map was moved to the grid
 };
 
@@ -43,5 +43,9 @@ struct Imported {
 /// a section or a triangle file, which contain neither, and for a map that cannot be transformed.
 Imported import_file(const std::filesystem::path& file, const ImportOptions& options,
                      const kit::Context& context);
+
+/// The same, and what is known of a map also where an error is thrown.
+Imported import_file(const std::filesystem::path& file, const ImportOptions& options,
+                     const kit::Context& context, MapSource& source);
 
 } // namespace korvel::workbench

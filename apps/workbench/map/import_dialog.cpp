@@ -31,7 +31,7 @@ namespace {
 struct ImportPreview {
     QString text;
     bool can_take = false;
-    SourceCoordinates source = {};
+    MapSource source = {};
     std::vector<SystemChoice> systems = {}; // to transform to
 };
 
@@ -43,18 +43,19 @@ public:
 private:
     QWidget* fields();
     QLineEdit* add_field(QFormLayout& form, const char* name, const char* usual);
-    void add_systems(QFormLayout& form);
+    QComboBox* add_list(QFormLayout& form, const char* name, const char* usual);
     QWidget* scrolled(QWidget* fields);
     std::optional<ImportOptions> options() const;
     std::string chosen_system() const;
     void follow();
     void show_preview(const ImportPreview& preview);
+    void show_layers(const std::vector<std::string>& layers);
     void show_systems(const std::vector<SystemChoice>& systems);
     void take();
 
     MapView& view_;
     std::filesystem::path file_;
-    QLineEdit* layer_ = nullptr;
+    QComboBox* layer_ = nullptr;
     QLineEdit* where_ = nullptr;
     QLineEdit* reference_ = nullptr;
     QComboBox* project_ = nullptr;
@@ -118,9 +119,15 @@ QWidget* ImportDialog::fields() {
     auto* widget = new QWidget;
     auto* form = new QFormLayout(widget);
     form->setContentsMargins({});
-    layer_ = add_field(*form, "&Layer:", "the first one");
+    layer_ = add_list(*form, "&Layer:", "the first one");
     where_ = add_field(*form, "&Condition:", "all features");
-    add_systems(*form);
+    reference_ = add_field(*form, "&Reference system:", "not known");
+    reference_->setToolTip(in_import_dialog(
+        "The system that the coordinates of the file are in, such as EPSG:4326; what is typed here "
+        "counts instead of what the file names"));
+    project_ = add_list(*form, "&Transform to:", "not transformed");
+    project_->setToolTip(in_import_dialog("The system that coordinates are transformed to, such as "
+                                          "EPSG:3857; the grid is one of this system"));
     step_ = add_field(*form, "Grid &step:", "as fine as the coordinates");
     origin_ = {add_field(*form, "Origin &x:", "chosen by the coordinates"),
                add_field(*form, "Origin &y:", "chosen by the coordinates")};
@@ -136,25 +143,21 @@ QLineEdit* ImportDialog::add_field(QFormLayout& form, const char* name, const ch
     return field;
 }
 
-void ImportDialog::add_systems(QFormLayout& form) {
+// One that takes also what is not in the list.
+QComboBox* ImportDialog::add_list(QFormLayout& form, const char* name, const char* usual) {
     constexpr int least_characters = 36;
-    reference_ = add_field(form, "&Reference system:", "not known");
-    reference_->setToolTip(in_import_dialog(
-        "The system that the coordinates of the file are in, such as EPSG:4326; what is typed here "
-        "counts instead of what the file names"));
-    project_ = new QComboBox;
-    project_->setObjectName(QStringLiteral("Transform to:"));
-    project_->setToolTip(in_import_dialog("The system that coordinates are transformed to, such as "
-                                          "EPSG:3857; the grid is one of this system"));
-    project_->setEditable(true);
-    project_->setInsertPolicy(QComboBox::NoInsert);
-    project_->setCompleter(nullptr);
-    project_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    project_->setMinimumContentsLength(least_characters);
-    project_->lineEdit()->setPlaceholderText(in_import_dialog("not transformed"));
-    project_->lineEdit()->setClearButtonEnabled(true);
-    form.addRow(in_import_dialog("&Transform to:"), project_);
-    connect(project_, &QComboBox::editTextChanged, this, &ImportDialog::follow);
+    auto* list = new QComboBox;
+    list->setObjectName(QString::fromUtf8(name).remove(QLatin1Char('&')));
+    list->setEditable(true);
+    list->setInsertPolicy(QComboBox::NoInsert);
+    list->setCompleter(nullptr);
+    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    list->setMinimumContentsLength(least_characters);
+    list->lineEdit()->setPlaceholderText(in_import_dialog(usual));
+    list->lineEdit()->setClearButtonEnabled(true);
+    form.addRow(in_import_dialog(name), list);
+    connect(list, &QComboBox::editTextChanged, this, &ImportDialog::follow);
+    return list;
 }
 
 // With a bar where the window is too low for all fields, but never for their width.
@@ -171,7 +174,7 @@ QWidget* ImportDialog::scrolled(QWidget* fields) {
 // Nothing for a step that is none, or an origin of which one coordinate is no number.
 std::optional<ImportOptions> ImportDialog::options() const {
     ImportOptions options;
-    options.features.layer = layer_->text().toStdString();
+    options.features.layer = layer_->currentText().toStdString();
     options.features.where = where_->text().toStdString();
     if (reference_->isModified()) {
         options.reference = reference_->text().trimmed().toStdString();
@@ -230,13 +233,27 @@ void ImportDialog::follow() {
 void ImportDialog::show_preview(const ImportPreview& preview) {
     preview_->setText(preview.text);
     ok_->setEnabled(preview.can_take);
-    if (preview.can_take) {
+    if (preview.source.is_read) {
+        show_layers(preview.source.layers);
         if (!reference_->isModified()) {
             const QSignalBlocker blocker(reference_);
             reference_->setText(QString::fromStdString(preview.source.reference));
             reference_->setCursorPosition(0);
         }
         show_systems(preview.systems);
+    }
+}
+
+void ImportDialog::show_layers(const std::vector<std::string>& layers) {
+    if (layer_->count() != static_cast<int>(layers.size())) {
+        const QSignalBlocker blocker(layer_);
+        const QString text = layer_->currentText();
+        layer_->clear();
+        for (const std::string& layer : layers) {
+            layer_->addItem(QString::fromStdString(layer));
+        }
+        layer_->setCurrentIndex(-1);
+        layer_->setEditText(text);
     }
 }
 
@@ -274,21 +291,20 @@ QString in_import_dialog(const char* source) {
 
 ImportPreview preview_of(const std::filesystem::path& file, const ImportOptions& options,
                          const kit::Context& context) {
+    ImportPreview preview;
+    MapSource& source = preview.source;
     try {
-        const Imported imported = import_file(file, options, context);
-        if (!imported.curves) {
-            return {in_import_dialog("The file contains no map: %1").arg(imported.report)};
-        }
-        const SourceCoordinates& source = imported.source;
-        return {.text = description(imported),
-                .can_take = true,
-                .source = source,
-                .systems =
-                    usual_systems(options.reference.empty() ? source.reference : options.reference,
-                                  source.bounds)};
+        const Imported imported = import_file(file, options, context, source);
+        preview.can_take = imported.curves.has_value();
+        preview.text = preview.can_take
+                           ? description(imported)
+                           : in_import_dialog("The file contains no map: %1").arg(imported.report);
     } catch (const kit::Error& error) {
-        return {QString::fromUtf8(error.what())};
+        preview.text = QString::fromUtf8(error.what());
     }
+    preview.systems = usual_systems(
+        options.reference.empty() ? source.reference : options.reference, source.bounds);
+    return preview;
 }
 
 QString description(const Imported& imported) {
