@@ -1,6 +1,7 @@
 // Saving, closing, exporting and recovering in the window.
 
 #include <fstream>
+#include <future>
 
 #include <QAction>
 #include <QApplication>
@@ -180,6 +181,32 @@ TEST(Export, WritesWhatTheKitWrites) {
     actions.write_solids(path_in(folder, "no/where.ply"));
     window.wait();
     EXPECT_TRUE(problem.contains("where.ply")) << problem.toStdString();
+}
+
+TEST(Recovery, WhatIsChangedDuringALongOperationIsKeptBeforeItEnds) {
+    const QTemporaryDir folder;
+    workbench::Document document;
+    workbench::ProjectStore store(document);
+    workbench::Autosave autosave(document, store, path_in(folder, "kept"));
+    autosave.set_delay(10);
+    document.solids().replacing("Make", kit::make_cuboid({0, 0, 0}, {1, 1, 1}))();
+    std::promise<void> end;
+    document.solids().start("Long", [&](kit::Solids solids, const kit::Context&) {
+        end.get_future().wait();
+        return solids;
+    });
+    const std::vector<workbench::Curve> drawn = {{{0, 0}, {5, 5}}};
+    document.map().change_curves("Draw", 0, 0, drawn);
+    const auto files = [&] { return QDir(folder.filePath("kept")).entryInfoList({"*.korvel"}); };
+    const bool is_kept = QTest::qWaitFor([&] { return !files().isEmpty(); });
+    const workbench::Project kept =
+        is_kept ? workbench::read_project(path_in(folder, "kept") /
+                                          files().front().fileName().toStdString())
+                : workbench::Project();
+    end.set_value();
+    document.worker().wait();
+    EXPECT_EQ(kept.curves.size(), 1);
+    EXPECT_EQ(kept.solids.bodies.size(), 1U);
 }
 
 TEST(Recovery, AKilledProgramLosesAtMostTheLastTenSeconds) {

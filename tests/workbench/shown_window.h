@@ -17,6 +17,9 @@ namespace korvel::test {
 class ShownWindow {
 public:
     ShownWindow() {
+        window_.set_problem_handler([](const QString& title, const QString& message) {
+            ADD_FAILURE() << title.toStdString() << ": " << message.toStdString();
+        });
         window_.resize(1024, 700);
         window_.show();
         window_.activateWindow(); // without a window manager nobody else does

@@ -1,4 +1,5 @@
 #include <array>
+#include <cstdio>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -8,10 +9,12 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QInputDialog>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTableView>
+#include <QTemporaryDir>
 
 #include "apps/workbench/solid/bodies_dock.h"
 #include "apps/workbench/solid/bodies_model.h"
@@ -158,6 +161,38 @@ TEST_F(SolidDialogs, TheListOfBodiesShowsSelectsNamesAndHides) {
     EXPECT_EQ(table.model()->rowCount(), 1);
     window_.document().history().undo();
     EXPECT_EQ(solids().size(), 2);
+}
+
+TEST_F(SolidDialogs, WeldingAndCleaningAreTheKitsAndCanBeUndone) {
+    std::vector<kit::Solids> parts;
+    parts.push_back(kit::make_cuboid({0, 0, 0}, {2, 2, 2}));
+    parts.push_back(kit::make_cuboid({2.001, 0, 0}, {2, 2, 2}));
+    TMOD3D model_with_more(kit::merge(std::move(parts)).model());
+    const int count = model_with_more.verts.GetSize();
+    model_with_more.verts.SetSize(count + 1); // of no face
+    const QTemporaryDir folder;
+    const std::filesystem::path file = kit::path_of(folder.filePath("two.model").toStdString());
+    FILE* const stream = std::fopen(file.c_str(), "w");
+    model_with_more.write_mode(stream);
+    std::fclose(stream);
+    window_.open(file);
+    ASSERT_EQ(solids().vertex_count(), count + 1);
+    auto& dialog = open<QInputDialog>("weld");
+    dialog.setDoubleValue(0.01);
+    accept(dialog);
+    kit::Solids expected = kit::Solids::read(file);
+    const kit::WeldReport report = kit::weld(expected, {.tolerance = 0.01});
+    EXPECT_GT(report.vertices_joined, 3);
+    EXPECT_EQ(solids().face_count(), expected.face_count());
+    EXPECT_EQ(solids().vertex_count(), expected.vertex_count());
+    window_->findChild<QAction*>("clean")->trigger();
+    window_.wait();
+    expected.clean();
+    EXPECT_EQ(solids().vertex_count(), expected.vertex_count());
+    EXPECT_EQ(solids().vertex_count(), count - report.vertices_joined);
+    window_.document().history().undo();
+    window_.document().history().undo();
+    EXPECT_EQ(solids().vertex_count(), count + 1);
 }
 
 TEST_F(SolidDialogs, AMoveIsTypedAndRefusedWhereItIsNotLegal) {

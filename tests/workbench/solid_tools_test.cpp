@@ -136,6 +136,40 @@ TEST_F(SolidTools, AVertexIsDraggedAsTheEditorMovesIt) {
     expect_equal_copies();
 }
 
+TEST_F(SolidTools, TheWheelSetsHowFarTheSurroundingsReach) {
+    show(kit::make_ball({0, 0, 0}, 10, 3));
+    choose("move_vertex");
+    const int vertex = nearest_vertex();
+    const QPointF from = pixel_of(vertex).toPoint();
+    const QPointF to = from + QPointF(18, 9);
+    kit::SolidsEditor alone{kit::Solids(solids())};
+    const auto turn_wheel = [&](int notches, Qt::KeyboardModifiers modifiers) {
+        QWheelEvent event(from, view().mapToGlobal(from), {}, {0, 120 * notches}, Qt::NoButton,
+                          modifiers, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&view(), &event);
+    };
+    const auto expect_depth = [&](int depth) {
+        alone.gather_vertex(vertex, depth);
+        EXPECT_TRUE(std::ranges::equal(model().gathered().vertices(), alone.vertices()));
+    };
+    const double unit = view().frame().unit;
+    turn_wheel(2, Qt::ControlModifier);
+    EXPECT_EQ(view().frame().unit, unit); // it does not zoom
+    press(from);
+    expect_depth(4);
+    move(to);
+    turn_wheel(-1, Qt::NoModifier);
+    expect_depth(3);
+    const auto& camera = view().camera();
+    alone.move_by_weight(
+        {camera.u_of(to) - camera.u_of(from), camera.v_of(to) - camera.v_of(from)});
+    release(to);
+    EXPECT_TRUE(same(solids().model(), alone.solids().model()));
+    expect_equal_copies();
+    turn_wheel(1, Qt::NoModifier);
+    EXPECT_LT(view().frame().unit, unit);
+}
+
 TEST_F(SolidTools, WhatWouldPassThroughAFaceIsShownRedAndSpringsBack) {
     std::vector<kit::Solids> parts;
     parts.push_back(kit::make_cuboid({0, 0, 0}, {4, 4, 4}));

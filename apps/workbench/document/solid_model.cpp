@@ -51,7 +51,9 @@ public:
     // Other solids may have come since: then the editors are kept by the step that brought those.
     void forget() override {
         shown_->drop_oldest_undo();
-        model_.worker_.post([worked = worked_] { worked->drop_oldest_undo(); });
+        model_.worker_.post([worked = worked_] {
+            worked->with([](kit::SolidsEditor& editor) { editor.drop_oldest_undo(); });
+        });
     }
 
 private:
@@ -59,7 +61,7 @@ private:
     SolidChange change_;
     std::size_t bytes_;
     kit::SolidsEditor* shown_;
-    std::shared_ptr<kit::SolidsEditor> worked_;
+    std::shared_ptr<SharedEditor> worked_;
 };
 
 // Name or colour of a body, which the editors do not undo.
@@ -112,7 +114,7 @@ SolidModel::~SolidModel() = default;
 
 SolidModel::Pair SolidModel::pair_of(kit::Solids solids) {
     Pair pair;
-    pair.worked = std::make_shared<kit::SolidsEditor>(kit::Solids(solids));
+    pair.worked = std::make_shared<SharedEditor>(kit::Solids(solids));
     pair.shown = std::make_unique<kit::SolidsEditor>(std::move(solids));
     pair.drawn = &pair.shown->solids();
     return pair;
@@ -261,7 +263,9 @@ void SolidModel::start(const QString& text, Make make) {
     end_trial();
     worker_.run(text, [this, text, make = std::move(make),
                        worked = pair_.worked](const kit::Context& context) {
-        return replacing(text, make(kit::Solids(worked->solids()), context));
+        kit::Solids solids =
+            worked->with([](kit::SolidsEditor& editor) { return kit::Solids(editor.solids()); });
+        return replacing(text, make(std::move(solids), context));
     });
 }
 
@@ -308,7 +312,7 @@ void SolidModel::on_both(const SolidChange& change) {
 
 // What the first copy did without an error the other one does too.
 void SolidModel::on_worked(const SolidChange& change) {
-    worker_.post([change, worked = pair_.worked] { change(*worked); });
+    worker_.post([change, worked = pair_.worked] { worked->with(change); });
 }
 
 void SolidModel::follow(const std::string& key, Ask ask) {
@@ -317,7 +321,7 @@ void SolidModel::follow(const std::string& key, Ask ask) {
 
 Worker::Work SolidModel::asking(Ask ask) const {
     return [ask = std::move(ask), worked = pair_.worked](const kit::Context& context) {
-        return ask(*worked, context);
+        return worked->with([&](kit::SolidsEditor& editor) { return ask(editor, context); });
     };
 }
 

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 
+#include "apps/workbench/document/shared_editor.h"
 #include "apps/workbench/document/worker.h"
 #include "kit/kit.h"
 
@@ -106,6 +107,9 @@ public:
     /// The same as work for `Worker::run`.
     Worker::Work asking(Ask ask) const;
 
+    /// The worker's copy itself. Changes that wait for the worker are not made yet.
+    std::shared_ptr<SharedEditor> worked() const { return pair_.worked; }
+
 signals:
     void solids_changed();  ///< other bodies, or coordinates
     void solids_replaced(); ///< by others, before `solids_changed`
@@ -120,7 +124,7 @@ private:
     // The worker's copy lives as long as anything refers to it.
     struct Pair {
         std::unique_ptr<kit::SolidsEditor> shown;
-        std::shared_ptr<kit::SolidsEditor> worked;
+        std::shared_ptr<SharedEditor> worked;
         std::size_t undo_bytes = 0;         // of the records of `shown`, after the last change
         const kit::Solids* drawn = nullptr; // of `shown`
     };

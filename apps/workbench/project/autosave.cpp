@@ -57,32 +57,48 @@ void Autosave::follow_history() {
 }
 
 // The worker takes the solids between two cuts; packing them would keep the next cut waiting, and
-// is done beside it.
+// is done beside it. While an operation runs, they are taken beside it too: the solids do not
+// change meanwhile, but the map may.
 void Autosave::keep() {
     if (!lock_ && !lock(QUuid::createUuid().toString(QUuid::WithoutBraces))) {
         return;
     }
-    auto project = std::make_shared<Project>(store_.snapshot());
-    project->saved_as = kit::text_of(store_.file());
-    const int generation = *wanted_;
-    document_.solids().follow("autosave",
-                              [this, project, generation, wanted = wanted_, file = own_file()](
-                                  kit::SolidsEditor& editor, const kit::Context& /*context*/) {
-                                  project->solids = kit::stored(editor.solids());
-                                  return [this, project, generation, wanted, file] {
-                                      writer_.start([this, project, generation, wanted, file] {
-                                          if (*wanted != generation) {
-                                              return;
-                                          }
-                                          try {
-                                              write_project(*project, file);
-                                              has_failed_ = false;
-                                          } catch (const std::exception& error) {
-                                              report(QString::fromUtf8(error.what()));
-                                          }
-                                      });
-                                  };
-                              });
+    Project project = store_.snapshot();
+    project.saved_as = kit::text_of(store_.file());
+    if (document_.worker().is_busy()) {
+        write([project, worked = document_.solids().worked()]() mutable {
+            project.solids = worked->with(
+                [](kit::SolidsEditor& editor) { return kit::stored(editor.solids()); });
+            return std::move(project);
+        });
+    }
+    document_.solids().follow(
+        "autosave",
+        [this, project = std::make_shared<Project>(std::move(project)),
+         generation = wanted_->load()](kit::SolidsEditor& editor, const kit::Context& /*context*/) {
+            project->solids = kit::stored(editor.solids());
+            return [this, project, generation] {
+                if (*wanted_ == generation) {
+                    write([project] { return std::move(*project); });
+                }
+            };
+        });
+}
+
+// One file at a time.
+void Autosave::write(std::function<Project()> project) {
+    writer_.start([this, project = std::move(project), generation = wanted_->load(),
+                   wanted = wanted_, file = own_file()]() {
+        if (*wanted != generation) {
+            return;
+        }
+        try {
+            write_project(project(), file);
+            has_failed_ = false;
+        } catch (const std::exception& error) {
+            report(QString::fromUtf8(error.what()));
+        }
+    });
 }
 
 // Once, not every few seconds.

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -17,6 +18,7 @@ namespace korvel::workbench {
 
 class ProjectStore;
 class Document;
+struct Project;
 
 /// What a program that ended without saving has left.
 struct KeptProject {
@@ -47,6 +49,7 @@ public:
 
     /// From a change to its being written, with what the writing takes.
     static constexpr int milliseconds = 5000;
+    void set_delay(int milliseconds) { timer_.setInterval(milliseconds); }
 
 signals:
     void failed(const QString& message);
@@ -54,6 +57,7 @@ signals:
 private:
     void follow_history();
     void keep();
+    void write(std::function<Project()> project);
     void forget();
     std::filesystem::path own_file() const;
     bool lock(const QString& name);
