@@ -14,6 +14,7 @@
 namespace korvel::workbench {
 namespace {
 
+void make_opaque();
 bool is_other_place(const kit::Box& before, const kit::Box& now);
 
 constexpr kit::ViewAngles first_view = {30, -60};
@@ -115,6 +116,7 @@ void SolidView::paintGL() {
                  .plane = document_.section().plane()},
                 camera_.frame(), display_);
     tool_->draw();
+    make_opaque();
 }
 
 void SolidView::resizeGL(int /*width*/, int /*height*/) {
@@ -270,6 +272,14 @@ kit::PictureSize SolidView::pixels() const {
 }
 
 namespace {
+
+// Through what is blended the colour of the window would be seen.
+void make_opaque() {
+    glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE);
+    glClearColor(0, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+}
 
 // Whether the extent has changed by a good part of itself.
 bool is_other_place(const kit::Box& before, const kit::Box& now) {
