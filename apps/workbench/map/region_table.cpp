@@ -31,8 +31,9 @@ RegionTable::RegionTable(MapView& view)
     table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     for (const auto& [column, widest] :
          {std::pair(RegionModel::number, "Regions ▼  "), std::pair(RegionModel::name, "Name of it"),
-          std::pair(RegionModel::area, "1234567890.5  "), std::pair(RegionModel::low, "Low ▼ 00"),
-          std::pair(RegionModel::high, "High ▼ 00")}) {
+          std::pair(RegionModel::area, "1234567890.5  "),
+          std::pair(RegionModel::neighbours, "Neighbours ▼ 00"),
+          std::pair(RegionModel::low, "Low ▼ 00"), std::pair(RegionModel::high, "High ▼ 00")}) {
         table_->setColumnWidth(column,
                                table_->fontMetrics().horizontalAdvance(QString::fromUtf8(widest)));
     }

@@ -62,19 +62,14 @@ QWidget* PlanePanel::axis_page() {
 QWidget* PlanePanel::free_page() {
     auto* page = new QWidget(pages_);
     auto* rows = new QFormLayout(page);
-    const auto row = [&](const QString& label, std::size_t first) {
-        auto* cells = new QHBoxLayout();
-        for (std::size_t k = 0; k < 3; ++k) {
-            QLineEdit* edit = free_[first + k] = new QLineEdit(page);
-            edit->setAccessibleName(label + QLatin1Char(' ') + QLatin1Char("xyz"[k]));
-            edit->setMinimumWidth(0);
-            cells->addWidget(edit);
-            connect(edit, &QLineEdit::editingFinished, this, &PlanePanel::type_free);
-        }
-        rows->addRow(label, cells);
-    };
-    row(tr("Point"), 0);
-    row(tr("Normal"), 3);
+    const std::array<QString, 6> names = {tr("Point x"),  tr("Point y"),  tr("Point z"),
+                                          tr("Normal x"), tr("Normal y"), tr("Normal z")};
+    for (std::size_t k = 0; k < free_.size(); ++k) {
+        free_[k] = new QLineEdit(page);
+        free_[k]->setAccessibleName(names[k]);
+        rows->addRow(names[k], free_[k]);
+        connect(free_[k], &QLineEdit::editingFinished, this, &PlanePanel::type_free);
+    }
     offset_ = add_slider(page, tr("Place along the normal"));
     offset_->setRange(0, slider_steps);
     turn_ = add_slider(page, tr("Turn about z in degrees"));

@@ -67,7 +67,10 @@ void SectionView::add_areas_dock() {
     table_->setAccessibleName(tr("Section areas"));
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->verticalHeader()->hide();
-    table_->horizontalHeader()->setStretchLastSection(true);
+    QHeaderView& columns = *table_->horizontalHeader();
+    columns.setSectionResizeMode(QHeaderView::ResizeToContents);
+    columns.setResizeContentsPrecision(0); // the rows that are seen
+    columns.setStretchLastSection(true);
     dock->setWidget(table_);
     docks_.push_back(dock);
     connect(table_, &QTableView::clicked, this, [this](const QModelIndex& index) {

@@ -19,15 +19,15 @@ BodiesDock::BodiesDock(SolidModel& solids, QWidget* parent)
     table_->setModel(model_);
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->verticalHeader()->hide();
-    table_->horizontalHeader()->setStretchLastSection(true);
+    QHeaderView& columns = *table_->horizontalHeader();
+    columns.setSectionResizeMode(QHeaderView::ResizeToContents);
+    columns.setResizeContentsPrecision(0); // the rows that are seen
+    columns.setStretchLastSection(true);
     setWidget(table_);
     connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &BodiesDock::give_selection);
     connect(&solids_, &SolidModel::selection_changed, this, &BodiesDock::take_selection);
-    connect(model_, &QAbstractItemModel::modelReset, this, [this] {
-        table_->resizeColumnsToContents();
-        take_selection();
-    });
+    connect(model_, &QAbstractItemModel::modelReset, this, &BodiesDock::take_selection);
     connect(table_, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
         if (index.column() == BodiesModel::colour) {
             choose_colour(index.row());

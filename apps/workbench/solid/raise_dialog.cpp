@@ -33,7 +33,7 @@ RaiseDialog::RaiseDialog(int selected, bool has_solids, QWidget* parent)
     form->addRow(QString(), all_);
     form->addRow(tr("A&long:"), axis_);
     form->addRow(tr("&From level:"), low_);
-    form->addRow(tr("&To level:"), high_);
+    form->addRow(tr("To le&vel:"), high_);
     form->addRow(QString(), only_listed_);
     form->addRow(QString(), separate_);
     form->addRow(QString(), adds_);

@@ -1,5 +1,7 @@
 #include "apps/workbench/window/main_window.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
@@ -13,6 +15,7 @@
 #include <QProgressBar>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QToolButton>
 #include <QUrl>
 
@@ -20,6 +23,7 @@
 #include "apps/workbench/section/section_view.h"
 #include "apps/workbench/solid/solid_view.h"
 #include "apps/workbench/window/export_actions.h"
+#include "apps/workbench/window/hint_label.h"
 #include "apps/workbench/window/preferences.h"
 #include "apps/workbench/window/samples.h"
 
@@ -69,7 +73,11 @@ void MainWindow::add_views() {
 
 // In one column of tabs, so that the views have room in a small window.
 void MainWindow::add_docks() {
-    constexpr int width = 260;
+    constexpr int least_width = 260;
+    constexpr int greatest_width = 340; // a third of a small window
+    constexpr int letters = 37;
+    const int width =
+        std::clamp(letters * fontMetrics().averageCharWidth(), least_width, greatest_width);
     setTabPosition(Qt::LeftDockWidgetArea, QTabWidget::West);
     QDockWidget* first = map_view_->docks().front();
     addDockWidget(Qt::LeftDockWidgetArea, first);
@@ -87,6 +95,15 @@ void MainWindow::add_docks() {
     add(section_view_->docks());
     first->raise();
     resizeDocks({first}, {width}, Qt::Horizontal);
+}
+
+// The tabs of lists keep their whole names; those without room are reached by the arrows.
+void MainWindow::childEvent(QChildEvent* event) {
+    if (auto* tabs = qobject_cast<QTabBar*>(event->child()); tabs != nullptr && event->polished()) {
+        tabs->setElideMode(Qt::ElideNone);
+        tabs->setUsesScrollButtons(true);
+    }
+    QMainWindow::childEvent(event);
 }
 
 void MainWindow::add_menus() {
@@ -210,7 +227,7 @@ void MainWindow::add_samples() {
 }
 
 void MainWindow::add_status_bar() {
-    hint_ = new QLabel;
+    hint_ = new HintLabel;
     position_ = new QLabel;
     progress_ = new QProgressBar;
     cancel_ = new QToolButton;

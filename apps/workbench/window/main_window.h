@@ -45,6 +45,7 @@ public:
     void set_problem_handler(ProblemHandler handler) { on_problem_ = std::move(handler); }
 
 protected:
+    void childEvent(QChildEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
