@@ -67,7 +67,18 @@ TEST_F(Import, OpensMapsOfEachKindWithTheirRegionsAndNames) {
     document.worker().wait();
     EXPECT_NEAR(document.map().found()->map.area(), area, 1e-9); // regions in another order
 
+    // Decimals without a grid get one.
+    kit::Map plain = document.map().found()->map;
+    plain.move_points(plain.points(), {});
+    plain.write(path("plain.regions"));
+    document.open(path("plain.regions"));
+    document.worker().wait();
+    EXPECT_EQ(document.map().curves().placement().grid.step_text(), "0.0001");
+    EXPECT_EQ(document.map().found()->map.size(), plain.size());
+    EXPECT_NEAR(document.map().found()->map.area(), area, 1e-4);
+
     // Each is a step.
+    document.history().undo();
     document.history().undo();
     document.history().undo();
     document.worker().wait();
