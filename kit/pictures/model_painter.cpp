@@ -3,11 +3,11 @@
 #include <GL/gl.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "kit/pictures/face_colour.h"
 #include "kit/pictures/model_picture.h"
 #include "kit/solids/exact.h"
-#include "kit/solids/outline_edges.h"
 
 namespace korvel::kit {
 namespace {
@@ -207,19 +207,16 @@ void ModelPainter::draw_edges() const {
     glDisableClientState(GL_VERTEX_ARRAY);
 }
 
-void ModelPainter::draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges) {
-    if (!has_outlines_) {
-        for (const int e : outline_edges(model)) {
-            const CArray<int>& bodies = model.lines[e].bodies;
-            if (std::any_of(bodies.begin(), bodies.end(), [&](int body) {
-                    return !is_hidden_[static_cast<std::size_t>(body)];
-                })) {
-                outlines_.push_back(e);
-            }
-        }
-        has_outlines_ = true;
-    }
-    kit::draw_outlines(model, frame, with_edges, outlines_);
+void ModelPainter::draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges,
+                                 std::span<const int> outlines) const {
+    std::vector<int> shown;
+    shown.reserve(outlines.size());
+    std::ranges::copy_if(outlines, std::back_inserter(shown), [&](int e) {
+        const CArray<int>& bodies = model.lines[e].bodies;
+        return std::any_of(bodies.begin(), bodies.end(),
+                           [&](int body) { return !is_hidden_[static_cast<std::size_t>(body)]; });
+    });
+    kit::draw_outlines(model, frame, with_edges, shown);
 }
 
 namespace {

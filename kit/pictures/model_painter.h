@@ -40,8 +40,10 @@ public:
     /// All edges in white, in front of the faces as `TMOD3D::gl_draw_body_outlook` draws them.
     void draw_edges() const;
 
-    /// The outlines as `draw_outlines` draws them, from edges that are found once for each model.
-    void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges);
+    /// The outlines as `draw_outlines` draws them, of bodies that are not hidden. `outlines` are
+    /// those of the model (`outline_edges`), which are found once for each model.
+    void draw_outlines(const TMOD3D& model, const ViewFrame& frame, bool with_edges,
+                       std::span<const int> outlines) const;
 
 private:
     using Position = std::array<float, 3>;
@@ -84,8 +86,6 @@ private:
     std::vector<unsigned> edge_ends_;
     std::vector<bool> is_hidden_;
     double lift_ = 0;
-    std::vector<int> outlines_;
-    bool has_outlines_ = false;
 };
 
 } // namespace korvel::kit

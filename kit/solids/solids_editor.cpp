@@ -8,6 +8,7 @@
 #include "kit/base/error.h"
 #include "kit/solids/collision.h"
 #include "kit/solids/exact.h"
+#include "kit/solids/settled_orientation.h"
 #include "kit/solids/undo.h"
 
 namespace korvel::kit {
@@ -20,7 +21,8 @@ Verdict verdict_on(const TMOD3D& model, const Collision& collision);
 } // namespace
 
 SolidsEditor::SolidsEditor(Solids solids)
-    : solids_(std::move(solids)), undo_(std::make_unique<Undo>(solids_.model())) {}
+    : solids_(std::move(solids)), undo_(std::make_unique<Undo>(solids_.model())),
+      orientation_(std::make_unique<SettledOrientation>()) {}
 
 SolidsEditor::~SolidsEditor() = default;
 SolidsEditor::SolidsEditor(SolidsEditor&&) noexcept = default;
@@ -225,6 +227,7 @@ bool SolidsEditor::insert(bool (TMOD3D::*operation)()) {
         return false;
     }
     undo_->keep_insertion(selected_, before, model());
+    orientation_->forget();
     selected_ = {};
     gather_vertex(model().edit_state[edit_picked_vertex], 0);
     return true;
@@ -249,7 +252,11 @@ bool SolidsEditor::redo() {
 template <class Way>
 bool SolidsEditor::go(Way way) {
     end_replacing();
+    const int faces = solids_.face_count();
     const Undo::Side side = ((*undo_).*way)(solids_, {selected_, is_current_});
+    if (solids_.face_count() != faces) { // an insertion
+        orientation_->forget();
+    }
     selected_ = side.selected;
     is_current_ = side.is_current;
     return true;
@@ -266,7 +273,7 @@ void SolidsEditor::drop_oldest_undo() {
 void SolidsEditor::bring_up_to_date() {
     end_replacing();
     if (!is_current_) {
-        model().comput_mode_aux_parm();
+        orientation_->renew(model());
         model().rotate_model();
         is_current_ = true;
     }

@@ -17,6 +17,7 @@
 
 namespace korvel::kit {
 
+class SettledOrientation;
 class Undo;
 
 /// Changes solids step by step: pick, gather what is to move, move it in the view, judge the
@@ -176,6 +177,7 @@ private:
 
     Solids solids_;
     std::unique_ptr<Undo> undo_;
+    std::unique_ptr<SettledOrientation> orientation_;
     Selection selected_;
     bool is_current_ = true;    // orientation, volumes and view are up to date
     bool is_replacing_ = false; // the state before the move is on record

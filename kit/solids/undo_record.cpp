@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "kit/solids/kept_members.h"
+#include "kit/solids/moved_equations.h"
 
 namespace korvel::kit {
 namespace {
@@ -166,7 +167,9 @@ void MoveRecord::restore(TMOD3D& model) const {
         std::copy(moved.model_xyz.begin(), moved.model_xyz.end(), vertex.model_xyz);
         std::copy(moved.temp_view_xyz.begin(), moved.temp_view_xyz.end(), vertex.temp_view_xyz);
     }
-    restore_equations(model);
+    std::vector<int> vertices(moved_.size());
+    std::ranges::transform(moved_, vertices.begin(), &Moved::vertex);
+    compute_equations_at(model, vertices);
     int body = 0;
     for (const double volume : volumes_) {
         model.bodies[body++].volume = volume;
@@ -177,35 +180,9 @@ void MoveRecord::restore(TMOD3D& model) const {
     copy_bounds(rest_, model);
 }
 
-void MoveRecord::restore_equations(TMOD3D& model) const {
-    if (has_moved_much(model)) {
-        for (LINE3D& edge : model.lines) {
-            edge.set_line_eqt(model.verts);
-        }
-        for (POLY3D& face : model.polys) {
-            face.set_poly_eql(model.verts);
-        }
-        return;
-    }
-    for (const Moved& moved : moved_) {
-        const VERT3D& vertex = model.verts[moved.vertex];
-        for (const int e : vertex.lines) {
-            model.lines[e].set_line_eqt(model.verts);
-        }
-        for (const int f : vertex.faces) {
-            model.polys[f].set_poly_eql(model.verts);
-        }
-    }
-}
-
-// One pass over all records is then faster than many around the vertices.
-bool MoveRecord::has_moved_much(const TMOD3D& model) const {
-    return moved_.size() > static_cast<std::size_t>(model.verts.GetSize()) / 16;
-}
-
 // Origin and bounds of the view are as they were.
 void MoveRecord::restore_view(TMOD3D& model) const {
-    if (has_moved_much(model)) {
+    if (has_moved_much(model, moved_.size())) {
         model.rotate_model();
         return;
     }

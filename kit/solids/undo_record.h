@@ -75,8 +75,6 @@ private:
 
     void take(const TMOD3D& model, int vertex);
     void take_rest(const TMOD3D& model);
-    void restore_equations(TMOD3D& model) const;
-    bool has_moved_much(const TMOD3D& model) const;
 
     std::vector<Moved> moved_;
     std::vector<double> volumes_;

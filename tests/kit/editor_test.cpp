@@ -294,6 +294,72 @@ TEST(Editor, KeepsLittleOfMovesAndDropsTheOldest) {
     EXPECT_LT(editor.undo_bytes(), before + 20'000U);
 }
 
+/// Moves what is gathered by random lengths, and compares with the exact class.
+void expect_exact_after_moves(kit::SolidsEditor& editor, Dice& dice, const std::string& what) {
+    const kit::Solids& drawn = editor.solids();
+    for (int i = 0; i < 6; ++i) {
+        if (i % 3 == 2) {
+            editor.gather_body(dice(0, drawn.size() - 1));
+        } else {
+            editor.gather_vertex(dice(0, drawn.vertex_count() - 1), i);
+        }
+        if (i == 5) {
+            editor.scale({-100, -100}, {100, 200}); // turned inside out
+        } else {
+            editor.move({0.1 * dice(-9, 9), 0.1 * dice(-9, 9), 0.1 * dice(-9, 9)});
+        }
+        TMOD3D exact(drawn.model());
+        exact.comput_mode_aux_parm();
+        exact.rotate_model();
+        ASSERT_PRED_FORMAT2(same_state, editor.solids().model(), exact) << what << ' ' << i;
+        if (i == 3 && editor.pick(0, 0)) {
+            editor.insert_on_face();
+        }
+    }
+}
+
+/// Triangles between random points: faces that turn against one another, are listed twice, hang
+/// together at nothing, or more than two at an edge.
+kit::Solids random_triangles(Dice& dice) {
+    TMOD3D model;
+    model.verts.SetSize(9);
+    for (VERT3D& vertex : model.verts) {
+        std::ranges::generate(vertex.model_xyz, [&] { return dice(-5, 5); });
+    }
+    model.polys.SetSize(dice(2, 12));
+    for (POLY3D& face : model.polys) {
+        const int first = dice(0, 6);
+        for (const int v : {first, first + 1, dice(first + 2, 8)}) {
+            face.add_a_vert(v);
+        }
+    }
+    model.bodies.SetSize(2);
+    for (int f = 0; f < model.polys.GetSize(); ++f) {
+        model.bodies[f == 0 || (f > 1 && dice.one_in(3)) ? 1 : 0].polys.Add(f);
+        if (f > 0 && dice.one_in(20)) {
+            model.bodies[1].polys.Add(f);
+        }
+    }
+    return kit::Solids::read(kit::TextFile("triangles", file_of(model)));
+}
+
+TEST(Editor, IsUpToDateAsTheExactClass) {
+    Dice dice(5);
+    for (int i = 0; i < 5; ++i) {
+        kit::SolidsEditor editor(cuboid_and_ball());
+        expect_exact_after_moves(editor, dice, "cuboid and ball");
+    }
+    kit::Solids touching = kit::make_cuboid({0, 0, 0}, {2, 2, 2});
+    touching.add(kit::make_cuboid({2, 0, 0}, {2, 2, 2}));
+    kit::weld(touching);
+    kit::SolidsEditor welded(std::move(touching));
+    expect_exact_after_moves(welded, dice, "welded");
+    for (int i = 0; i < 200; ++i) {
+        kit::SolidsEditor editor(random_triangles(dice));
+        expect_exact_after_moves(editor, dice, "triangles " + std::to_string(i));
+    }
+}
+
 TEST(Editor, MovesInThePlaceOfTheLastMove) {
     using Move = std::function<void(kit::SolidsEditor&)>;
     const std::vector<Move> gatherings = {[](auto& editor) { editor.gather_vertex(30, 4); },

@@ -1,6 +1,7 @@
 #include "apps/workbench/solid/solid_scene.h"
 
 #include <array>
+#include <utility>
 
 #include <GL/gl.h>
 
@@ -34,7 +35,9 @@ void SolidScene::draw(const Content& content, const kit::ViewFrame& frame,
         painter_.draw_edges();
     }
     if (display.edges != SolidDisplay::Edges::none) {
-        painter_.draw_outlines(solids.model(), frame, shows_edges);
+        const bool has_outlines = solids.edge_count() == outlined_edges_;
+        painter_.draw_outlines(solids.model(), frame, shows_edges,
+                               has_outlines ? outlines_ : std::vector<int>());
     }
     glDisable(GL_CLIP_PLANE0);
     glDepthRange(0, 1 - lift);
@@ -70,6 +73,11 @@ void SolidScene::take(const Content& content, bool is_transparent, bool is_clipp
     is_clipped_ = is_clipped;
     needs_model_ = false;
     needs_view_ = false;
+}
+
+void SolidScene::set_outlines(std::vector<int> outlines, int edge_count) {
+    outlines_ = std::move(outlines);
+    outlined_edges_ = edge_count;
 }
 
 void SolidScene::set_moved(const kit::Solids& solids, std::span<const int> vertices) {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <set>
 #include <span>
+#include <vector>
 
 #include "kit/kit.h"
 
@@ -29,6 +30,9 @@ public:
     /// Only these vertices have moved.
     void set_moved(const kit::Solids& solids, std::span<const int> vertices);
 
+    /// The outlines of solids with so many edges. Others are drawn without.
+    void set_outlines(std::vector<int> outlines, int edge_count);
+
     struct Content {
         const kit::Solids& solids;
         const std::set<int>& hidden;
@@ -45,6 +49,8 @@ private:
     bool needs_view_ = true;
     bool is_transparent_ = false;
     bool is_clipped_ = false;
+    std::vector<int> outlines_;
+    int outlined_edges_ = 0; // the number of edges that they are among
 };
 
 } // namespace korvel::workbench

@@ -257,7 +257,20 @@ void SolidView::take_solids() {
         camera_.follow(solids);
     }
     shown_bounds_ = bounds;
+    follow_outlines();
     update();
+}
+
+// The worker finds them; until then those of before are drawn.
+void SolidView::follow_outlines() {
+    document_.solids().follow("outlines", [this](kit::SolidsEditor& editor,
+                                                 const kit::Context& /*context*/) {
+        const kit::Solids& solids = editor.solids();
+        return [this, outlines = kit::outline_edges(solids.model()), edges = solids.edge_count()] {
+            scene_.set_outlines(outlines, edges);
+            update();
+        };
+    });
 }
 
 void SolidView::take_trial() {

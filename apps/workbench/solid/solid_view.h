@@ -103,6 +103,7 @@ private:
     bool move_by_key(const QKeyEvent& event);
     void keep_view();
     void take_solids();
+    void follow_outlines();
     void take_trial();
     kit::PictureSize pixels() const;
     QPointF middle() const { return QPointF(frame().size.width, frame().size.height) / 2; }
