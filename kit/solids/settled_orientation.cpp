@@ -17,10 +17,14 @@ void mark(POLY3D& face, bool is_reached);
 
 } // namespace
 
-void SettledOrientation::renew(TMOD3D& model) {
+void SettledOrientation::prepare(const TMOD3D& model) {
     if (state_ == State::unknown) {
         state_ = settle(model) ? State::settled : State::unsettled;
     }
+}
+
+void SettledOrientation::renew(TMOD3D& model) {
+    prepare(model);
     if (state_ == State::unsettled || is_turned(model)) {
         model.comput_mode_aux_parm();
         return;

@@ -16,6 +16,9 @@ public:
     /// After a move of what is gathered in a model that was up to date. Linear.
     void renew(TMOD3D& model);
 
+    /// Looks at the faces, as the first `renew` would. Linear.
+    void prepare(const TMOD3D& model);
+
     /// The model has other faces.
     void forget() { state_ = State::unknown; }
 

@@ -33,6 +33,10 @@ const Solids& SolidsEditor::solids() {
     return solids_;
 }
 
+void SolidsEditor::prepare() {
+    orientation_->prepare(model());
+}
+
 Solids SolidsEditor::take() {
     bring_up_to_date();
     return std::move(solids_);

@@ -39,6 +39,10 @@ public:
     /// date, which is linear in the model; the reference is valid while the editor exists.
     const Solids& solids();
 
+    /// Looks at the faces ahead of the first move, which would do so otherwise: for a host that has
+    /// time before somebody waits. Linear.
+    void prepare();
+
     /// Hands the solids over; this editor can then only be assigned to or destroyed.
     Solids take();
 

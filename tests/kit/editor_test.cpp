@@ -356,6 +356,7 @@ TEST(Editor, IsUpToDateAsTheExactClass) {
     expect_exact_after_moves(welded, dice, "welded");
     for (int i = 0; i < 200; ++i) {
         kit::SolidsEditor editor(random_triangles(dice));
+        editor.prepare();
         expect_exact_after_moves(editor, dice, "triangles " + std::to_string(i));
     }
 }

@@ -1,6 +1,7 @@
 // What is seen in dark colours and with a large font: every dialog and list, without text that is
 // cut off.
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 
@@ -59,6 +60,20 @@ QString text_of(const QWidget& widget) {
     return {};
 }
 
+bool has_room(const QWidget& widget) {
+    const QSize least = widget.minimumSizeHint();
+    return widget.width() >= least.width() && widget.height() >= least.height();
+}
+
+/// Layouts follow a change of texts with the next events.
+void wait_for_layout(const QWidget& window) {
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return std::ranges::all_of(window.findChildren<QWidget*>(), [](const QWidget* child) {
+            return text_of(*child).isEmpty() || !child->isVisible() || has_room(*child);
+        });
+    })) << window.windowTitle().toStdString();
+}
+
 /// Labels, buttons and boxes with less room than their texts need, or in a colour like the ground.
 void expect_whole_texts(const QWidget& window) {
     constexpr int least_contrast = 50;
@@ -71,9 +86,7 @@ void expect_whole_texts(const QWidget& window) {
         const QColor ground = child->palette().color(child->backgroundRole());
         EXPECT_GE(std::abs(ink.lightness() - ground.lightness()), least_contrast)
             << text.toStdString();
-        EXPECT_GE(child->width(), child->minimumSizeHint().width())
-            << text.toStdString() << " in " << window.windowTitle().toStdString();
-        EXPECT_GE(child->height(), child->minimumSizeHint().height())
+        EXPECT_TRUE(has_room(*child))
             << text.toStdString() << " in " << window.windowTitle().toStdString();
     }
 }
@@ -172,7 +185,7 @@ TEST(Looks, ListsFitWithALargeFont) {
     for (QAction* action : window->findChildren<QAction*>()) {
         if (action->isCheckable() && action->isEnabled() && action->actionGroup() != nullptr) {
             action->trigger(); // most are tools, which give hints
-            QTest::qWait(20);
+            wait_for_layout(*window->statusBar());
             expect_whole_texts(*window->statusBar());
             EXPECT_EQ(window->size(), screen) << action->text().toStdString();
         }
@@ -183,6 +196,7 @@ TEST(Looks, ListsFitWithALargeFont) {
         for (QDockWidget* dock : docks) {
             dock->raise();
             QTest::qWait(50);
+            wait_for_layout(*dock);
             expect_whole_texts(*dock);
             for (const QTableView* table : dock->findChildren<QTableView*>()) {
                 const QHeaderView& columns = *table->horizontalHeader();

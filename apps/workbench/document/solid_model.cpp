@@ -116,6 +116,7 @@ SolidModel::Pair SolidModel::pair_of(kit::Solids solids) {
     Pair pair;
     pair.worked = std::make_shared<SharedEditor>(kit::Solids(solids));
     pair.shown = std::make_unique<kit::SolidsEditor>(std::move(solids));
+    pair.shown->prepare();
     pair.drawn = &pair.shown->solids();
     return pair;
 }

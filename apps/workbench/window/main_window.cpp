@@ -8,6 +8,7 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -271,7 +272,7 @@ void MainWindow::connect_worker() {
     connect(&document_, &Document::opened, this,
             [this](const QString& file, const QString& report) {
                 file_actions_.add_recent(kit::path_of(file.toStdString()));
-                hint_->setText(file + QStringLiteral(": ") + report);
+                hint_->setText(QFileInfo(file).fileName() + QStringLiteral(": ") + report);
             });
 }
 
