@@ -1,7 +1,10 @@
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
-#include <cstring>
+#include <cstdint>
+#include <iterator>
 #include <type_traits>
 
 #include "korvel/module/korvel.h"
@@ -31,13 +34,15 @@ void copy_members(const Record& from, Record& to, Member Record::*... members) {
 /// To the last bit, so that what is no number equals itself.
 template <class Value>
 bool is_same_value(const Value& a, const Value& b) {
-    if constexpr (requires { a.GetSize(); }) {
-        return a.GetSize() == b.GetSize() &&
-               (a.IsEmpty() ||
-                std::memcmp(a.begin(), b.begin(),
-                            static_cast<std::size_t>(a.GetSize()) * sizeof(*a.begin())) == 0);
+    if constexpr (std::is_array_v<Value>) {
+        return std::equal(std::begin(a), std::end(a), std::begin(b),
+                          is_same_value<std::remove_extent_t<Value>>);
+    } else if constexpr (requires { a.GetSize(); }) {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end());
+    } else if constexpr (std::is_same_v<Value, double>) {
+        return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
     } else {
-        return std::memcmp(&a, &b, sizeof(Value)) == 0;
+        return a == b;
     }
 }
 

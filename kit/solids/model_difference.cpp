@@ -1,6 +1,7 @@
 #include "kit/solids/model_difference.h"
 
 #include <algorithm>
+#include <numeric>
 #include <span>
 
 #include "kit/solids/exact.h"
@@ -67,9 +68,8 @@ std::vector<ModelDifference::EdgeRun> ModelDifference::equal_edges(const TMOD3D&
 ModelDifference::Numbers ModelDifference::numbers(const std::vector<EdgeRun>& runs, int edges) {
     Numbers numbers(static_cast<std::size_t>(edges), -1);
     for (const EdgeRun& run : runs) {
-        for (int i = 0; i < run.count; ++i) {
-            numbers[static_cast<std::size_t>(run.from + i)] = run.to + i;
-        }
+        const auto first = numbers.begin() + run.from;
+        std::iota(first, first + run.count, run.to);
     }
     return numbers;
 }
