@@ -10,7 +10,10 @@
 namespace korvel::kit {
 namespace {
 
+bool joins(const LINE3D& edge, const LINE3D& same, bool is_reversed);
 int edge_like(const TMOD3D& model, const LINE3D& edge);
+LINE3D reversed(const LINE3D& edge, const TMOD3D& model);
+void reverse(LINE3D& edge, const TMOD3D& model);
 int renumbered(int edge, const std::vector<int>& numbers);
 std::vector<int> renumbered(const CArray<int>& edges, const std::vector<int>& numbers);
 bool is_renumbered(const CArray<int>& from, const CArray<int>& to, const std::vector<int>& numbers);
@@ -31,27 +34,27 @@ std::pair<ModelDifference, ModelDifference> ModelDifference::between(const TMOD3
     std::vector<EdgeRun> back;
     back.reserve(runs.size());
     for (const EdgeRun& run : runs) {
-        back.push_back({run.to, run.from, run.count});
+        back.push_back({run.to, run.from, run.count, run.is_reversed});
     }
     std::ranges::sort(back, {}, &EdgeRun::to);
     return {ModelDifference(here, there, std::move(runs)),
             ModelDifference(there, here, std::move(back))};
 }
 
-// Edges are in nearly the same order, so that a search is needed only where a run ends.
+// Mostly edges are in nearly the same order, so that a search is needed only where a run ends.
 std::vector<ModelDifference::EdgeRun> ModelDifference::equal_edges(const TMOD3D& here,
                                                                    const TMOD3D& there) {
-    const auto is_equal = [&](int from, const LINE3D& edge) {
-        return from < here.lines.GetSize() && here.lines[from].start_vert == edge.start_vert &&
-               here.lines[from].end_vert == edge.end_vert;
+    const auto goes_on_with = [&](const EdgeRun& run, int to) {
+        const int from = run.from + run.count;
+        return run.to + run.count == to && from < here.lines.GetSize() &&
+               joins(here.lines[from], there.lines[to], run.is_reversed);
     };
     std::vector<EdgeRun> runs;
     std::vector<bool> is_taken(static_cast<std::size_t>(here.lines.GetSize()), false);
     for (int to = 0; to < there.lines.GetSize(); ++to) {
-        const LINE3D& edge = there.lines[to];
-        const bool goes_on = !runs.empty() && runs.back().to + runs.back().count == to &&
-                             is_equal(runs.back().from + runs.back().count, edge);
-        const int from = goes_on ? runs.back().from + runs.back().count : edge_like(here, edge);
+        const bool goes_on = !runs.empty() && goes_on_with(runs.back(), to);
+        const int from =
+            goes_on ? runs.back().from + runs.back().count : edge_like(here, there.lines[to]);
         if (from < 0 || is_taken[static_cast<std::size_t>(from)]) {
             continue;
         }
@@ -59,7 +62,7 @@ std::vector<ModelDifference::EdgeRun> ModelDifference::equal_edges(const TMOD3D&
         if (goes_on) {
             ++runs.back().count;
         } else {
-            runs.push_back({from, to, 1});
+            runs.push_back({from, to, 1, !joins(here.lines[from], there.lines[to], false)});
         }
     }
     return runs;
@@ -109,12 +112,15 @@ void ModelDifference::compare_edges(const TMOD3D& from, const TMOD3D& to) {
             edge_records_.push_back({next, to.lines[next]});
         }
     };
+    const auto is_equal = [](const LINE3D& edge, const LINE3D& made) {
+        return have_same(edge, made, &LINE3D::start_vert, &LINE3D::end_vert, &LINE3D::direction,
+                         &LINE3D::length, &LINE3D::main_axis, &LINE3D::faces, &LINE3D::bodies);
+    };
     for (const EdgeRun& run : runs_) {
         for (int i = 0; i < run.count; ++i) {
             const LINE3D& edge = from.lines[run.from + i];
             const LINE3D& made = to.lines[run.to + i];
-            if (have_same(edge, made, &LINE3D::start_vert, &LINE3D::end_vert, &LINE3D::direction,
-                          &LINE3D::length, &LINE3D::main_axis, &LINE3D::faces, &LINE3D::bodies)) {
+            if (run.is_reversed ? is_equal(reversed(edge, from), made) : is_equal(edge, made)) {
                 replace_up_to(run.to + i);
                 Marks::add(marks_,
                            {Marks::edge_marks, next++, 1, edge.state_flags ^ made.state_flags});
@@ -128,9 +134,13 @@ void ModelDifference::compare_faces(const TMOD3D& from, const TMOD3D& to, const 
     for (int f = 0; f < to.polys.GetSize(); ++f) {
         const POLY3D& made = to.polys[f];
         if (f < from.polys.GetSize() &&
-            have_same(from.polys[f], made, &POLY3D::verts, &POLY3D::neighbour_faces,
-                      &POLY3D::bodies, &POLY3D::area, &POLY3D::plane, &POLY3D::main_axis) &&
+            have_same(from.polys[f], made, &POLY3D::verts, &POLY3D::bodies, &POLY3D::area,
+                      &POLY3D::plane, &POLY3D::main_axis) &&
             is_renumbered(from.polys[f].lines, made.lines, numbers)) {
+            if (!is_same_value(from.polys[f].neighbour_faces, made.neighbour_faces)) {
+                neighbour_lists_.push_back({f, {}});
+                neighbour_lists_.back().record.Copy(made.neighbour_faces);
+            }
             Marks::add(marks_,
                        {Marks::face_marks, f, 1, from.polys[f].state_flags ^ made.state_flags});
         } else {
@@ -189,6 +199,9 @@ void ModelDifference::apply(TMOD3D& model) const {
     for (const auto& [index, record] : face_records_) {
         model.polys[index] = record;
     }
+    for (const auto& [index, list] : neighbour_lists_) {
+        model.polys[index].neighbour_faces.Copy(list);
+    }
     change_marks(marks_, model);
     copy_bounds(bounds_, model);
 }
@@ -197,8 +210,13 @@ void ModelDifference::apply_to_edges(TMOD3D& model) const {
     CArray<LINE3D, LINE3D&> made;
     made.SetSize(edges_);
     for (const EdgeRun& run : runs_) {
-        std::move(model.lines.begin() + run.from, model.lines.begin() + run.from + run.count,
-                  made.begin() + run.to);
+        for (int i = 0; i < run.count; ++i) {
+            LINE3D& edge = made[run.to + i];
+            edge = std::move(model.lines[run.from + i]);
+            if (run.is_reversed) {
+                reverse(edge, model);
+            }
+        }
     }
     model.lines = std::move(made);
     for (const auto& [index, record] : edge_records_) {
@@ -229,7 +247,8 @@ void ModelDifference::apply_to_bodies(TMOD3D& model, const Numbers& numbers) con
 std::size_t ModelDifference::bytes() const {
     std::size_t sum = runs_.capacity() * sizeof(EdgeRun) + bytes_of_records(vert_records_) +
                       bytes_of_records(edge_records_) + bytes_of_records(face_records_) +
-                      bytes_of_records(body_records_) + bytes_of(marks_);
+                      bytes_of_records(neighbour_lists_) + bytes_of_records(body_records_) +
+                      bytes_of(marks_);
     for (const BodyLists& lists : body_lists_) {
         sum += sizeof(BodyLists) + lists.polys.bytes() + lists.lines.bytes() + lists.verts.bytes() +
                lists.neighbour_bodies.bytes();
@@ -239,18 +258,33 @@ std::size_t ModelDifference::bytes() const {
 
 namespace {
 
-/// The model's edge with the same ends, or −1.
+bool joins(const LINE3D& edge, const LINE3D& same, bool is_reversed) {
+    return is_reversed ? edge.start_vert == same.end_vert && edge.end_vert == same.start_vert
+                       : edge.start_vert == same.start_vert && edge.end_vert == same.end_vert;
+}
+
+/// The model's edge with the same ends, in either order, or −1.
 int edge_like(const TMOD3D& model, const LINE3D& edge) {
     if (edge.start_vert < 0 || edge.start_vert >= model.verts.GetSize()) {
         return -1;
     }
     for (const int e : model.verts[edge.start_vert].lines) {
-        if (model.lines[e].start_vert == edge.start_vert &&
-            model.lines[e].end_vert == edge.end_vert) {
+        if (joins(model.lines[e], edge, false) || joins(model.lines[e], edge, true)) {
             return e;
         }
     }
     return -1;
+}
+
+LINE3D reversed(const LINE3D& edge, const TMOD3D& model) {
+    LINE3D made = edge;
+    reverse(made, model);
+    return made;
+}
+
+void reverse(LINE3D& edge, const TMOD3D& model) {
+    std::swap(edge.start_vert, edge.end_vert);
+    edge.set_line_eqt(operand(model).verts);
 }
 
 /// What is no edge stays.

@@ -28,11 +28,12 @@ public:
     std::size_t bytes() const;
 
 private:
-    /// Edges next to one another in both models.
+    /// Edges next to one another in both models, and whether all run the other way.
     struct EdgeRun {
         int from;
         int to;
         int count;
+        bool is_reversed;
     };
     template <class Record>
     struct Replaced {
@@ -67,7 +68,8 @@ private:
     std::vector<Replaced<VERT3D>> vert_records_;
     std::vector<Replaced<LINE3D>> edge_records_;
     std::vector<Replaced<POLY3D>> face_records_;
-    std::vector<Replaced<BODY3D>> body_records_; // without lists, and what undo leaves
+    std::vector<Replaced<CArray<int>>> neighbour_lists_; // of other faces
+    std::vector<Replaced<BODY3D>> body_records_;         // without lists, and what undo leaves
     std::vector<BodyLists> body_lists_;
     Marks::Changes marks_; // of records that are not replaced
     TMOD3D bounds_;        // without records

@@ -154,7 +154,7 @@ public:
 
     /// The bytes that all of this takes, about: for a move some hundred for each vertex that moves,
     /// for an insertion some thousand. The first insertion into a model that was raised or started
-    /// may take as much as the model: all edges get other numbers and directions.
+    /// takes some hundred for each face: all edges get other numbers, and many another direction.
     std::size_t undo_bytes() const;
 
     /// Drops the record of the oldest move or insertion that can be undone. Where there is none, of
