@@ -12,16 +12,16 @@ namespace {
 
 bool joins(const LINE3D& edge, const LINE3D& same, bool is_reversed);
 int edge_like(const TMOD3D& model, const LINE3D& edge);
-LINE3D reversed(const LINE3D& edge, const TMOD3D& model);
-void reverse(LINE3D& edge, const TMOD3D& model);
+LINE3D turned_around(const LINE3D& edge, const TMOD3D& model);
+void turn_around(LINE3D& edge, const TMOD3D& model);
 int renumbered(int edge, const std::vector<int>& numbers);
 std::vector<int> renumbered(const CArray<int>& edges, const std::vector<int>& numbers);
 bool is_renumbered(const CArray<int>& from, const CArray<int>& to, const std::vector<int>& numbers);
 bool has_edges(const VERT3D& vertex, int v, std::vector<int> edges, const TMOD3D& model);
 void set_edges(VERT3D& vertex, int v, const std::vector<int>& numbers, const TMOD3D& model);
 int other_end(const LINE3D& edge, int v);
-void renumber(CArray<int>& edges, const std::vector<int>& numbers);
-void assign(CArray<int>& list, const std::vector<int>& entries);
+void renumber_edges(CArray<int>& edges, const std::vector<int>& numbers);
+void assign_entries(CArray<int>& list, const std::vector<int>& entries);
 void copy_body(const BODY3D& from, BODY3D& to);
 template <class Records>
 std::size_t bytes_of_records(const Records& records);
@@ -120,7 +120,8 @@ void ModelDifference::compare_edges(const TMOD3D& from, const TMOD3D& to) {
         for (int i = 0; i < run.count; ++i) {
             const LINE3D& edge = from.lines[run.from + i];
             const LINE3D& made = to.lines[run.to + i];
-            if (run.is_reversed ? is_equal(reversed(edge, from), made) : is_equal(edge, made)) {
+            if (run.is_reversed ? is_equal(turned_around(edge, from), made)
+                                : is_equal(edge, made)) {
                 replace_up_to(run.to + i);
                 Marks::add(marks_,
                            {Marks::edge_marks, next++, 1, edge.state_flags ^ made.state_flags});
@@ -190,7 +191,7 @@ void ModelDifference::apply(TMOD3D& model) const {
     }
     model.polys.SetSize(faces_);
     for (POLY3D& face : model.polys) {
-        renumber(face.lines, numbers);
+        renumber_edges(face.lines, numbers);
     }
     apply_to_bodies(model, numbers);
     for (const auto& [index, record] : vert_records_) {
@@ -214,7 +215,7 @@ void ModelDifference::apply_to_edges(TMOD3D& model) const {
             LINE3D& edge = made[run.to + i];
             edge = std::move(model.lines[run.from + i]);
             if (run.is_reversed) {
-                reverse(edge, model);
+                turn_around(edge, model);
             }
         }
     }
@@ -232,14 +233,14 @@ void ModelDifference::apply_to_bodies(TMOD3D& model, const Numbers& numbers) con
     for (int b = 0; b < model.bodies.GetSize(); ++b) {
         BODY3D& body = model.bodies[b];
         if (changed == body_lists_.end() || changed->body != b) {
-            renumber(body.lines, numbers);
+            renumber_edges(body.lines, numbers);
             continue;
         }
-        assign(body.polys, changed->polys.applied(span_of(body.polys)));
-        assign(body.lines, changed->lines.applied(renumbered(body.lines, numbers)));
-        assign(body.verts, changed->verts.applied(span_of(body.verts)));
-        assign(body.neighbour_bodies,
-               changed->neighbour_bodies.applied(span_of(body.neighbour_bodies)));
+        assign_entries(body.polys, changed->polys.applied(span_of(body.polys)));
+        assign_entries(body.lines, changed->lines.applied(renumbered(body.lines, numbers)));
+        assign_entries(body.verts, changed->verts.applied(span_of(body.verts)));
+        assign_entries(body.neighbour_bodies,
+                       changed->neighbour_bodies.applied(span_of(body.neighbour_bodies)));
         ++changed;
     }
 }
@@ -276,13 +277,13 @@ int edge_like(const TMOD3D& model, const LINE3D& edge) {
     return -1;
 }
 
-LINE3D reversed(const LINE3D& edge, const TMOD3D& model) {
+LINE3D turned_around(const LINE3D& edge, const TMOD3D& model) {
     LINE3D made = edge;
-    reverse(made, model);
+    turn_around(made, model);
     return made;
 }
 
-void reverse(LINE3D& edge, const TMOD3D& model) {
+void turn_around(LINE3D& edge, const TMOD3D& model) {
     std::swap(edge.start_vert, edge.end_vert);
     edge.set_line_eqt(operand(model).verts);
 }
@@ -320,7 +321,7 @@ bool has_edges(const VERT3D& vertex, int v, std::vector<int> edges, const TMOD3D
 
 /// A vertex that loses an edge gets a whole record later.
 void set_edges(VERT3D& vertex, int v, const std::vector<int>& numbers, const TMOD3D& model) {
-    renumber(vertex.lines, numbers);
+    renumber_edges(vertex.lines, numbers);
     std::sort(vertex.lines.begin(), vertex.lines.end());
     if (vertex.neighbours.GetSize() == vertex.lines.GetSize()) {
         std::transform(vertex.lines.begin(), vertex.lines.end(), vertex.neighbours.begin(),
@@ -332,13 +333,13 @@ int other_end(const LINE3D& edge, int v) {
     return edge.start_vert == v ? edge.end_vert : edge.start_vert;
 }
 
-void renumber(CArray<int>& edges, const std::vector<int>& numbers) {
+void renumber_edges(CArray<int>& edges, const std::vector<int>& numbers) {
     for (int& e : edges) {
         e = renumbered(e, numbers);
     }
 }
 
-void assign(CArray<int>& list, const std::vector<int>& entries) {
+void assign_entries(CArray<int>& list, const std::vector<int>& entries) {
     list.SetSize(static_cast<int>(entries.size()));
     std::copy(entries.begin(), entries.end(), list.begin());
 }

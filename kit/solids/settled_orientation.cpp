@@ -12,8 +12,8 @@ namespace {
 
 std::vector<int> body_of_each_face(const TMOD3D& model);
 int direction_along(const POLY3D& face, const LINE3D& edge);
-int piece_of(int face, std::vector<int>& neighbour);
-void mark(POLY3D& face, bool is_reached);
+int known_face_of(int face, std::vector<int>& neighbour);
+void mark_oriented(POLY3D& face, bool is_reached);
 
 } // namespace
 
@@ -33,7 +33,7 @@ void SettledOrientation::renew(TMOD3D& model) {
     for (int b = 0; b < model.bodies.GetSize(); ++b) {
         model.bodies[b].volume = volumes_[static_cast<std::size_t>(b)];
         for (const int f : model.bodies[b].polys) {
-            mark(model.polys[f], is_reached_[static_cast<std::size_t>(f)]);
+            mark_oriented(model.polys[f], is_reached_[static_cast<std::size_t>(f)]);
         }
     }
 }
@@ -71,8 +71,8 @@ bool SettledOrientation::settle(const TMOD3D& model) {
                     return false;
                 }
                 has_other = true;
-                neighbour_[static_cast<std::size_t>(piece_of(other, neighbour_))] =
-                    piece_of(face, neighbour_);
+                neighbour_[static_cast<std::size_t>(known_face_of(other, neighbour_))] =
+                    known_face_of(face, neighbour_);
             }
         }
     }
@@ -91,7 +91,7 @@ void SettledOrientation::find_reached(const TMOD3D& model) {
     for (const BODY3D& body : model.bodies) {
         for (const int f : body.polys) {
             is_reached_[static_cast<std::size_t>(f)] =
-                piece_of(f, neighbour_) == piece_of(body.polys[0], neighbour_);
+                known_face_of(f, neighbour_) == known_face_of(body.polys[0], neighbour_);
         }
     }
 }
@@ -144,7 +144,7 @@ int direction_along(const POLY3D& face, const LINE3D& edge) {
 }
 
 /// The face that the piece of a face is known by.
-int piece_of(int face, std::vector<int>& neighbour) {
+int known_face_of(int face, std::vector<int>& neighbour) {
     const auto next = [&](int f) -> int& { return neighbour[static_cast<std::size_t>(f)]; };
     while (next(face) != face) {
         face = next(face) = next(next(face)); // halves the way for the next time
@@ -153,7 +153,7 @@ int piece_of(int face, std::vector<int>& neighbour) {
 }
 
 /// As the walk over the faces leaves its marks.
-void mark(POLY3D& face, bool is_reached) {
+void mark_oriented(POLY3D& face, bool is_reached) {
     constexpr int to_propagate = 2;
     constexpr int not_oriented = 32;
     constexpr int was_oriented = 64;
